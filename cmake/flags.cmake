@@ -1,0 +1,13 @@
+# One interface target carries every compiler flag; each room links it.
+add_library(zendrix_flags INTERFACE)
+target_compile_options(zendrix_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wnull-dereference
+  $<$<BOOL:${ZENDRIX_WERROR}>:-Werror>
+  -fno-strict-aliasing -fstack-protector-strong)
+target_compile_definitions(zendrix_flags INTERFACE
+  $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
+if(ZENDRIX_SANITIZE)
+  target_compile_options(zendrix_flags INTERFACE
+    -fsanitize=${ZENDRIX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(zendrix_flags INTERFACE -fsanitize=${ZENDRIX_SANITIZE})
+endif()

@@ -1,0 +1,37 @@
+// The two failure styles of the system, once each. A procedure with the fatal style ends the process through
+// WriteError on any run-time error; one with the logging style writes a line and goes on behind the guard.
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "core/error_log.h"
+
+namespace zendrix::core {
+
+// Runs `body`; a run-time error ends the process under the name `proc`.
+template <class Body>
+auto OrFatal(ErrorLog& log, const std::string& proc, Body&& body) -> decltype(body()) {
+  try {
+    return std::forward<Body>(body)();
+  } catch (const RunTimeError& error) {
+    log.WriteError(proc, error);
+  } catch (const std::bad_alloc&) {
+    log.WriteError(proc, RunTimeError{kOutOfMemory, DescriptionOf(kOutOfMemory)});
+  }
+}
+
+// Runs `body`; a run-time error becomes the log line "number: description" under the name `proc`. Returns whether
+// the body came to its end.
+template <class Body>
+bool OrLog(ErrorLog& log, const std::string& proc, Body&& body) {
+  try {
+    std::forward<Body>(body)();
+    return true;
+  } catch (const RunTimeError& error) {
+    log.WriteLog(proc, std::to_string(error.number) + ": " + error.description);
+    return false;
+  }
+}
+
+}  // namespace zendrix::core

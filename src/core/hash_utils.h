@@ -1,0 +1,45 @@
+// Data-file hashes. Each guarded file has a side file with the extension ".kvh" whose first line is its hash;
+// a file whose hash does not match is not used.
+//
+// Files that the console itself writes change together with their side file: SaveWithHash leaves, when the
+// process is killed at any instant, a state that FinishInterruptedSave turns into the old pair or the new one.
+// It is called before every verification, so a verified pair is always one of the two.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "core/app_state.h"
+
+namespace zendrix::core {
+
+class HashUtils {
+ public:
+  HashUtils(platform::Files& files, platform::FamilyLibraries& family) : files_(files), family_(family) {}
+
+  // True only if the file exists and its hash equals the first line of the side file, exactly. Quiet.
+  bool VerifyFileHash(const std::string& path);
+  // 64 lower-case hexadecimal digits (SHA-256, as sha256sum prints it). Raises when the file cannot be read.
+  std::string ComputeFileHash(const std::string& path);
+  // First line of a side file; empty when it is missing or cannot be read. Quiet.
+  std::string ReadStoredHash(const std::string& side_path);
+  // Hashes the file into its side file; a missing file is passed over. Quiet.
+  void StoreFileHash(const std::string& path);
+  // Writes the side file: the text and a line end. Quiet.
+  void WriteHashFile(const std::string& side_path, std::string_view text);
+
+  // Replaces the file and its side file as one. Raises when that fails; both are then as they were.
+  void SaveWithHash(const std::string& path, std::string_view bytes);
+  // Brings a save that was interrupted to its end. Quiet.
+  void FinishInterruptedSave(const std::string& path);
+
+ private:
+  platform::Files& files_;
+  platform::FamilyLibraries& family_;
+};
+
+// The side file of a path: every occurrence of its extension (dot and letters) in the whole path replaced by
+// ".kvh". A folder name that holds the extension is changed too; that is how the files are looked for.
+std::string SideFilePath(const std::string& path);
+
+}  // namespace zendrix::core

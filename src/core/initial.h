@@ -1,0 +1,41 @@
+// The entry procedure: from the first step to the open main window, strictly in order.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/app_state.h"
+#include "core/error_log.h"
+
+namespace zendrix::core {
+
+class frmSplash;
+class frmMsg;
+
+// The steps that belong to rooms which stand to the right of this one; the executable fills them in.
+struct MainHooks {
+  std::function<void()> ReadRegInfo;
+  std::function<void()> LoadDescArrays;
+  // Creates the reader and does the whole first load.
+  std::function<void(const std::string& path)> InitReader;
+  // Monitor names of the reader, in the order in which they were met.
+  std::function<std::vector<std::string>()> MonitorNames;
+  std::function<void(const std::string& section, const std::string& key, const std::string& value)> SaveSetwChk;
+  // File version of an executable ("1.2.0.3"), or empty.
+  std::function<std::string(const std::string& path)> FileVersion;
+  // Puts a logical splash on the screen; repainted at once.
+  std::function<void(frmSplash&)> ShowSplash;
+  // Shows the message window modally and returns when it has gone.
+  std::function<void(frmMsg&)> ShowMessageWindow;
+  std::function<void()> Show_frmMain;
+  std::function<void()> Show_frmNewUI;
+  std::function<void()> Show_frmTour;
+};
+
+// Runs the start. `command_line` is the program's arguments joined by blanks. The splash is released before this
+// returns. Any run-time error ends the process under the name "Initial : Main".
+void Main(AppState& state, ErrorLog& log, const std::string& command_line, const MainHooks& hooks);
+
+}  // namespace zendrix::core

@@ -1,0 +1,21 @@
+// Handing things to the user's desktop: a web address to the browser, a program to start. Nothing waits
+// and no outcome beyond "it could be handed over" is known.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/result.h"
+
+namespace zendrix::platform {
+
+class Shell {
+ public:
+  virtual ~Shell() = default;
+  // The verb "open" on a document or address. Never passes through a command interpreter.
+  virtual Status Open(const std::string& document) = 0;
+  // Starts a program with arguments, without a window, and does not wait.
+  virtual Status RunHidden(const std::vector<std::string>& arguments) = 0;
+};
+
+}  // namespace zendrix::platform

@@ -1,0 +1,54 @@
+// CMkvlf: reads the Agent's monitoring file into an EventTable, all of it at the start and what is new at every
+// tick of its own one-shot timer (2500 ms). Polling is the only means: nothing is locked and the file is never held
+// open between reads. Everything runs on the user-interface thread.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/error_log.h"
+#include "platform/message_loop.h"
+#include "store/event_table.h"
+#include "store/ulist.h"
+#include "widgets/signal.h"
+
+namespace zendrix::store {
+
+inline constexpr std::int64_t kPollMs = 2500;
+
+class CMkvlf {
+ public:
+  // `progress` takes the percentage of the full load (the splash's bar, if it is open).
+  CMkvlf(core::AppState& state, core::ErrorLog& log, std::function<void(int)> progress = {});
+  ~CMkvlf();
+
+  // Full load into a new table; arms the timer on every path. Error 70 is logged and ends the load where it is;
+  // any other run-time error is fatal ("CMkvlf:InitClass (0).").
+  void InitClass(const std::string& path);
+  // What was added since the last read. Error 70 is logged and the next tick tries again; others are fatal.
+  void LoadNewEvents();
+  // One tick: LoadNewEvents, then arm the timer again.
+  void cbTimer();
+
+  // Raised synchronously after every change of the table.
+  widgets::Signal<> newAlert;
+
+  std::unique_ptr<store::EventTable> EventTable;  // null before the first load, or when it failed early
+  std::optional<Bookmark> LastBookmark;           // last row as it stood before the newest batch
+  bool ReloadedFlag = false;
+  CUList MonitorList;
+  CUList HostList;
+  CUList OriginalList;
+  std::string ReaderFilePath;
+  int ReaderDateOrder = 0;
+  std::int32_t LastLineNumber = 0;
+  std::int32_t LastFileSize = 0;
+  std::string LastDateUTC;
+
+  // Private parts are the business of this unit's owner.
+};
+
+}  // namespace zendrix::store

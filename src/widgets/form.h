@@ -1,0 +1,67 @@
+// A window as the logic sees it: a name, a title, whether it is shown and in what state, and an unload that
+// can be refused. The list of open forms is what "is this form loaded" and "close everything" work on.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "widgets/observed.h"
+
+namespace zendrix::widgets {
+
+enum class WindowState { kNormal = 0, kMinimised = 1, kMaximised = 2 };
+
+// Why a form is asked to unload.
+enum class UnloadCause { kCloseBox, kCode };
+
+class FormList;
+
+class Form {
+ public:
+  // Opens the form: it is in `forms` from now until Unload (or its destruction).
+  Form(FormList& forms, std::string name);
+  virtual ~Form();
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+
+  const std::string& name() const { return name_; }
+  Observed<std::string> title;
+  Observed<bool> visible{false};
+  Observed<bool> enabled{true};
+  Observed<WindowState> state{WindowState::kNormal};
+  // Place in the screen toolkit's units; only ever read back by the same program.
+  Observed<int> left{0}, top{0}, width{0}, height{0};
+
+  bool loaded() const { return loaded_; }
+  // Asks QueryUnload, then runs OnUnload and leaves the list. False when the unload was refused.
+  bool Unload(UnloadCause cause = UnloadCause::kCode);
+  // Asks the window to come to the front.
+  Signal<> bring_forward;
+  // Raised when the form has left the list.
+  Signal<> unloaded;
+
+ protected:
+  // Returns false to refuse.
+  virtual bool QueryUnload(UnloadCause) { return true; }
+  virtual void OnUnload() {}
+
+ private:
+  FormList& forms_;
+  std::string name_;
+  bool loaded_ = true;
+};
+
+class FormList {
+ public:
+  const std::vector<Form*>& open() const { return open_; }
+  // True if an open form has exactly this name.
+  bool IsFormLoaded(const std::string& name) const;
+  // The open form of this name, or null.
+  Form* Find(const std::string& name) const;
+
+ private:
+  friend class Form;
+  std::vector<Form*> open_;
+};
+
+}  // namespace zendrix::widgets

@@ -1,0 +1,34 @@
+// A value that tells when it changes. Setting the value it already has tells nobody.
+#pragma once
+
+#include <utility>
+
+#include "widgets/signal.h"
+
+namespace zendrix::widgets {
+
+template <class T>
+class Observed {
+ public:
+  Observed() = default;
+  explicit Observed(T value) : value_(std::move(value)) {}
+
+  const T& Get() const { return value_; }
+  operator const T&() const { return value_; }  // NOLINT: reads like the value it holds
+  Observed& operator=(T value) {
+    Set(std::move(value));
+    return *this;
+  }
+  void Set(T value) {
+    if (value == value_) return;
+    value_ = std::move(value);
+    changed.Raise();
+  }
+
+  Signal<> changed;
+
+ private:
+  T value_{};
+};
+
+}  // namespace zendrix::widgets
