@@ -1,0 +1,24 @@
+# Sourced by run.sh and test.sh: installs what a bare Debian 12 lacks. Says nothing and costs a fraction of a
+# second when everything is there.
+
+build_packages="g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-svg-dev libgl-dev libsdbus-c++-dev
+  libssl-dev libcli11-dev nlohmann-json3-dev librsvg2-bin"
+screen_packages="xvfb xauth imagemagick fonts-dejavu-core libqt6svg6 x11-utils dbus"
+test_packages="clang libclang-rt-14-dev clang-format libgtest-dev libgmock-dev locales python3 $screen_packages"
+
+# need_packages NAME...: installs those that are missing, as root or through sudo.
+need_packages() {
+  local missing=() name
+  for name in "$@"; do
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null)" = installed ] || missing+=("$name")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  local root=()
+  if [ "$(id -u)" != 0 ]; then
+    command -v sudo >/dev/null || { echo "Missing packages: ${missing[*]} (install them as root, or install sudo)" >&2; return 1; }
+    root=(sudo)
+  fi
+  echo "Installing: ${missing[*]}"
+  "${root[@]}" apt-get update -qq
+  "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
