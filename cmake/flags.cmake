@@ -11,3 +11,7 @@ if(ZENDRIX_SANITIZE)
     -fsanitize=${ZENDRIX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(zendrix_flags INTERFACE -fsanitize=${ZENDRIX_SANITIZE})
 endif()
+if(ZENDRIX_FUZZ)
+  # Coverage counters in every room, so that the fuzzers see which inputs reach new code.
+  target_compile_options(zendrix_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
