@@ -36,7 +36,9 @@ class CMkvlf {
   // Raised synchronously after every change of the table.
   widgets::Signal<> newAlert;
 
-  std::unique_ptr<store::EventTable> EventTable;  // null before the first load, or when it failed early
+  // Null before the first load, or when it failed early. Who lets messages be processed while he reads holds a clone
+  // of the cursor (or a copy of this pointer): a reload puts a new table here.
+  std::shared_ptr<store::EventTable> EventTable;
   std::optional<Bookmark> LastBookmark;           // last row as it stood before the newest batch
   bool ReloadedFlag = false;
   CUList MonitorList;
