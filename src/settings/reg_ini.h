@@ -1,4 +1,9 @@
-// RegIni: what the program keeps between runs, in ExeName.ini of the program folder, guarded by its hash side file.
+// RegIni: what the program keeps between runs, in ExeName.ini of the program folder, guarded by its hash side
+// file.
+//
+// Every operation but ReadRegInfo changes the file and its hash as one: a kill at any instant leaves, for the
+// next start, the old pair or the new one. A file that cannot be written keeps what it has, and nobody is
+// told; only a number or a text that cannot be read raises. Texts are single-byte (Windows-1252).
 #pragma once
 
 #include <string>
@@ -18,37 +23,70 @@ struct SelectedText {
   bool selected = false;
 };
 
+// Place of a window or of a control, in the screen toolkit's units.
+struct Place {
+  int Top = 0, Left = 0, Height = 0, Width = 0;
+  bool operator==(const Place&) const = default;
+};
+
+// One single key of the catalogue and its value as it would be saved.
+struct CatalogueValue {
+  std::string section;
+  std::string key;
+  std::string text;
+};
+
+// All single keys in the order of the catalogue, flags as "1" and "0", numbers in the user's decimal form.
+std::vector<CatalogueValue> CatalogueValues(const core::Settings& settings,
+                                            const platform::LocaleInfo& locale);
+
 class RegIni {
  public:
   RegIni(core::AppState& state, core::ErrorLog& log);
 
-  // Fills AppState::settings, with defaults, write-backs and thresholds. Does not refresh the hash: the next write
-  // through one of the operations below does. A run-time error is fatal ("RegIni:ReadRegInfo").
+  // Fills AppState::settings, with defaults, write-backs and thresholds. A file that does not match its hash
+  // is deleted after a message. Does not refresh the hash: the next write through one of the operations below
+  // does. A run-time error is fatal ("RegIni:ReadRegInfo").
   void ReadRegInfo();
-  // Writes the whole catalogue, then refreshes the hash.
+  // Writes the whole catalogue but for the sensitivity and its thresholds, then refreshes the hash.
   void SaveRegInfo(const std::vector<SelectedText>& monitors, const std::vector<SelectedText>& columns);
-  // One write and the hash, as one change of the pair.
+  // One write and the hash. A value ends at its first line break.
   void SaveSettingHashed(const std::string& section, const std::string& key, const std::string& value);
-  // Writes only if the key reads as empty; always refreshes the hash. A run-time error is fatal ("RegIni:SaveSetwChk").
+  // Writes only if the key reads as empty; always refreshes the hash. A run-time error is fatal
+  // ("RegIni:SaveSetwChk"). A name that could not be read back as a key ("[x]", ";x", "x=y", nothing) is not
+  // written.
   void SaveSetwChk(const std::string& section, const std::string& key, const std::string& value);
 
   // Several keys of one section as one change of the pair.
   void SaveSection(const std::string& section, const std::vector<core::KeyValue>& values);
 
-  // Place of a window or control; the four properties only.
+  // Place of a window; of a control by its name. Loading changes what the file has a value for.
   void SaveFormPlace(const widgets::Form& form);
+  void SaveFormPlace(const std::string& control_name, const Place& place);
   void LoadFormPlace(widgets::Form& form);
-  // Place and state; nothing is written for a minimised form.
+  void LoadFormPlace(const std::string& control_name, Place& place);
+  // Place and state; nothing is written for a minimised form. A form that was maximised is only maximised
+  // again.
   void SaveWindowState(const widgets::Form& form);
   void LoadWindowState(widgets::Form& form);
   // Column widths of a grid by index; columns 5, 6 and 7 are always stored as 0.
   void SaveColWidths(const std::string& grid_name, const std::vector<int>& widths);
-  // Sets the widths found; false if there is no such section.
+  // Sets the widths found, by the position of the pair; false if there is no such section.
   bool LoadColWidths(const std::string& grid_name, std::vector<int>& widths);
 
   std::string IniPath() const;
 
  private:
+  struct Write {
+    std::string section, key, value;
+  };
+
+  void LoadDefaultsIfTampered();
+  void ReadCatalogue();
+  // All writes as one change of the pair.
+  void Store(const std::vector<Write>& writes);
+  void RefreshHash();
+
   core::AppState& state_;
   core::ErrorLog& log_;
   core::HashUtils hashes_;

@@ -1,6 +1,7 @@
 // CSetting: reading and writing one sectioned INI file with the rules of the platform's profile functions
-// (GetPrivateProfileString, GetPrivateProfileInt, WritePrivateProfileString). Nothing is kept in memory: every read
-// goes to the file, every write replaces it as a whole. Section and key names do not regard case.
+// (see ini_file.h). Nothing is kept in memory: every read goes to the file, every write replaces it as a
+// whole. Section and key names do not regard case. Texts are single-byte (Windows-1252) and end at their
+// first NUL.
 #pragma once
 
 #include <cstdint>
@@ -10,15 +11,28 @@
 #include <vector>
 
 #include "core/app_state.h"
+#include "core/run_time_error.h"
 #include "core/settings_values.h"
 
 namespace zendrix::settings {
 
-// The error that every operation of CSetting raises, built from the error that it met.
-struct SettingError {
-  std::uint32_t number = 0;  // 0x80040202 to 0x80040205
-  std::string source;        // "CSetting.GetSettingStr", ...
-  std::string description;   // Windows-1252
+// Buffers of the profile functions, final NUL included: limits of the design.
+inline constexpr std::size_t kValueBuffer = 128;
+inline constexpr std::size_t kListBuffer = 2048;
+
+// Numbers that the operations raise, as the signed 32-bit numbers which error texts show.
+inline constexpr int kWriteSettingError = static_cast<int>(0x80040202);
+inline constexpr int kReadSettingError = static_cast<int>(0x80040203);
+inline constexpr int kReadSectionError = static_cast<int>(0x80040204);
+inline constexpr int kDeleteKeyError = static_cast<int>(0x80040205);
+
+// The error that every operation of CSetting raises, built from the error that it met. To everybody who does
+// not ask for its source it is a run-time error like any other.
+struct SettingError : core::RunTimeError {
+  SettingError(int the_number, std::string the_source, std::string the_description)
+      : RunTimeError{the_number, std::move(the_description)}, source(std::move(the_source)) {}
+
+  std::string source;  // "CSetting.GetSettingStr", ...
 };
 
 class CSetting {
@@ -29,22 +43,29 @@ class CSetting {
   void Init(const std::string& application_name = "", int save_mode = 1);
   // Works on exactly this file.
   void InitFile(const std::string& path);
+  // 0 stands for a per-user store of the platform. There is none here: the file serves every mode.
   int SaveMode() const { return save_mode_; }
   void SetSaveMode(int mode) { save_mode_ = mode; }
   const std::string& path() const { return path_; }
 
   // At most 127 characters; trimmed. The default goes through the same cutting and trimming.
-  std::string GetSettingStr(const std::string& section, const std::string& key, const std::string& default_value);
+  std::string GetSettingStr(const std::string& section, const std::string& key,
+                            const std::string& default_value);
+  // The low 16 bits of the number; 0 for a text without digits.
   std::int16_t GetSettingInt(const std::string& section, const std::string& key, std::int16_t default_value);
   // Keys with their values, or nothing when the section has none.
   std::optional<std::vector<core::KeyValue>> GetSettingAll(const std::string& section);
   std::optional<std::vector<std::string>> GetSectionNames();
+  // A file that cannot be written stays as it is, without an error.
   void SaveSettingStr(const std::string& section, const std::string& key, const std::string& value);
   void SaveSettingInt(const std::string& section, const std::string& key, std::int16_t value);
+  // Raises when the file cannot be written. A missing file is created empty; a missing key is no error.
   void DeleteKey(const std::string& section, const std::string& key);
 
  private:
   void EnsureInit();
+  std::string ReadString(const std::string& section, const std::string& key,
+                         const std::string& default_value);
 
   core::AppState& state_;
   std::string application_name_;

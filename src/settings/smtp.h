@@ -1,8 +1,10 @@
-// The address and server of the e-mail alerts, in KorvessaSMTPConfig.kvl: "Send Alerts To=a;SMTP Server=h:p;...".
-// The console owns the first two fields and keeps all that stands behind them.
+// The address and server of the e-mail alerts, in KorvessaSMTPConfig.kvl: "Send Alerts To=a;SMTP
+// Server=h:p;...", one line without a line end, guarded by its hash side file. The console owns the first two
+// fields, by position, and keeps all that stands behind them. Texts are single-byte (Windows-1252).
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "core/app_state.h"
 #include "core/error_log.h"
@@ -14,12 +16,22 @@ inline constexpr char kSmtpFileName[] = "KorvessaSMTPConfig.kvl";
 struct SmtpData {
   std::string Address;
   std::string Server;
-  std::string Port;
+  std::string Port;  // decimal; empty when the file has none
+
+  bool operator==(const SmtpData&) const = default;
 };
 
-// All empty when there is nothing to read. A file that fails its hash is deleted after a message.
+// The data in the first line of the file's text.
+SmtpData ParseSmtpText(std::string_view text);
+// The file's next text: the present one (empty when there is no file) with its first two fields replaced.
+// Values are trimmed.
+std::string SmtpTextWith(const SmtpData& data, std::string_view present);
+
+// All empty when there is nothing to read. A file that fails its hash is deleted after a message. Failures
+// are logged under "Utils : LoadSMTPData".
 SmtpData LoadSMTPData(core::AppState& state, core::ErrorLog& log);
-// Values are trimmed; the file and its hash change as one.
+// The file and its hash change as one. The present file is not checked. Failures are logged under
+// "Utils : SaveSMTPData", and both are then as they were.
 void SaveSMTPData(core::AppState& state, core::ErrorLog& log, const SmtpData& data);
 
 }  // namespace zendrix::settings

@@ -1,0 +1,203 @@
+#include "settings/ini_file.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "core/text_rules.h"
+
+namespace zendrix::settings {
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::string_view kWhiteSpace = " \t\v\f\r\n";
+
+std::string_view Strip(std::string_view text) {
+  const auto first = text.find_first_not_of(kWhiteSpace);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
+}
+
+std::string_view WithoutQuotes(std::string_view value) {
+  const bool quoted =
+      value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
+  return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
+std::string_view WithoutTrailingBlanks(std::string_view text) {
+  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+  return text;
+}
+
+std::string CutFor(std::size_t size, std::string_view text) {
+  return std::string(text.substr(0, size == 0 ? 0 : size - 1));
+}
+
+// A list needs two final NULs, so it loses one byte more than a value does.
+std::string ListFor(std::size_t size, std::string names, std::string_view default_value) {
+  if (names.empty()) return CutFor(size, WithoutTrailingBlanks(default_value));
+  names.resize(std::min(names.size(), size < 2 ? 0 : size - 2));
+  return names;
+}
+
+}  // namespace
+
+IniFile::IniFile(std::string_view bytes) : lines_(LinesOf(bytes)) {}
+
+std::string IniFile::Bytes() const {
+  std::string bytes;
+  for (const Line& line : lines_) {
+    bytes += line.text;
+    bytes += line.end;
+  }
+  return bytes;
+}
+
+std::string IniFile::GetString(std::string_view section, std::string_view key, std::string_view default_value,
+                               std::size_t size) const {
+  const std::size_t header = FindSection(section);
+  const std::size_t at = header == lines_.size() ? header : FindKey(header, key);
+  if (at == lines_.size() || lines_[at].kind != Kind::kEntry)
+    return CutFor(size, WithoutTrailingBlanks(default_value));
+  return CutFor(size, WithoutQuotes(Strip(std::string_view(lines_[at].text).substr(lines_[at].value_at))));
+}
+
+std::uint32_t IniFile::GetInt(std::string_view section, std::string_view key,
+                              std::int32_t default_value) const {
+  const std::string text = GetString(section, key, "", std::string::npos);
+  if (text.empty()) return static_cast<std::uint32_t>(default_value);
+  std::size_t at = text.find_first_not_of(kWhiteSpace);
+  const bool negative = at < text.size() && text[at] == '-';
+  if (at < text.size() && (text[at] == '-' || text[at] == '+')) ++at;
+  std::uint32_t number = 0;
+  for (; at < text.size() && text[at] >= '0' && text[at] <= '9'; ++at)
+    number = number * 10 + static_cast<std::uint32_t>(text[at] - '0');
+  return negative ? 0 - number : number;
+}
+
+std::string IniFile::KeyNames(std::string_view section, std::string_view default_value,
+                              std::size_t size) const {
+  std::string names;
+  const std::size_t header = FindSection(section);
+  const std::size_t end = header == lines_.size() ? header : EndOfSection(header);
+  for (std::size_t i = header; i < end; ++i)
+    if (lines_[i].kind == Kind::kEntry && !lines_[i].name.empty()) names += lines_[i].name + '\0';
+  return ListFor(size, std::move(names), default_value);
+}
+
+std::string IniFile::SectionNames(std::string_view default_value, std::size_t size) const {
+  std::string names;
+  for (const Line& line : lines_)
+    if (line.kind == Kind::kSection && !line.name.empty()) names += line.name + '\0';
+  return ListFor(size, std::move(names), default_value);
+}
+
+void IniFile::Set(std::string_view section, std::string_view key, std::string_view value) {
+  std::string entry(core::Trim(key));
+  entry.append("=").append(value);
+  const std::size_t header = FindSection(section);
+  if (header == lines_.size()) {
+    if (!lines_.empty()) EndLine(lines_.size() - 1);
+    std::string block = "[";
+    block.append(core::Trim(section)).append("]").append(kLineEnd).append(entry).append(kLineEnd);
+    return Splice(lines_.size(), 0, block);
+  }
+  const std::size_t at = FindKey(header, key);
+  if (at < lines_.size()) {
+    // The name stays as the file spells it.
+    std::string line = lines_[at].name;
+    line.append("=").append(value).append(lines_[at].end.empty() ? kLineEnd : lines_[at].end);
+    return Splice(at, 1, line);
+  }
+  std::size_t behind = header;
+  for (std::size_t i = header; i < EndOfSection(header); ++i)
+    if (IsKey(lines_[i])) behind = i;
+  EndLine(behind);
+  Splice(behind + 1, 0, entry.append(kLineEnd));
+}
+
+void IniFile::DeleteKey(std::string_view section, std::string_view key) {
+  const std::size_t header = FindSection(section);
+  const std::size_t at = header == lines_.size() ? header : FindKey(header, key);
+  if (at < lines_.size()) Splice(at, 1, "");
+}
+
+void IniFile::DeleteSection(std::string_view section) {
+  const std::size_t header = FindSection(section);
+  if (header == lines_.size()) return;
+  const auto first = lines_.begin() + static_cast<std::ptrdiff_t>(header);
+  const auto last = lines_.begin() + static_cast<std::ptrdiff_t>(EndOfSection(header));
+  lines_.erase(std::remove_if(first, last, [](const Line& line) { return line.kind != Kind::kComment; }),
+               last);
+}
+
+std::vector<IniFile::Line> IniFile::LinesOf(std::string_view bytes) {
+  std::vector<Line> lines;
+  while (!bytes.empty()) {
+    const auto feed = bytes.find('\n');
+    const std::size_t length = feed == std::string_view::npos ? bytes.size() : feed + 1;
+    std::size_t text = feed == std::string_view::npos ? length : feed;
+    if (text < length && text > 0 && bytes[text - 1] == '\r') --text;
+    lines.push_back(MakeLine(bytes.substr(0, text), bytes.substr(text, length - text)));
+    bytes.remove_prefix(length);
+  }
+  return lines;
+}
+
+IniFile::Line IniFile::MakeLine(std::string_view text, std::string_view end) {
+  Line line;
+  line.text = text;
+  line.end = end;
+  const std::string_view plain = Strip(text);
+  if (plain.empty()) return line;
+  if (plain.front() == ';') {
+    line.kind = Kind::kComment;
+    return line;
+  }
+  if (plain.front() == '[') {
+    if (const auto close = plain.find(']'); close != std::string_view::npos) {
+      line.kind = Kind::kSection;  // "[ name ] anything": what stands behind the first "]" does not count
+      line.name = Strip(plain.substr(1, close - 1));
+      return line;
+    }
+  }
+  const auto equals = text.find('=');
+  line.kind = equals == std::string_view::npos ? Kind::kBareName : Kind::kEntry;
+  line.name = Strip(text.substr(0, equals));
+  line.value_at = equals == std::string_view::npos ? text.size() : equals + 1;
+  return line;
+}
+
+std::size_t IniFile::FindSection(std::string_view section) const {
+  const std::string_view name = core::Trim(section);
+  std::size_t i = 0;
+  while (i < lines_.size() && !(lines_[i].kind == Kind::kSection && core::EqualNoCase(lines_[i].name, name)))
+    ++i;
+  return i;
+}
+
+std::size_t IniFile::EndOfSection(std::size_t header) const {
+  std::size_t i = header + 1;
+  while (i < lines_.size() && lines_[i].kind != Kind::kSection) ++i;
+  return i;
+}
+
+std::size_t IniFile::FindKey(std::size_t header, std::string_view key) const {
+  const std::string_view name = core::Trim(key);
+  for (std::size_t i = header + 1; i < lines_.size() && lines_[i].kind != Kind::kSection; ++i)
+    if (IsKey(lines_[i]) && core::EqualNoCase(lines_[i].name, name)) return i;
+  return lines_.size();
+}
+
+void IniFile::Splice(std::size_t at, std::size_t count, std::string_view bytes) {
+  // Read again, because a text written as given may hold a line end or make a header.
+  auto lines = LinesOf(bytes);
+  const auto first = lines_.begin() + static_cast<std::ptrdiff_t>(at);
+  const auto next = lines_.erase(first, first + static_cast<std::ptrdiff_t>(count));
+  lines_.insert(next, std::make_move_iterator(lines.begin()), std::make_move_iterator(lines.end()));
+}
+
+void IniFile::EndLine(std::size_t at) {
+  if (lines_[at].end.empty()) lines_[at].end = kLineEnd;
+}
+
+}  // namespace zendrix::settings

@@ -1,0 +1,285 @@
+#include "settings/reg_ini.h"
+
+#include "core/date_rules.h"
+#include "core/guards.h"
+#include "core/number_rules.h"
+#include "core/text_rules.h"
+#include "core/utils.h"
+#include "settings/ini_file.h"
+#include "settings/setting.h"
+
+namespace zendrix::settings {
+namespace {
+
+constexpr float kDefaultSensitivity = 1.1F;
+
+// Reads the keys of the catalogue, applying defaults and writing them back.
+class Catalogue {
+ public:
+  Catalogue(CSetting& file, const platform::LocaleInfo& locale) : file_(file), locale_(locale) {}
+
+  std::string Misc(const std::string& key, const std::string& default_value) {
+    return file_.GetSettingStr("Misc", key, default_value);
+  }
+  // The default is stored when the key has no value.
+  std::string OrStored(const std::string& section, const std::string& key, const std::string& default_value) {
+    std::string text = file_.GetSettingStr(section, key, "");
+    if (!text.empty()) return text;
+    file_.SaveSettingStr(section, key, default_value);
+    return default_value;
+  }
+  // A flag that is set is stored again.
+  bool Flag(const std::string& key, const std::string& default_value) {
+    const bool set = Misc(key, default_value) == "1";
+    if (set) file_.SaveSettingStr("Misc", key, "1");
+    return set;
+  }
+  // The default is the number 1.1 in any regional settings, so that it is not read through its text.
+  float Sensitivity() {
+    const std::string text = Misc("Se", "");
+    const bool absent = text.empty() && !Has("Misc", "Se");
+    if (text == "0") file_.SaveSettingStr("Misc", "Se", core::TextOf(kDefaultSensitivity, locale_));
+    return absent || text == "0" ? kDefaultSensitivity : core::CSng(text, locale_);
+  }
+  void StoreNumber(const std::string& key, float value) {
+    file_.SaveSettingStr("Misc", key, core::TextOf(value, locale_));
+  }
+
+ private:
+  // A key with an empty value has one; only an absent key takes the default.
+  bool Has(const std::string& section, const std::string& key) {
+    return file_.GetSettingStr(section, key, "1").empty();
+  }
+
+  CSetting& file_;
+  const platform::LocaleInfo& locale_;
+};
+
+std::string FirstLine(const std::string& text) {
+  return text.substr(0, text.find_first_of(std::string_view("\r\n\0", 3)));
+}
+
+// Names of monitors come from the monitoring file, that is, from anybody. One that would open a section,
+// become a comment or be split elsewhere is never read back; it would be added again at every start.
+bool CanBeKey(const std::string& name) {
+  const auto first = name.find_first_not_of(" \t\v\f");
+  return first != std::string::npos && name[first] != '[' && name[first] != ';' &&
+         name.find_first_of(std::string_view("=\r\n\0", 4)) == std::string::npos;
+}
+
+std::string PlaceSection(const std::string& name) {
+  return name + " Settings";
+}
+
+Place PlaceOf(const widgets::Form& form) {
+  return {form.top.Get(), form.left.Get(), form.height.Get(), form.width.Get()};
+}
+
+std::vector<core::KeyValue> ValuesOf(const Place& place) {
+  return {{"Top", std::to_string(place.Top)},
+          {"Left", std::to_string(place.Left)},
+          {"Height", std::to_string(place.Height)},
+          {"Width", std::to_string(place.Width)}};
+}
+
+int* PropertyOf(Place& place, const std::string& key) {
+  if (core::EqualNoCase(key, "Top")) return &place.Top;
+  if (core::EqualNoCase(key, "Left")) return &place.Left;
+  if (core::EqualNoCase(key, "Height")) return &place.Height;
+  if (core::EqualNoCase(key, "Width")) return &place.Width;
+  return nullptr;
+}
+
+// Two keys are written in another spelling than they are read in.
+std::string WrittenKey(const std::string& key) {
+  if (key == "NSlots") return "Nslots";
+  if (key == "TChart") return "TCHart";
+  return key;
+}
+
+}  // namespace
+
+RegIni::RegIni(core::AppState& state, core::ErrorLog& log)
+    : state_(state), log_(log), hashes_(state.seams.files, state.seams.family) {}
+
+std::string RegIni::IniPath() const {
+  return platform::JoinPath(state_.ProgramFolder, state_.ExeName + ".ini");
+}
+
+void RegIni::ReadRegInfo() {
+  core::OrFatal(log_, "RegIni:ReadRegInfo", [&] {
+    LoadDefaultsIfTampered();
+    ReadCatalogue();
+  });
+}
+
+void RegIni::LoadDefaultsIfTampered() {
+  const std::string path = IniPath();
+  if (hashes_.VerifyFileHash(path)) return;
+  state_.seams.message_boxes.Show({state_.ProductName, "Invalid configuration file. Loading default values",
+                                   platform::BoxIcon::kInformation, platform::BoxButtons::kOk});
+  log_.WriteLog("ReadRegInfo", "Invalid configuration file " + path + ". Loading default values");
+  if (state_.seams.files.Exists(path)) static_cast<void>(state_.seams.files.Remove(path));
+}
+
+void RegIni::ReadCatalogue() {
+  const platform::LocaleInfo& locale = state_.seams.locale.Current();
+  core::Settings& settings = state_.settings;
+  CSetting file(state_);
+  file.Init(state_.ExeName, 1);
+  Catalogue catalogue(file, locale);
+
+  settings.MonitorStates = file.GetSettingAll("Monitors").value_or(std::vector<core::KeyValue>());
+  settings.ColumnStates = file.GetSettingAll("Columns").value_or(std::vector<core::KeyValue>());
+  settings.SelColor = core::CLng(catalogue.OrStored("Grid", "SelColor", "8421631"), locale);
+  settings.SSColor = core::CLng(catalogue.OrStored("Grid", "SSColor", "16744576"), locale);
+  settings.NSlots = core::CByte(catalogue.OrStored("Tline", "Nslots", "30"), locale);
+  settings.TSlots = core::CByte(catalogue.OrStored("Tline", "TSlots", "1"), locale);
+  settings.TChart = catalogue.OrStored("Tline", "TCHart", "D");
+  settings.ldAlert = catalogue.Misc("ldAlert", "");
+  settings.ldErlog = catalogue.Misc("ldErlog", "");
+  settings.ldUIErlog = catalogue.Misc("ldUIErlog", "");
+  settings.enblAlr = catalogue.Misc("enblAlr", "0");
+  // The floor that the previous reading left, 0 in the first one of the process.
+  const std::string shown_from = core::TextOf(settings.SuspiciousFrom, locale);
+  settings.ShRskLvl = core::CSng(catalogue.Misc("ShRskLvl", shown_from), locale);
+  settings.ShowDetailsOpen = catalogue.Flag("DetSho", "1");
+  const core::Date now = core::Now(state_.seams.clock, state_.seams.family);
+  settings.IniDate = catalogue.OrStored("Misc", "IniDate", core::FormatDate(now, "Short Date", locale));
+  settings.TSurv = catalogue.OrStored("Misc", "TSurv", "N");
+  settings.TTour = catalogue.OrStored("Misc", "TTour", "N");
+  settings.Sensitivity = catalogue.Sensitivity();
+  DeriveThresholds(settings);
+  catalogue.StoreNumber("No", settings.NormalTop);
+  catalogue.StoreNumber("Su", settings.SuspiciousTop);
+  settings.PopOrigHigh = catalogue.Flag("PopOrigHigh", "1");
+  settings.PopNotifyMs = catalogue.Flag("PopNotifyMs", "1");
+  settings.DontAsk = catalogue.Flag("DontAsk", "0");
+}
+
+void RegIni::SaveRegInfo(const std::vector<SelectedText>& monitors,
+                         const std::vector<SelectedText>& columns) {
+  std::vector<Write> writes;
+  const auto add_list = [&](const std::string& section, const std::vector<SelectedText>& rows) {
+    for (const auto& row : rows)
+      if (CanBeKey(row.text)) writes.push_back({section, row.text, row.selected ? "1" : "0"});
+  };
+  add_list("Monitors", monitors);
+  add_list("Columns", columns);
+  for (const auto& value : CatalogueValues(state_.settings, state_.seams.locale.Current())) {
+    // The sensitivity and what follows from it belong to the e-mail pane.
+    if (value.key == "Se" || value.key == "No" || value.key == "Su") continue;
+    writes.push_back({value.section, WrittenKey(value.key), value.text});
+  }
+  Store(writes);
+}
+
+void RegIni::SaveSettingHashed(const std::string& section, const std::string& key, const std::string& value) {
+  Store({{section, key, value}});
+}
+
+void RegIni::SaveSetwChk(const std::string& section, const std::string& key, const std::string& value) {
+  core::OrFatal(log_, "RegIni:SaveSetwChk", [&] {
+    hashes_.FinishInterruptedSave(IniPath());
+    CSetting file(state_);
+    file.Init(state_.ExeName, 1);
+    if (file.GetSettingStr(section, key, "").empty() && CanBeKey(key))
+      Store({{section, key, value}});
+    else
+      RefreshHash();
+  });
+}
+
+void RegIni::SaveSection(const std::string& section, const std::vector<core::KeyValue>& values) {
+  std::vector<Write> writes;
+  for (const auto& [key, value] : values) writes.push_back({section, key, value});
+  Store(writes);
+}
+
+void RegIni::SaveFormPlace(const widgets::Form& form) {
+  SaveFormPlace(form.name(), PlaceOf(form));
+}
+
+void RegIni::SaveFormPlace(const std::string& control_name, const Place& place) {
+  SaveSection(PlaceSection(control_name), ValuesOf(place));
+}
+
+void RegIni::LoadFormPlace(widgets::Form& form) {
+  Place place = PlaceOf(form);
+  LoadFormPlace(form.name(), place);
+  form.top = place.Top;
+  form.left = place.Left;
+  form.height = place.Height;
+  form.width = place.Width;
+}
+
+void RegIni::LoadFormPlace(const std::string& control_name, Place& place) {
+  CSetting file(state_);
+  file.Init(state_.ExeName, 1);
+  const auto pairs = file.GetSettingAll(PlaceSection(control_name));
+  if (!pairs) return;
+  for (const auto& [key, value] : *pairs)
+    if (int* property = PropertyOf(place, key)) *property = core::RoundToLong(core::Val(value));
+}
+
+void RegIni::SaveWindowState(const widgets::Form& form) {
+  if (form.state.Get() == widgets::WindowState::kMinimised) return;
+  std::vector<core::KeyValue> values = {{"WState", std::to_string(static_cast<int>(form.state.Get()))}};
+  for (auto& value : ValuesOf(PlaceOf(form))) values.push_back(std::move(value));
+  SaveSection(PlaceSection(form.name()), values);
+}
+
+void RegIni::LoadWindowState(widgets::Form& form) {
+  CSetting file(state_);
+  file.Init(state_.ExeName, 1);
+  if (core::Val(file.GetSettingStr(PlaceSection(form.name()), "WState", "")) == 2)
+    form.state = widgets::WindowState::kMaximised;
+  else
+    LoadFormPlace(form);
+}
+
+void RegIni::SaveColWidths(const std::string& grid_name, const std::vector<int>& widths) {
+  std::vector<core::KeyValue> values;
+  for (std::size_t i = 0; i < widths.size(); ++i)
+    values.emplace_back(std::to_string(i), std::to_string(widths[i]));
+  for (const char* hidden : {"5", "6", "7"}) values.emplace_back(hidden, "0");
+  SaveSection(grid_name + " Colwidths", values);
+}
+
+bool RegIni::LoadColWidths(const std::string& grid_name, std::vector<int>& widths) {
+  CSetting file(state_);
+  file.Init(state_.ExeName, 1);
+  const auto pairs = file.GetSettingAll(grid_name + " ColWidths");
+  if (!pairs) return false;
+  const platform::LocaleInfo& locale = state_.seams.locale.Current();
+  for (std::size_t i = 0; i < pairs->size() && i < widths.size(); ++i)
+    widths[i] = core::CInt((*pairs)[i].second, locale);
+  return true;
+}
+
+void RegIni::Store(const std::vector<Write>& writes) {
+  const std::string path = IniPath();
+  hashes_.FinishInterruptedSave(path);
+  const auto old = state_.seams.files.ReadAll(path);
+  const bool missing = !old && old.error().kind == platform::ErrorKind::kNotFound;
+  if (!old && !missing) return;  // what cannot be read must not be replaced
+  IniFile ini(old ? std::string_view(old.value()) : std::string_view());
+  // What stands behind a line break would become a line of its own, and is never read back as part of the
+  // value.
+  for (const auto& write : writes) ini.Set(write.section, write.key, FirstLine(write.value));
+  const std::string bytes = ini.Bytes();
+  if (old && bytes == old.value()) return RefreshHash();
+  try {
+    hashes_.SaveWithHash(path, bytes);
+  } catch (const core::RunTimeError&) {
+    // The outcome of a write is not examined; the hash is refreshed all the same.
+    RefreshHash();
+  }
+}
+
+void RegIni::RefreshHash() {
+  const std::string path = IniPath();
+  if (!hashes_.VerifyFileHash(path)) hashes_.StoreFileHash(path);
+}
+
+}  // namespace zendrix::settings

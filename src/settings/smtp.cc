@@ -1,0 +1,88 @@
+#include "settings/smtp.h"
+
+#include <vector>
+
+#include "core/guards.h"
+#include "core/hash_utils.h"
+#include "core/text_rules.h"
+
+namespace zendrix::settings {
+namespace {
+
+constexpr char kAddressKey[] = "Send Alerts To=";
+constexpr char kServerKey[] = "SMTP Server=";
+
+// What stands behind the first "=" of a field; the key is not looked at. Empty when there is no "=".
+std::string_view ValueOf(std::string_view field) {
+  const auto equals = field.find('=');
+  return equals == std::string_view::npos ? std::string_view() : field.substr(equals + 1);
+}
+
+std::string SmtpPath(const core::AppState& state) {
+  return platform::JoinPath(state.ProgramFolder, kSmtpFileName);
+}
+
+}  // namespace
+
+SmtpData ParseSmtpText(std::string_view text) {
+  // An empty file has no line to read: its text then splits into no fields at all.
+  const auto fields = core::Split(text.substr(0, text.find_first_of("\r\n")), ";");
+  if (fields.size() < 2) return {};
+  SmtpData data;
+  data.Address = ValueOf(fields[0]);
+  const std::string_view server = ValueOf(fields[1]);
+  const auto colon = server.find(':');
+  data.Server = server.substr(0, colon);
+  if (colon != std::string_view::npos) data.Port = server.substr(colon + 1);
+  return data;
+}
+
+std::string SmtpTextWith(const SmtpData& data, std::string_view present) {
+  auto fields = core::Split(present, ";");
+  std::string remainder;
+  if (fields.size() < 2) {
+    remainder = present;
+    fields.assign(2, {});
+  }
+  std::string text = kAddressKey;
+  text.append(core::Trim(data.Address)).append(";").append(kServerKey);
+  text.append(core::Trim(data.Server)).append(":").append(core::Trim(data.Port));
+  for (std::size_t i = 2; i < fields.size(); ++i) text.append(";").append(fields[i]);
+  if (!remainder.empty())
+    text.append(";").append(remainder);
+  else if (fields.size() == 2)
+    text.append(";");
+  return text;
+}
+
+SmtpData LoadSMTPData(core::AppState& state, core::ErrorLog& log) {
+  SmtpData data;
+  core::OrLog(log, "Utils : LoadSMTPData", [&] {
+    const std::string path = SmtpPath(state);
+    core::HashUtils hashes(state.seams.files, state.seams.family);
+    hashes.FinishInterruptedSave(path);
+    if (!state.seams.files.Exists(path)) return;
+    if (!hashes.VerifyFileHash(path)) {
+      state.seams.message_boxes.Show({state.ProductName,
+                                      "Invalid SMTP configuration file. Loading default values",
+                                      platform::BoxIcon::kInformation, platform::BoxButtons::kOk});
+      core::ValueOrRaise(state.seams.files.Remove(path));
+      return;
+    }
+    data = ParseSmtpText(core::ValueOrRaise(state.seams.files.ReadAll(path)));
+  });
+  return data;
+}
+
+void SaveSMTPData(core::AppState& state, core::ErrorLog& log, const SmtpData& data) {
+  core::OrLog(log, "Utils : SaveSMTPData", [&] {
+    const std::string path = SmtpPath(state);
+    core::HashUtils hashes(state.seams.files, state.seams.family);
+    hashes.FinishInterruptedSave(path);
+    std::string present;
+    if (state.seams.files.Exists(path)) present = core::ValueOrRaise(state.seams.files.ReadAll(path));
+    hashes.SaveWithHash(path, SmtpTextWith(data, present));
+  });
+}
+
+}  // namespace zendrix::settings
