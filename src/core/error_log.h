@@ -5,7 +5,9 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "core/app_state.h"
 #include "core/run_time_error.h"
@@ -20,9 +22,12 @@ class ErrorLog {
 
   // One ordinary line: "'proc': msg" as message. A failure to write is silent.
   void WriteLog(const std::string& proc, const std::string& msg);
-  // Logs the error, tells the user in one sentence and ends the process through CloseAllAndEnd.
+  // Logs the error, tells the user in one sentence and ends the process through CloseAllAndEnd, exit
+  // status 1. When the log cannot be written the user reads both errors instead.
   [[noreturn]] void WriteError(const std::string& proc, const RunTimeError& error);
-  // Unloads the open form at index 0 as many times as there are open forms, then ends the process.
+  // Unloads the open form at index 0 as many times as there are open forms, then ends the process. A form
+  // that is being unloaded already counts as gone. An error inside an unload takes the fatal path once more,
+  // and the process ends all the same.
   [[noreturn]] void CloseAllAndEnd(int exit_status = 0);
 
   // Called with (procedure, error) before the fatal path shows its box; the inspector reports from it.
@@ -31,7 +36,12 @@ class ErrorLog {
   std::function<void(const std::string&)> on_line;
 
  private:
+  // Appends one line with this message; what stopped it, if anything did.
+  std::optional<RunTimeError> WriteLine(const std::string& message);
+  widgets::Form* FirstOpenForm() const;
+
   AppState& state_;
+  std::vector<const widgets::Form*> unloading_;  // by CloseAllAndEnd, the outermost first
 };
 
 }  // namespace zendrix::core
