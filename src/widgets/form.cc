@@ -28,7 +28,8 @@ bool FormList::IsFormLoaded(const std::string& name) const {
 }
 
 Form* FormList::Find(const std::string& name) const {
-  const auto found = std::find_if(open_.begin(), open_.end(), [&](const Form* form) { return form->name() == name; });
+  const auto found =
+      std::find_if(open_.begin(), open_.end(), [&](const Form* form) { return form->name() == name; });
   return found == open_.end() ? nullptr : *found;
 }
 

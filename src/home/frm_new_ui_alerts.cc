@@ -1,0 +1,195 @@
+// The alert list of frmNewUI: one row per event of the monitor "Aggregation" whose risk reaches the level
+// that the user chose to see and that the user's earlier decisions do not hide. The newest row stands on top;
+// there is no other order.
+#include "alerts/monitor_catalogue.h"
+#include "alerts/risk.h"
+#include "core/guards.h"
+#include "core/utils.h"
+#include "home/frm_new_ui.h"
+
+namespace zendrix::home {
+
+namespace {
+
+constexpr char kAlertMonitor[] = "Aggregation";
+constexpr char kBlocked[] = "Blocked";
+constexpr char kAllowed[] = "Allowed";
+constexpr int kNarrowColumn = 700;  // twips
+
+int PictureOfLevel(const std::string& level) {
+  if (level == alerts::kNormal) return alerts::kPictureNormal;
+  if (level == alerts::kSuspicious) return alerts::kPictureSuspicious;
+  return alerts::kPictureIntrusion;
+}
+
+std::string TextOf(const store::EventCursor& row, store::Column column) {
+  return std::string(row.Text(column));
+}
+
+}  // namespace
+
+// Marks the list as busy and its views as waiting for as long as a build runs.
+class frmNewUI::ListBuild {
+ public:
+  explicit ListBuild(frmNewUI& form) : form_(form), batch_(form.lvAlerts) { form_.ListBusy = true; }
+  ~ListBuild() { form_.ListBusy = false; }
+  ListBuild(const ListBuild&) = delete;
+  ListBuild& operator=(const ListBuild&) = delete;
+
+ private:
+  frmNewUI& form_;
+  widgets::ListBatch batch_;
+};
+
+void frmNewUI::CreateHeaderlvAlerts() {
+  lvAlerts.columns = std::vector<widgets::ListColumn>{{"Time", 2.0 / 5, 0},
+                                                      {"Event Type", 1 / 3.3, 0},
+                                                      {"Status", 0, kNarrowColumn},
+                                                      {"Details", 0, kNarrowColumn}};
+}
+
+void frmNewUI::LoadlvAlerts() {
+  FillFromTable(true);
+}
+
+void frmNewUI::UpdatelvAlerts() {
+  FillFromTable(false);
+}
+
+void frmNewUI::FillFromTable(bool whole) {
+  ListBuild busy(*this);
+  const std::string place = whole ? "frmNewUI:LoadlvAlerts" : "frmNewUI:UpdatelvAlerts";
+  std::string remembered;
+  bool filled = false;
+  core::OrLog(parts_.log, place, [&] {
+    // A reload may put a new table in place of this one while a row is shown; the clone keeps the old one
+    // alive.
+    const auto table = parts_.gKvlF.EventTable;
+    if (!table) {
+      lvAlerts.Clear();
+      return;
+    }
+    store::EventCursor clone = table->Clone();
+    clone.SetFilter(alerts::kAlertFilter);
+    if (clone.Eof() || clone.Bof()) return;
+    if (const auto selected = lvAlerts.selected()) remembered = lvAlerts.in_slot(*selected).key;
+    if (whole && parts_.gKvlF.ReloadedFlag) {
+      ClearAlertList();
+      parts_.gKvlF.ReloadedFlag = false;
+    }
+    const int picture = alerts::GetImgNumH3(kAlertMonitor);
+    if (whole)
+      FillRows(clone, picture);
+    else
+      FillRowsBehind(clone, picture);
+    filled = true;
+  });
+  core::OrLog(parts_.log, place, [&] {
+    if (filled) CloseBuild(remembered);
+  });
+  sMoreInfo.enabled = lvAlerts.size() > 0;
+}
+
+void frmNewUI::FillRows(store::EventCursor& clone, int picture) {
+  for (; !clone.Eof(); clone.MoveNext()) {
+    const auto decision = parts_.alerts.Decision(TextOf(clone, store::kDateUTC));
+    const bool blocked = decision && decision->ends_with('A');
+    if (blocked && !ShowBlockedAlerts) continue;
+    AddRow(clone, picture, !decision ? "" : blocked ? kBlocked : kAllowed);
+  }
+}
+
+void frmNewUI::FillRowsBehind(store::EventCursor& clone, int picture) {
+  if (const auto last = parts_.gKvlF.LastBookmark) {
+    if (*last >= clone.table().RowCount()) core::Raise(core::kBadCriterion);
+    // The position may be that of a row which is no alert; the first alert from there on is where the new
+    // part begins.
+    clone.MoveLast();
+    while (!clone.Bof() && clone.bookmark() >= *last) clone.MovePrevious();
+    if (clone.Bof())
+      clone.MoveFirst();
+    else
+      clone.MoveNext();
+  }
+  for (; !clone.Eof(); clone.MoveNext()) AddRow(clone, picture, "");
+}
+
+void frmNewUI::AddRow(const store::EventCursor& row, int picture, const std::string& status) {
+  const auto& locale = app_.seams.locale.Current();
+  const std::string change = TextOf(row, store::kChange);
+  if (!alerts::ReachesShownRisk(change, app_.settings, locale)) return;
+  const std::string id = std::to_string(row.ID());
+  const std::string date_time = TextOf(row, store::kDateTime);
+  const auto slot = lvAlerts.InsertTop("K" + id, date_time, picture, TextOf(row, store::kDateUTC));
+  if (!slot) return;  // the row is in the list already
+  const std::string level = alerts::GetRiskName(change, app_.settings, locale);
+  lvAlerts.AddSubItem(*slot, level, PictureOfLevel(level));
+  if (level != alerts::kNormal && level != alerts::kSuspicious) AttentionPending = true;
+  const bool decided = !status.empty();
+  if (decided) {
+    lvAlerts.AddSubItem(*slot, status,
+                        status == kBlocked ? alerts::kPictureBlocked : alerts::kPictureAllowed);
+    AttentionPending = false;
+  }
+  if (parts_.alerts.HasDetails(id)) {
+    if (!decided) lvAlerts.AddSubItem(*slot, "");
+    lvAlerts.AddSubItem(*slot, "", alerts::kPictureDetails);
+  }
+  if (decided) return;
+  if (level == alerts::kIntrusion) NoteIntrusion(date_time);
+  parts_.alerts.ShowAlertPopUp(row, PopupsSuppressed);
+}
+
+void frmNewUI::NoteIntrusion(const std::string& date_time) {
+  const core::Date now = core::Now(app_.seams.clock, app_.seams.family);
+  const auto moment = core::ReadDate(date_time, app_.seams.locale.Current(), core::LocalTimeOf(now).year);
+  if (moment && *moment > LastIntrusionTime) LastIntrusionTime = *moment;
+}
+
+void frmNewUI::CloseBuild(const std::string& remembered) {
+  if (!remembered.empty()) {
+    const auto slot = lvAlerts.Find(remembered);
+    if (slot) lvAlerts.Select(*slot);
+  } else if (const auto first = lvAlerts.first_visible()) {
+    lvAlerts.Select(*first);
+    lvAlerts_ItemClick(*first);
+  }
+}
+
+void frmNewUI::ClearAlertList() {
+  core::OrLog(parts_.log, "frmNewUI:ClearAlertList", [&] {
+    lvAlerts.Clear();
+    sDesc.about_text = OpeningText();
+  });
+}
+
+void frmNewUI::lvAlerts_ItemClick(widgets::ListView::Slot item) {
+  core::OrLog(parts_.log, "frmNewUI:lvAlerts_ItemClick", [&] {
+    const std::string page = parts_.alerts.RenderDetails(lvAlerts.in_slot(item).key.substr(1));
+    if (page.empty()) sDesc.about_text = OpeningText();
+  });
+}
+
+void frmNewUI::sckShowAll_Click() {
+  ShowBlockedAlerts = sckShowAll.checked;
+  ClearAlertList();
+  LoadlvAlerts();
+  CheckRiskLevel();
+}
+
+void frmNewUI::sClearAll_Click() {
+  ShowBlockedAlerts = false;
+  ClearAlertList();
+  parts_.alerts.ForgetNotableInfo();
+  sMoreInfo.enabled = false;
+  CheckRiskLevel();
+}
+
+void frmNewUI::sShowAll_Click() {
+  ShowBlockedAlerts = true;
+  ClearAlertList();
+  LoadlvAlerts();
+  CheckRiskLevel();
+}
+
+}  // namespace zendrix::home

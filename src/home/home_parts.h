@@ -1,0 +1,35 @@
+// What the Home console is put together from. Everything outlives the form.
+#pragma once
+
+#include <functional>
+
+#include "agent/agent_control.h"
+#include "alerts/alert_services.h"
+#include "core/app_state.h"
+#include "core/error_log.h"
+#include "settings/reg_ini.h"
+#include "store/reader.h"
+#include "widgets/screen.h"
+
+namespace zendrix::home {
+
+// Windows and requests that the refresh cycle starts. One that is not set is not there.
+struct HomeServices {
+  std::function<void()> CheckUpdate;
+  std::function<void()> PostSurvey;
+  std::function<void()> ShowNotifyMsg;
+  std::function<void()> ShowTour;
+};
+
+struct HomeParts {
+  core::AppState& state;
+  core::ErrorLog& log;
+  store::CMkvlf& gKvlF;
+  settings::RegIni& reg_ini;
+  agent::AgentControl& agent;
+  widgets::Screen& screen;
+  alerts::AlertServices& alerts;
+  HomeServices services;
+};
+
+}  // namespace zendrix::home

@@ -1,0 +1,16 @@
+// What belongs to no window: the shape of the pointer, the beep, the last window brought forward.
+#pragma once
+
+#include "widgets/observed.h"
+
+namespace zendrix::widgets {
+
+inline constexpr int kPointerDefault = 0;
+inline constexpr int kPointerHourglass = 11;
+
+struct Screen {
+  Observed<int> MousePointer{kPointerDefault};
+  Signal<> beep;
+};
+
+}  // namespace zendrix::widgets

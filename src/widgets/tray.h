@@ -1,0 +1,30 @@
+// The icon in the notification area. Mouse acts on it arrive as the desktop's message numbers.
+#pragma once
+
+#include <string>
+
+#include "widgets/observed.h"
+
+namespace zendrix::widgets {
+
+inline constexpr int kTrayLeftUp = 514;
+inline constexpr int kTrayLeftDouble = 515;
+inline constexpr int kTrayRightUp = 517;
+
+enum class TrayIcon { kForm, kNotableSystemTrayIcon };
+
+class Tray {
+ public:
+  // Characters that the tip can hold; its field has one more for the closing NUL.
+  static constexpr std::size_t kTipCharacters = 63;
+
+  void SetTip(const std::string& text) { tip = text.substr(0, kTipCharacters); }
+
+  Observed<bool> shown{false};
+  Observed<TrayIcon> icon{TrayIcon::kForm};
+  Observed<std::string> tip;
+  // The user did something with the icon.
+  Signal<int> mouse;
+};
+
+}  // namespace zendrix::widgets
