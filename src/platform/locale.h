@@ -18,6 +18,8 @@ struct LocaleInfo {
   std::string time_separator = ":";
   std::string decimal = ".";
   std::string thousands = ",";
+  // Sign that a number may carry when it is read ("$5"); empty when there is none in the code page.
+  std::string currency = "$";
   // Digits in each group from the point leftwards; 0 ends the list and repeats the one before it ("3;0"),
   // a list that does not end in 0 groups no further ("3"); empty groups nothing.
   std::string grouping = "3;0";

@@ -1,0 +1,102 @@
+#include "core/moment_formatter.h"
+
+#include <algorithm>
+
+#include "core/date_calendar.h"
+#include "core/utils.h"
+
+namespace zendrix::core {
+namespace {
+
+constexpr std::int64_t kBlockSeconds = 900;
+
+std::int64_t FloorDivide(std::int64_t value, std::int64_t by) {
+  return value / by - (value % by < 0 ? 1 : 0);
+}
+
+// Days from 1899-12-30 to 1970-01-01.
+constexpr std::int64_t kEpochDay = 25569;
+
+std::int64_t WallClock(const platform::LocalTime& local) {
+  const std::int64_t day = DayNumber(local.year, local.month, local.day).value_or(0) - kEpochDay;
+  return ((day * 24 + local.hour) * 60 + local.minute) * 60 + local.second;
+}
+
+std::string OrderedDate(const platform::LocalTime& date, int order) {
+  const std::string day = std::to_string(date.day);
+  const std::string month = std::to_string(date.month);
+  const std::string year = std::to_string(date.year);
+  if (order == 2) return year + "/" + month + "/" + day;
+  if (order == 1) return day + "/" + month + "/" + year;
+  return month + "/" + day + "/" + year;
+}
+
+std::size_t SlotOf(std::int64_t number, std::size_t slots) {
+  return static_cast<std::size_t>(static_cast<std::uint64_t>(number) % slots);
+}
+
+}  // namespace
+
+MomentFormatter::MomentFormatter(const platform::LocaleInfo& locale, int order,
+                                 platform::FamilyLibraries& family)
+    : locale_(locale),
+      order_(order),
+      family_(family),
+      date_picture_(locale.short_date),
+      time_picture_(locale.time) {}
+
+std::string_view MomentFormatter::Format(std::int32_t seconds) {
+  const std::int64_t wall = LocalSeconds(seconds);
+  const std::int64_t day_number = FloorDivide(wall, kSecondsPerDay);
+  const Day& day = DayAt(day_number);
+  if (!day.readable) {
+    text_ = UTCToText(seconds, order_, family_);
+    return text_;
+  }
+  const int second = static_cast<int>(wall - day_number * kSecondsPerDay);
+  CalendarMoment moment = day.moment;
+  moment.local.hour = second / 3600;
+  moment.local.minute = second / 60 % 60;
+  moment.local.second = second % 60;
+  text_ = day.short_date;
+  time_picture_.Append(moment, locale_, text_);
+  return text_;
+}
+
+std::int64_t MomentFormatter::LocalSeconds(std::int32_t seconds) {
+  Block& block = blocks_[SlotOf(FloorDivide(seconds, kBlockSeconds), kSlots)];
+  const std::int64_t number = FloorDivide(seconds, kBlockSeconds);
+  if (block.number != number) {
+    const auto within = [](std::int64_t moment) {
+      return static_cast<std::int32_t>(std::clamp<std::int64_t>(
+          moment, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
+    };
+    block.number = number;
+    block.offset = OffsetAt(within(number * kBlockSeconds));
+    block.steady = block.offset == OffsetAt(within(number * kBlockSeconds + kBlockSeconds - 1));
+  }
+  return seconds + (block.steady ? block.offset : OffsetAt(seconds));
+}
+
+std::int64_t MomentFormatter::OffsetAt(std::int32_t seconds) {
+  return WallClock(family_.FromUTC(seconds)) - seconds;
+}
+
+const MomentFormatter::Day& MomentFormatter::DayAt(std::int64_t number) {
+  Day& day = days_[SlotOf(number, kSlots)];
+  if (day.number == number) return day;
+  day.number = number;
+  // The detour by text is the rule: where the order and the settings disagree, day and month change places.
+  const platform::LocalTime date = DateOfDayNumber(static_cast<int>(number + kEpochDay));
+  const std::optional<Date> read = ReadDate(OrderedDate(date, order_), locale_, date.year);
+  day.readable = read.has_value();
+  day.short_date.clear();
+  if (read) {
+    day.moment = MomentOf(*read);
+    date_picture_.Append(day.moment, locale_, day.short_date);
+    day.short_date += ' ';
+  }
+  return day;
+}
+
+}  // namespace zendrix::core

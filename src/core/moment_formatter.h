@@ -1,0 +1,57 @@
+// The display text of many UTC moments: what UTCToText, ReadDate and ShortDateLongTime make of each, in a
+// fraction of the time, since neighbouring events share their day and their distance from UTC. The locale and
+// the library must outlive the formatter. Not for use by two threads.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <string_view>
+
+#include "core/date_picture.h"
+#include "platform/family_libraries.h"
+#include "platform/locale.h"
+
+namespace zendrix::core {
+
+class MomentFormatter {
+ public:
+  // `order` is the order of the date in which UTCToText would write it.
+  MomentFormatter(const platform::LocaleInfo& locale, int order, platform::FamilyLibraries& family);
+
+  // The text is valid until the next call.
+  std::string_view Format(std::int32_t seconds);
+
+ private:
+  // A quarter of an hour of UTC: no zone changes its distance from UTC within one and changes back.
+  struct Block {
+    std::int64_t number = kNone;
+    bool steady = false;  // one distance from UTC for all of it
+    std::int64_t offset = 0;
+  };
+  struct Day {
+    std::int64_t number = kNone;
+    bool readable = false;
+    CalendarMoment moment;
+    std::string short_date;  // with the blank behind it
+  };
+  static constexpr std::int64_t kNone = std::numeric_limits<std::int64_t>::min();
+  static constexpr std::size_t kSlots = 64;
+
+  // Seconds of the local wall clock, counted as if it were UTC.
+  std::int64_t LocalSeconds(std::int32_t seconds);
+  std::int64_t OffsetAt(std::int32_t seconds);
+  const Day& DayAt(std::int64_t number);
+
+  const platform::LocaleInfo& locale_;
+  int order_;
+  platform::FamilyLibraries& family_;
+  DatePicture date_picture_;
+  DatePicture time_picture_;
+  std::array<Block, kSlots> blocks_;
+  std::array<Day, kSlots> days_;
+  std::string text_;
+};
+
+}  // namespace zendrix::core
