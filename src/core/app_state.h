@@ -27,6 +27,9 @@ struct AppState {
   std::string CommandLineText;          // lower-cased
   bool NoSplash = false;
   bool UpdatedRun = false;
+  // Name of the instance lock. The executable sets one that tells it from its namesakes in other folders;
+  // Main completes an empty one to "Global\" and ExeName.
+  std::string InstanceMutex;
   std::string MonitoringFilePath;
   std::string ProgramFolder;  // no closing separator
   std::string ExeName = "zendrix";

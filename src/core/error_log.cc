@@ -1,6 +1,7 @@
 #include "core/error_log.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "core/date_rules.h"
 #include "core/guards.h"
@@ -78,6 +79,7 @@ void ErrorLog::CloseAllAndEnd(int exit_status) {
     OrFatal(*this, "ErrorLog:CloseAllAndEnd", [&] { form->Unload(widgets::UnloadCause::kCode); });
   }
   state_.seams.process.End(exit_status);
+  std::abort();  // not reached; the compiler does not trust a virtual function's promise never to return
 }
 
 widgets::Form* ErrorLog::FirstOpenForm() const {

@@ -1,7 +1,9 @@
-// The two failure styles of the system, once each. A procedure with the fatal style ends the process through
-// WriteError on any run-time error; one with the logging style writes a line and goes on behind the guard.
+// The failure styles of the system, once each. A procedure with the fatal style ends the process through
+// WriteError on any run-time error; one with the logging style writes a line and goes on behind the guard;
+// single steps whose errors the rules ignore stand in a guard of their own.
 #pragma once
 
+#include <new>
 #include <string>
 #include <utility>
 
@@ -21,8 +23,8 @@ auto OrFatal(ErrorLog& log, const std::string& proc, Body&& body) -> decltype(bo
   }
 }
 
-// Runs `body`; a run-time error becomes the log line "number: description" under the name `proc`. Returns whether
-// the body came to its end.
+// Runs `body`; a run-time error becomes the log line "number: description" under the name `proc`. Returns
+// whether the body came to its end.
 template <class Body>
 bool OrLog(ErrorLog& log, const std::string& proc, Body&& body) {
   try {
@@ -31,6 +33,16 @@ bool OrLog(ErrorLog& log, const std::string& proc, Body&& body) {
   } catch (const RunTimeError& error) {
     log.WriteLog(proc, std::to_string(error.number) + ": " + error.description);
     return false;
+  }
+}
+
+// Runs `body` where the rules ignore every run-time error; the work goes on behind the guard.
+template <class Body>
+void OrIgnore(Body&& body) {
+  try {
+    std::forward<Body>(body)();
+  } catch (const RunTimeError&) {
+    return;
   }
 }
 

@@ -14,15 +14,20 @@ namespace zendrix::core {
 class frmSplash;
 class frmMsg;
 
-// The steps that belong to rooms which stand to the right of this one; the executable fills them in.
+inline constexpr char kMonitoringFileName[] = "KorvessaMonitoring.kvl";
+inline constexpr char kUpdateFileName[] = "Zendrix Update.exe";
+
+// The steps that belong to rooms which stand to the right of this one; the executable fills them all in.
 struct MainHooks {
   std::function<void()> ReadRegInfo;
   std::function<void()> LoadDescArrays;
-  // Creates the reader and does the whole first load.
+  // Creates the reader, in either edition, and does the whole first load. The open splash is found in
+  // AppState::forms (see SetSplashProgress).
   std::function<void(const std::string& path)> InitReader;
   // Monitor names of the reader, in the order in which they were met.
   std::function<std::vector<std::string>()> MonitorNames;
-  std::function<void(const std::string& section, const std::string& key, const std::string& value)> SaveSetwChk;
+  std::function<void(const std::string& section, const std::string& key, const std::string& value)>
+      SaveSetwChk;
   // File version of an executable ("1.2.0.3"), or empty.
   std::function<std::string(const std::string& path)> FileVersion;
   // Puts a logical splash on the screen; repainted at once.
@@ -34,8 +39,10 @@ struct MainHooks {
   std::function<void()> Show_frmTour;
 };
 
-// Runs the start. `command_line` is the program's arguments joined by blanks. The splash is released before this
-// returns. Any run-time error ends the process under the name "Initial : Main".
+// Runs the start. `command_line` is the program's arguments joined by blanks. ProductEdition, ProgramFolder,
+// ExeName and InstanceMutex of `state` are set before. The splash is released before this returns. Any
+// run-time error ends the process under the name "Initial : Main"; a second instance ends with status 0,
+// having logged and touched nothing.
 void Main(AppState& state, ErrorLog& log, const std::string& command_line, const MainHooks& hooks);
 
 }  // namespace zendrix::core

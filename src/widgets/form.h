@@ -35,8 +35,12 @@ class Form {
   bool loaded() const { return loaded_; }
   // Asks QueryUnload, then runs OnUnload and leaves the list. False when the unload was refused.
   bool Unload(UnloadCause cause = UnloadCause::kCode);
+  // Stays above the windows of other programs.
+  Observed<bool> on_top{false};
   // Asks the window to come to the front.
   Signal<> bring_forward;
+  // Asks for the middle of the screen area that windows may use.
+  Signal<> centre;
   // Raised when the form has left the list.
   Signal<> unloaded;
 

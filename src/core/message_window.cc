@@ -1,0 +1,50 @@
+#include "core/message_window.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "core/run_time_error.h"
+
+namespace zendrix::core {
+namespace {
+
+constexpr int kMostSeconds = 65;
+
+}  // namespace
+
+frmMsg::frmMsg(AppState& app)
+    : Form(app.forms, "frmMsg"),
+      app_(app),
+      TimerClose(app.seams.timers.MakeTimer([this] { TimerClose_Timer(); })) {}
+
+void frmMsg::Display(const std::function<void(frmMsg&)>& show_modally) {
+  displayed_ = true;
+  Form_Load();
+  visible = true;
+  show_modally(*this);
+  Unload();
+}
+
+void frmMsg::Form_Load() {
+  title = Title.empty() ? app_.ProductName : Title;
+  lblMsg.caption = Message;
+  const int seconds = std::min<int>(Seconds, kMostSeconds);
+  if (seconds == 0) return;
+  const int interval = seconds * 1000;
+  if (interval > std::numeric_limits<std::int16_t>::max()) Raise(kOverflow);
+  TimerClose->StartOnce(interval);
+}
+
+void frmMsg::Form_Activate() {
+  if (displayed_) return;
+  app_.seams.message_boxes.Show(
+      {"frmMsg", "invalid way to show this Dialog Box.\r\nMust be called using the Display method",
+       platform::BoxIcon::kStop, platform::BoxButtons::kOk});
+  Unload();
+}
+
+void frmMsg::OnUnload() {
+  TimerClose->Stop();
+}
+
+}  // namespace zendrix::core

@@ -1,0 +1,24 @@
+#include "core/splash.h"
+
+#include "core/utils.h"
+#include "core/version.h"
+
+namespace zendrix::core {
+
+frmSplash::frmSplash(widgets::FormList& forms, std::string the_title)
+    : Form(forms, kSplashName), Title(std::move(the_title)) {
+  Form_Load();
+}
+
+void frmSplash::Form_Load() {
+  title = Title;
+  PBar.value = 0;
+  lblVersion.caption = "Version " + FormatVersion(kVersionMajor, kVersionMinor, kVersionRevision);
+  lblProductName.caption = Title;
+}
+
+void SetSplashProgress(const widgets::FormList& forms, int percent) {
+  if (auto* splash = dynamic_cast<frmSplash*>(forms.Find(kSplashName))) splash->PBar.Show(percent);
+}
+
+}  // namespace zendrix::core

@@ -1,0 +1,34 @@
+// What the logic asks of windows as such. The requests are carried out by whoever shows the form.
+#pragma once
+
+#include <cstdint>
+
+#include "widgets/form.h"
+#include "widgets/status_bar.h"
+
+namespace zendrix::core {
+
+// Shows the form and keeps it above all other windows, where it is and in the size that it has.
+void StayOnTop(widgets::Form& form);
+// Asks for the form's place to be the middle of the usable screen area.
+void CentreForm(widgets::Form& form);
+
+// A screen area without task bars, in pixels, and how many of the form's units make one pixel.
+struct ScreenArea {
+  int width = 0;
+  int height = 0;
+  int units_per_pixel = 1;
+};
+struct Place {
+  int left = 0;
+  int top = 0;
+};
+// Where a form of this size has to stand to be in the middle, in the form's units.
+Place CentredPlace(const ScreenArea& area, int form_width, int form_height);
+
+// The bar that an Administrator status bar shows in a panel while the grid loads goes by this name.
+inline constexpr char kDynamicPictureBox[] = "DynamicPictureBox";
+// Shows a percentage in it, 100 at most.
+void ShowPanelProgress(widgets::ProgressBar& dynamic_picture_box, std::int64_t percent);
+
+}  // namespace zendrix::core
