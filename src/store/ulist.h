@@ -2,10 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <utility>
 #include <vector>
 
 namespace zendrix::store {
@@ -17,6 +16,8 @@ class CUList {
     std::string item;
   };
 
+  CUList();
+
   // Adds the item under the key. A key that is already there is ignored: the first item stays.
   void SetItemData(std::string_view key, std::string_view item);
   // The item of the key, or null.
@@ -26,8 +27,13 @@ class CUList {
   void Clear();
 
  private:
+  // The slot that holds the key, or the vacant one where it belongs.
+  std::size_t SlotOf(std::string_view key) const;
+  void Grow();
+
+  std::uint64_t seed_;  // keys come from files that others write
   std::vector<Entry> entries_;
-  std::unordered_map<std::string, std::size_t> places_;  // upper-case key to index
+  std::vector<std::uint32_t> slots_;  // open addressing: index of the entry plus 1, 0 vacant
 };
 
 }  // namespace zendrix::store

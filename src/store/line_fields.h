@@ -1,0 +1,39 @@
+// One line of the monitoring file cleaned and split at its bars.
+//   1700000000,HOST,42,Running Processes|0|1|C:\a.exe|started|ok,3|
+// has fields 0 to 6 and is full.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace zendrix::store {
+
+class LineFields {
+ public:
+  // Cleans the line where it lies (control characters become blanks), leaves out blanks at both ends and splits the
+  // rest. The fields are views of the line.
+  void Split(std::span<char> line);
+
+  // The whole line, cleaned.
+  std::string_view line() const { return line_; }
+  // Index of the last field; -1 for an empty line.
+  int last() const { return line_.empty() ? -1 : static_cast<int>(bars_.size()); }
+  // At least 7 fields.
+  bool full() const { return last() >= 6; }
+  // The field of this index, from 0 to last().
+  std::string_view operator[](int i) const {
+    const auto field = static_cast<std::size_t>(i);
+    const char* const begin = i == 0 ? line_.data() : base_ + bars_[field - 1] + 1;
+    const char* const end = field < bars_.size() ? base_ + bars_[field] : line_.data() + line_.size();
+    return {begin, static_cast<std::size_t>(end - begin)};
+  }
+
+ private:
+  const char* base_ = nullptr;  // where the places of bars count from
+  std::string_view line_;
+  std::vector<std::uint32_t> bars_;
+};
+
+}  // namespace zendrix::store

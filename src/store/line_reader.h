@@ -1,0 +1,37 @@
+// Reads a text file line by line in large blocks. A line ends at LF, and a CR right before it belongs to the end; the
+// last line may lack its end. The file may grow while it is read: the end is where nothing more can be read at the time
+// of asking.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "platform/files.h"
+
+namespace zendrix::store {
+
+class LineReader {
+ public:
+  explicit LineReader(platform::ReadStream& stream);
+
+  // The next line begins at this byte. Before the first read only.
+  void Skip(std::int64_t bytes);
+  // Whether nothing is left. Ends the life of the line read last. Raises what the stream refuses.
+  bool AtEnd();
+  // The next line without its end, to be changed at will; it lives until the next call of any of these. Raises 62 when
+  // nothing is left.
+  std::span<char> ReadLine();
+
+ private:
+  bool Fill();
+
+  platform::ReadStream& stream_;
+  std::size_t capacity_;
+  std::unique_ptr<char[]> buffer_;
+  std::size_t begin_ = 0;
+  std::size_t end_ = 0;
+};
+
+}  // namespace zendrix::store
