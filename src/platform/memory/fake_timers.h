@@ -1,0 +1,52 @@
+// The message loop and its timers, driven by a fake clock. Time passes only in Advance (and in the clock's
+// own Sleep, during which nothing fires: what fell due meanwhile fires once, late, as in a real loop). A tick
+// may stop, restart or destroy its own timer, and may re-enter through ProcessMessages or Advance.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "platform/memory/fake_clock.h"
+#include "platform/message_loop.h"
+
+namespace zendrix::platform {
+
+class FakeTimers : public TimerMaker, public MessageLoop {
+ public:
+  explicit FakeTimers(FakeClock& clock) : clock_(clock) {}
+
+  // Lets time pass; everything that falls due fires at its own moment, in order.
+  void Advance(std::int64_t milliseconds);
+  // Puts a call into the queue, for the next ProcessMessages or Advance.
+  void Post(std::function<void()> call) { queue_.push_back(std::move(call)); }
+
+  // Calls of ProcessMessages so far.
+  int ProcessMessagesCount() const { return process_messages_count_; }
+  // Timers that are counting down at present.
+  int RunningTimers() const;
+
+  void ProcessMessages() override;
+  std::unique_ptr<Timer> MakeTimer(std::function<void()> on_tick) override;
+
+ private:
+  struct State;
+  class FakeTimer;
+
+  void RunQueue();
+  // The timer that is due first, at the latest at `until`, of those armed up to `last_order`; of equals the
+  // one that was armed first.
+  std::shared_ptr<State> NextDue(std::int64_t until, std::uint64_t last_order);
+  void Fire(const std::shared_ptr<State>& timer);
+  std::uint64_t NextOrder() { return ++orders_; }
+
+  FakeClock& clock_;
+  std::vector<std::weak_ptr<State>> timers_;
+  std::deque<std::function<void()>> queue_;
+  std::uint64_t orders_ = 0;
+  int process_messages_count_ = 0;
+};
+
+}  // namespace zendrix::platform
