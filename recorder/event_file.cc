@@ -1,0 +1,112 @@
+#include "recorder/event_file.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "recorder/text.h"
+
+namespace zendrix::recorder {
+namespace {
+
+constexpr std::int64_t kRestMs = 50;
+constexpr std::int64_t kLongestRestMs = 2000;
+// A file whose last line is further ahead than this was written by a clock that went wrong, and going on
+// from there would give every later event a wrong time.
+constexpr std::int64_t kMostAhead = 24 * 60 * 60;
+
+Form FormOf(std::string_view bytes) {
+  return bytes.substr(0, bytes.find('\n')).find('|') == std::string_view::npos ? Form::kAdmin : Form::kHome;
+}
+
+std::size_t CountOf(std::string_view text, std::string_view wanted) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(wanted); at != std::string_view::npos; at = text.find(wanted, at + 1))
+    ++count;
+  return count;
+}
+
+// The second of the last line that has one.
+std::int64_t LastSecond(std::string_view bytes) {
+  const auto lines = SplitLines(bytes);
+  for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
+    std::uint64_t second = 0;
+    if (ReadNumber(line->substr(0, line->find(',')), second) && second < (1ULL << 31U)) {
+      return static_cast<std::int64_t>(second);
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+EventFile::EventFile(platform::Files& files, platform::Clock& clock, std::string path, Form form)
+    : files_(files), clock_(clock), path_(std::move(path)), form_(form) {}
+
+platform::Status EventFile::Open() {
+  if (!files_.Exists(path_)) return platform::Done{};
+  const auto size = files_.Size(path_);
+  if (!size) return size.error();
+  size_ = size.value();
+  if (IsFull()) return platform::Done{};  // it will be put aside unread
+  const auto bytes = files_.ReadAll(path_);
+  if (!bytes) return bytes.error();
+  if (!bytes.value().empty() && FormOf(bytes.value()) != form_) {
+    return platform::Error{platform::ErrorKind::kOther, "it holds lines of the other form"};
+  }
+  TakeUp(bytes.value());
+  return platform::Done{};
+}
+
+void EventFile::TakeUp(std::string_view bytes) {
+  size_ = static_cast<std::int64_t>(bytes.size());
+  rows_ = CountOf(bytes, "\n") + (form_ == Form::kHome ? CountOf(bytes, " * ") : 0);
+  line_open_ = !bytes.empty() && bytes.back() != '\n';
+  last_second_ = LastSecond(bytes);
+}
+
+std::int64_t EventFile::NextSecond() {
+  if (last_second_ > clock_.NowUtc() + kMostAhead) last_second_ = 0;
+  const std::int64_t give_up = clock_.MonotonicMs() + kLongestRestMs;
+  while (clock_.NowUtc() <= last_second_ && clock_.NowUtc() + kLongestRestMs / 1000 > last_second_ &&
+         clock_.MonotonicMs() < give_up) {
+    clock_.Sleep(kRestMs);
+  }
+  return std::max(clock_.NowUtc(), last_second_ + 1);
+}
+
+platform::Status EventFile::Append(const BatchText& batch, std::int64_t second) {
+  // A line that a killed run left open must not swallow the first new one.
+  const std::string bytes = (line_open_ ? "\r\n" : "") + batch.bytes;
+  auto status = files_.Append(path_, bytes);
+  if (!status) return status;
+  line_open_ = false;
+  last_second_ = second;
+  size_ += static_cast<std::int64_t>(bytes.size());
+  rows_ += batch.rows;
+  return status;
+}
+
+bool EventFile::WasReplaced() const {
+  if (size_ == 0) return false;
+  const auto size = files_.Size(path_);
+  return !size || size.value() < size_;
+}
+
+platform::Result<std::string> EventFile::PutAside() {
+  const std::string stem = path_.substr(0, path_.rfind('.'));
+  std::int64_t second = std::max(last_second_, clock_.NowUtc());
+  const auto name = [&] { return stem + "-" + std::to_string(second) + ".kvl"; };
+  while (files_.Exists(name())) ++second;
+  const auto status = files_.Rename(path_, name());
+  if (!status) return status.error();
+  Forget();
+  return name();
+}
+
+void EventFile::Forget() {
+  size_ = 0;
+  rows_ = 0;
+  line_open_ = false;
+}
+
+}  // namespace zendrix::recorder

@@ -1,0 +1,223 @@
+#include "recorder/lines.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "recorder/text.h"
+
+namespace zendrix::recorder {
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::string_view kSessionMarker = "Begin Session Refresh.";
+constexpr std::string_view kObserved = "observed";
+constexpr std::string_view kNoReaction = "failed (the recorder only observes)";
+constexpr std::size_t kDescriptionWidth = 1536;  // the console cuts there
+constexpr int kRiskDecimals = 4;
+constexpr int kNumberDecimals = 2;
+
+std::vector<std::string_view> MonitorsOf(const std::vector<Item>& members) {
+  std::vector<std::string_view> names;
+  for (const Item& member : members) {
+    if (std::find(names.begin(), names.end(), member.monitor) == names.end()) names.push_back(member.monitor);
+  }
+  return names;
+}
+
+// Whole numbers without decimals, so that "1" and "-1" stay what they are.
+std::string NumberText(double number) {
+  return Decimal(number, std::floor(number) == number ? 0 : kNumberDecimals);
+}
+
+// The pairs that fit; what a member takes is its pair as the console writes it out.
+std::vector<Item> FittingMembers(const std::vector<Item>& members) {
+  std::vector<Item> fitting;
+  std::size_t width = 0;
+  for (const Item& member : members) {
+    width += member.monitor.size() + member.description.size() + 2;
+    if (width > kDescriptionWidth) break;
+    fitting.push_back(member);
+  }
+  return fitting;
+}
+
+class HomeText {
+ public:
+  HomeText(const Stamp& stamp, BatchText& out) : stamp_(stamp), out_(out) {}
+
+  void Write(const Batch& batch) {
+    // A line of its own and with one description: the console does not split the first line of a file.
+    if (batch.begins_session) {
+      Line(monitor::kSystem, "0", "0", kSessionMarker, kObserved, EventCode(monitor::kSystem, {}));
+    }
+    WriteEvents(batch.events);
+    for (const Alert& alert : batch.alerts) WriteAlert(alert);
+  }
+
+ private:
+  void Line(std::string_view monitor_name, std::string_view original, std::string_view change,
+            std::string_view description, std::string_view reaction, std::string_view code) {
+    std::string& text = out_.bytes;
+    text += std::to_string(stamp_.seconds) + "," + stamp_.host + "," + stamp_.thread + ",";
+    for (const std::string_view field : {monitor_name, original, change, description, reaction, code}) {
+      text.append(field).append("|");
+    }
+    text.append("0").append(kLineEnd);
+    ++out_.rows;
+  }
+
+  static bool ShareLine(const Event& a, const Event& b) {
+    return a.kind == b.kind && a.kind != EventKind::kMeasured && a.item.monitor == b.item.monitor &&
+           EventCode(a.item.monitor, a.item.rules) == EventCode(b.item.monitor, b.item.rules);
+  }
+
+  void WriteEvents(const std::vector<Event>& events) {
+    constexpr std::size_t kSharedWidth = 8192;  // keeps lines readable for a person
+    for (std::size_t i = 0; i < events.size();) {
+      const Event& first = events[i];
+      std::string descriptions = first.item.description;
+      std::size_t parts = 1;
+      for (++i; i < events.size() && ShareLine(first, events[i]) && descriptions.size() < kSharedWidth; ++i) {
+        descriptions += " * " + events[i].item.description;
+        ++parts;
+      }
+      Line(first.item.monitor, NumberText(first.original), NumberText(first.change), descriptions, kObserved,
+           EventCode(first.item.monitor, first.item.rules));
+      out_.rows += parts - 1;
+    }
+  }
+
+  void WriteAlert(const Alert& alert) {
+    const auto members = FittingMembers(alert.members);
+    // Nothing was done about it, so the risk before a reaction and the risk after it are the same.
+    const std::string risk = Decimal(alert.risk, kRiskDecimals);
+    const std::string code = AlertCode(alert.rules, members.size());
+    Line(monitor::kAggregation, risk, risk, AggregationDescription(members),
+         "none (the recorder only observes)", code);
+    std::string reactions;
+    for (const std::string_view name : MonitorsOf(members)) {
+      if (!reactions.empty()) reactions += ";";
+      reactions.append(name).append("=").append(kNoReaction);
+    }
+    Line(monitor::kCommunity, "0", "0", "reaction to " + CleanName(code), reactions,
+         EventCode(monitor::kCommunity, {}));
+  }
+
+  const Stamp& stamp_;
+  BatchText& out_;
+};
+
+class AdminText {
+ public:
+  AdminText(const Stamp& stamp, BatchText& out) : stamp_(stamp), out_(out) {}
+
+  void Write(const Batch& batch) {
+    if (batch.begins_session) {
+      Line(monitor::kSystem, 'B', kSessionMarker);
+      WriteBaseline(batch.events);
+    } else {
+      for (const Event& event : batch.events) WriteEvent(event);
+    }
+    for (const Alert& alert : batch.alerts) Line(monitor::kAnalysis, 'N', Sentence(alert));
+  }
+
+ private:
+  void Line(std::string_view monitor_name, char code, std::string_view description) {
+    std::string& text = out_.bytes;
+    text += std::to_string(stamp_.seconds) + "," + stamp_.host + ",";
+    text.append(monitor_name).append(",").append(1, code).append(",").append(description).append(kLineEnd);
+    ++out_.rows;
+  }
+
+  void WriteBaseline(const std::vector<Event>& events) {
+    std::vector<std::string_view> names = ItemMonitors();
+    names.push_back(monitor::kMemory);
+    names.push_back(monitor::kTraffic);
+    for (const std::string_view name : names) {
+      Line(name, 'B', "** Start baseline **");
+      for (const Event& event : events) {
+        if (event.item.monitor == name) WriteEvent(event);
+      }
+      Line(name, 'B', "** End baseline **");
+    }
+  }
+
+  void WriteEvent(const Event& event) {
+    const Item& item = event.item;
+    switch (event.kind) {
+      case EventKind::kPresent:
+      case EventKind::kAdded:
+        Line(item.monitor, 'A', item.description);
+        break;
+      case EventKind::kRemoved:
+        Line(item.monitor, 'R', item.description);
+        break;
+      case EventKind::kMeasured:  // the list of what is holds one value: the new one takes the old one's
+                                  // place
+        if (!event.reading_before.empty()) Line(item.monitor, 'R', event.reading_before);
+        Line(item.monitor, 'A', event.reading);
+        break;
+      case EventKind::kHappened:
+        Line(item.monitor, 'N', item.description);
+        break;
+    }
+  }
+
+  // The monitors' names stand as words of their own: the console finds the events behind a notable line by
+  // the last words of these names.
+  static std::string Sentence(const Alert& alert) {
+    std::string text = "Risk " + Decimal(alert.risk, kRiskDecimals) + " from";
+    std::string_view separator = " ";
+    for (const std::string_view name : MonitorsOf(alert.members)) {
+      text.append(separator).append(name);
+      separator = " and ";
+    }
+    text += " - " + alert.subject;
+    separator = " - ";
+    for (const Rule rule : ByWeight(alert.rules)) {
+      text.append(separator).append(FactsOf(rule).text);
+      separator = "; ";
+    }
+    return text;
+  }
+
+  const Stamp& stamp_;
+  BatchText& out_;
+};
+
+}  // namespace
+
+std::string AggregationDescription(const std::vector<Item>& members) {
+  std::string text;
+  std::size_t pairs = 0;
+  for (const std::string_view name : MonitorsOf(members)) {
+    bool open = false;  // the last pair of this monitor may take one more description
+    for (const Item& member : members) {
+      if (member.monitor != name) continue;
+      // A description that holds a "=" would be taken for a pair of its own behind a " * ".
+      const bool stands_alone = member.description.find('=') != std::string::npos;
+      if (open && !stands_alone) {
+        text += " * " + member.description;
+      } else {
+        if (!text.empty()) text += ";";
+        text.append(name).append("=").append(member.description);
+      }
+      open = !stands_alone;
+      ++pairs;
+    }
+  }
+  // A single pair without a ";" would not be read as a list of pairs.
+  return pairs == 1 ? text + ";" : text;
+}
+
+BatchText RenderBatch(Form form, const Stamp& stamp, const Batch& batch) {
+  BatchText out;
+  if (form == Form::kHome) {
+    HomeText(stamp, out).Write(batch);
+  } else {
+    AdminText(stamp, out).Write(batch);
+  }
+  return out;
+}
+
+}  // namespace zendrix::recorder

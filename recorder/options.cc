@@ -1,0 +1,88 @@
+#include "recorder/options.h"
+
+#include "recorder/text.h"
+
+namespace zendrix::recorder {
+
+const char* const kHelpText =
+    "Usage: zendrix-recorder [--once | --for SECONDS] [--interval SECONDS] [--folder DIR] [--form "
+    "home|admin]\n"
+    "\n"
+    "Observes this computer and appends what it sees to DIR/KorvessaMonitoring.kvl, for the console to "
+    "read.\n"
+    "It changes nothing else on the computer.\n"
+    "\n"
+    "  --once              look once and end\n"
+    "  --for SECONDS       end after that time; without it, run until SIGTERM or SIGINT\n"
+    "  --interval SECONDS  time between two looks, 1 to 3600 (default 5)\n"
+    "  --folder DIR        folder of the two files written (default: that of this program)\n"
+    "  --form home|admin   lines for the Home or the Administrator console (default home)\n"
+    "  --help              this text\n";
+
+namespace {
+
+constexpr std::uint64_t kLongestInterval = 3600;
+constexpr std::uint64_t kLongestRun = 10ULL * 365 * 24 * 3600;
+
+bool ReadSeconds(const std::string& text, std::uint64_t most, std::int64_t& seconds) {
+  std::uint64_t number = 0;
+  if (!ReadNumber(text, number) || number < 1 || number > most) return false;
+  seconds = static_cast<std::int64_t>(number);
+  return true;
+}
+
+// Takes a value into the options; the error, or an empty text.
+std::string TakeValue(const std::string& name, const std::string& value, Options& options) {
+  if (name == "--interval") {
+    const bool fine = ReadSeconds(value, kLongestInterval, options.interval_seconds);
+    return fine ? "" : "--interval needs a number of seconds from 1 to 3600";
+  }
+  if (name == "--for") {
+    std::int64_t seconds = 0;
+    if (!ReadSeconds(value, kLongestRun, seconds)) return "--for needs a number of seconds, at least 1";
+    options.for_seconds = seconds;
+    return "";
+  }
+  if (name == "--folder") {
+    options.folder = value;
+    return value.empty() ? "--folder needs a folder" : "";
+  }
+  if (value != "home" && value != "admin") return "--form needs home or admin";
+  options.form = value == "home" ? Form::kHome : Form::kAdmin;
+  return "";
+}
+
+bool TakesValue(const std::string& name) {
+  return name == "--interval" || name == "--for" || name == "--folder" || name == "--form";
+}
+
+}  // namespace
+
+ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
+  ParsedOptions parsed;
+  Options& options = parsed.options;
+  for (std::size_t i = 0; i < arguments.size() && parsed.error.empty(); ++i) {
+    const std::size_t sign = arguments[i].find('=');
+    const std::string name = arguments[i].substr(0, sign);
+    if (TakesValue(name)) {
+      const bool has_value = sign != std::string::npos || i + 1 < arguments.size();
+      if (!has_value) {
+        parsed.error = name + " needs a value";
+        break;
+      }
+      parsed.error = TakeValue(
+          name, sign != std::string::npos ? arguments[i].substr(sign + 1) : arguments[++i], options);
+    } else if (arguments[i] == "--once") {
+      options.once = true;
+    } else if (arguments[i] == "--help") {
+      options.help = true;
+    } else {
+      parsed.error = "unknown argument " + CleanName(arguments[i]);
+    }
+  }
+  if (parsed.error.empty() && options.once && options.for_seconds)
+    parsed.error = "--once and --for exclude each other";
+  return parsed;
+}
+
+}  // namespace zendrix::recorder
