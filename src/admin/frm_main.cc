@@ -1,0 +1,271 @@
+#include "admin/frm_main.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "agent/agent_control.h"
+#include "core/guards.h"
+#include "core/text_rules.h"
+
+namespace zendrix::admin {
+
+using widgets::WindowState;
+
+namespace {
+
+constexpr char kMonitoringFile[] = "KorvessaMonitoring.kvl";
+constexpr int kFirstDescriptionWidth = 3945;
+// Twips that the path keeps clear of the panel's edge, and a heading of its cell's.
+constexpr int kPanelMargin = 115;
+constexpr int kHeadingMargin = 300;
+constexpr int kUnhandledHeader = 999;
+
+std::string Swapped(std::string path, char from, char to) {
+  std::replace(path.begin(), path.end(), from, to);
+  return path;
+}
+
+}  // namespace
+
+frmMain::frmMain(AdminParts parts)
+    : Form(parts.state.forms, "frmMain"),
+      EventList("EventList", parts.grid_capacity),
+      parts_(std::move(parts)),
+      app_(parts_.state) {
+  Msg.width = 6000;
+  ConnectControls();
+}
+
+void frmMain::ConnectControls() {
+  EventList.header_clicked.ConnectForever([this](int column) { EventList_HeaderClick(column); });
+  EventList.mouse_used.ConnectForever([this] { HideInnerColumns(); });
+  EventList.scrolled.ConnectForever([this] {
+    SavedTopRow = EventList.TopRow;
+    SavedLeftCol = EventList.LeftCol;
+  });
+  Msg.width.changed.ConnectForever([this] {
+    if (path_shown_) ShowPath();
+  });
+  tray.mouse.ConnectForever([this](int message) { Tray_Mouse(message); });
+  MnFExit.clicked.ConnectForever([this] { MnFExit_Click(); });
+  mPopExit.clicked.ConnectForever([this] { MnFExit_Click(); });
+  MnVRefresh.clicked.ConnectForever([this] { MnVRefresh_Click(); });
+  TbarRefresh.clicked.ConnectForever([this] { MnVRefresh_Click(); });
+  MnHAbout.clicked.ConnectForever([this] { MnHAbout_Click(); });
+  mPopRestore.clicked.ConnectForever([this] { mPopRestore_Click(); });
+  mPopMinimize.clicked.ConnectForever([this] { mPopMinimize_Click(); });
+  mPopMaximize.clicked.ConnectForever([this] { mPopMaximize_Click(); });
+  Timer1_ = app_.seams.timers.MakeTimer([this] { Timer1_Timer(); });
+  Timer2_ = app_.seams.timers.MakeTimer([this] { Timer2_Timer(); });
+}
+
+std::string frmMain::DefaultPath() const {
+  return platform::JoinPath(app_.ProgramFolder, kMonitoringFile);
+}
+
+void frmMain::Form_Load() {
+  core::OrLog(parts_.log, "frmMain : Form_Load", [&] { parts_.reg_ini.LoadWindowState(*this); });
+  DateOrder = app_.DateOrder;
+  GridFilePath = DefaultPath();
+  Timer1_->Stop();
+  title = app_.ProductName;
+  MnHAbout.caption = "About " + app_.ProductName;
+  HeadAndEmptyGrid();
+  bool saved_widths = false;
+  core::OrLog(parts_.log, "frmMain : Form_Load", [&] {
+    std::vector<int> widths = EventList.ColWidths();
+    saved_widths = parts_.reg_ini.LoadColWidths(EventList.name(), widths);
+    for (int i = 0; saved_widths && i < EventList.Cols(); ++i)
+      EventList.SetColWidth(i, widths[static_cast<std::size_t>(i)]);
+  });
+  if (!saved_widths) EventList.SetColWidth(kColDescription, kFirstDescriptionWidth);
+  DisplayData("");
+  if (!saved_widths) AutoSizeColumns();
+  ApplyColumnSettings();
+  ClearHeaderPictures();
+  ShowSortArrow(EventList, kColDateTime, false);
+  SavedTopRow = SavedLeftCol = 1;
+  NotablePending = false;
+  Timer1_->Start(kTimer1Ms);
+  tray.SetTip(app_.ProductName);
+  tray.shown = true;
+  if (Form* splash = app_.forms.Find("frmSplash")) splash->Unload();
+}
+
+void frmMain::ShowPath() {
+  path_shown_ = true;
+  const int pixels = (Msg.width - kPanelMargin) / parts_.metrics.twips_per_pixel;
+  // Paths are compacted by the rules of the other separator.
+  const std::string path = Swapped(core::BytesFromUtf8(GridFilePath), '/', '\\');
+  Msg.text = Swapped(core::CompactPath(path, pixels, parts_.metrics.pixels), '\\', '/');
+}
+
+void frmMain::AutoSizeColumns() {
+  const std::string count = RecCnt.text;
+  RecCnt.text = std::string("Adjusting...");
+  parts_.screen.MousePointer = widgets::kPointerHourglass;
+  EventList.SetRedraw(false);
+  for (int column = 0; column <= EventList.Cols() - 3; ++column) SizeColumn(column);
+  HideInnerColumns();
+  RecCnt.text = count;
+  EventList.SetRedraw(true);
+  parts_.screen.MousePointer = widgets::kPointerDefault;
+}
+
+void frmMain::SizeColumn(int column) {
+  const int unit = static_cast<int>(std::floor(EventList.FontWidth)) + 1;
+  std::size_t longest = EventList.column(column).heading.size();
+  for (int row = 1; row < EventList.Rows(); ++row)
+    longest = std::max(longest, EventList.TextLength(row, column));
+  EventList.SetColWidth(column, (static_cast<int>(longest) + 1) * unit * 10);
+}
+
+void frmMain::HideInnerColumns() {
+  for (const int column : {kColCode, kColWhole, kColTimeKey}) EventList.SetColWidth(column, 0);
+}
+
+void frmMain::ApplyColumnSettings() {
+  for (const auto& [name, value] : app_.settings.ColumnStates) {
+    const int column = core::ColumnCodeOfHeader(name);
+    if (column == kUnhandledHeader) continue;
+    if (value == "0")
+      EventList.SetColWidth(column, 0);
+    else if (EventList.column(column).width == 0)
+      SizeColumn(column);
+  }
+  HideInnerColumns();
+}
+
+void frmMain::ShowSortArrow(EventGrid& grid, int column, bool up) {
+  grid.SetHeading(kColDateTime, "Date/Time", widgets::Align::kLeft);
+  grid.SetHeading(kColHostname, "Hostname", widgets::Align::kLeft);
+  grid.SetHeading(kColMonitor, "Monitor", widgets::Align::kLeft);
+  grid.SetHeading(kColChange, "Change", widgets::Align::kLeft);
+  grid.SetHeading(kColDescription, "Description", widgets::Align::kLeft);
+  std::string text = grid.column(column).heading;
+  const int room = grid.column(column).width - kHeadingMargin;
+  const std::size_t length = text.size();
+  while (!text.empty() && parts_.metrics.twips(text) > room) text.resize(text.size() / 2);
+  if (text.size() < length) text += "...";
+  grid.SetHeading(column, text, widgets::Align::kLeft);
+  for (int i = 0; i < grid.Cols(); ++i) {
+    using widgets::SortArrow;
+    grid.SetArrow(i, i != column ? SortArrow::kNone : up ? SortArrow::kUp : SortArrow::kDown);
+  }
+}
+
+void frmMain::ClearHeaderPictures() {
+  for (int i = 0; i < EventList.Cols(); ++i) EventList.SetArrow(i, widgets::SortArrow::kNone);
+}
+
+void frmMain::SortGrid(EventGrid& grid, int column) {
+  const bool up = sort.Sort(grid, column);
+  ShowSortArrow(grid, HeaderColumn, up);
+  if (grid.Rows() >= 2) grid.Row = 1;
+}
+
+void frmMain::EventList_HeaderClick(int column) {
+  if (column < 1 || UpdateBusy || RefreshBusy) return;
+  HeaderColumn = column;
+  SortGrid(EventList, GridSort::KeyOfHeader(column));
+}
+
+void frmMain::Timer1_Timer() {
+  core::OrLog(parts_.log, "frmMain.frm : Timer1_Timer", [&] {
+    if (FileIsThere()) {
+      const std::int64_t size = core::ValueOrRaise(app_.seams.files.Size(GridFilePath));
+      if (size != TimerSeenSize) {
+        TimerSeenSize = size;
+        EventList.SetRedraw(false);
+        BackgroundUpdate = true;
+        UpgradeGrid();
+        BackgroundUpdate = false;
+        if (sort.SortColumn > 0) {
+          parts_.screen.MousePointer = widgets::kPointerHourglass;
+          EventList.SetRedraw(false);
+          const int column = sort.SortColumn;
+          SortGrid(EventList, column);
+          SortGrid(EventList, column);
+          parts_.screen.MousePointer = widgets::kPointerDefault;
+        }
+        EventList.SetRedraw(true);
+      }
+    }
+    if (NotablePending && Timer2_->Running() && visible) {
+      NotablePending = false;
+      Timer2_->Stop();
+      tray.icon = widgets::TrayIcon::kForm;
+    }
+  });
+}
+
+void frmMain::Timer2_Timer() {
+  if (TrayFlashPhase) {
+    tray.icon = widgets::TrayIcon::kNotableSystemTrayIcon;
+    TrayFlashPhase = false;
+  } else {
+    tray.icon = widgets::TrayIcon::kForm;
+    TrayFlashPhase = true;
+  }
+}
+
+void frmMain::ShowWindow(WindowState wanted) {
+  state = wanted;
+  bring_forward.Raise();
+  visible = true;
+}
+
+void frmMain::Tray_Mouse(int message) {
+  if (message == widgets::kTrayLeftUp) {
+    ShowWindow(WindowState::kNormal);
+  } else if (message == widgets::kTrayRightUp) {
+    bring_forward.Raise();
+    mPopupSys.popup.Raise();
+  }
+}
+
+void frmMain::mPopRestore_Click() {
+  ShowWindow(WindowState::kNormal);
+}
+
+void frmMain::mPopMinimize_Click() {
+  ShowWindow(WindowState::kMinimised);
+}
+
+void frmMain::mPopMaximize_Click() {
+  ShowWindow(WindowState::kMaximised);
+}
+
+void frmMain::MnFExit_Click() {
+  if (agent::WarningMessage(app_)) Unload(widgets::UnloadCause::kCode);
+}
+
+void frmMain::MnVRefresh_Click() {
+  if (!UpdateBusy && !RefreshBusy) ResetClick();
+}
+
+void frmMain::MnHAbout_Click() {
+  if (parts_.ShowAbout) parts_.ShowAbout();
+}
+
+bool frmMain::QueryUnload(widgets::UnloadCause cause) {
+  if (cause == widgets::UnloadCause::kCloseBox) {
+    visible = false;
+    return false;
+  }
+  app_.seams.instance_lock.Release();
+  return true;
+}
+
+void frmMain::OnUnload() {
+  core::OrLog(parts_.log, "frmMain : Form_Unload", [&] {
+    if (state.Get() == WindowState::kMinimised) return;
+    parts_.reg_ini.SaveColWidths(EventList.name(), EventList.ColWidths());
+    parts_.reg_ini.SaveWindowState(*this);
+  });
+  tray.shown = false;
+  // Only when the form has left the list of open forms can the others be closed one after the other.
+  unloaded.ConnectForever([log = &parts_.log] { log->CloseAllAndEnd(); });
+}
+
+}  // namespace zendrix::admin

@@ -1,0 +1,164 @@
+// frmMain: the main window of the Administrator edition. Its event grid shows every line of the monitoring
+// file, newest first, and follows the file while the Agent appends to it; the frame reads the file by itself
+// and never touches the reader's event table. Closing the window only hides it. Everything runs on the one
+// user-interface thread; UpdateBusy, RefreshBusy and the paused Timer1 keep one load out of another while
+// messages are served.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "admin/event_grid.h"
+#include "admin/grid_reader.h"
+#include "admin/grid_sort.h"
+#include "core/app_state.h"
+#include "core/error_log.h"
+#include "core/utils.h"
+#include "settings/reg_ini.h"
+#include "store/ulist.h"
+#include "widgets/form.h"
+#include "widgets/label.h"
+#include "widgets/menu.h"
+#include "widgets/screen.h"
+#include "widgets/status_bar.h"
+#include "widgets/tray.h"
+
+namespace zendrix::admin {
+
+// Period of the check of the file's size.
+inline constexpr std::int64_t kTimer1Ms = 2500;
+
+// How wide texts come out in the grid's font.
+struct TextMetrics {
+  core::MeasureText twips;
+  core::MeasureText pixels;
+  int twips_per_pixel = 15;
+};
+
+// What the Administrator console is put together from. Everything outlives the form.
+struct AdminParts {
+  core::AppState& state;
+  core::ErrorLog& log;
+  settings::RegIni& reg_ini;
+  widgets::Screen& screen;
+  TextMetrics metrics;
+  std::function<void()> ShowAbout;
+  std::size_t grid_capacity = kGridCapacity;
+};
+
+class frmMain : public widgets::Form {
+ public:
+  explicit frmMain(AdminParts parts);
+
+  // Everything between coming into being and being shown.
+  void Form_Load();
+
+  void DisplayData(const std::string& status_text);
+  void RedisplayData(bool filter_active);
+  void Reload();
+  void UpgradeGrid();
+  void ResetClick();
+  // Sorts by a key column and draws the arrow on the header that was clicked last.
+  void SortGrid(EventGrid& grid, int column);
+  void AutoSizeColumns();
+  void ApplyColumnSettings();
+  void ShowSortArrow(EventGrid& grid, int column, bool up);
+  void ClearHeaderPictures();
+  void EventList_HeaderClick(int column);
+
+  void Timer1_Timer();
+  void Timer2_Timer();
+  void Tray_Mouse(int message);
+  void mPopRestore_Click();
+  void mPopMinimize_Click();
+  void mPopMaximize_Click();
+  void MnFExit_Click();
+  void MnVRefresh_Click();
+  void MnHAbout_Click();
+
+  // State.
+  std::string GridFilePath;
+  std::int32_t GridLineCount = 0;
+  std::int64_t GridFileSize = 0;
+  std::int64_t TimerSeenSize = 0;
+  store::CUList GridMonitorList, GridHostList, GridChangeList, GridDescList;
+  int DateOrder = 0;
+  GridSort sort;
+  int HeaderColumn = 0;
+  bool UpdateBusy = false;
+  bool RefreshBusy = false;
+  bool BackgroundUpdate = false;
+  int SavedTopRow = 0;
+  int SavedLeftCol = 0;
+  bool TrayFlashPhase = false;
+  bool NotablePending = false;
+
+  EventGrid EventList;
+  widgets::Panel Msg{"Msg"};
+  widgets::Panel Msg2{"Msg2"};
+  widgets::Panel Rfrsh{"Rfrsh", "File has changed indicator"};
+  widgets::Panel RecCnt{"RecCnt", "Record Count"};
+  widgets::ProgressBar DynamicPictureBox{"DynamicPictureBox"};
+  widgets::Tray tray;
+
+  widgets::MenuItem MnFExit{"MnFExit", "E&xit"};
+  widgets::Menu MnFile{"MnFile", "&File", {&MnFExit}};
+  widgets::MenuItem MnVRefresh{"MnVRefresh", "Refresh"};
+  widgets::Menu MnView{"MnView", "&View", {&MnVRefresh}};
+  widgets::MenuItem MnHAbout{"MnHAbout", ""};
+  widgets::Menu MnHelp{"MnHelp", "&Help", {&MnHAbout}};
+  // A toolbar button, by its key; its caption is its tip.
+  widgets::MenuItem TbarRefresh{"Refresh", "Refresh"};
+  widgets::MenuItem mPopRestore{"mPopRestore", "&Restore"};
+  widgets::MenuItem mPopMinimize{"mPopMinimize", "&Minimize"};
+  widgets::MenuItem mPopMaximize{"mPopMaximize", "&Maximize"};
+  widgets::MenuItem mPopExit{"mPopExit", "&Exit"};
+  widgets::Menu mPopupSys{"mPopupSys", "&SysTray", {&mPopRestore, &mPopMinimize, &mPopMaximize, &mPopExit}};
+
+ protected:
+  bool QueryUnload(widgets::UnloadCause cause) override;
+  void OnUnload() override;
+
+ private:
+  // What one load remembers from line to line.
+  struct Load {
+    std::int32_t lines = 0;        // counted from the first line of the file
+    std::int64_t bytes = 0;        // read in this load
+    std::int64_t bytes_total = 0;  // that this load is about
+    std::int32_t time_key = 0;
+    std::string time;  // of time_key; empty before the first
+    // Whether a monitor is displayed, by the text of its field; kept for the time of one load.
+    std::unordered_map<std::string, bool> displayed;
+  };
+  class LoadScope;
+
+  void ConnectControls();
+  bool FileIsThere();
+  void FileMissing();
+  void GridIsFull();
+  void ReadWholeFile(Load& load, const std::string& status_text);
+  void ReadAddedLines(Load& load, std::int64_t new_size);
+  void TakeLine(const std::string& raw, Load& load);
+  void TakeTime(std::string_view field, Load& load, std::string& time);
+  bool IsMonitorDisplayed(const std::string& monitor);
+  void ServeMessages(const Load& load);
+  void NoteArrival();
+  void ShowPath();
+  void ShowRecordCount();
+  void SizeColumn(int column);
+  void HideInnerColumns();
+  void HeadAndEmptyGrid();
+  void ShowWindow(widgets::WindowState wanted);
+  std::string DefaultPath() const;
+
+  AdminParts parts_;
+  core::AppState& app_;
+  std::unique_ptr<platform::Timer> Timer1_, Timer2_;
+  bool path_shown_ = false;
+};
+
+}  // namespace zendrix::admin
