@@ -25,6 +25,7 @@ constexpr std::array kDescriptions = {
     Entry{kDiskFull, "Disk full"},
     Entry{kInputPastEnd, "Input past end of file"},
     Entry{kPermissionDenied, "Permission denied"},
+    Entry{kObjectNotSet, "Object variable or With block variable not set"},
     Entry{kKeyExists, "This key is already associated with an element of this collection"},
     Entry{
         kBadCriterion,

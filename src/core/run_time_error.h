@@ -16,6 +16,7 @@ inline constexpr int kTypeMismatch = 13;
 inline constexpr int kFileNotFound = 53;
 inline constexpr int kInputPastEnd = 62;
 inline constexpr int kPermissionDenied = 70;
+inline constexpr int kObjectNotSet = 91;
 inline constexpr int kKeyExists = 457;
 inline constexpr int kBadCriterion = 3001;
 inline constexpr int kElementNotFound = 35601;

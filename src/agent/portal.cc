@@ -1,0 +1,62 @@
+#include "agent/portal.h"
+
+#include "core/guards.h"
+#include "core/portal_endpoint.h"
+#include "core/utils.h"
+#include "core/version.h"
+
+namespace zendrix::agent {
+namespace {
+
+struct Form {
+  const char* type;
+  bool product;        // names the product behind the host
+  const char* reason;  // null: no such field
+  const char* place;   // in the log
+};
+
+// Feedback fails under the name of Support; that is how its failures are known.
+const Form& FormOf(PortalRequest request) {
+  static constexpr Form kFeedback = {"UserFeedback", true, "", "frmNewUI : Support_Click"};
+  static constexpr Form kSupport = {"UserSupport", true, "", "frmNewUI : Support_Click"};
+  static constexpr Form kNewVersion = {"UserCheckNewVersion", false, nullptr, "frmNewUI : NewVer_Click"};
+  static constexpr Form kSurvey = {"UserSurvey", true, "inUse", "frmNewUI : TakeSurvey"};
+  static constexpr Form kTour = {"UserGettingStarted", true, "", "frmTour : Form_Load"};
+  switch (request) {
+    case PortalRequest::kFeedback:
+      return kFeedback;
+    case PortalRequest::kSupport:
+      return kSupport;
+    case PortalRequest::kNewVersion:
+      return kNewVersion;
+    case PortalRequest::kSurvey:
+      return kSurvey;
+    case PortalRequest::kTour:
+      break;
+  }
+  return kTour;
+}
+
+std::string PlainVersion() {
+  return std::to_string(core::kVersionMajor) + "." + std::to_string(core::kVersionMinor) + ".0." +
+         std::to_string(core::kVersionRevision);
+}
+
+}  // namespace
+
+std::string PortalUrl(core::AppState& state, PortalRequest request) {
+  const Form& form = FormOf(request);
+  const std::string host = core::ValueOrRaise(state.seams.family.GetHostIDExport("Zendrix"));
+  std::string url = core::PortalEndpoint(state) + "?PostType=" + form.type + "&HostID=" + host;
+  if (form.product) url += "&Product=ZendrixHome";
+  url += "&Ver=" + PlainVersion();
+  if (form.reason) url += std::string("&Reason=") + form.reason;
+  return url;
+}
+
+void OpenPortal(core::AppState& state, core::ErrorLog& log, PortalRequest request) {
+  core::OrLog(log, FormOf(request).place,
+              [&] { core::ValueOrRaise(state.seams.shell.Open(PortalUrl(state, request))); });
+}
+
+}  // namespace zendrix::agent

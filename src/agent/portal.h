@@ -1,0 +1,21 @@
+// Requests to the portal: one address from a fixed vocabulary, handed to the system's default browser. The
+// answer never comes back to the console.
+#pragma once
+
+#include <string>
+
+#include "core/app_state.h"
+#include "core/error_log.h"
+
+namespace zendrix::agent {
+
+enum class PortalRequest { kFeedback, kSupport, kNewVersion, kSurvey, kTour };
+
+// The whole address. Raises when the host identifier cannot be had. Nothing is encoded.
+std::string PortalUrl(core::AppState& state, PortalRequest request);
+
+// Opens the request in the browser. A failure is logged under the name of the control that asked and no
+// browser opens.
+void OpenPortal(core::AppState& state, core::ErrorLog& log, PortalRequest request);
+
+}  // namespace zendrix::agent

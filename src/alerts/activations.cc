@@ -1,0 +1,61 @@
+#include "alerts/activations.h"
+
+#include <optional>
+
+#include "core/guards.h"
+#include "core/run_time_error.h"
+#include "core/text_rules.h"
+
+namespace zendrix::alerts {
+namespace {
+
+constexpr char kLineEnd[] = "\r\n";
+
+// The code that the decision is filed under, or nothing when this is the first alert with its Change.
+std::optional<std::string> CodeOf(store::EventTable& table, const NotableRecord& alert) {
+  store::EventCursor& rows = table.cursor();
+  rows.MoveFirst();
+  rows.Find("ID = '" + std::to_string(alert.ID) + "' ", 0, store::Direction::kForward);
+  if (rows.Eof()) return std::nullopt;
+  const std::string criterion = "Change = '" + alert.Change + "' ";
+  do {
+    rows.Find(criterion, 1, store::Direction::kBackward);
+  } while (!rows.Bof() && rows.Text(store::kMonitor) != "Aggregation");
+  if (rows.Bof()) return std::nullopt;
+  const std::string_view code = rows.Text(store::kCode);
+  return std::string(code.substr(0, code.rfind(',')));
+}
+
+// The file's text with the decision in it.
+std::string WithDecision(const std::string& text, const std::string& code, const std::string& line) {
+  std::string result;
+  bool replaced = false;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find('\n', start), text.size());
+    std::string_view old_line(text.data() + start, end - start);
+    if (old_line.ends_with('\r')) old_line.remove_suffix(1);
+    const bool hit = core::Contains(old_line, code);
+    result += hit ? std::string_view(line) : old_line;
+    result += kLineEnd;
+    replaced = replaced || hit;
+    start = end + 1;
+  }
+  return replaced ? result : result + line + kLineEnd;
+}
+
+}  // namespace
+
+void UpdateActivations(core::AppState& state, core::ErrorLog& log, store::EventTable* table,
+                       const AlertContext& context, const std::string& action) {
+  core::OrLog(log, "EventUtils:UpdateActivations", [&] {
+    if (!table) core::Raise(core::kObjectNotSet);
+    const auto code = CodeOf(*table, context.NotableInfo.front());
+    if (!code) return;
+    auto& files = state.seams.files;
+    const std::string path = platform::JoinPath(state.ProgramFolder, kActivationsFile);
+    const std::string old_text = files.Exists(path) ? core::ValueOrRaise(files.ReadAll(path)) : std::string();
+    core::ValueOrRaise(files.WriteAll(path, WithDecision(old_text, *code, *code + "," + action)));
+  });
+}
+
+}  // namespace zendrix::alerts

@@ -1,0 +1,174 @@
+#include "alerts/marked_text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace zendrix::alerts {
+namespace {
+
+constexpr char Mark(Origin origin) {
+  return static_cast<char>(origin);
+}
+
+// Bytes without a visible character in Windows-1252.
+bool IsControl(unsigned char byte) {
+  return byte < 32 || byte == 0x7f || byte == 0x81 || byte == 0x8d || byte == 0x8f || byte == 0x90 ||
+         byte == 0x9d;
+}
+
+void AppendEscaped(std::string& out, char character) {
+  switch (character) {
+    case '<':
+      out += "&lt;";
+      return;
+    case '>':
+      out += "&gt;";
+      return;
+    case '&':
+      out += "&amp;";
+      return;
+    case '\'':
+      out += "&#39;";
+      return;
+    case '"':
+      out += "&quot;";
+      return;
+    case '`':
+      out += "&#96;";
+      return;
+    default:
+      break;
+  }
+  // A control character has no meaning on a page, only uses for hiding one.
+  out += IsControl(static_cast<unsigned char>(character)) ? ' ' : character;
+}
+
+// Characters that a link's target keeps: the unreserved ones of RFC 3986 and those that host names, ports and
+// paths are made of.
+bool StaysInLink(char character) {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+         (character >= '0' && character <= '9') ||
+         std::string_view("-._~:/").find(character) != std::string_view::npos;
+}
+
+void AppendPercentEncoded(std::string& out, char character) {
+  static constexpr char kDigits[] = "0123456789ABCDEF";
+  if (StaysInLink(character)) {
+    out += character;
+    return;
+  }
+  const auto byte = static_cast<unsigned char>(character);
+  out += '%';
+  out += kDigits[byte >> 4];
+  out += kDigits[byte & 15];
+}
+
+}  // namespace
+
+bool IsSpecialInText(char character) {
+  std::string escaped;
+  AppendEscaped(escaped, character);
+  return escaped.size() != 1 || escaped[0] != character;
+}
+
+MarkedText::MarkedText(Purpose purpose, std::string_view text, Origin origin) : purpose_(purpose) {
+  Append(text, origin);
+}
+
+MarkedText& MarkedText::Append(std::string_view text, Origin origin) {
+  flat_ += text;
+  origins_.append(text.size(), Mark(origin));
+  return *this;
+}
+
+MarkedText& MarkedText::Append(const MarkedText& other) {
+  flat_ += other.flat_;
+  origins_ += other.origins_;
+  return *this;
+}
+
+std::size_t MarkedText::Find(std::string_view text, std::size_t from, bool own_only, bool events_only) const {
+  for (std::size_t at = flat_.find(text, from); at != std::string::npos; at = flat_.find(text, at + 1)) {
+    const auto first = origins_.begin() + static_cast<std::ptrdiff_t>(at);
+    const auto last = first + static_cast<std::ptrdiff_t>(text.size());
+    const auto is_own = [](char origin) { return origin == Mark(Origin::kTemplate); };
+    if (own_only && !std::all_of(first, last, is_own)) continue;
+    if (events_only && std::any_of(first, last, is_own)) continue;
+    return at;
+  }
+  return std::string::npos;
+}
+
+void MarkedText::ReplaceAt(std::size_t position, std::size_t length, const MarkedText& by) {
+  flat_.replace(position, length, by.flat_);
+  origins_.replace(position, length, by.origins_);
+}
+
+void MarkedText::ReplaceAll(std::string_view text, const MarkedText& by, bool own_only, bool events_only) {
+  if (text.empty()) return;
+  MarkedText result(purpose_);
+  std::size_t done = 0;
+  const auto keep = [&](std::size_t end) {
+    result.flat_.append(flat_, done, end - done);
+    result.origins_.append(origins_, done, end - done);
+  };
+  for (std::size_t at; (at = Find(text, done, own_only, events_only)) != std::string::npos;
+       done = at + text.size()) {
+    keep(at);
+    result.Append(by);
+  }
+  if (done == 0) return;
+  keep(flat_.size());
+  flat_ = std::move(result.flat_);
+  origins_ = std::move(result.origins_);
+}
+
+void MarkedText::Replace(std::string_view placeholder, const MarkedText& by) {
+  ReplaceAll(placeholder, by, purpose_ == Purpose::kShown, false);
+}
+
+void MarkedText::Replace(std::string_view placeholder, std::string_view by, Origin origin) {
+  Replace(placeholder, MarkedText(purpose_, by, origin));
+}
+
+bool MarkedText::FindsOnlyEvents(std::string_view value) const {
+  return purpose_ == Purpose::kShown && std::any_of(value.begin(), value.end(), IsSpecialInText);
+}
+
+void MarkedText::ReplaceValue(std::string_view value, const MarkedText& by) {
+  ReplaceAll(value, by, false, FindsOnlyEvents(value));
+}
+
+void MarkedText::ReplaceLastValue(std::string_view value, const MarkedText& by) {
+  if (value.empty()) return;
+  const bool events_only = FindsOnlyEvents(value);
+  std::size_t last = std::string::npos;
+  for (std::size_t at = Find(value, 0, false, events_only); at != std::string::npos;
+       at = Find(value, at + 1, false, events_only))
+    last = at;
+  if (last != std::string::npos) ReplaceAt(last, value.size(), by);
+}
+
+void MarkedText::CutAt(std::string_view placeholder) {
+  const std::size_t at = Find(placeholder, 0, purpose_ == Purpose::kShown, false);
+  if (at == std::string::npos) return;
+  flat_.resize(at);
+  origins_.resize(at);
+}
+
+std::string MarkedText::Finish() const {
+  if (purpose_ == Purpose::kExact) return flat_;
+  std::string shown;
+  shown.reserve(flat_.size() + flat_.size() / 8);
+  for (std::size_t i = 0; i < flat_.size(); ++i) {
+    if (origins_[i] == Mark(Origin::kTemplate))
+      shown += flat_[i];
+    else if (origins_[i] == Mark(Origin::kEvent))
+      AppendEscaped(shown, flat_[i]);
+    else
+      AppendPercentEncoded(shown, flat_[i]);
+  }
+  return shown;
+}
+
+}  // namespace zendrix::alerts

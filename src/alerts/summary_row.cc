@@ -1,0 +1,239 @@
+#include "alerts/summary_row.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include "alerts/links.h"
+#include "alerts/templates.h"
+#include "core/number_rules.h"
+#include "core/text_rules.h"
+#include "core/utils.h"
+
+namespace zendrix::alerts {
+namespace {
+
+constexpr char kUnknownProgram[] = "An unknown program";
+constexpr auto kNone = std::string_view::npos;
+
+class RowBuilder {
+ public:
+  RowBuilder(const core::AppState& state, const AlertContext& context, const NotableRecord& record,
+             bool short_form, Purpose purpose)
+      : state_(state),
+        context_(context),
+        record_(record),
+        description_(record.Description),
+        short_form_(short_form),
+        purpose_(purpose),
+        row_(purpose) {}
+
+  MarkedText Build(std::string_view row_template);
+
+ private:
+  using Rule = void (RowBuilder::*)();
+  struct Monitor {
+    std::string_view name;
+    std::string_view image;
+    Rule fill;
+  };
+  static const std::array<Monitor, 10> kMonitors;
+
+  void Wrap(std::string_view image, const MarkedText& filled_template);
+  MarkedText Observation() const;
+
+  void PlainDescription();
+  void LinkedDescription();
+  void LoggedOnUsers();
+  void ListeningPorts();
+  void RunningProcesses();
+  void AutorunRegistry();
+  void TcpConnections();
+  MarkedText FillRate(std::string_view row_template) const;
+  bool IsRate() const {
+    return record_.Monitor == "Network Transmission Rate" || record_.Monitor == "Memory Utilization";
+  }
+
+  MarkedText Value(std::string_view value) const { return MarkedText(purpose_, value, Origin::kEvent); }
+  void Put(std::string_view placeholder, std::string_view value) { row_.Replace(placeholder, Value(value)); }
+  // The anchor around a value.
+  MarkedText Linked(std::string_view monitor, std::string_view target, std::string_view value) const {
+    return GetLink(state_, purpose_, monitor, target).Append(Value(value)).Append("</A>");
+  }
+  // Links the value wherever it stands in the row.
+  void Link(std::string_view monitor, std::string_view value) { LinkTo(monitor, value, value); }
+  void LinkTo(std::string_view monitor, std::string_view target, std::string_view value) {
+    row_.ReplaceValue(value, Linked(monitor, target, value));
+  }
+
+  const core::AppState& state_;
+  const AlertContext& context_;
+  const NotableRecord& record_;
+  const std::string_view description_;
+  bool short_form_;
+  Purpose purpose_;
+  MarkedText row_;
+};
+
+const std::array<RowBuilder::Monitor, 10> RowBuilder::kMonitors = {{
+    {"System", "\\Images\\workplace.png", &RowBuilder::PlainDescription},
+    {"Network Transmission Rate", "\\Images\\server_client_exchange.png", nullptr},
+    {"Memory Utilization", "\\Images\\data_refresh.png", nullptr},
+    {"Logged-On Users", "\\Images\\businessman.png", &RowBuilder::LoggedOnUsers},
+    {"System Users", "\\Images\\id_card.png", &RowBuilder::LinkedDescription},
+    {"Windows Folder", "\\Images\\folder_closed.png", &RowBuilder::LinkedDescription},
+    {"Listening Ports", "\\Images\\server_connection.png", &RowBuilder::ListeningPorts},
+    {"Running Processes", "\\Images\\window_gear.png", &RowBuilder::RunningProcesses},
+    {"Autorun Registry", "\\Images\\cubes.png", &RowBuilder::AutorunRegistry},
+    {"TCP Connections", "\\Images\\server_client.png", &RowBuilder::TcpConnections},
+}};
+
+MarkedText RowBuilder::Build(std::string_view row_template) {
+  const auto monitor = std::find_if(kMonitors.begin(), kMonitors.end(),
+                                    [&](const Monitor& one) { return one.name == record_.Monitor; });
+  if (monitor == kMonitors.end()) return MarkedText(purpose_, row_template);
+  Wrap(monitor->image, IsRate() ? FillRate(row_template) : MarkedText(purpose_, row_template));
+  if (monitor->fill) (this->*monitor->fill)();
+  return row_;
+}
+
+MarkedText RowBuilder::Observation() const {
+  MarkedText text(purpose_);
+  if (!record_.TimesObserved || *record_.TimesObserved < 0) return text;
+  text.Append("At the time of this alert, this event had been observed ");
+  text.Append(std::to_string(*record_.TimesObserved))
+      .Append(*record_.TimesObserved == 1 ? " time" : " times");
+  return text.Append(" since ").Append(context_.FirstEventDateTime, Origin::kEvent);
+}
+
+void RowBuilder::Wrap(std::string_view image, const MarkedText& filled_template) {
+  const MarkedText behind_image = MarkedText(purpose_, "' ALT='").Append(Observation());
+  row_.Append("<tr ALIGN='left' VALIGN='top'><td width=18>");
+  row_.Append(IconTag(state_, purpose_, image, behind_image));
+  if (short_form_) {
+    row_.Append("</td><td><font size=1 color='#00009D' face='Tahoma'>").Append(filled_template);
+    row_.Append("</font></td></tr>");
+  } else {
+    row_.Append("</td><td>").Append(filled_template).Append("</td><td align='center'>");
+    row_.Append(std::to_string(record_.TimesObserved.value_or(0))).Append("</td></tr>");
+  }
+}
+
+void RowBuilder::PlainDescription() {
+  Put("<description>", description_);
+}
+
+void RowBuilder::LinkedDescription() {
+  MarkedText linked = GetLink(state_, purpose_, record_.Monitor, description_);
+  row_.Replace("<description>", linked.Append("<description></A>"));
+  PlainDescription();
+}
+
+// Only the short form has the link.
+void RowBuilder::LoggedOnUsers() {
+  if (short_form_)
+    LinkedDescription();
+  else
+    PlainDescription();
+}
+
+// "8080:C:\Tools\server.exe": port, then the program.
+void RowBuilder::ListeningPorts() {
+  const auto colon = description_.find(':');
+  if (colon == kNone) {
+    row_.Replace("<description, right of :>", kUnknownProgram);
+    return;
+  }
+  const std::string_view program = core::FileNamePart(description_.substr(colon + 1));
+  Put("<description, right of :>", program);
+  Link("Running Processes", program);
+  const std::string_view port = description_.substr(0, colon);
+  Put("<description, left of :>", port);
+  Link(record_.Monitor, port);
+}
+
+// "C:\Tools\server.exe:1234": program, then a number.
+void RowBuilder::RunningProcesses() {
+  const auto folder_end = description_.rfind('\\');
+  const auto colon = description_.rfind(':');
+  std::string_view program = description_;
+  if (folder_end != kNone) {
+    const bool colon_behind = colon != kNone && colon > folder_end;
+    program = description_.substr(folder_end + 1, colon_behind ? colon - folder_end - 1 : kNone);
+  }
+  Put("<description, right of last \\>", program);
+  Link(record_.Monitor, program);
+  if (colon == kNone)
+    row_.Replace("<description, right of :>", "'?'");
+  else
+    Put("<description, right of :>", description_.substr(colon + 1));
+}
+
+// "Run\Updater=C:\Tools\update.exe": the entry, then the program. The link carries the whole.
+void RowBuilder::AutorunRegistry() {
+  const auto equals = description_.find('=');
+  const std::string_view value = equals == kNone ? std::string_view() : description_.substr(equals + 1);
+  Put("<description right of =>", value);
+  LinkTo(record_.Monitor, description_, value);
+}
+
+// "10.0.0.7:443:C:\Tools\client.exe": address, port, program. The program's path may hold a colon of its own,
+// which is why only the first two count.
+void RowBuilder::TcpConnections() {
+  const auto first = description_.find(':');
+  const auto second = first == kNone ? kNone : description_.find(':', first + 1);
+  std::string_view address, port, program;
+  if (first != kNone) {
+    address = description_.substr(0, first);
+    port = description_.substr(first + 1, second == kNone ? kNone : second - first - 1);
+  }
+  if (second != kNone) program = core::FileNamePart(description_.substr(second + 1));
+
+  Put("<description, right of :>", port);
+  row_.ReplaceLastValue(port, Linked("Listening Ports", port, port));
+  Put("<description, left of :>", address);
+  Link(record_.Monitor, address);
+  if (program.empty()) {
+    row_.Replace("<description, right of last :>", kUnknownProgram);
+  } else {
+    Put("<description, right of last :>", program);
+    Link("Running Processes", program);
+  }
+}
+
+// "12.5", "12.5:word" or "12.5:word:word". The clause between "<:" and ":>" is only for those with more than
+// the number. Worked on the template by itself, so that cutting it short leaves the row around it whole.
+MarkedText RowBuilder::FillRate(std::string_view row_template) const {
+  MarkedText text(purpose_, row_template);
+  const auto fields = core::Split(description_, ":");
+  if (fields.empty()) return text;
+  const auto& locale = state_.seams.locale.Current();
+  const bool is_number = core::IsNumeric(fields[0], locale);
+  text.Replace("<description>",
+               Value(is_number ? core::FormatPicture(core::CDbl(fields[0], locale), "#0.00", locale)
+                               : std::string(fields[0])));
+  if (fields.size() == 1) {
+    text.CutAt("<:");
+    text.Replace("<%1>", "");
+    text.Replace("<%2>", "");
+    return text;
+  }
+  text.Replace("<:", "");
+  text.Replace(":>", "");
+  text.Replace("<%1>", Value(fields[1]).Append("."));
+  if (fields.size() == 3) {
+    text.Replace(".<%2>", MarkedText(purpose_, ", ").Append(Value(fields[2])).Append("."));
+  } else {
+    text.Replace("<%2>", "");
+  }
+  return text;
+}
+
+}  // namespace
+
+MarkedText SummaryRow(const core::AppState& state, const AlertContext& context, const NotableRecord& record,
+                      std::string_view row_template, bool short_form, Purpose purpose) {
+  return RowBuilder(state, context, record, short_form, purpose).Build(row_template);
+}
+
+}  // namespace zendrix::alerts

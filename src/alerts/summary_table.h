@@ -1,0 +1,20 @@
+// One summary table: a row for each event of the alert about which the Agent reports a kind of result.
+#pragma once
+
+#include <string_view>
+
+#include "alerts/marked_text.h"
+#include "alerts/notable_info.h"
+#include "core/app_state.h"
+
+namespace zendrix::alerts {
+
+// `kind` is "success" or "failed". Raises where a row cannot be built.
+MarkedText SummaryTable(const core::AppState& state, const AlertContext& context, std::string_view kind,
+                        bool short_form, Purpose purpose);
+
+// What stands in the place of a rendering when the dictionary is not loaded: the error text, then each
+// entry's monitor and description.
+MarkedText WithoutDictionary(const AlertContext& context, Purpose purpose);
+
+}  // namespace zendrix::alerts

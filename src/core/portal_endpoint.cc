@@ -1,0 +1,12 @@
+#include "core/portal_endpoint.h"
+
+#include "core/utils.h"
+
+namespace zendrix::core {
+
+std::string PortalEndpoint(const AppState& state) {
+  std::string base;
+  return DescLookup(state.Desc[10], "Central,", base) ? base : state.PortalBase;
+}
+
+}  // namespace zendrix::core

@@ -1,0 +1,30 @@
+// KorvessaIntermediateTypes: quarantine of files and the host's identifier, as flat functions that any
+// language can call. The library is loaded when first needed. Texts are single-byte, ended by a NUL. Nothing
+// here throws.
+#pragma once
+
+#include <cstdint>
+
+namespace zendrix::family {
+
+extern "C" {
+
+// Where the Quarantine folder is (the console's program folder), and whether to act: with `pretend` other
+// than 0 every check is made and every message is the one that acting would give, but nothing is moved. Comes
+// before the others.
+void ConfigureExport(const char* program_folder, std::int32_t pretend);
+
+// Moves the file that the description of an event names into the Quarantine folder. 0 when it was moved; in
+// every case `message` holds a plain sentence for the user, ended by a NUL within `size` characters.
+std::int32_t QuarantineExport(const char* description, char* message, std::int32_t size);
+
+// Puts the file back where it was, with owner, mode and times. Refuses to overwrite.
+std::int32_t UnquarantineExport(const char* description, char* message, std::int32_t size);
+
+// A stable identifier of this host for a product: derived from the machine's id by a keyed hash, so that the
+// id itself never leaves the machine. 64 hexadecimal digits and a NUL; 0 when it could be had.
+std::int32_t GetHostIDExport(const char* product, char* buffer, std::int32_t size);
+
+}  // extern "C"
+
+}  // namespace zendrix::family
