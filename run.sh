@@ -1,0 +1,48 @@
+#!/usr/bin/env bash
+# Sets up and starts the console on this computer's own events (Debian 12): installs what is missing, builds, records
+# this host for a few seconds, then opens the console on the recording while the recorder goes on.
+#
+#   ./run.sh             the Home console
+#   ./run.sh --admin     the Administrator console
+#
+# Without a display it starts the console on a virtual one for a short while, prints the alerts as JSON and leaves
+# pictures of the windows in out/.
+set -euo pipefail
+cd "$(dirname "$0")"
+. packaging/prerequisites.sh
+
+edition=Home form=home
+case "${1:-}" in
+  "") ;;
+  --admin) edition=Administrator form=admin ;;
+  *) sed -n '2,9p' "$0" | cut -c3-; exit 2 ;;
+esac
+
+need_packages $build_packages
+export CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR="$PWD"
+cmake --preset release >/dev/null
+cmake --build --preset release -j "${JOBS:-$(nproc)}"
+
+# The program folder of this run: the staged data with the recording beside it. Settings stay from run to run.
+bin=$PWD/build/release/bin
+folder=$PWD/out/$form
+mkdir -p "$folder"
+cp -r "$bin"/KorvessaDesc*.kv? "$bin/Images" "$folder/"
+if [ ! -e "$folder/zendrix.ini" ]; then
+  "$bin/zendrix-inspect" --write --folder "$folder" settings save Misc DetSho 1 >/dev/null
+fi
+
+echo "Recording this host ..."
+"$bin/zendrix-recorder" --form $form --folder "$folder" --interval 1 --for 6
+"$bin/zendrix-recorder" --form $form --folder "$folder" --interval 3 &
+recorder=$!
+trap 'kill $recorder 2>/dev/null || true' EXIT
+
+if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
+  "$bin/zendrix" --edition=$edition --folder="$folder"
+else
+  echo "No display: starting the console on a virtual one; pictures go to out/."
+  need_packages $screen_packages
+  packaging/screenshots.sh "$bin/zendrix" $edition "$folder" out
+  "$bin/zendrix-inspect" --folder "$folder" --edition $edition alerts
+fi
