@@ -1,7 +1,7 @@
 # One interface target carries every compiler flag; each room links it.
 add_library(zendrix_flags INTERFACE)
 target_compile_options(zendrix_flags INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wnull-dereference
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
   $<$<BOOL:${ZENDRIX_WERROR}>:-Werror>
   -fno-strict-aliasing -fstack-protector-strong)
 target_compile_definitions(zendrix_flags INTERFACE
