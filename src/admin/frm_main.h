@@ -17,6 +17,7 @@
 #include "admin/grid_sort.h"
 #include "core/app_state.h"
 #include "core/error_log.h"
+#include "core/moment_formatter.h"
 #include "core/utils.h"
 #include "settings/reg_ini.h"
 #include "store/ulist.h"
@@ -126,11 +127,12 @@ class frmMain : public widgets::Form {
  private:
   // What one load remembers from line to line.
   struct Load {
+    Load(core::AppState& app, int order) : moments(app.seams.locale.Current(), order, app.seams.family) {}
     std::int32_t lines = 0;        // counted from the first line of the file
     std::int64_t bytes = 0;        // read in this load
     std::int64_t bytes_total = 0;  // that this load is about
     std::int32_t time_key = 0;
-    std::string time;  // of time_key; empty before the first
+    core::MomentFormatter moments;
     // Whether a monitor is displayed, by the text of its field; kept for the time of one load.
     std::unordered_map<std::string, bool> displayed;
   };

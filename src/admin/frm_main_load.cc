@@ -61,7 +61,7 @@ void frmMain::DisplayData(const std::string& status_text) {
     GridFileSize = 0;
     GridLineCount = 0;
     if (!FileIsThere()) return FileMissing();
-    Load load;
+    Load load(app_, DateOrder);
     try {
       ReadWholeFile(load, status_text);
     } catch (const core::RunTimeError& error) {
@@ -122,11 +122,8 @@ void frmMain::TakeTime(std::string_view field, Load& load, std::string& time) {
     time = field;
     return;
   }
-  const std::int32_t seconds = core::RoundToLong(value);
-  if (load.time.empty() || seconds != load.time_key)
-    load.time = core::DisplayTime(seconds, DateOrder, app_.seams.family, locale);
-  load.time_key = seconds;
-  time = load.time;
+  load.time_key = core::RoundToLong(value);
+  time = load.moments.Format(load.time_key);
 }
 
 bool frmMain::IsMonitorDisplayed(const std::string& monitor) {
@@ -154,7 +151,7 @@ void frmMain::RedisplayData(bool filter_active) {
       const std::int64_t new_size = core::ValueOrRaise(app_.seams.files.Size(GridFilePath));
       reload = new_size < GridFileSize;
       if (reload) return;
-      Load load;
+      Load load(app_, DateOrder);
       load.lines = GridLineCount;
       try {
         if (new_size > GridFileSize) ReadAddedLines(load, new_size);

@@ -19,9 +19,10 @@ class Observed {
     Set(std::move(value));
     return *this;
   }
-  void Set(T value) {
+  // Out of line: it is called from hundreds of places.
+  [[gnu::noinline]] void Set(T value) {
     if (value == value_) return;
-    value_ = std::move(value);
+    std::swap(value_, value);
     changed.Raise();
   }
 
