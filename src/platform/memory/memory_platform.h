@@ -12,7 +12,9 @@
 #include "platform/memory/memory_files.h"
 #include "platform/memory/memory_host.h"
 #include "platform/memory/memory_instance_lock.h"
+#include "platform/memory/recording_shell.h"
 #include "platform/memory/scripted_dialogs.h"
+#include "platform/memory/throwing_process.h"
 #include "platform/seams.h"
 
 namespace zendrix::platform {
