@@ -1,0 +1,36 @@
+// The family libraries as they are installed. The first two are linked in; KorvessaIntermediateTypes is the
+// file "libKorvessaIntermediateTypes.so" in the executable's folder, loaded at the first call that needs it.
+// As long as it is not there (or lacks a function) each call looks again.
+#pragma once
+
+#include <string>
+
+#include "platform/family_libraries.h"
+
+namespace zendrix::platform {
+
+class LinuxFamily : public FamilyLibraries {
+ public:
+  // `executable_folder` as an absolute path.
+  explicit LinuxFamily(std::string executable_folder) : folder_(std::move(executable_folder)) {}
+  LinuxFamily(const LinuxFamily&) = delete;
+  LinuxFamily& operator=(const LinuxFamily&) = delete;
+  ~LinuxFamily() override;
+
+  LocalTime FromUTC(std::int32_t seconds) override;
+  std::int32_t ToUTC(const LocalTime& local) override;
+  std::string HashBytes(std::string_view bytes) override;
+  Status QuarantineExport(const std::string& description, std::string& message) override;
+  Status UnquarantineExport(const std::string& description, std::string& message) override;
+  Result<std::string> GetHostIDExport(const std::string& product) override;
+
+ private:
+  // The address of a function of KorvessaIntermediateTypes.
+  Result<void*> Function(const char* name);
+  Status Quarantine(const char* function, const std::string& description, std::string& message);
+
+  std::string folder_;
+  void* library_ = nullptr;
+};
+
+}  // namespace zendrix::platform
