@@ -66,6 +66,7 @@ class Lexer {
     std::size_t longest = 0;
     const auto offer = [&](std::string_view name, Kind kind, int value) {
       if (name.size() <= longest || name.size() > rest_.size()) return;
+      if (IsDigit(name.front())) return;  // some languages number their months; a number is read as a number
       if (!EqualNoCase(rest_.substr(0, name.size()), name)) return;
       const bool goes_on =
           name.size() < rest_.size() && IsLetter(name.back()) && IsLetter(rest_[name.size()]);

@@ -128,7 +128,7 @@ std::string Format16(double value, const platform::LocaleInfo& locale) {
     char buffer[8];
     const auto end = std::to_chars(buffer, buffer + sizeof buffer, static_cast<int>(value)).ptr;
     std::string text(buffer, end);
-    if (text.size() < 3 || locale.grouping == "3;0") {
+    if (text.size() == 1 || locale.grouping == "3;0") {
       text += locale.decimal;
       return text.append(kDecimals, '0');
     }

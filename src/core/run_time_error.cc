@@ -66,9 +66,7 @@ void Raise(int number) {
 
 RunTimeError FromPlatform(const platform::Error& error) {
   const int number = NumberOf(error.kind);
-  std::string description = DescriptionOf(number);
-  if (!error.text.empty()) description += " (" + error.text + ")";
-  return RunTimeError{number, std::move(description)};
+  return RunTimeError{number, DescriptionOf(number), error.text};
 }
 
 }  // namespace zendrix::core

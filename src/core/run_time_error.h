@@ -25,6 +25,8 @@ inline constexpr int kKeyNotUnique = 35602;
 struct RunTimeError {
   int number = 0;
   std::string description;
+  // The platform's own words, for a maintainer; never part of a log line or message.
+  std::string detail = {};
 };
 
 // The fixed description that belongs to a number; "Application-defined or object-defined error" for others.
@@ -33,7 +35,7 @@ std::string DescriptionOf(int number);
 [[noreturn]] void Raise(int number);
 
 // The error as which a refusal of the outside enters the rules: no permission is 70, a missing thing 53, a full
-// disk 61, and all else 57 (device I/O error), with the platform's own words as the maintainer's detail.
+// disk 61, and all else 57 (device I/O error).
 RunTimeError FromPlatform(const platform::Error& error);
 
 // The value of a seam's result, or the run-time error that it stands for.
