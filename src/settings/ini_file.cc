@@ -200,4 +200,18 @@ void IniFile::EndLine(std::size_t at) {
   if (lines_[at].end.empty()) lines_[at].end = kLineEnd;
 }
 
+bool WriteProfileString(std::optional<std::string_view> section, std::optional<std::string_view> key,
+                        std::optional<std::string_view> value, std::optional<std::string>& file) {
+  if (!section) return false;
+  IniFile ini(file ? std::string_view(*file) : std::string_view());
+  if (!key)
+    ini.DeleteSection(*section);
+  else if (!value)
+    ini.DeleteKey(*section, *key);
+  else
+    ini.Set(*section, *key, *value);
+  file = ini.Bytes();
+  return true;
+}
+
 }  // namespace zendrix::settings

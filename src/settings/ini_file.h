@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -67,5 +68,11 @@ class IniFile {
 
   std::vector<Line> lines_;
 };
+
+// WritePrivateProfileString on the bytes of a file, nothing standing for a file that does not exist. No key
+// deletes the section, no value deletes the key; a deletion creates a missing file empty. False, and nothing
+// done, without a section.
+bool WriteProfileString(std::optional<std::string_view> section, std::optional<std::string_view> key,
+                        std::optional<std::string_view> value, std::optional<std::string>& file);
 
 }  // namespace zendrix::settings

@@ -38,21 +38,20 @@ IniFile ReadIni(platform::Files& files, const std::string& path) {
   return bytes ? IniFile(bytes.value()) : IniFile();
 }
 
-// Changes the file as a whole; false when it could not be read or written. A file that cannot be read is not
-// written either: that would lose what stands in it.
-template <class Change>
-bool ChangeIni(platform::Files& files, const std::string& path, Change&& change) {
-  const auto bytes = files.ReadAll(path);
-  if (!bytes && bytes.error().kind != platform::ErrorKind::kNotFound) return false;
-  IniFile ini(bytes ? std::string_view(bytes.value()) : std::string_view());
-  change(ini);
-  const std::string changed = ini.Bytes();
-  return files.WriteAll(path, changed).ok();
-}
-
 // Texts cross the border to the profile functions as NUL-ended ones.
 std::string_view CText(const std::string& text) {
   return std::string_view(text).substr(0, text.find('\0'));
+}
+
+// Changes one key, or deletes it without a value; false when the file could not be read or written. A file
+// that cannot be read is not written either: that would lose what stands in it.
+bool WriteIni(platform::Files& files, const std::string& path, const std::string& section,
+              const std::string& key, std::optional<std::string_view> value) {
+  auto bytes = files.ReadAll(path);
+  if (!bytes && bytes.error().kind != platform::ErrorKind::kNotFound) return false;
+  std::optional<std::string> file;
+  if (bytes) file = std::move(bytes.value());
+  return WriteProfileString(CText(section), CText(key), value, file) && files.WriteAll(path, *file).ok();
 }
 
 std::string CleanProfileText(std::string_view text) {
@@ -134,25 +133,21 @@ void CSetting::SaveSettingStr(const std::string& section, const std::string& key
   EnsureInit();
   Guarded(kWriteSettingError, "CSetting.SaveSettingStr", kWriteSettingText, [&] {
     // The outcome is not examined: a protected file keeps what it has.
-    ChangeIni(state_.seams.files, path_,
-              [&](IniFile& ini) { ini.Set(CText(section), CText(key), CText(value)); });
+    WriteIni(state_.seams.files, path_, section, key, CText(value));
   });
 }
 
 void CSetting::SaveSettingInt(const std::string& section, const std::string& key, std::int16_t value) {
   EnsureInit();
-  Guarded(kWriteSettingError, "CSetting.SaveSettingInt", kWriteSettingText, [&] {
-    ChangeIni(state_.seams.files, path_,
-              [&](IniFile& ini) { ini.Set(CText(section), CText(key), std::to_string(value)); });
-  });
+  Guarded(kWriteSettingError, "CSetting.SaveSettingInt", kWriteSettingText,
+          [&] { WriteIni(state_.seams.files, path_, section, key, std::to_string(value)); });
 }
 
 void CSetting::DeleteKey(const std::string& section, const std::string& key) {
   EnsureInit();
   Guarded(kDeleteKeyError, "CSetting.DeleteKey", kDeleteKeyText, [&] {
-    const bool deleted = ChangeIni(state_.seams.files, path_,
-                                   [&](IniFile& ini) { ini.DeleteKey(CText(section), CText(key)); });
-    if (!deleted) throw SettingError(kDeleteKeyError, "CSetting.DeleteKey", kProtectedText);
+    if (!WriteIni(state_.seams.files, path_, section, key, std::nullopt))
+      throw SettingError(kDeleteKeyError, "CSetting.DeleteKey", kProtectedText);
   });
 }
 
