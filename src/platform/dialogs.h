@@ -25,9 +25,9 @@ class MessageBoxes {
 
 struct FileRequest {
   std::string title;
-  std::string folder;   // to begin in
-  std::string filter;   // "label|pattern;pattern|label|pattern"
-  std::string name;     // proposed, for saving
+  std::string folder;  // to begin in
+  std::string filter;  // "label|pattern;pattern|label|pattern"
+  std::string name;    // proposed, for saving
   bool saving = false;
 };
 

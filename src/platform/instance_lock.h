@@ -14,7 +14,8 @@ class InstanceLock {
   virtual bool Acquire(const std::string& name) = 0;
   // Lets go early; the end of the process does the same.
   virtual void Release() = 0;
-  // Asks the process that holds the lock of this name to bring its window forward. Says nothing of whether it will.
+  // Asks the process that holds the lock of this name to bring its window forward. Says nothing of whether it
+  // will.
   virtual void AskToComeForward(const std::string& name) = 0;
   // What to do when another process asks; called on the user-interface thread from the message loop.
   virtual void OnAskedToComeForward(std::function<void()> handler) = 0;

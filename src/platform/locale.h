@@ -1,6 +1,6 @@
 // The user's regional settings, as pictures in the platform's own vocabulary: d, dd, ddd, dddd, M, MM,
-// MMM, MMMM, yy, yyyy, h, hh, H, HH, m, mm, s, ss, t, tt; text in '...' stands for itself. Texts are single-byte
-// (Windows-1252).
+// MMM, MMMM, yy, yyyy, h, hh, H, HH, m, mm, s, ss, t, tt; text in '...' stands for itself. Texts are
+// single-byte (Windows-1252).
 #pragma once
 
 #include <array>
@@ -30,8 +30,9 @@ struct LocaleInfo {
   std::array<std::string, 7> day_names = {"Sunday",   "Monday", "Tuesday", "Wednesday",
                                           "Thursday", "Friday", "Saturday"};
   std::array<std::string, 7> short_day_names = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
-  std::array<std::string, 12> month_names = {"January", "February", "March",     "April",   "May",      "June",
-                                             "July",    "August",   "September", "October", "November", "December"};
+  std::array<std::string, 12> month_names = {"January",   "February", "March",    "April",
+                                             "May",       "June",     "July",     "August",
+                                             "September", "October",  "November", "December"};
   std::array<std::string, 12> short_month_names = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                    "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 };

@@ -19,7 +19,8 @@ class ServiceManager {
  public:
   virtual ~ServiceManager() = default;
   // Runs the method and returns the manager's numeric result (0 success, 1 to 24 the refusals that the
-  // Agent control knows). An error means that the method could not be run at all: no such service, no manager.
+  // Agent control knows). An error means that the method could not be run at all: no such service, no
+  // manager.
   virtual Result<int> Run(const std::string& service, ServiceMethod method) = 0;
   virtual Result<ServiceProperties> Properties(const std::string& service) = 0;
 };

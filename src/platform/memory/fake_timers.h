@@ -7,16 +7,16 @@
 #include <deque>
 #include <functional>
 #include <memory>
-#include <vector>
 
 #include "platform/memory/fake_clock.h"
 #include "platform/message_loop.h"
+#include "platform/timer_queue.h"
 
 namespace zendrix::platform {
 
 class FakeTimers : public TimerMaker, public MessageLoop {
  public:
-  explicit FakeTimers(FakeClock& clock) : clock_(clock) {}
+  explicit FakeTimers(FakeClock& clock) : clock_(clock), timers_([&clock] { return clock.MonotonicMs(); }) {}
 
   // Lets time pass; everything that falls due fires at its own moment, in order.
   void Advance(std::int64_t milliseconds);
@@ -26,26 +26,19 @@ class FakeTimers : public TimerMaker, public MessageLoop {
   // Calls of ProcessMessages so far.
   int ProcessMessagesCount() const { return process_messages_count_; }
   // Timers that are counting down at present.
-  int RunningTimers() const;
+  int RunningTimers() const { return timers_.Running(); }
 
   void ProcessMessages() override;
-  std::unique_ptr<Timer> MakeTimer(std::function<void()> on_tick) override;
+  std::unique_ptr<Timer> MakeTimer(std::function<void()> on_tick) override {
+    return timers_.MakeTimer(std::move(on_tick));
+  }
 
  private:
-  struct State;
-  class FakeTimer;
-
   void RunQueue();
-  // The timer that is due first, at the latest at `until`, of those armed up to `last_order`; of equals the
-  // one that was armed first.
-  std::shared_ptr<State> NextDue(std::int64_t until, std::uint64_t last_order);
-  void Fire(const std::shared_ptr<State>& timer);
-  std::uint64_t NextOrder() { return ++orders_; }
 
   FakeClock& clock_;
-  std::vector<std::weak_ptr<State>> timers_;
+  TimerQueue timers_;
   std::deque<std::function<void()>> queue_;
-  std::uint64_t orders_ = 0;
   int process_messages_count_ = 0;
 };
 
