@@ -46,6 +46,8 @@ std::vector<Alert> AlertFinder::Find(const std::vector<Event>& events, const std
     const auto raised = raised_ms_.find({alert.subject, alert.rules.bits()});
     return raised != raised_ms_.end() && now_ms - raised->second < kRepeatAfterMs;
   });
+  std::stable_sort(alerts.begin(), alerts.end(),
+                   [](const Alert& a, const Alert& b) { return a.risk < b.risk; });
   return alerts;
 }
 

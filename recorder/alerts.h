@@ -24,8 +24,9 @@ class AlertFinder {
   // An alert that says the same of the same subject is not raised again within this time.
   static constexpr std::int64_t kRepeatAfterMs = 10 * 60 * 1000;
 
-  // `events` are those of this look, `present` all items that are there now. Nothing is taken for raised
-  // until Raised is told so: a batch that could not be written is found again at the next look.
+  // The heaviest alert comes last, since the console shows the newest on top. `events` are those of this
+  // look, `present` all items that are there now. Nothing is taken for raised until Raised is told so: a
+  // batch that could not be written is found again at the next look.
   std::vector<Alert> Find(const std::vector<Event>& events, const std::vector<Item>& present,
                           std::int64_t now_ms) const;
   void Raised(const std::vector<Alert>& alerts, std::int64_t now_ms);

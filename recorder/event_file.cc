@@ -74,16 +74,28 @@ std::int64_t EventFile::NextSecond() {
   return std::max(clock_.NowUtc(), last_second_ + 1);
 }
 
-platform::Status EventFile::Append(const BatchText& batch, std::int64_t second) {
-  // A line that a killed run left open must not swallow the first new one.
-  const std::string bytes = (line_open_ ? "\r\n" : "") + batch.bytes;
+platform::Status EventFile::Append(const BatchText& batch) {
+  // A line that was left open must not swallow the first new one. Its end begins with a comma, because the
+  // console may have read the half line already and cannot bear a new part whose first line has none.
+  const std::string bytes = (line_open_ ? ",\r\n" : "") + batch.bytes;
   auto status = files_.Append(path_, bytes);
-  if (!status) return status;
+  if (!status) {
+    NoteWhatIsThere();
+    return status;
+  }
   line_open_ = false;
-  last_second_ = second;
+  last_second_ = batch.last_second;
   size_ += static_cast<std::int64_t>(bytes.size());
   rows_ += batch.rows;
   return status;
+}
+
+// A full disk takes a part of a batch. The batch will be told again; only its last line has to be ended.
+void EventFile::NoteWhatIsThere() {
+  const auto size = files_.Size(path_);
+  if (!size || size.value() <= size_) return;
+  size_ = size.value();
+  line_open_ = true;
 }
 
 bool EventFile::WasReplaced() const {

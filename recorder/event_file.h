@@ -1,8 +1,9 @@
 // The monitoring file as the recorder writes it. It is only appended to, one whole batch at a time and in one
 // write, so that a reader never meets half a line of a batch. Two rules of its readers bind the writer:
 //  - A reader that follows the file drops new lines as long as their second is not later than that of the
-//    last line it has. So a batch never has the second of the batch before it: the writer waits for the next
-//    second, and when the computer's clock was put back it goes on from the last second written.
+//    last line it has. So a batch never begins with the second that the batch before it ended with: the
+//    writer waits for the next second, and when the computer's clock was put back it goes on from the last
+//    second written.
 //  - The Home console numbers rows in 16 bits and cannot load a file of 21 MB. So a file that is nearly full
 //    is put aside, under a name with its last second, and a new one begins.
 #pragma once
@@ -31,8 +32,8 @@ class EventFile {
   // The second for the next batch. May rest up to two seconds.
   std::int64_t NextSecond();
 
-  // Appends a batch made with NextSecond()'s result. When it fails, nothing is taken for written.
-  platform::Status Append(const BatchText& batch, std::int64_t second);
+  // Appends a batch that begins with NextSecond()'s result. When it fails, nothing is taken for written.
+  platform::Status Append(const BatchText& batch);
 
   // True when the file is gone or shorter than it was left: somebody began a new one.
   bool WasReplaced() const;
@@ -45,6 +46,7 @@ class EventFile {
 
  private:
   void TakeUp(std::string_view bytes);
+  void NoteWhatIsThere();
 
   platform::Files& files_;
   platform::Clock& clock_;

@@ -43,7 +43,9 @@ std::vector<Item> FittingMembers(const std::vector<Item>& members) {
 
 class HomeText {
  public:
-  HomeText(const Stamp& stamp, BatchText& out) : stamp_(stamp), out_(out) {}
+  HomeText(const Stamp& stamp, BatchText& out) : stamp_(stamp), out_(out) {
+    out_.last_second = stamp.seconds;
+  }
 
   void Write(const Batch& batch) {
     // A line of its own and with one description: the console does not split the first line of a file.
@@ -51,14 +53,17 @@ class HomeText {
       Line(monitor::kSystem, "0", "0", kSessionMarker, kObserved, EventCode(monitor::kSystem, {}));
     }
     WriteEvents(batch.events);
-    for (const Alert& alert : batch.alerts) WriteAlert(alert);
+    for (std::size_t i = 0; i < batch.alerts.size(); ++i) {
+      out_.last_second = stamp_.seconds + static_cast<std::int64_t>(i);
+      WriteAlert(batch.alerts[i]);
+    }
   }
 
  private:
   void Line(std::string_view monitor_name, std::string_view original, std::string_view change,
             std::string_view description, std::string_view reaction, std::string_view code) {
     std::string& text = out_.bytes;
-    text += std::to_string(stamp_.seconds) + "," + stamp_.host + "," + stamp_.thread + ",";
+    text += std::to_string(out_.last_second) + "," + stamp_.host + "," + stamp_.thread + ",";
     for (const std::string_view field : {monitor_name, original, change, description, reaction, code}) {
       text.append(field).append("|");
     }
@@ -109,7 +114,9 @@ class HomeText {
 
 class AdminText {
  public:
-  AdminText(const Stamp& stamp, BatchText& out) : stamp_(stamp), out_(out) {}
+  AdminText(const Stamp& stamp, BatchText& out) : stamp_(stamp), out_(out) {
+    out_.last_second = stamp.seconds;
+  }
 
   void Write(const Batch& batch) {
     if (batch.begins_session) {

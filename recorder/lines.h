@@ -1,11 +1,13 @@
 // The lines of the monitoring file. A batch is everything that one look gives; it becomes one text that is
-// written at once, every line with the same second. All text comes cleaned from the observers (see text.h);
+// written at once, every event with the same second. All text comes cleaned from the observers (see text.h);
 // the functions here only arrange it. Lines end in CR LF.
 //
 // Home form, fields separated by "|":
 //   seconds,host,thread,monitor | original | change | description | reaction | code | 0
 // Events of one monitor with one code share a line, their descriptions joined by " * ". An alert is an
-// "Aggregation" line followed at once by its "Community" line.
+// "Aggregation" line followed at once by its "Community" line. The console knows the user's decision on an
+// alert by the alert's second alone, so no two alerts share one: the first has the second of the events, each
+// further one the next second, if need be a little ahead of the clock.
 //
 // Admin form, fields separated by ",":
 //   seconds,host,monitor,code,description     code A came, R went, N notable, B marker of a session
@@ -36,7 +38,8 @@ struct Stamp {
 
 struct BatchText {
   std::string bytes;
-  std::size_t rows = 0;  // rows that the console makes of it
+  std::int64_t last_second = 0;  // of the last line
+  std::size_t rows = 0;          // rows that the console makes of it
 };
 
 BatchText RenderBatch(Form form, const Stamp& stamp, const Batch& batch);

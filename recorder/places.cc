@@ -1,8 +1,8 @@
 #include "recorder/places.h"
 
 #include <algorithm>
-#include <array>
 #include <initializer_list>
+#include <iterator>
 
 namespace zendrix::recorder {
 namespace {
@@ -34,11 +34,11 @@ bool InSystemFolder(std::string_view path) {
 }
 
 bool IsUsualPort(unsigned port) {
-  static constexpr std::array<unsigned, 43> kPorts = {
-      20,  21,  22,  23,  25,  37,  43,  53,  67,  68,   80,   88,   110, 111, 119,
-      123, 135, 137, 139, 143, 161, 179, 389, 443, 445,  465,  514,  515, 546, 547,
-      554, 587, 631, 636, 853, 873, 990, 993, 995, 2049, 3306, 5353, 5432};
-  return std::binary_search(kPorts.begin(), kPorts.end(), port);
+  static constexpr unsigned kPorts[] = {20,  21,  22,  23,  25,  37,  43,   53,   67,   68,  80,
+                                        88,  110, 111, 119, 123, 135, 137,  139,  143,  161, 179,
+                                        389, 443, 445, 465, 514, 515, 546,  547,  554,  587, 631,
+                                        636, 853, 873, 990, 993, 995, 2049, 3306, 5353, 5432};
+  return std::binary_search(std::begin(kPorts), std::end(kPorts), port);
 }
 
 bool LooksLikeKernelThread(std::string_view process_name) {

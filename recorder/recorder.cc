@@ -9,6 +9,7 @@
 namespace zendrix::recorder {
 namespace {
 
+constexpr std::size_t kMostAlerts = 50;     // of one look; a person cannot read more
 constexpr std::int64_t kSliceMs = 100;      // how long a request to stop may wait
 constexpr std::size_t kHostNameLimit = 50;  // the console's width
 
@@ -78,11 +79,15 @@ bool Recorder::Look() {
   }
   Append(batch.events, std::move(measured));
   batch.alerts = finder_.Find(batch.events, seen.items, seen.taken_ms);
+  const std::size_t left_out = batch.alerts.size() > kMostAlerts ? batch.alerts.size() - kMostAlerts : 0;
+  batch.alerts.erase(batch.alerts.begin(), batch.alerts.begin() + static_cast<std::ptrdiff_t>(left_out));
   if (!Write(batch)) return false;
   if (begins_session_) {
     Log("Session began; " + std::to_string(seen.items.size()) + " items; " +
         std::to_string(batch.alerts.size()) + " alerts");
   }
+  if (left_out > 0)
+    Log("Too many alerts at once; the lightest " + std::to_string(left_out) + " were left out");
   finder_.Raised(batch.alerts, seen.taken_ms);
   measures_ = std::move(measures);
   before_ = std::move(seen);
@@ -96,7 +101,7 @@ bool Recorder::Write(const Batch& batch) {
   stamp.seconds = file_.NextSecond();
   stamp.host = host_name_;
   stamp.thread = std::to_string(parts_.own_pid);
-  const auto status = file_.Append(RenderBatch(options_.form, stamp, batch), stamp.seconds);
+  const auto status = file_.Append(RenderBatch(options_.form, stamp, batch));
   if (!status && !failing_) {
     Complain("cannot write KorvessaMonitoring.kvl: " + status.error().text);
     Log("Monitoring file cannot be written; " + CleanName(status.error().text));
