@@ -1,5 +1,5 @@
-// A growing list whose elements never move: it is made of chunks of 2^kBits elements, so growth copies nothing and a
-// pointer to an element stays good for the life of the list. Elements are plain data.
+// A growing list whose elements never move: it is made of chunks of 2^kBits elements, so growth copies
+// nothing and a pointer to an element stays good for the life of the list. Elements are plain data.
 #pragma once
 
 #include <cstddef>

@@ -21,7 +21,8 @@ std::optional<double> NumberFrom(std::string_view text, const platform::LocaleIn
   double value = 0;
   const std::string_view digits = text.starts_with('+') ? text.substr(1) : text;
   const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-  if (read.ec == std::errc() && read.ptr == digits.data() + digits.size() && std::isfinite(value)) return value;
+  if (read.ec == std::errc() && read.ptr == digits.data() + digits.size() && std::isfinite(value))
+    return value;
   if (core::IsNumeric(text, locale)) return core::CDbl(text, locale);
   return std::nullopt;
 }

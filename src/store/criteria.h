@@ -1,8 +1,8 @@
 // The little language of finds and filters:
 //   criteria = comparison { blanks AND blanks comparison } blanks
 //   comparison = Column op value        op: = <> < <= > >=     value: '...' or a number
-// "and" counts in any case; blanks around the operator do not matter. A quoted value ends at the next quote, so a
-// value that holds one leaves text that no rule takes, and the whole is malformed.
+// "and" counts in any case; blanks around the operator do not matter. A quoted value ends at the next quote,
+// so a value that holds one leaves text that no rule takes, and the whole is malformed.
 #pragma once
 
 #include <string>
@@ -28,18 +28,25 @@ struct Comparison {
   bool never = false;    // ID against a quoted text that is no number
 };
 
-// Raises 3001 for what is not in the language or names no column of the table. A blank text gives no comparison.
+// Raises 3001 for what is not in the language or names no column of the table. A blank text gives no
+// comparison.
 std::vector<Comparison> ParseCriteria(std::string_view text, const EventTable& table);
 
 // Whether `order` (negative, zero, positive: how the left side stands to the right) satisfies the operator.
 inline bool Satisfies(Op op, int order) {
   switch (op) {
-    case Op::kEqual: return order == 0;
-    case Op::kNotEqual: return order != 0;
-    case Op::kLess: return order < 0;
-    case Op::kLessOrEqual: return order <= 0;
-    case Op::kGreater: return order > 0;
-    case Op::kGreaterOrEqual: return order >= 0;
+    case Op::kEqual:
+      return order == 0;
+    case Op::kNotEqual:
+      return order != 0;
+    case Op::kLess:
+      return order < 0;
+    case Op::kLessOrEqual:
+      return order <= 0;
+    case Op::kGreater:
+      return order > 0;
+    case Op::kGreaterOrEqual:
+      return order >= 0;
   }
   return false;
 }

@@ -16,7 +16,9 @@ constexpr int kNoSuchColumn = 3265;
 
 }  // namespace
 
-EventStorage::EventStorage() { extras_.push_back(0); }
+EventStorage::EventStorage() {
+  extras_.push_back(0);
+}
 
 void EventStorage::AddRow(const StoredRow& row) {
   if (!rows_.empty() && rows_.back().id >= row.id) ids_ascend_ = false;
@@ -54,15 +56,24 @@ void EventStorage::AddExtra(TextId id) {
 TextId EventStorage::Id(Bookmark number, int column) const {
   const StoredRow& row = rows_[number];
   switch (column) {
-    case kHostname: return sources_[row.source].hostname;
-    case kThreadID: return sources_[row.source].thread_id;
-    case kMonitor: return sources_[row.source].monitor;
-    case kOriginal: return row.original;
-    case kChange: return row.change;
-    case kDescription: return row.description;
-    case kReaction: return row.reaction;
-    case kCode: return row.code;
-    default: break;
+    case kHostname:
+      return sources_[row.source].hostname;
+    case kThreadID:
+      return sources_[row.source].thread_id;
+    case kMonitor:
+      return sources_[row.source].monitor;
+    case kOriginal:
+      return row.original;
+    case kChange:
+      return row.change;
+    case kDescription:
+      return row.description;
+    case kReaction:
+      return row.reaction;
+    case kCode:
+      return row.code;
+    default:
+      break;
   }
   const auto extra = static_cast<std::uint32_t>(column - kFirstDescr);
   return extra < extras_[row.extras] ? extras_[row.extras + 1 + extra] : kEmptyText;
@@ -75,9 +86,12 @@ std::string_view EventStorage::Text(Bookmark number, int column) const {
       const auto end = std::to_chars(digits, digits + sizeof digits, rows_[number].id).ptr;
       return texts_.Text(texts_.Intern({digits, static_cast<std::size_t>(end - digits)}));
     }
-    case kDateUTC: return moments_[rows_[number].moment].utc;
-    case kDateTime: return DisplayOf(rows_[number].moment);
-    default: break;
+    case kDateUTC:
+      return moments_[rows_[number].moment].utc;
+    case kDateTime:
+      return DisplayOf(rows_[number].moment);
+    default:
+      break;
   }
   if (column < 0) core::Raise(kNoSuchColumn);
   return texts_.Text(Id(number, column));
@@ -86,8 +100,7 @@ std::string_view EventStorage::Text(Bookmark number, int column) const {
 std::string_view EventStorage::DisplayOf(std::uint32_t number) const {
   Moment& moment = moments_[number];
   if (moment.display.data() == nullptr) {
-    const std::string display = display_(moment.seconds);
-    moment.display = texts_.Keep(std::string_view(display).substr(0, kShortColumn));
+    moment.display = texts_.Keep(display_(moment.seconds).substr(0, kShortColumn));
   }
   return moment.display;
 }
@@ -98,7 +111,9 @@ Postings& EventStorage::Index(int column) const {
   return index;
 }
 
-Postings::Rows EventStorage::RowsWith(int column, TextId id) const { return Index(column).Find(id); }
+Postings::Rows EventStorage::RowsWith(int column, TextId id) const {
+  return Index(column).Find(id);
+}
 
 Postings::Rows EventStorage::RowsWithBoth(TextId description, TextId change) const {
   const auto key = [](TextId one, TextId other) { return static_cast<std::uint64_t>(one) << 32 | other; };

@@ -1,6 +1,6 @@
-// Where the rows of an EventTable lie: small fixed records that refer to texts of one pool. Only the reader's RowMaker
-// adds to it; cursors read it. The display form of a numeric date is made when it is first asked for, because almost no
-// row is ever shown.
+// Where the rows of an EventTable lie: small fixed records that refer to texts of one pool. Only the reader's
+// RowMaker adds to it; cursors read it. The display form of a numeric date is made when it is first asked
+// for, because almost no row is ever shown.
 #pragma once
 
 #include <cstdint>
@@ -47,8 +47,8 @@ class EventStorage {
  public:
   EventStorage();
 
-  using Display = std::function<std::string(std::int32_t seconds)>;
-  // How a numeric date is shown.
+  using Display = std::function<std::string_view(std::int32_t seconds)>;
+  // How a numeric date is shown. The view that it gives need only last until the next call.
   void SetDisplay(Display display) { display_ = std::move(display); }
 
   std::uint32_t row_count() const { return static_cast<std::uint32_t>(rows_.size()); }

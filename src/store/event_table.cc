@@ -47,9 +47,13 @@ int EventTable::ColumnIndex(std::string_view name) const {
   return number >= kFirstDescrNumber && number <= last_descr_ ? number + 1 : -1;
 }
 
-std::uint32_t EventTable::RowCount() const { return storage_->row_count(); }
+std::uint32_t EventTable::RowCount() const {
+  return storage_->row_count();
+}
 
-std::int32_t EventTable::ID(Bookmark row) const { return storage_->row(row).id; }
+std::int32_t EventTable::ID(Bookmark row) const {
+  return storage_->row(row).id;
+}
 
 std::string_view EventTable::Text(Bookmark row, int column) const {
   if (column < 0 || column >= ColumnCount()) core::Raise(kNoSuchColumn);
@@ -76,7 +80,9 @@ EventCursor& EventCursor::operator=(EventCursor&& other) noexcept {
   return *this;
 }
 
-EventCursor EventCursor::Clone() const { return table_->Clone(); }
+EventCursor EventCursor::Clone() const {
+  return table_->Clone();
+}
 
 Selection& EventCursor::Filtered() const {
   filter_->Refresh();
@@ -124,7 +130,9 @@ void EventCursor::SetFilter(std::string_view filter) {
   MoveFirst();
 }
 
-std::uint32_t EventCursor::RecordCount() const { return filter_ ? Filtered().Count() : table_->RowCount(); }
+std::uint32_t EventCursor::RecordCount() const {
+  return filter_ ? Filtered().Count() : table_->RowCount();
+}
 
 void EventCursor::Find(std::string_view criterion, std::uint32_t skip, Direction direction) {
   auto comparisons = ParseCriteria(criterion, *table_);
@@ -156,9 +164,13 @@ void EventCursor::GoTo(Bookmark bookmark) {
   Land(bookmark, Place::kEof);
 }
 
-std::int32_t EventCursor::ID() const { return table_->ID(bookmark()); }
+std::int32_t EventCursor::ID() const {
+  return table_->ID(bookmark());
+}
 
-std::string_view EventCursor::Text(int column) const { return table_->Text(bookmark(), column); }
+std::string_view EventCursor::Text(int column) const {
+  return table_->Text(bookmark(), column);
+}
 
 std::string_view EventCursor::Text(std::string_view column_name) const {
   return table_->Text(bookmark(), table_->ColumnIndex(column_name));

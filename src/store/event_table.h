@@ -1,15 +1,18 @@
-// EventTable: all events in memory, append-only. Rows are numbered from 0 in the order of arrival and keep their
-// number for the life of the table, so a row number is a bookmark. Repeated texts are stored once; all texts live in
-// the table's arena and every view handed out stays valid as long as the table does. A table is held by shared_ptr:
-// its clones keep it alive, so a clone goes on reading the old events when the reader has replaced its table.
+// EventTable: all events in memory, append-only. Rows are numbered from 0 in the order of arrival and keep
+// their number for the life of the table, so a row number is a bookmark. Repeated texts are stored once; all
+// texts live in the table's arena and every view handed out stays valid as long as the table does. A table is
+// held by shared_ptr: its clones keep it alive, so a clone goes on reading the old events when the reader has
+// replaced its table.
 //
 // Reading goes through cursors. Each has its own position and filter; the table has one shared cursor, which
-// consumers move under the rules that they state, and gives any number of clones. Criteria are texts of the form
+// consumers move under the rules that they state, and gives any number of clones. Criteria are texts of the
+// form
 //   Column op value [AND Column op value ...]      op: = <> < <= > >=
 // with the value a text in single quotes (compared as bytes) or a plain number (the column is then read as a
-// number in the user's locale; a text that is no number never matches). ID is always compared as a number. Nothing
-// escapes a quote: a value that holds one makes the criterion malformed, which raises run-time error 3001. Finds and
-// counts by equality go through an index, built when first needed and brought up to date as rows arrive.
+// number in the user's locale; a text that is no number never matches). ID is always compared as a number.
+// Nothing escapes a quote: a value that holds one makes the criterion malformed, which raises run-time error
+// 3001. Finds and counts by equality go through an index, built when first needed and brought up to date as
+// rows arrive.
 #pragma once
 
 #include <cstdint>
@@ -61,14 +64,14 @@ class EventCursor {
   bool Bof() const { return place_ == Place::kBof || place_ == Place::kNowhere; }
   bool Eof() const { return place_ == Place::kEof || place_ == Place::kNowhere; }
 
-  // Keeps the rows that satisfy the filter and moves to the first of them. The empty text keeps all. A malformed
-  // filter raises 3001 and leaves the cursor as it was.
+  // Keeps the rows that satisfy the filter and moves to the first of them. The empty text keeps all. A
+  // malformed filter raises 3001 and leaves the cursor as it was.
   void SetFilter(std::string_view filter);
   // Rows that pass the filter.
   std::uint32_t RecordCount() const;
-  // Starts `skip` rows away from the present one in the given direction and moves to the first row that satisfies the
-  // criterion; past the last row (Eof) or before the first (Bof) when there is none. The criterion is one comparison;
-  // anything else raises 3001.
+  // Starts `skip` rows away from the present one in the given direction and moves to the first row that
+  // satisfies the criterion; past the last row (Eof) or before the first (Bof) when there is none. The
+  // criterion is one comparison; anything else raises 3001.
   void Find(std::string_view criterion, std::uint32_t skip, Direction direction);
 
   // The present row; raises 3021 at Bof or Eof.
@@ -103,8 +106,8 @@ class EventCursor {
 
 class EventTable : public std::enable_shared_from_this<EventTable> {
  public:
-  // An empty table: the eleven fixed columns, then Descr10 to Descr<last_descr> (9: none). The locale says how texts
-  // are read as numbers and must outlive the table.
+  // An empty table: the eleven fixed columns, then Descr10 to Descr<last_descr> (9: none). The locale says
+  // how texts are read as numbers and must outlive the table.
   static std::shared_ptr<EventTable> CreateEventTable(int last_descr, const platform::LocaleInfo& locale);
   ~EventTable();
 
@@ -115,7 +118,8 @@ class EventTable : public std::enable_shared_from_this<EventTable> {
   int ColumnIndex(std::string_view name) const;
 
   std::uint32_t RowCount() const;
-  // Any row by its bookmark, past every filter. The row must exist; Text raises 3265 for a column that does not.
+  // Any row by its bookmark, past every filter. The row must exist; Text raises 3265 for a column that does
+  // not.
   std::int32_t ID(Bookmark row) const;
   std::string_view Text(Bookmark row, int column) const;
 

@@ -52,7 +52,8 @@ bool Scan(const char* text, std::size_t size, std::vector<std::uint32_t>& bars) 
 void LineFields::Split(std::span<char> line) {
   bars_.clear();
   if (Scan(line.data(), line.size(), bars_)) {
-    std::ranges::replace_if(line, [](char c) { return static_cast<unsigned char>(c) < kBlank; }, ' ');
+    std::ranges::replace_if(
+        line, [](char c) { return static_cast<unsigned char>(c) < kBlank; }, ' ');
   }
   base_ = line.data();
   line_ = core::Trim({line.data(), line.size()});

@@ -12,8 +12,8 @@ namespace zendrix::store {
 
 class LineFields {
  public:
-  // Cleans the line where it lies (control characters become blanks), leaves out blanks at both ends and splits the
-  // rest. The fields are views of the line.
+  // Cleans the line where it lies (control characters become blanks), leaves out blanks at both ends and
+  // splits the rest. The fields are views of the line.
   void Split(std::span<char> line);
 
   // The whole line, cleaned.

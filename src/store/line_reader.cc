@@ -14,9 +14,13 @@ constexpr std::size_t kBlock = 128 * 1024;
 LineReader::LineReader(platform::ReadStream& stream)
     : stream_(stream), capacity_(kBlock), buffer_(std::make_unique_for_overwrite<char[]>(kBlock)) {}
 
-void LineReader::Skip(std::int64_t bytes) { core::ValueOrRaise(stream_.Seek(bytes)); }
+void LineReader::Skip(std::int64_t bytes) {
+  core::ValueOrRaise(stream_.Seek(bytes));
+}
 
-bool LineReader::AtEnd() { return begin_ == end_ && !Fill(); }
+bool LineReader::AtEnd() {
+  return begin_ == end_ && !Fill();
+}
 
 std::span<char> LineReader::ReadLine() {
   std::size_t searched = begin_;

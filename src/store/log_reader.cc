@@ -40,6 +40,7 @@ void CLog::InitClass(const std::string& path) {
 void CLog::Load(const std::string& path) {
   date_order_ =
       core::CInt(core::GetLocaleValue(kDateOrderValue, state_.seams.locale), state_.seams.locale.Current());
+  current_year_ = core::LocalTimeOf(core::Now(state_.seams.clock, state_.seams.family)).year;
   if (!state_.seams.files.Exists(path)) return;
   const auto stream = core::ValueOrRaise(state_.seams.files.Open(path));
   LineReader lines(*stream);
@@ -67,7 +68,8 @@ void CLog::Load(const std::string& path) {
 void CLog::CreateEventLogTable(std::size_t fields) {
   table_ = std::make_unique<EventLogTable>();
   table_->columns = {"ID", "Date_Time", "Host", "TID", "Description"};
-  for (std::size_t i = table_->columns.size(); i <= fields; ++i) table_->columns.push_back("Descr" + std::to_string(i));
+  for (std::size_t i = table_->columns.size(); i <= fields; ++i)
+    table_->columns.push_back("Descr" + std::to_string(i));
 }
 
 void CLog::AddRow(std::int32_t id, const std::vector<std::string_view>& fields, bool first) {
@@ -83,8 +85,8 @@ void CLog::AddRow(std::int32_t id, const std::vector<std::string_view>& fields, 
 std::string CLog::DateTime(const std::string& field, bool first) const {
   const platform::LocaleInfo& locale = state_.seams.locale.Current();
   platform::FamilyLibraries& family = state_.seams.family;
-  const int year = core::LocalTimeOf(core::Now(state_.seams.clock, family)).year;
-  if (const auto date = core::ReadDate(field, locale, year)) return core::ShortDateLongTime(*date, locale);
+  if (const auto date = core::ReadDate(field, locale, current_year_))
+    return core::ShortDateLongTime(*date, locale);
   if (!first && !core::IsNumeric(field, locale)) return {};
   return core::DisplayTime(core::CLng(field, locale), date_order_, family, locale);
 }

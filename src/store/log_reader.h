@@ -14,8 +14,9 @@
 namespace zendrix::store {
 
 struct LogRow {
-  std::int32_t ID = 0;             // number of the line in the file, from 1
-  std::vector<std::string> texts;  // Date_Time, Host, TID, Description, Descr5, ...: as many as columns behind ID
+  std::int32_t ID = 0;  // number of the line in the file, from 1
+  std::vector<std::string>
+      texts;  // Date_Time, Host, TID, Description, Descr5, ...: as many as columns behind ID
 };
 
 struct EventLogTable {
@@ -40,6 +41,7 @@ class CLog {
 
   core::AppState& state_;
   int date_order_ = 0;
+  int current_year_ = 0;
   std::unique_ptr<EventLogTable> table_;
 };
 

@@ -14,7 +14,9 @@ constexpr std::size_t kDecimals = 16;
 // A double keeps any decimal of so many digits, so that reading and writing it gives the same digits back.
 constexpr std::size_t kExactDigits = 15;
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 
 }  // namespace
 

@@ -1,6 +1,6 @@
-// The stored form of Original and Change: the number at the head of the field with 16 decimals. Plain decimals, which
-// nearly all fields are, are put together from their own digits; every other form goes through the general rules once
-// and is remembered.
+// The stored form of Original and Change: the number at the head of the field with 16 decimals. Plain
+// decimals, which nearly all fields are, are put together from their own digits; every other form goes
+// through the general rules once and is remembered.
 #pragma once
 
 #include <string_view>
@@ -24,7 +24,7 @@ class NumberFormer {
 
   const platform::LocaleInfo& locale_;
   TextPool& texts_;
-  bool plain_locale_;  // groups of three, one character as decimal point and group mark
+  bool plain_locale_;              // groups of three, one character as decimal point and group mark
   TextPool ruled_;                 // fields that went through the general rules
   std::vector<TextId> ruled_ids_;  // and what they became
 };

@@ -1,5 +1,5 @@
-// An index: for each key the ascending list of the rows that have it. Rows are only ever added, in ascending order, and
-// never taken out. A list handed out stays good until the next row is added.
+// An index: for each key the ascending list of the rows that have it. Rows are only ever added, in ascending
+// order, and never taken out. A list handed out stays good until the next row is added.
 #pragma once
 
 #include <cstddef>

@@ -1,10 +1,10 @@
-// CMkvlf: reads the Agent's monitoring file into an EventTable, all of it at the start and what is new at every
-// tick of its own one-shot timer (2500 ms). Polling is the only means: nothing is locked and the file is never held
-// open between reads. Everything runs on the user-interface thread.
+// CMkvlf: reads the Agent's monitoring file into an EventTable, all of it at the start and what is new at
+// every tick of its own one-shot timer (2500 ms). Polling is the only means: nothing is locked and the file
+// is never held open between reads. Everything runs on the user-interface thread.
 //
-// A full load lets waiting messages be processed now and then, so that other code can run in the middle of it and sees
-// a table that is still being filled. What it finds there is sound, only incomplete: a second load or poll that comes
-// up meanwhile gives way, and the next tick sees what it would have seen.
+// A full load lets waiting messages be processed now and then, so that other code can run in the middle of it
+// and sees a table that is still being filled. What it finds there is sound, only incomplete: a second load
+// or poll that comes up meanwhile gives way, and the next tick sees what it would have seen.
 #pragma once
 
 #include <cstdint>
@@ -35,8 +35,8 @@ class CMkvlf {
   CMkvlf(const CMkvlf&) = delete;
   CMkvlf& operator=(const CMkvlf&) = delete;
 
-  // Full load into a new table; arms the timer on every path. Error 70 is logged and ends the load where it is;
-  // any other run-time error is fatal ("CMkvlf:InitClass (0).").
+  // Full load into a new table; arms the timer on every path. Error 70 is logged and ends the load where it
+  // is; any other run-time error is fatal ("CMkvlf:InitClass (0).").
   void InitClass(const std::string& path);
   // What was added since the last read. Error 70 is logged and the next tick tries again; others are fatal
   // ("CMkvlf:loadNewEvents (0).").
@@ -47,8 +47,8 @@ class CMkvlf {
   // Raised synchronously after every change of the table.
   widgets::Signal<> newAlert;
 
-  // Null before the first load, or when it failed early. Who lets messages be processed while he reads holds a clone
-  // of the cursor (or a copy of this pointer): a reload puts a new table here.
+  // Null before the first load, or when it failed early. Who lets messages be processed while he reads holds
+  // a clone of the cursor (or a copy of this pointer): a reload puts a new table here.
   std::shared_ptr<store::EventTable> EventTable;
   std::optional<Bookmark> LastBookmark;  // last row as it stood before the newest batch
   bool ReloadedFlag = false;

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "core/date_rules.h"
+#include "core/moment_formatter.h"
 #include "core/number_rules.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
@@ -20,7 +21,9 @@ constexpr std::size_t kLongText = 1536;
 constexpr std::string_view kPartSeparator = " * ";
 constexpr int kFirstExtraField = 7;
 
-std::string_view Cut(std::string_view text, std::size_t size) { return text.substr(0, size); }
+std::string_view Cut(std::string_view text, std::size_t size) {
+  return text.substr(0, size);
+}
 
 // Seconds written as plain digits that fit 32 bits; -1 for any other text.
 std::int64_t PlainSeconds(std::string_view text) {
@@ -38,10 +41,12 @@ void CountUp(std::int32_t& counter) {
   ++counter;
 }
 
-// Takes what stands before the next separator (or all) from the front; false when the text was used up before.
+// Takes what stands before the next separator (or all) from the front; false when the text was used up
+// before.
 class Pieces {
  public:
-  Pieces(std::string_view text, std::string_view separator) : rest_(text), separator_(separator), more_(!text.empty()) {}
+  Pieces(std::string_view text, std::string_view separator)
+      : rest_(text), separator_(separator), more_(!text.empty()) {}
 
   bool Next(std::string_view& piece) {
     if (!more_) return false;
@@ -63,7 +68,8 @@ class Pieces {
 std::string ExpandDesField(std::string_view text, std::size_t wanted) {
   std::string expanded;
   Pieces items(text, ";");
-  // Prefixes repeat, so the result can be far longer than the text: it is not built further than it is wanted.
+  // Prefixes repeat, so the result can be far longer than the text: it is not built further than it is
+  // wanted.
   for (std::string_view item; expanded.size() <= wanted && items.Next(item);) {
     const std::size_t equals = item.find('=');
     if (equals == std::string_view::npos || item.find(kPartSeparator) == std::string_view::npos) {
@@ -81,7 +87,8 @@ std::string ExpandDesField(std::string_view text, std::size_t wanted) {
   return expanded;
 }
 
-RowMaker::RowMaker(core::AppState& state, core::ErrorLog& log, EventTable& table, Traces traces, int date_order)
+RowMaker::RowMaker(core::AppState& state, core::ErrorLog& log, EventTable& table, Traces traces,
+                   int date_order)
     : state_(state),
       log_(log),
       locale_(table.locale()),
@@ -89,11 +96,8 @@ RowMaker::RowMaker(core::AppState& state, core::ErrorLog& log, EventTable& table
       extra_columns_(table.ColumnCount() - kFirstDescr),
       traces_(traces),
       numbers_(table.locale(), table.storage().texts()) {
-  platform::FamilyLibraries& family = state.seams.family;
-  const platform::LocaleInfo& locale = table.locale();
-  storage_.SetDisplay([&family, &locale, date_order](std::int32_t seconds) {
-    return core::DisplayTime(seconds, date_order, family, locale);
-  });
+  const auto formatter = std::make_shared<core::MomentFormatter>(locale_, date_order, state.seams.family);
+  storage_.SetDisplay([formatter](std::int32_t seconds) { return formatter->Format(seconds); });
 }
 
 void RowMaker::AddFirstLine(const LineFields& line, std::int32_t counter) {
@@ -112,12 +116,14 @@ void RowMaker::AddLine(const LineFields& line, std::int32_t& counter) {
   if (!description.empty()) {
     StoredRow row = CommonRow(line, stamp);
     const bool several = description.find(kPartSeparator) != std::string_view::npos;
-    const bool aggregation = stamp.source >= 0 && known_sources_[static_cast<std::size_t>(stamp.source)].aggregation;
+    const bool aggregation =
+        stamp.source >= 0 && known_sources_[static_cast<std::size_t>(stamp.source)].aggregation;
     if (!several || aggregation) {
       row.id = counter;
       FillStamp(row, line, stamp, true);
       row.description = storage_.texts().Intern(
-          several ? std::string_view(Cut(ExpandDesField(description, kLongText), kLongText)) : Cut(description, kLongText));
+          several ? std::string_view(Cut(ExpandDesField(description, kLongText), kLongText))
+                  : Cut(description, kLongText));
       storage_.AddRow(row);
     } else {
       Pieces parts(description, kPartSeparator);

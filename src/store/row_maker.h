@@ -1,5 +1,5 @@
-// Turns full lines of the monitoring file into rows of one table, and offers their names to the reader's lists. The
-// full load and the incremental load both work through it.
+// Turns full lines of the monitoring file into rows of one table, and offers their names to the reader's
+// lists. The full load and the incremental load both work through it.
 #pragma once
 
 #include <cstdint>
@@ -18,8 +18,8 @@
 
 namespace zendrix::store {
 
-// The long form of an aggregation's description: an item "K=a * b" of the list becomes "K=a;K=b". At least the first
-// `wanted` characters of the result are exact; what lies behind them may be missing.
+// The long form of an aggregation's description: an item "K=a * b" of the list becomes "K=a;K=b". At least
+// the first `wanted` characters of the result are exact; what lies behind them may be missing.
 std::string ExpandDesField(std::string_view text, std::size_t wanted = std::string::npos);
 
 class RowMaker {
@@ -31,7 +31,8 @@ class RowMaker {
     CUList& originals;
     std::string& last_date_utc;
   };
-  // Which load the lines belong to: it is named in the log, and an incremental load lists a monitor with the thread id.
+  // Which load the lines belong to: it is named in the log, and an incremental load lists a monitor with the
+  // thread id.
   enum class Load { kFull, kIncremental };
 
   // `date_order` is the locale's order of the short date, in which displayed moments are put together.
@@ -40,7 +41,8 @@ class RowMaker {
   void BeginLoad(Load load) { load_ = load; }
   // The row of the first full line of a file: its description is taken whole.
   void AddFirstLine(const LineFields& line, std::int32_t counter);
-  // The rows of any other full line. The counter goes up by one for each part of a description of several parts.
+  // The rows of any other full line. The counter goes up by one for each part of a description of several
+  // parts.
   void AddLine(const LineFields& line, std::int32_t& counter);
 
  private:

@@ -8,11 +8,16 @@
 namespace zendrix::store {
 namespace {
 
-bool IsInterned(int column) { return column >= kHostname; }
+bool IsInterned(int column) {
+  return column >= kHostname;
+}
 
-int Order(double one, double other) { return one < other ? -1 : one > other ? 1 : 0; }
+int Order(double one, double other) {
+  return one < other ? -1 : one > other ? 1 : 0;
+}
 
-// The first row for which `stands_before` is false; it must be true for all rows before that and false behind.
+// The first row for which `stands_before` is false; it must be true for all rows before that and false
+// behind.
 template <class Before>
 Bookmark FirstRow(std::uint32_t rows, Before stands_before) {
   const auto all = std::views::iota(Bookmark{0}, rows);
@@ -78,13 +83,15 @@ void Selection::Narrow(Op op, Bookmark lower, Bookmark upper) {
 
 void Selection::ChooseIndex() {
   const auto by_equality = [](const Test& test) {
-    return !test.comparison->numeric && test.comparison->op == Op::kEqual && IsInterned(test.comparison->column);
+    return !test.comparison->numeric && test.comparison->op == Op::kEqual &&
+           IsInterned(test.comparison->column);
   };
   const auto on = [&](int column) {
     return std::ranges::find_if(
         tests_, [&](const Test& test) { return by_equality(test) && test.comparison->column == column; });
   };
-  if (std::ranges::any_of(tests_, [&](const Test& test) { return by_equality(test) && test.id == kNoText; })) {
+  if (std::ranges::any_of(tests_,
+                          [&](const Test& test) { return by_equality(test) && test.id == kNoText; })) {
     end_ = begin_;  // no row has a text that the table does not hold
     return;
   }
@@ -93,7 +100,8 @@ void Selection::ChooseIndex() {
   if (description != tests_.end() && change != tests_.end()) {
     indexed_ = storage_.RowsWithBoth(description->id, change->id);
     const Comparison* const used[] = {description->comparison, change->comparison};
-    std::erase_if(tests_, [&](const Test& test) { return std::ranges::find(used, test.comparison) != std::end(used); });
+    std::erase_if(
+        tests_, [&](const Test& test) { return std::ranges::find(used, test.comparison) != std::end(used); });
   } else {
     const auto test = description != tests_.end() ? description : std::ranges::find_if(tests_, by_equality);
     if (test == tests_.end()) return;
@@ -107,7 +115,8 @@ void Selection::ChooseIndex() {
 
 std::int64_t Selection::AtOrAfter(std::int64_t row) const {
   if (indexed_) {
-    const auto from = std::ranges::lower_bound(*indexed_, row, {}, [](Bookmark b) { return std::int64_t{b}; });
+    const auto from =
+        std::ranges::lower_bound(*indexed_, row, {}, [](Bookmark b) { return std::int64_t{b}; });
     const auto found = std::find_if(from, indexed_->end(), [&](Bookmark b) { return Passes(b); });
     return found == indexed_->end() ? -1 : std::int64_t{*found};
   }
@@ -139,7 +148,8 @@ bool Selection::Holds(Bookmark row) const {
 std::uint32_t Selection::Count() const {
   if (indexed_) {
     if (tests_.empty()) return static_cast<std::uint32_t>(indexed_->size());
-    return static_cast<std::uint32_t>(std::ranges::count_if(*indexed_, [&](Bookmark b) { return Passes(b); }));
+    return static_cast<std::uint32_t>(
+        std::ranges::count_if(*indexed_, [&](Bookmark b) { return Passes(b); }));
   }
   if (tests_.empty()) return end_ - begin_;
   std::uint32_t count = 0;
@@ -164,7 +174,8 @@ bool Selection::PassesTest(const Test& test, Bookmark row) const {
 }
 
 bool Selection::PassesNumber(const Comparison& comparison, Bookmark row) const {
-  if (comparison.column == kID) return Satisfies(comparison.op, Order(storage_.row(row).id, comparison.number));
+  if (comparison.column == kID)
+    return Satisfies(comparison.op, Order(storage_.row(row).id, comparison.number));
   if (IsInterned(comparison.column)) {
     const auto number = storage_.NumberOf(storage_.Id(row, comparison.column), table_.locale());
     return number && Satisfies(comparison.op, Order(*number, comparison.number));

@@ -1,6 +1,6 @@
-// The rows of a table that satisfy some comparisons, in both directions. It looks for the shortest way to them: a range
-// of rows where the order of IDs or dates allows it, an index where a text is compared for equality, and only what is
-// left is tested row by row.
+// The rows of a table that satisfy some comparisons, in both directions. It looks for the shortest way to
+// them: a range of rows where the order of IDs or dates allows it, an index where a text is compared for
+// equality, and only what is left is tested row by row.
 #pragma once
 
 #include <cstdint>

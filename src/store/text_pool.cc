@@ -27,7 +27,8 @@ std::uint64_t Load4(const char* p) {
   return value;
 }
 
-// The two halves of a full product folded together: each bit of the result depends on all bits of both factors.
+// The two halves of a full product folded together: each bit of the result depends on all bits of both
+// factors.
 std::uint64_t Fold(std::uint64_t a, std::uint64_t b) {
   const Wide product = static_cast<Wide>(a) * b;
   return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
@@ -57,7 +58,9 @@ std::uint32_t TextPool::Hash(std::string_view text) const {
     a = Load4(p);
     b = Load4(p + left - 4);
   } else if (left > 0) {
-    const auto byte = [p](std::size_t i) { return static_cast<std::uint64_t>(static_cast<unsigned char>(p[i])); };
+    const auto byte = [p](std::size_t i) {
+      return static_cast<std::uint64_t>(static_cast<unsigned char>(p[i]));
+    };
     a = byte(0) << 16 | byte(left / 2) << 8 | byte(left - 1);
   }
   state = Fold(a ^ kOne, b ^ state);
@@ -104,7 +107,8 @@ void TextPool::Grow() {
 std::string_view TextPool::Keep(std::string_view text) {
   if (text.empty()) return {"", 0};
   if (text.size() > free_size_) {
-    const std::size_t usual = std::min(kLargestBlock, kFirstBlock << std::min<std::size_t>(blocks_.size(), 6));
+    const std::size_t usual =
+        std::min(kLargestBlock, kFirstBlock << std::min<std::size_t>(blocks_.size(), 6));
     free_size_ = std::max(usual, text.size());
     blocks_.push_back(std::make_unique_for_overwrite<char[]>(free_size_));
     free_ = blocks_.back().get();

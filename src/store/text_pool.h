@@ -1,6 +1,7 @@
-// Texts stored once. A text that is interned gets a number; equal texts get the same one, so that texts of one pool are
-// compared by their numbers. Bytes lie in big blocks that never move: every view handed out stays valid as long
-// as the pool does. Texts come from files that others write, so the hash is seeded anew for every pool.
+// Texts stored once. A text that is interned gets a number; equal texts get the same one, so that texts of
+// one pool are compared by their numbers. Bytes lie in big blocks that never move: every view handed out
+// stays valid as long as the pool does. Texts come from files that others write, so the hash is seeded anew
+// for every pool.
 #pragma once
 
 #include <cstddef>
@@ -48,8 +49,8 @@ class TextPool {
 
   std::uint64_t seed_;
   ChunkedVector<Entry, 12> entries_;
-  // Open addressing: hash in the upper half, number of the entry in the lower; 0 is a vacant slot (number 0 is the
-  // empty text, which is never looked for here).
+  // Open addressing: hash in the upper half, number of the entry in the lower; 0 is a vacant slot (number 0
+  // is the empty text, which is never looked for here).
   std::vector<std::uint64_t> slots_;
   std::size_t mask_;
   std::vector<std::unique_ptr<char[]>> blocks_;

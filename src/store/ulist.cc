@@ -44,7 +44,8 @@ void CUList::Clear() {
 
 void CUList::Grow() {
   slots_.assign(slots_.size() * 2, 0);
-  for (std::size_t i = 0; i < entries_.size(); ++i) slots_[SlotOf(entries_[i].key)] = static_cast<std::uint32_t>(i + 1);
+  for (std::size_t i = 0; i < entries_.size(); ++i)
+    slots_[SlotOf(entries_[i].key)] = static_cast<std::uint32_t>(i + 1);
 }
 
 }  // namespace zendrix::store
