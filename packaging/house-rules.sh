@@ -17,7 +17,7 @@ figures() {  # figures LABEL FILES...: median, 95th percentile and maximum of th
   wc -l "$@" | awk '$2 != "total" {print $1}' | sort -n | awk -v label="$label" '
     {lines[NR] = $1} END {
       if (NR) printf "%s: %d files, median %d, 95th percentile %d, largest %d lines\n", label, NR,
-        lines[int((NR + 1) / 2)], lines[int(NR * 0.95 + 0.5) > 0 ? int(NR * 0.95 + 0.5) : 1], lines[NR]}'
+        lines[int((NR + 1) / 2)], lines[int(NR * 0.95 + 0.95)], lines[NR]}'
 }
 mapfile -t headers < <(find src recorder bench -name '*.h' | sort)
 mapfile -t sources < <(find src recorder bench tests -name '*.cc' | sort)

@@ -1,7 +1,6 @@
 #include "alerts/marked_text.h"
 
 #include <algorithm>
-#include <array>
 
 namespace zendrix::alerts {
 namespace {
@@ -89,11 +88,13 @@ MarkedText& MarkedText::Append(const MarkedText& other) {
 
 std::size_t MarkedText::Find(std::string_view text, std::size_t from, bool own_only, bool events_only) const {
   for (std::size_t at = flat_.find(text, from); at != std::string::npos; at = flat_.find(text, at + 1)) {
-    const auto first = origins_.begin() + static_cast<std::ptrdiff_t>(at);
-    const auto last = first + static_cast<std::ptrdiff_t>(text.size());
-    const auto is_own = [](char origin) { return origin == Mark(Origin::kTemplate); };
-    if (own_only && !std::all_of(first, last, is_own)) continue;
-    if (events_only && std::any_of(first, last, is_own)) continue;
+    bool spelled_by_event = false, has_own = false;
+    for (std::size_t i = at; i < at + text.size(); ++i) {
+      const bool own = origins_[i] == Mark(Origin::kTemplate);
+      has_own = has_own || own;
+      spelled_by_event = spelled_by_event || (!own && IsSpecialInText(flat_[i]));
+    }
+    if ((own_only && spelled_by_event) || (events_only && has_own)) continue;
     return at;
   }
   return std::string::npos;

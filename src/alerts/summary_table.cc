@@ -1,5 +1,6 @@
 #include "alerts/summary_table.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 
@@ -26,6 +27,13 @@ std::string RowKey(const NotableRecord& record, const platform::LocaleInfo& loca
   return record.Monitor + sign;
 }
 
+// The template of the entry's row, if it has one in a table of this kind.
+std::optional<std::string> RowTemplate(const core::AppState& state, const NotableRecord& record,
+                                       std::string_view kind) {
+  if (!Qualifies(record, kind)) return std::nullopt;
+  return FindTemplate(state.Desc[2], RowKey(record, state.seams.locale.Current()));
+}
+
 }  // namespace
 
 MarkedText WithoutDictionary(const AlertContext& context, Purpose purpose) {
@@ -40,8 +48,7 @@ MarkedText WithoutDictionary(const AlertContext& context, Purpose purpose) {
 MarkedText SummaryTable(const core::AppState& state, const AlertContext& context, std::string_view kind,
                         bool short_form, Purpose purpose) {
   if (context.NotableInfo.size() < 2) return MarkedText(purpose);
-  const auto& dictionary = state.Desc[2];
-  if (dictionary.empty()) return WithoutDictionary(context, purpose);
+  if (state.Desc[2].empty()) return WithoutDictionary(context, purpose);
 
   const std::string wanted = core::LowerCase(kind);
   MarkedText table(purpose, wanted == "success"
@@ -51,13 +58,20 @@ MarkedText SummaryTable(const core::AppState& state, const AlertContext& context
   bool has_row = false;
   for (std::size_t i = 1; i < context.NotableInfo.size(); ++i) {
     const NotableRecord& record = context.NotableInfo[i];
-    if (!Qualifies(record, wanted)) continue;
-    const auto row_template = FindTemplate(dictionary, RowKey(record, state.seams.locale.Current()));
+    const auto row_template = RowTemplate(state, record, wanted);
     if (!row_template) continue;
     has_row = true;
     table.Append(SummaryRow(state, context, record, *row_template, short_form, purpose));
   }
   return has_row ? table.Append("</table>") : MarkedText(purpose);
+}
+
+bool HasSummaryTable(const core::AppState& state, const AlertContext& context, std::string_view kind) {
+  if (context.NotableInfo.size() < 2) return false;
+  if (state.Desc[2].empty()) return true;
+  return std::any_of(
+      context.NotableInfo.begin() + 1, context.NotableInfo.end(),
+      [&](const NotableRecord& record) { return RowTemplate(state, record, kind).has_value(); });
 }
 
 }  // namespace zendrix::alerts

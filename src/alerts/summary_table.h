@@ -13,6 +13,9 @@ namespace zendrix::alerts {
 MarkedText SummaryTable(const core::AppState& state, const AlertContext& context, std::string_view kind,
                         bool short_form, Purpose purpose);
 
+// Whether SummaryTable would give anything, without building it: the alert list asks this of every alert.
+bool HasSummaryTable(const core::AppState& state, const AlertContext& context, std::string_view kind);
+
 // What stands in the place of a rendering when the dictionary is not loaded: the error text, then each
 // entry's monitor and description.
 MarkedText WithoutDictionary(const AlertContext& context, Purpose purpose);

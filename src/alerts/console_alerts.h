@@ -1,0 +1,47 @@
+// The alert logic as the Home console uses it: one lookup at a time, its renderings, and the user's
+// decisions.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "alerts/alert_services.h"
+#include "alerts/checked_alerts.h"
+#include "alerts/decisions.h"
+#include "alerts/notable_info.h"
+#include "alerts/renderer.h"
+
+namespace zendrix::alerts {
+
+class ConsoleAlerts : public AlertServices {
+ public:
+  // `table` gives the event table of the moment, or null; the reader replaces it when the file was replaced.
+  ConsoleAlerts(core::AppState& state, core::ErrorLog& log, std::function<store::EventTable*()> table);
+
+  void LoadChkAlrColl() override;
+  std::optional<std::string> Decision(const std::string& date_utc) override;
+  bool HasDetails(const std::string& id) override;
+  void ForgetNotableInfo() override;
+  std::string RenderDetails(const std::string& id) override;
+
+  // Looks the alert up; everything below speaks of the alert looked up last.
+  void GetNotableInfo(const std::string& id);
+  AlertContext& context() { return context_; }
+  Renderer& renderer() { return renderer_; }
+  CheckedAlerts& ChkAlrColl() { return checked_; }
+
+  bool DecideFromMenu(Answer answer, const std::string& item_text, const std::string& tag);
+  void DecideFromPage(Answer answer);
+
+ private:
+  core::AppState& state_;
+  core::ErrorLog& log_;
+  std::function<store::EventTable*()> table_;
+  AlertContext context_;
+  CheckedAlerts checked_;
+  Renderer renderer_;
+  Decisions decisions_;
+};
+
+}  // namespace zendrix::alerts

@@ -1,0 +1,228 @@
+#include "alerts/decisions.h"
+
+#include "alerts/activations.h"
+#include "support/alert_fixture.h"
+
+namespace zendrix::test {
+namespace {
+
+using alerts::Answer;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using QuarantineCall = platform::MemoryFamily::QuarantineCall;
+
+class DecisionsTest : public AlertFixture {
+ protected:
+  // Two alerts of the same risk, the first of which carries the code; the second is looked up.
+  void TwoAlerts(const std::string& code = "AG,5,1") {
+    Event(0, "System", "start");
+    Alert(1, "first", "0.99", code);
+    Event(2, "Running Processes", "a");
+    Event(3, "Windows Folder", "b");
+    Alert(4, "Running Processes=a;Windows Folder=b", "0.99", "AG,9,9");
+    Community(5, "Running Processes=failed;Windows Folder=success");
+    Load();
+    LookUp(5);
+  }
+  std::string Activations() {
+    const auto text = world_.platform.files.ReadAll(world_.InFolder(alerts::kActivationsFile));
+    return text ? text.value() : "(none)";
+  }
+  void HaveActivations(const std::string& text) {
+    world_.platform.files.Put(world_.InFolder(alerts::kActivationsFile), text);
+  }
+  std::vector<std::string> Checked() {
+    std::vector<std::string> entries;
+    for (const auto& entry : alerts_.ChkAlrColl().entries()) entries.push_back(entry.key + "=" + entry.value);
+    return entries;
+  }
+  std::vector<std::string> Boxes() { return world_.platform.message_boxes.Texts(); }
+  void HaveDecisions(const std::string& text) {
+    world_.platform.files.Put(world_.InFolder(alerts::kCheckedAlertsFile), text);
+    alerts_.LoadChkAlrColl();
+  }
+};
+
+TEST_F(DecisionsTest, BlockFilesTheCodeOfTheEarlierAlertLessItsLastField) {
+  TwoAlerts();
+  alerts_.DecideFromPage(Answer::kBlock);
+  EXPECT_EQ(Activations(), "AG,5,1\r\n");
+}
+
+TEST_F(DecisionsTest, CodeWithoutACommaIsUsedWhole) {
+  TwoAlerts("AGGR");
+  alerts_.DecideFromPage(Answer::kAllow);
+  EXPECT_EQ(Activations(), "AGGR,0\r\n");
+}
+
+TEST_F(DecisionsTest, BlockingTwiceLeavesOneLine) {
+  TwoAlerts();
+  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kBlock);
+  EXPECT_EQ(Activations(), "AG,5,1\r\n");
+}
+
+TEST_F(DecisionsTest, DecisionIsReplacedAtItsOldPlace) {
+  HaveActivations("X,0\r\nAG,5,0\r\nY,1\r\n");
+  TwoAlerts();
+  alerts_.DecideFromPage(Answer::kBlock);
+  EXPECT_EQ(Activations(), "X,0\r\nAG,5,1\r\nY,1\r\n");
+}
+
+TEST_F(DecisionsTest, CodeThatBeginsALongerCodeReplacesItsLineToo) {
+  HaveActivations("AG,55,0\r\n");
+  TwoAlerts();
+  alerts_.DecideFromPage(Answer::kBlock);
+  EXPECT_EQ(Activations(), "AG,5,1\r\n");
+}
+
+TEST_F(DecisionsTest, FirstAlertWithItsRiskIsDroppedSilently) {
+  Event(0, "System", "start");
+  Alert(1, "first");
+  Load();
+  LookUp(2);
+  alerts_.DecideFromPage(Answer::kBlock);
+  EXPECT_EQ(Activations(), "(none)");
+}
+
+TEST_F(DecisionsTest, FailedWriteLeavesTheOldFileAndIsLogged) {
+  HaveActivations("X,0\r\n");
+  TwoAlerts();
+  world_.platform.files.FailNext(platform::FileOp::kWriteAll, world_.InFolder(alerts::kActivationsFile),
+                                 platform::ErrorKind::kPermissionDenied, 1);
+  alerts_.DecideFromPage(Answer::kBlock);
+  EXPECT_EQ(Activations(), "X,0\r\n");
+  const auto lines = world_.quiet.Take();
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_THAT(lines[0], ::testing::StartsWith("'EventUtils:UpdateActivations': 70: "));
+}
+
+TEST_F(DecisionsTest, PageBlockActsOnFailedItemsAndAllowOnBlockedOnes) {
+  TwoAlerts();
+  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kAllow);
+  EXPECT_THAT(world_.platform.family.quarantine_calls,
+              ElementsAre(QuarantineCall{true, "a"}, QuarantineCall{false, "b"}));
+}
+
+TEST_F(DecisionsTest, LibraryMessagesAreShownTogether) {
+  TwoAlerts();
+  world_.platform.family.ScriptMessage(std::string("moved\0rest", 10));
+  alerts_.DecideFromPage(Answer::kBlock);
+  EXPECT_THAT(Boxes(), ElementsAre("moved\r\n"));
+}
+
+TEST_F(DecisionsTest, MessageWithoutAnEndTellsNothing) {
+  TwoAlerts();
+  alerts_.DecideFromPage(Answer::kBlock);
+  EXPECT_THAT(Boxes(), IsEmpty());
+}
+
+TEST_F(DecisionsTest, MissingLibraryIsToldAndLoggedAndTheDecisionIsFiledAllTheSame) {
+  TwoAlerts();
+  world_.platform.family.library_missing = true;
+  alerts_.DecideFromPage(Answer::kBlock);
+  ASSERT_EQ(Boxes().size(), 1U);
+  const auto lines = world_.quiet.Take();
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_THAT(lines[0], ::testing::StartsWith("'frmNewUI:sDesc:beforeNavigate2': 53: "));
+  EXPECT_EQ(Activations(), "AG,5,1\r\n");
+}
+
+TEST_F(DecisionsTest, AlertWithoutCommunityRowCallsNothingButIsFiled) {
+  Event(0, "System", "start");
+  Alert(1, "first");
+  Event(2, "Running Processes", "a");
+  Alert(3, "Running Processes=a;");
+  Load();
+  LookUp(4);
+  alerts_.DecideFromPage(Answer::kBlock);
+  EXPECT_THAT(world_.platform.family.quarantine_calls, IsEmpty());
+  EXPECT_THAT(Boxes(), IsEmpty());
+  EXPECT_EQ(Activations(), "AG,5,1\r\n");
+}
+
+TEST_F(DecisionsTest, PageCommandsLeaveTheMarkAlone) {
+  TwoAlerts();
+  alerts_.DecideFromPage(Answer::kBlock);
+  EXPECT_THAT(Checked(), IsEmpty());
+}
+
+TEST_F(DecisionsTest, MenuBlockAsksFilesAndMarks) {
+  TwoAlerts();
+  world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
+  EXPECT_TRUE(alerts_.DecideFromMenu(Answer::kBlock, "11/21/2026", "1795225504"));
+  EXPECT_THAT(Boxes(),
+              ElementsAre("Item 11/21/2026\r\nwill be set as a blocked Alert. This event occurred in the \r\n"
+                          "past and can only be blocked from re-occurrence in the future.\r\nAre you sure?"));
+  EXPECT_EQ(world_.platform.message_boxes.shown[0].title, "");
+  EXPECT_EQ(Activations(), "AG,5,1\r\n");
+  EXPECT_THAT(Checked(), ElementsAre("1795225504=1795225504A"));
+  EXPECT_THAT(world_.platform.family.quarantine_calls, IsEmpty());
+}
+
+TEST_F(DecisionsTest, MenuAllowReplacesTheEarlierDecision) {
+  TwoAlerts();
+  alerts_.ChkAlrColl().MarkBlocked("1795225504");
+  world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
+  EXPECT_TRUE(alerts_.DecideFromMenu(Answer::kAllow, "x", "1795225504"));
+  EXPECT_THAT(Boxes(),
+              ElementsAre("Item x\r\nwill be set as an Allowed Alert.  This event occurred \r\n"
+                          "in the past and can only be allowed to occur in the future.\r\nAre you sure?"));
+  EXPECT_EQ(Activations(), "AG,5,0\r\n");
+  EXPECT_THAT(Checked(), ElementsAre("1795225504=1795225504"));
+}
+
+TEST_F(DecisionsTest, AnsweringNoLeavesFileAndCollectionAsTheyWere) {
+  TwoAlerts();
+  world_.platform.message_boxes.Answer(platform::BoxAnswer::kNo);
+  EXPECT_FALSE(alerts_.DecideFromMenu(Answer::kBlock, "x", "1795225504"));
+  EXPECT_EQ(Activations(), "(none)");
+  EXPECT_THAT(Checked(), IsEmpty());
+}
+
+TEST_F(DecisionsTest, UndoIsToldFromDoByBeingTestedFirst) {
+  using alerts::PageCommand;
+  EXPECT_EQ(alerts::PageCommandOf("about:undo"), PageCommand::kUndo);
+  EXPECT_EQ(alerts::PageCommandOf("about:do"), PageCommand::kDo);
+  EXPECT_EQ(alerts::PageCommandOf("about:blank/todo"), PageCommand::kDo);
+  EXPECT_EQ(alerts::PageCommandOf("about:showhide"), PageCommand::kShowHide);
+  EXPECT_EQ(alerts::PageCommandOf("about: <body>"), PageCommand::kNone);
+  EXPECT_EQ(alerts::PageCommandOf("http://x/do"), PageCommand::kNone);
+}
+
+TEST_F(DecisionsTest, DecidedAlertsAreReadInOrder) {
+  HaveDecisions(" 100 \r\n200A\r\nnonsense\r\n\r\n300\t\r\n");
+  EXPECT_THAT(Checked(), ElementsAre("100=100", "200=200A", "300=300"));
+  EXPECT_EQ(alerts_.Decision("200"), "200A");
+  EXPECT_EQ(alerts_.Decision("201"), std::nullopt);
+}
+
+TEST_F(DecisionsTest, LineOfOnlyTheMarkIsSkipped) {
+  HaveDecisions("A\r\n100\r\n");
+  EXPECT_THAT(Checked(), ElementsAre("100=100"));
+}
+
+TEST_F(DecisionsTest, SecondLineForAKeyEndsTheLoadThere) {
+  world_.quiet.Expect(
+      "'EventUtils : LoadChkAlrColl': 457: This key is already associated with an element of this "
+      "collection");
+  HaveDecisions("100\r\n100A\r\n200\r\n");
+  EXPECT_THAT(Checked(), ElementsAre("100=100"));
+}
+
+TEST_F(DecisionsTest, NoFileOrAnEmptyOneGivesNoDecisions) {
+  alerts_.LoadChkAlrColl();
+  EXPECT_THAT(Checked(), IsEmpty());
+  HaveDecisions("");
+  EXPECT_THAT(Checked(), IsEmpty());
+}
+
+TEST_F(DecisionsTest, LoadReplacesWhatWasThere) {
+  alerts_.ChkAlrColl().MarkBlocked("1");
+  HaveDecisions("2\r\n");
+  EXPECT_THAT(Checked(), ElementsAre("2=2"));
+}
+
+}  // namespace
+}  // namespace zendrix::test
