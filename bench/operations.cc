@@ -1,0 +1,16 @@
+#include "operations.h"
+
+#include "store_operations.h"
+
+namespace zendrix::bench {
+
+const std::vector<NamedOperation>& Operations() {
+  static const std::vector<NamedOperation> all = {
+      {"load-home", "full load of the file into the event table, yields included", LoadHome},
+      {"tick", "one poll that finds 100 newer lines (or as many as the first argument says)", Tick},
+      {"tick-idle", "one poll that finds nothing; the mean of 1000", TickIdle},
+  };
+  return all;
+}
+
+}  // namespace zendrix::bench
