@@ -98,6 +98,8 @@ void HashUtils::WriteHashFile(const std::string& side_path, std::string_view tex
 void HashUtils::SaveWithHash(const std::string& path, std::string_view bytes) {
   const std::string side_path = SideFilePath(path);
   if (side_path == path) Raise(kInvalidProcedureCall);
+  // The note of an earlier save must have done its work before this save's takes its place.
+  ValueOrRaise(Settle(path));
   std::optional<std::string> old_bytes;
   if (auto old = files_.ReadAll(path)) {
     old_bytes = std::move(old.value());
@@ -117,27 +119,31 @@ void HashUtils::SaveWithHash(const std::string& path, std::string_view bytes) {
     if (restored) (void)files_.Remove(NotePath(path)).ok();
     throw FromPlatform(written.error());
   }
-  (void)files_.Remove(NotePath(path)).ok();  // one that stays says nothing that isn't true of the pair
+  (void)files_.Remove(NotePath(path)).ok();
 }
 
 void HashUtils::FinishInterruptedSave(const std::string& path) {
+  (void)Settle(path).ok();  // what cannot be settled now is tried again at the next verification
+}
+
+platform::Status HashUtils::Settle(const std::string& path) {
   const std::string note_path = NotePath(path);
   const auto note = ReadHead(files_, note_path);
-  if (!note) return;
-  const auto hash = HashOfNote(family_, *note);
-  if (hash) {
+  if (!note) return platform::Done{};
+  if (const auto hash = HashOfNote(family_, *note)) {
+    const auto bytes = files_.ReadAll(path);
+    if (!bytes && bytes.error().kind != platform::ErrorKind::kNotFound) return bytes.error();
     // The note is obeyed only while the file holds the very bytes that were being saved. Any other contents
     // are the old ones, whose side file still fits, or younger than the note, which then has nothing to say
     // about them.
-    const auto bytes = files_.ReadAll(path);
-    if (!bytes && bytes.error().kind != platform::ErrorKind::kNotFound)
-      return;  // tried again at the next verification
     const std::string side_path = SideFilePath(path);
     if (bytes && family_.HashBytes(bytes.value()) == *hash && ReadStoredHash(side_path) != *hash) {
-      if (!files_.WriteAll(side_path, *hash + "\r\n")) return;
+      if (auto written = files_.WriteAll(side_path, *hash + "\r\n"); !written) return written;
     }
   }
+  // A settled note that stays does no harm: it says only what is true of the pair.
   (void)files_.Remove(note_path).ok();
+  return platform::Done{};
 }
 
 }  // namespace zendrix::core

@@ -2,8 +2,11 @@
 // a file whose hash does not match is not used.
 //
 // Files that the console itself writes change together with their side file: SaveWithHash leaves, when the
-// process is killed at any instant, a state that FinishInterruptedSave turns into the old pair or the new one.
-// It is called before every verification, so a verified pair is always one of the two.
+// process is killed at any instant, a state that FinishInterruptedSave turns into the old pair or the new
+// one. It is called before every verification, so a verified pair is always one of the two. The means is a
+// note beside the file, "<path>.pending", with the hash of the contents being saved: it can complete the side
+// file of exactly these contents and nothing else, so an old or a planted note changes no contents and brings
+// none back.
 #pragma once
 
 #include <string>
@@ -19,7 +22,8 @@ class HashUtils {
 
   // True only if the file exists and its hash equals the first line of the side file, exactly. Quiet.
   bool VerifyFileHash(const std::string& path);
-  // 64 lower-case hexadecimal digits (SHA-256, as sha256sum prints it). Raises when the file cannot be read.
+  // 64 lower-case hexadecimal digits (SHA-256, as sha256sum prints it). Raises 5 when the file cannot be
+  // read.
   std::string ComputeFileHash(const std::string& path);
   // First line of a side file; empty when it is missing or cannot be read. Quiet.
   std::string ReadStoredHash(const std::string& side_path);
@@ -28,18 +32,24 @@ class HashUtils {
   // Writes the side file: the text and a line end. Quiet.
   void WriteHashFile(const std::string& side_path, std::string_view text);
 
-  // Replaces the file and its side file as one. Raises when that fails; both are then as they were.
+  // Replaces the file and its side file as one. Raises when that fails; both are then as they were (or, when
+  // not even the old contents can be put back, the next verification completes the new pair).
   void SaveWithHash(const std::string& path, std::string_view bytes);
   // Brings a save that was interrupted to its end. Quiet.
   void FinishInterruptedSave(const std::string& path);
 
  private:
+  // Completes or drops the note of an interrupted save; an error when it cannot be told yet what to do.
+  platform::Status Settle(const std::string& path);
+
   platform::Files& files_;
   platform::FamilyLibraries& family_;
 };
 
 // The side file of a path: every occurrence of its extension (dot and letters) in the whole path replaced by
 // ".kvh". A folder name that holds the extension is changed too; that is how the files are looked for.
+// Without an extension it is every dot that is replaced; a path that has none is returned as it is, and such
+// a file is never hashed into itself.
 std::string SideFilePath(const std::string& path);
 
 }  // namespace zendrix::core
