@@ -1,0 +1,33 @@
+// An environment variable for the life of one object; the value from before comes back afterwards.
+#pragma once
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+namespace zendrix::test {
+
+class EnvironmentVariable {
+ public:
+  EnvironmentVariable(const char* name, const std::optional<std::string>& value) : name_(name) {
+    if (const char* before = std::getenv(name)) before_ = before;
+    Set(value);
+  }
+  EnvironmentVariable(const EnvironmentVariable&) = delete;
+  EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
+  ~EnvironmentVariable() { Set(before_); }
+
+ private:
+  void Set(const std::optional<std::string>& value) const {
+    if (value) {
+      setenv(name_, value->c_str(), 1);
+    } else {
+      unsetenv(name_);
+    }
+  }
+
+  const char* name_;
+  std::optional<std::string> before_;
+};
+
+}  // namespace zendrix::test

@@ -1,0 +1,8 @@
+// A KorvessaIntermediateTypes that lacks all functions but one.
+#include <cstdint>
+#include <cstdio>
+
+extern "C" std::int32_t QuarantineExport(const char*, char* message, std::int32_t size) {
+  std::snprintf(message, static_cast<std::size_t>(size), "partial");
+  return 0;
+}
