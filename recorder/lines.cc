@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 #include "recorder/text.h"
 
@@ -71,25 +72,40 @@ class HomeText {
     ++out_.rows;
   }
 
-  static bool ShareLine(const Event& a, const Event& b) {
-    return a.kind == b.kind && a.kind != EventKind::kMeasured && a.item.monitor == b.item.monitor &&
-           EventCode(a.item.monitor, a.item.rules) == EventCode(b.item.monitor, b.item.rules);
+  // Events of one kind, monitor and code, in the order of the first of each.
+  static std::vector<std::vector<const Event*>> Grouped(const std::vector<Event>& events) {
+    std::vector<std::vector<const Event*>> groups;
+    std::map<std::string, std::size_t> by_key;
+    for (const Event& event : events) {
+      std::string key = std::to_string(static_cast<int>(event.kind)) + std::string(event.item.monitor) +
+                        EventCode(event.item.monitor, event.item.rules);
+      if (event.kind == EventKind::kMeasured) key += std::to_string(groups.size());  // has numbers of its own
+      const auto [at, is_new] = by_key.emplace(std::move(key), groups.size());
+      if (is_new) groups.emplace_back();
+      groups[at->second].push_back(&event);
+    }
+    return groups;
   }
 
   void WriteEvents(const std::vector<Event>& events) {
-    constexpr std::size_t kSharedWidth = 8192;  // keeps lines readable for a person
-    for (std::size_t i = 0; i < events.size();) {
-      const Event& first = events[i];
-      std::string descriptions = first.item.description;
-      std::size_t parts = 1;
-      for (++i; i < events.size() && ShareLine(first, events[i]) && descriptions.size() < kSharedWidth; ++i) {
-        descriptions += " * " + events[i].item.description;
-        ++parts;
-      }
-      Line(first.item.monitor, NumberText(first.original), NumberText(first.change), descriptions, kObserved,
-           EventCode(first.item.monitor, first.item.rules));
-      out_.rows += parts - 1;
+    for (const auto& group : Grouped(events)) {
+      for (std::size_t i = 0; i < group.size();) i = WriteShared(group, i);
     }
+  }
+
+  // One line of the group's events from `first` on; the position behind the last that it took.
+  std::size_t WriteShared(const std::vector<const Event*>& group, std::size_t first) {
+    constexpr std::size_t kSharedWidth = 8192;  // keeps lines readable for a person
+    const Event& head = *group[first];
+    std::string descriptions = head.item.description;
+    std::size_t next = first + 1;
+    for (; next < group.size() && descriptions.size() < kSharedWidth; ++next) {
+      descriptions += " * " + group[next]->item.description;
+    }
+    Line(head.item.monitor, NumberText(head.original), NumberText(head.change), descriptions, kObserved,
+         EventCode(head.item.monitor, head.item.rules));
+    out_.rows += next - first - 1;
+    return next;
   }
 
   void WriteAlert(const Alert& alert) {

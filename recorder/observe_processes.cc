@@ -31,7 +31,7 @@ std::vector<Process> ReadProcesses(HostView& host, std::uint64_t own_pid) {
     if (!ReadNumber(name, pid) || pid == own_pid) continue;
     const auto text = host.ReadText(FolderOf(pid) + "/stat", kStatLimit);
     auto stat = text ? ParseProcessStat(*text) : std::nullopt;
-    if (!stat || stat->kernel_thread) continue;
+    if (!stat || stat->kernel_thread || stat->ended) continue;
     Process process;
     process.stat = std::move(*stat);
     if (const auto target = host.ReadLink(FolderOf(pid) + "/exe"))

@@ -1,5 +1,5 @@
-// Running processes. Kernel threads and the recorder itself are left out. The recorder reads no command
-// lines and no environments: they hold passwords, and the monitoring file is no place for them.
+// Running processes. Kernel threads, ended processes and the recorder itself are left out. The recorder reads
+// no command lines and no environments: they hold passwords, and the monitoring file is no place for them.
 #pragma once
 
 #include <cstdint>

@@ -40,6 +40,7 @@ std::optional<ProcessStat> ParseProcessStat(std::string_view text) {
     return {};
   }
   stat.name = text.substr(open + 1, close - open - 1);
+  stat.ended = fields[0] == "Z" || fields[0] == "X" || fields[0] == "x";
   stat.kernel_thread = (flags & kKernelThreadFlag) != 0;
   return stat;
 }

@@ -51,11 +51,11 @@ TEST(HomeLines, WhatWentHasANegativeChange) {
 }
 
 TEST(HomeLines, EventsOfOneMonitorAndCodeShareALine) {
-  const auto text =
-      RenderBatch(Form::kHome, kStamp,
-                  Of(PresentEvents({MakeItem(monitor::kAccounts, "root"), MakeItem(monitor::kAccounts, "ann"),
-                                    MakeItem(monitor::kAccounts, "pg", {Rule::kServiceAccountWithShell}),
-                                    MakeItem(monitor::kProcesses, "/bin/x:7")})));
+  const auto text = RenderBatch(
+      Form::kHome, kStamp,
+      Of(PresentEvents({MakeItem(monitor::kAccounts, "root"),
+                        MakeItem(monitor::kAccounts, "pg", {Rule::kServiceAccountWithShell}),
+                        MakeItem(monitor::kAccounts, "ann"), MakeItem(monitor::kProcesses, "/bin/x:7")})));
   EXPECT_EQ(text.bytes,
             "1700000000,vm,42,System Users|1|0|root * ann|observed|SU,500,1|0\r\n"
             "1700000000,vm,42,System Users|1|0|pg|observed|SU,503,1|0\r\n"

@@ -61,6 +61,11 @@ TEST_F(Observers, RecorderAndKernelThreadsAreLeftOut) {
   EXPECT_TRUE(Processes().empty());
 }
 
+TEST_F(Observers, EndedProcessIsLeftOut) {
+  host.texts["/proc/9/stat"] = "9 (sh) Z 1 9 9 0 -1 4194304 0 0 0 0 0 0 0 0 20 0 1 0 55 0 0\n";
+  EXPECT_TRUE(Processes().empty());
+}
+
 TEST_F(Observers, ProcessWithoutReadablePathGoesByItsName) {
   host.AddProcess(5, "sshd", "");
   const auto items = Processes();

@@ -1,0 +1,65 @@
+// Everything that the recorder reads of a host, as one hostile text: no reader may crash, and no name may
+// leave its cleaning with a character that means something in a line.
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "recorder/lines.h"
+#include "recorder/parse_accounts.h"
+#include "recorder/parse_autorun.h"
+#include "recorder/parse_network.h"
+#include "recorder/parse_processes.h"
+#include "recorder/text.h"
+
+namespace {
+
+using namespace zendrix::recorder;
+
+void Require(bool holds) {
+  if (!holds) std::abort();
+}
+
+void RequireClean(std::string_view name) {
+  Require(!name.empty() && name.size() <= kNameLimit + 1);
+  for (const char byte : name) {
+    const auto code = static_cast<unsigned char>(byte);
+    Require(code >= 32 && code != 127 &&
+            std::string_view("|,;=:*'\"\\").find(byte) == std::string_view::npos);
+  }
+}
+
+// The line of an event with this description still has its seven fields and its one end.
+void RequireLine(const std::string& description) {
+  Batch batch;
+  Item item;
+  item.monitor = monitor::kProcesses;
+  item.description = description;
+  batch.events = PresentEvents({item});
+  const std::string line = RenderBatch(Form::kHome, {1, "h", "1"}, batch).bytes;
+  Require(SplitFields(line, '|').size() == 7 && line.find('\n') == line.size() - 1);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string_view text(reinterpret_cast<const char*>(data), size);
+  const std::string name = CleanName(text);
+  RequireClean(name);
+  RequireLine(name);
+  if (const auto stat = ParseProcessStat(text)) RequireClean(CleanName(stat->name));
+  ParseResidentKb(text);
+  ParseProgramFile(text);
+  ParseSocketInode(text);
+  for (const Socket& socket : ParseSocketTable(text)) {
+    Require(socket.remote.address.find(':') == std::string::npos);
+  }
+  ParseTrafficBytes(text);
+  if (const auto percent = ParseMemoryPercent(text)) Require(*percent >= 0 && *percent <= 100);
+  ParseAccounts(text);
+  for (const Login& login : ParseLogins(text)) Require(login.user.size() <= 32 && login.host.size() <= 256);
+  ParseDesktopCommand(text);
+  for (const std::string& command : ParseUnitCommands(text)) ProgramOfCommand(command);
+  return 0;
+}
