@@ -8,7 +8,7 @@
 namespace zendrix::core {
 namespace {
 
-constexpr std::int64_t kBlockSeconds = 900;
+constexpr std::int64_t kBlockSeconds = 6 * 3600;
 
 std::int64_t FloorDivide(std::int64_t value, std::int64_t by) {
   return value / by - (value % by < 0 ? 1 : 0);
@@ -64,8 +64,8 @@ std::string_view MomentFormatter::Format(std::int32_t seconds) {
 }
 
 std::int64_t MomentFormatter::LocalSeconds(std::int32_t seconds) {
-  Block& block = blocks_[SlotOf(FloorDivide(seconds, kBlockSeconds), kSlots)];
   const std::int64_t number = FloorDivide(seconds, kBlockSeconds);
+  Block& block = blocks_[SlotOf(number, kSlots)];
   if (block.number != number) {
     const auto within = [](std::int64_t moment) {
       return static_cast<std::int32_t>(std::clamp<std::int64_t>(

@@ -24,7 +24,7 @@ class MomentFormatter {
   std::string_view Format(std::int32_t seconds);
 
  private:
-  // A quarter of an hour of UTC: no zone changes its distance from UTC within one and changes back.
+  // A quarter of a day of UTC: no zone changes its distance from UTC within one and changes back.
   struct Block {
     std::int64_t number = kNone;
     bool steady = false;  // one distance from UTC for all of it

@@ -1,6 +1,6 @@
 // Numbers as the run-time reads and writes them. Texts are single-byte (Windows-1252). The rules are those of
-// the Windows automation functions VarR8FromStr, VarI4FromR8 and their kin, and of the Val function; tests hold
-// them to tables made with those functions.
+// the Windows automation functions VarR8FromStr, VarI4FromR8 and their kin, and of the Val function; tests
+// hold them to tables made with those functions.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,10 @@
 
 namespace zendrix::core {
 
-// Reads leading digits: blanks pass, reading stops at the first character that cannot continue a number, no
-// digits give 0. The decimal point is always ".". Never fails.
+// Reads leading digits: blanks, tabs and line feeds pass wherever they stand, reading stops at the first
+// other character that cannot continue a number, no digits give 0. The decimal point is always ".". "1.5e3"
+// and "1.5d3" are 1500; "&HFF" is 255 and "&HFFFF" the 16-bit -1. Never fails: what is beyond the range is
+// the largest double.
 double Val(std::string_view text);
 
 // Whether CDbl would accept the text.
@@ -41,8 +43,8 @@ enum class Tristate { kTrue = -1, kFalse = 0, kDefault = -2 };
 std::string FormatNumber(double value, int digits, Tristate leading, Tristate parens, Tristate grouping,
                          const platform::LocaleInfo& locale);
 
-// A number with 16 decimals, leading digit, the locale's grouping and negatives: the stored form of Original and
-// Change ("0.9900000000000000", "1,234.0000000000000000").
+// A number with 16 decimals, leading digit, the locale's grouping and negatives: the stored form of Original
+// and Change ("0.9900000000000000", "1,234.0000000000000000").
 std::string Format16(double value, const platform::LocaleInfo& locale);
 
 // A number by a picture of "#", "0", ".", "," (for instance "#0.00", "##0").

@@ -6,7 +6,9 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <map>
 #include <random>
+#include <tuple>
 
 #include "core/date_calendar.h"
 #include "support/golden_table.h"

@@ -123,12 +123,13 @@ TEST(MomentFormatter, FollowsPicturesOfAnyKind) {
   ExpectSameAsByText(locale, 0);
 }
 
-TEST(MomentFormatter, AsksForTheZoneOnlyAtTheEndsOfAQuarterOfAnHour) {
+TEST(MomentFormatter, AsksForTheZoneOnlyAtTheEndsOfAQuarterOfADay) {
   FakeZone zone(3600, {});
   const LocaleInfo locale;
   MomentFormatter formatter(locale, 0, zone);
-  for (std::int32_t moment = 1262304000; moment < 1262304000 + 9000; ++moment) formatter.Format(moment);
-  EXPECT_EQ(zone.calls, 20);
+  constexpr std::int32_t kStart = 1262304000;
+  for (std::int32_t moment = kStart; moment < kStart + 3 * 86400; moment += 7) formatter.Format(moment);
+  EXPECT_EQ(zone.calls, 24);
 }
 
 }  // namespace
