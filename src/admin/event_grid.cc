@@ -73,6 +73,16 @@ int EventGrid::Picture(int row, int col) const {
   return 0;
 }
 
+std::string EventGrid::Tip(int row, int col) const {
+  if (col == kColMonitor) return std::string(Monitor(row));
+  if (col == kColDescription) return std::string(WholeDescription(row));
+  if (col != kColChange) return Text(row, col);
+  const std::string_view code = pool_->Text(codes_[At(row)]);
+  if (code == "A") return "Added";
+  if (code == "R") return "Removed";
+  return code == "N" ? "Notable" : std::string(code);
+}
+
 std::string_view EventGrid::Monitor(int row) const {
   return pool_->Text(monitors_[At(row)]);
 }

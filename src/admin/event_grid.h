@@ -57,6 +57,7 @@ class EventGrid : public widgets::Grid {
   int DataRows() const override { return static_cast<int>(order_.size()); }
   std::string Text(int row, int col) const override;
   int Picture(int row, int col) const override;
+  std::string Tip(int row, int col) const override;
 
   // Number of characters of a cell's text.
   std::size_t TextLength(int row, int col) const;

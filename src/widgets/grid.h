@@ -47,6 +47,8 @@ class Grid : public Control {
   // Text and picture (from 1; 0 none) of a data row.
   virtual std::string Text(int row, int col) const = 0;
   virtual int Picture(int row, int col) const = 0;
+  // What a cell stands for in full words: for a tip, and for those who do not see its picture.
+  virtual std::string Tip(int row, int col) const { return Text(row, col); }
 
   void SetRedraw(bool on);
   bool redraw() const { return redraw_; }

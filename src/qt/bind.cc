@@ -1,0 +1,20 @@
+#include "qt/bind.h"
+
+#include <QWidget>
+
+#include "qt/text_edge.h"
+#include "widgets/control.h"
+
+namespace zendrix::qt {
+
+void BindControl(widgets::Control& control, QWidget* widget, const QString& accessible_name) {
+  widget->setObjectName(ToQt(control.name()));
+  if (!accessible_name.isEmpty()) widget->setAccessibleName(accessible_name);
+  Reflect(widget, control.visible, [widget](bool shown) { widget->setVisible(shown); });
+  Reflect(widget, control.enabled, [widget](bool usable) { widget->setEnabled(usable); });
+  Reflect(widget, control.tip, [widget](const std::string& tip) { widget->setToolTip(ToolTipText(tip)); });
+  Keep(widget, control.focus.Connect([widget] { widget->setFocus(Qt::OtherFocusReason); }));
+  Keep(widget, control.to_front.Connect([widget] { widget->raise(); }));
+}
+
+}  // namespace zendrix::qt

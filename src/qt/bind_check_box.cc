@@ -1,0 +1,26 @@
+#include "qt/bind_check_box.h"
+
+#include <QCheckBox>
+
+#include "qt/text_edge.h"
+
+namespace zendrix::qt {
+
+QCheckBox* MakeCheckBox(widgets::CheckBox& box, const Toolkit& kit) {
+  auto* widget = new QCheckBox;
+  BindControl(box, widget);
+  Reflect(widget, box.caption, [widget](const std::string& text) {
+    widget->setText(ToQt(text));
+    widget->setAccessibleName(ToQt(text));
+  });
+  Reflect(widget, box.checked, [widget](bool checked) { widget->setChecked(checked); });
+  QObject::connect(widget, &QCheckBox::clicked, widget, [&box, guard = &kit.guard](bool checked) {
+    (*guard)(box.name(), [&] {
+      box.checked = checked;
+      box.clicked.Raise();
+    });
+  });
+  return widget;
+}
+
+}  // namespace zendrix::qt

@@ -1,0 +1,13 @@
+// Check boxes.
+#pragma once
+
+#include "qt/bind.h"
+#include "widgets/check_box.h"
+
+class QCheckBox;
+
+namespace zendrix::qt {
+
+QCheckBox* MakeCheckBox(widgets::CheckBox& box, const Toolkit& kit);
+
+}  // namespace zendrix::qt

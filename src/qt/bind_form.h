@@ -1,0 +1,39 @@
+// A top-level window that stands for a form: title, place, state and visibility go both ways; the close box
+// asks the form, which usually hides.
+#pragma once
+
+#include <QMainWindow>
+#include <functional>
+
+#include "qt/bind.h"
+#include "widgets/form.h"
+
+namespace zendrix::qt {
+
+class FormWindow : public QMainWindow {
+ public:
+  FormWindow(widgets::Form& form, const Toolkit& kit, Qt::WindowFlags flags = Qt::Window);
+  // Called when the window becomes the active one.
+  std::function<void()> on_activate;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+  const Toolkit& kit() const { return kit_; }
+  bool escape_closes = false;
+
+ private:
+  void BindPlace();
+  void ShowInState();
+  void TellPlace();
+
+  widgets::Form& form_;
+  Toolkit kit_;
+  bool applying_ = false;
+};
+
+}  // namespace zendrix::qt

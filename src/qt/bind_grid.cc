@@ -1,0 +1,99 @@
+#include "qt/bind_grid.h"
+
+#include <QPainter>
+#include <QScrollBar>
+#include <algorithm>
+
+namespace zendrix::qt {
+
+GridHeader::GridHeader(widgets::Grid& grid, Pictures& pictures, QWidget* parent)
+    : QHeaderView(Qt::Horizontal, parent), grid_(grid), pictures_(pictures) {
+  setSectionsClickable(true);
+  setStretchLastSection(true);
+}
+
+void GridHeader::paintSection(QPainter* painter, const QRect& rect, int section) const {
+  painter->save();
+  QHeaderView::paintSection(painter, rect, section);
+  painter->restore();
+  constexpr int kEdge = 10;
+  const widgets::SortArrow arrow =
+      section < grid_.Cols() ? grid_.column(section).arrow : widgets::SortArrow::kNone;
+  if (arrow == widgets::SortArrow::kNone) return;
+  const QPixmap picture =
+      pictures_.Pixmap(arrow == widgets::SortArrow::kUp ? QStringLiteral("up") : QStringLiteral("down"),
+                       kEdge, devicePixelRatioF());
+  const int text = fontMetrics().horizontalAdvance(model()->headerData(section, Qt::Horizontal).toString());
+  const int x = std::min(rect.left() + 8 + text + 8, rect.right() - kEdge - 3);
+  painter->drawPixmap(x, rect.center().y() - kEdge / 2, picture);
+}
+
+void GridHeader::mouseReleaseEvent(QMouseEvent* event) {
+  QHeaderView::mouseReleaseEvent(event);
+  grid_.mouse_used.Raise();
+}
+
+GridTable::GridTable(widgets::Grid& grid, const QString& picture_list, const QString& accessible_name,
+                     const QString& empty_text, const Toolkit& kit)
+    : TableView(empty_text),
+      grid_(grid),
+      kit_(kit),
+      model_(new GridModel(grid, kit.pictures, picture_list, this)) {
+  BindControl(grid, this, accessible_name);
+  auto* header = new GridHeader(grid, kit_.pictures, this);
+  header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  header->setHighlightSections(false);
+  setHorizontalHeader(header);
+  setModel(model_);
+  setIconSize(QSize(16, 16));
+  connect(header, &QHeaderView::sectionClicked, this,
+          [this](int section) { kit_.guard(grid_.name(), [&] { grid_.header_clicked.Raise(section); }); });
+  connect(header, &QHeaderView::sectionResized, this, [this](int section, int, int pixels) {
+    // The last column takes the rest of the window; its width in the program stays as it is.
+    if (applying_ || section + 1 >= grid_.Cols()) return;
+    applying_ = true;
+    grid_.SetColWidth(section, pixels * kTwipsPerPixel);
+    applying_ = false;
+  });
+  connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+          [this](const QModelIndex& current) {
+            if (applying_ || !current.isValid()) return;
+            applying_ = true;
+            grid_.Row = current.row() + 1;
+            applying_ = false;
+          });
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { TellScrolled(); });
+  connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, [this] { TellScrolled(); });
+  connect(model_, &QAbstractItemModel::modelReset, this, [this] { ShowColumns(); });
+  Keep(this, grid_.columns_changed.Connect([this] { ShowColumns(); }));
+  Keep(this, grid_.Row.changed.Connect([this] { ShowRow(); }));
+  ShowColumns();
+}
+
+void GridTable::ShowColumns() {
+  if (applying_) return;
+  applying_ = true;
+  const int columns = std::min(grid_.Cols(), model_->columnCount());
+  for (int i = 0; i < columns; ++i) {
+    const int twips = grid_.column(i).width;
+    setColumnHidden(i, twips == 0);
+    if (twips > 0) setColumnWidth(i, twips / kTwipsPerPixel);
+  }
+  horizontalHeader()->viewport()->update();
+  applying_ = false;
+}
+
+void GridTable::ShowRow() {
+  if (applying_ || grid_.Row < 1 || grid_.Row > model_->rowCount()) return;
+  applying_ = true;
+  setCurrentIndex(model_->index(grid_.Row - 1, 0));
+  applying_ = false;
+}
+
+void GridTable::TellScrolled() {
+  grid_.TopRow = std::max(0, rowAt(0)) + 1;
+  grid_.LeftCol = std::max(0, columnAt(0));
+  grid_.scrolled.Raise();
+}
+
+}  // namespace zendrix::qt

@@ -1,0 +1,43 @@
+// Binds a logical grid: rows through a model, column widths and headings both ways, sort arrows, the scrolled
+// place and the marked row.
+#pragma once
+
+#include <QHeaderView>
+
+#include "qt/bind.h"
+#include "qt/grid_model.h"
+#include "qt/table_view.h"
+
+namespace zendrix::qt {
+
+// Draws the arrow of a sorted column behind its heading.
+class GridHeader : public QHeaderView {
+ public:
+  GridHeader(widgets::Grid& grid, Pictures& pictures, QWidget* parent);
+
+ protected:
+  void paintSection(QPainter* painter, const QRect& rect, int section) const override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+
+ private:
+  widgets::Grid& grid_;
+  Pictures& pictures_;
+};
+
+class GridTable : public TableView {
+ public:
+  GridTable(widgets::Grid& grid, const QString& picture_list, const QString& accessible_name,
+            const QString& empty_text, const Toolkit& kit);
+
+ private:
+  void ShowColumns();
+  void ShowRow();
+  void TellScrolled();
+
+  widgets::Grid& grid_;
+  Toolkit kit_;
+  GridModel* model_;
+  bool applying_ = false;
+};
+
+}  // namespace zendrix::qt

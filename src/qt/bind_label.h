@@ -1,0 +1,19 @@
+// Labels as plain text, labels that are clicked as links or flat buttons, and pictures.
+#pragma once
+
+#include "qt/bind.h"
+#include "widgets/label.h"
+
+class QLabel;
+class QPushButton;
+
+namespace zendrix::qt {
+
+// Text only. The widget's own colour, unless `with_colour`.
+QLabel* MakeLabel(widgets::Label& label, const Toolkit& kit, bool with_colour = false);
+// Looks like a link ("link"), a flat button ("flat") or an entry of the navigation ("nav").
+QPushButton* MakeButton(widgets::Label& label, const char* role, const Toolkit& kit);
+// Picture of ImgLst32 by key. `description` says in words what it shows.
+QLabel* MakeImage(widgets::Image& image, int edge, const Toolkit& kit);
+
+}  // namespace zendrix::qt

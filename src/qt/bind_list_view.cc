@@ -1,0 +1,77 @@
+#include "qt/bind_list_view.h"
+
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <algorithm>
+
+namespace zendrix::qt {
+
+ListTable::ListTable(widgets::ListView& list, const QString& picture_list, const QString& accessible_name,
+                     const QString& empty_text, const Toolkit& kit)
+    : TableView(empty_text),
+      list_(list),
+      kit_(kit),
+      model_(new ListModel(list, kit.pictures, picture_list, this)) {
+  BindControl(list, this, accessible_name);
+  setModel(model_);
+  setIconSize(QSize(16, 16));
+  horizontalHeader()->setStretchLastSection(true);
+  connect(model_, &QAbstractItemModel::modelReset, this, [this] { SizeColumns(); });
+  connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+          [this](const QModelIndex& current) {
+            if (applying_ || !current.isValid()) return;
+            kit_.guard(list_.name(), [&] {
+              const auto slot = model_->SlotOf(current.row());
+              applying_ = true;
+              list_.Select(slot);
+              applying_ = false;
+              list_.item_clicked.Raise(slot);
+            });
+          });
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
+          [this] { list_.SetScrolledRows(static_cast<std::size_t>(std::max(0, rowAt(0)))); });
+  Keep(this, list_.selection_changed.Connect([this] { ShowSelection(); }));
+  Keep(this, list_.rows_added.Connect([this] { ShowSelection(); }));
+  ShowSelection();
+}
+
+void ListTable::ShowSelection() {
+  if (applying_) return;
+  applying_ = true;
+  const int row = list_.selected() ? model_->RowOf(*list_.selected()) : -1;
+  if (row < 0) {
+    clearSelection();
+    setCurrentIndex({});
+  } else if (row != currentIndex().row()) {
+    setCurrentIndex(model_->index(row, 0));
+  }
+  applying_ = false;
+}
+
+void ListTable::SizeColumns() {
+  // The program's narrow columns leave no room for a word beside its picture; none is made narrower than its
+  // contents.
+  constexpr int kRoomForAWord = 96;
+  const auto& columns = list_.columns.Get();
+  const int width = viewport()->width();
+  for (int i = 0; i + 1 < static_cast<int>(columns.size()); ++i) {
+    const widgets::ListColumn& column = columns[static_cast<std::size_t>(i)];
+    const int wanted =
+        column.share > 0 ? static_cast<int>(width * column.share) : column.twips / kTwipsPerPixel;
+    setColumnWidth(i, std::max(wanted, kRoomForAWord));
+  }
+}
+
+void ListTable::resizeEvent(QResizeEvent* event) {
+  TableView::resizeEvent(event);
+  SizeColumns();
+}
+
+void ListTable::mouseReleaseEvent(QMouseEvent* event) {
+  TableView::mouseReleaseEvent(event);
+  if (event->button() == Qt::RightButton && currentIndex().isValid())
+    kit_.guard(list_.name(), [&] { list_.right_button_up.Raise(); });
+}
+
+}  // namespace zendrix::qt

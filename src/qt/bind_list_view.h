@@ -1,0 +1,30 @@
+// Binds a logical report list: rows through a model, column widths as shares of the list's width, the
+// selection both ways. Only an act of the user counts as a click.
+#pragma once
+
+#include "qt/bind.h"
+#include "qt/list_model.h"
+#include "qt/table_view.h"
+
+namespace zendrix::qt {
+
+class ListTable : public TableView {
+ public:
+  ListTable(widgets::ListView& list, const QString& picture_list, const QString& accessible_name,
+            const QString& empty_text, const Toolkit& kit);
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+
+ private:
+  void SizeColumns();
+  void ShowSelection();
+
+  widgets::ListView& list_;
+  Toolkit kit_;
+  ListModel* model_;
+  bool applying_ = false;
+};
+
+}  // namespace zendrix::qt

@@ -1,0 +1,34 @@
+// The rows of a logical grid for a view, read on demand.
+#pragma once
+
+#include <QAbstractTableModel>
+
+#include "qt/pictures.h"
+#include "widgets/grid.h"
+
+namespace zendrix::qt {
+
+class GridModel : public QAbstractTableModel {
+ public:
+  // Pictures of cells are those of the numbered list `picture_list` ("grid").
+  GridModel(widgets::Grid& grid, Pictures& pictures, QString picture_list, QObject* parent = nullptr);
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  // The grid's row, from 1, that the view's row stands for. Rows that the view does not know yet lie on top.
+  int GridRow(int row) const { return grid_.DataRows() - shown_ + row + 1; }
+  QString Words(int row, int col) const;
+
+  widgets::Grid& grid_;
+  Pictures& pictures_;
+  QString picture_list_;
+  int shown_ = 0;
+  int columns_ = 0;
+  std::vector<widgets::Connection> links_;
+};
+
+}  // namespace zendrix::qt

@@ -1,0 +1,25 @@
+// The message loop and its timers on the toolkit's event loop.
+#pragma once
+
+#include "platform/message_loop.h"
+#include "qt/slot_guard.h"
+
+namespace zendrix::qt {
+
+class QtMessageLoop : public platform::MessageLoop {
+ public:
+  void ProcessMessages() override;
+};
+
+class QtTimers : public platform::TimerMaker {
+ public:
+  // The guard stands between a tick and the toolkit; it may be given later than the object is made, before
+  // the first timer starts.
+  void SetGuard(const SlotGuard* guard) { guard_ = guard; }
+  std::unique_ptr<platform::Timer> MakeTimer(std::function<void()> on_tick) override;
+
+ private:
+  const SlotGuard* guard_ = nullptr;
+};
+
+}  // namespace zendrix::qt

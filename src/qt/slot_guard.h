@@ -1,0 +1,32 @@
+// Keeps exceptions inside slots. What reaches the toolkit's edge has passed both failure styles, so it takes
+// the one fatal path: logged, told to the user, the end.
+#pragma once
+
+#include <exception>
+#include <string>
+#include <utility>
+
+#include "core/error_log.h"
+
+namespace zendrix::qt {
+
+class SlotGuard {
+ public:
+  explicit SlotGuard(core::ErrorLog& log) : log_(log) {}
+
+  template <class Body>
+  void operator()(const std::string& place, Body&& body) const noexcept {
+    try {
+      std::forward<Body>(body)();
+    } catch (const core::RunTimeError& error) {
+      log_.WriteError(place, error);
+    } catch (const std::exception& error) {
+      log_.WriteError(place, {core::kOutOfMemory, error.what()});
+    }
+  }
+
+ private:
+  core::ErrorLog& log_;
+};
+
+}  // namespace zendrix::qt

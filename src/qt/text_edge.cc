@@ -1,0 +1,33 @@
+#include "qt/text_edge.h"
+
+#include "core/text_rules.h"
+
+namespace zendrix::qt {
+
+QString ToQt(std::string_view bytes) {
+  return QString::fromStdString(core::Utf8FromBytes(bytes));
+}
+
+std::string FromQt(const QString& text) {
+  return core::BytesFromUtf8(text.toStdString());
+}
+
+QString ToolTipText(std::string_view bytes) {
+  if (bytes.empty()) return {};
+  return QStringLiteral("<span style=\"white-space:pre-wrap\">") + ToQt(bytes).toHtmlEscaped() +
+         QStringLiteral("</span>");
+}
+
+QString WithoutAccessKeys(const QString& text) {
+  return QString(text).replace(QLatin1Char('&'), QStringLiteral("&&"));
+}
+
+QString PathToQt(const std::string& path) {
+  return QString::fromUtf8(path.data(), static_cast<qsizetype>(path.size()));
+}
+
+std::string PathFromQt(const QString& path) {
+  return path.toStdString();
+}
+
+}  // namespace zendrix::qt

@@ -1,0 +1,42 @@
+// The look of the program: one style, a light and a dark palette, following the desktop while the program
+// runs.
+#pragma once
+
+#include <QColor>
+#include <QObject>
+#include <QString>
+
+#include "widgets/control.h"
+
+class QDBusVariant;
+
+namespace zendrix::qt {
+
+struct Tokens {
+  QColor window, base, alternate, text, faint, border, accent, on_accent, link, strip, strip_text,
+      strip_hover;
+};
+
+class Theme : public QObject {
+  Q_OBJECT
+ public:
+  // Reads what the desktop prefers and dresses the application; from then on follows the desktop.
+  Theme();
+  bool dark() const { return dark_; }
+  const Tokens& tokens() const;
+  void SetDark(bool dark);
+  // A colour of the logic: a number, or a colour of the desktop.
+  QColor ColourOf(widgets::Colour colour) const;
+
+ signals:
+  void Changed();
+
+ private slots:
+  void OnSettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+
+ private:
+  void Apply();
+  bool dark_ = false;
+};
+
+}  // namespace zendrix::qt
