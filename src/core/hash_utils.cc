@@ -107,7 +107,7 @@ void HashUtils::SaveWithHash(const std::string& path, std::string_view bytes) {
     throw FromPlatform(old.error());
   }
   const std::string hash = family_.HashBytes(bytes);
-  ValueOrRaise(files_.WriteAll(NotePath(path), NoteText(family_, hash)));
+  ValueOrRaise(WriteNote(path, hash));
   if (const auto written = files_.WriteAll(path, bytes); !written) {
     FinishInterruptedSave(path);
     throw FromPlatform(written.error());
@@ -120,6 +120,15 @@ void HashUtils::SaveWithHash(const std::string& path, std::string_view bytes) {
     throw FromPlatform(written.error());
   }
   (void)files_.Remove(NotePath(path)).ok();
+}
+
+platform::Status HashUtils::WriteNote(const std::string& path, const std::string& hash) {
+  const std::string note_path = NotePath(path);
+  auto written = files_.WriteAll(note_path, NoteText(family_, hash));
+  if (written || written.error().kind != platform::ErrorKind::kNotRegular) return written;
+  // Somebody put a link there; nothing of ours is lost with it.
+  (void)files_.Remove(note_path).ok();
+  return files_.WriteAll(note_path, NoteText(family_, hash));
 }
 
 void HashUtils::FinishInterruptedSave(const std::string& path) {

@@ -41,6 +41,7 @@ class HashUtils {
  private:
   // Completes or drops the note of an interrupted save; an error when it cannot be told yet what to do.
   platform::Status Settle(const std::string& path);
+  platform::Status WriteNote(const std::string& path, const std::string& hash);
 
   platform::Files& files_;
   platform::FamilyLibraries& family_;

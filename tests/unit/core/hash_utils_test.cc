@@ -401,6 +401,19 @@ TEST_F(HashUtilsTest, PlantedNoteCannotPutContentsIntoTheFile) {
   EXPECT_EQ(files_.Get(kFile), "mine\r\n");
 }
 
+TEST_F(HashUtilsTest, LinkPlantedInPlaceOfTheNoteIsTakenAway) {
+  PutPair(kOld);
+  files_.FailNext(FileOp::kWriteAll, kNote, ErrorKind::kNotRegular);
+  int removed = 0;
+  files_.before = [&](FileOp op, const std::string& path) {
+    if (op == FileOp::kRemove && path == kNote) ++removed;
+  };
+  hashes_.SaveWithHash(kFile, kNew);
+  EXPECT_EQ(removed, 2);  // the link, and the note itself at the end
+  EXPECT_EQ(files_.Get(kFile), kNew);
+  EXPECT_TRUE(hashes_.VerifyFileHash(kFile));
+}
+
 TEST_F(HashUtilsTest, SavingTheSameContentsAgainVerifies) {
   PutPair(kOld);
   for (int n = 1; n <= 4; ++n) {
