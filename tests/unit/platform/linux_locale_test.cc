@@ -1,0 +1,172 @@
+#include "platform/linux/linux_locale.h"
+
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "platform/linux/posix.h"
+#include "support/environment.h"
+#include "support/temporary_folder.h"
+
+namespace zendrix::platform {
+namespace {
+
+using test::EnvironmentVariable;
+
+// What of the settings a user sees, one per line.
+std::string Print(const LocaleInfo& info) {
+  return "short date " + info.short_date + "\nlong date " + info.long_date + "\ntime " + info.time +
+         "\nhalves " + info.am + "," + info.pm + "\nseparators " + info.date_separator + info.time_separator +
+         "\nnumbers " + info.decimal + "|" + info.thousands + "|" + info.grouping + "\norder " +
+         std::to_string(info.date_order) + "\nnames " + info.day_names[0] + " " + info.short_day_names[6] +
+         " " + info.month_names[2] + " " + info.short_month_names[11] + "\n";
+}
+
+LocaleInfo FromTime(const std::string& date, const std::string& time, const std::string& am = "AM",
+                    const std::string& pm = "PM") {
+  CTimeTexts texts;
+  texts.date = date;
+  texts.time = time;
+  texts.time_with_am_pm = "%I:%M:%S %p";
+  texts.am = am;
+  texts.pm = pm;
+  LocaleInfo info;
+  TakeTimeTexts(texts, info);
+  return info;
+}
+
+LocaleInfo FromNumbers(const std::string& decimal, const std::string& thousands,
+                       const std::string& grouping) {
+  LocaleInfo info;
+  TakeNumberTexts({"UTF-8", decimal, thousands, grouping}, info);
+  return info;
+}
+
+TEST(TakeTimeTextsTest, FormatsBecomePictures) {
+  EXPECT_EQ(FromTime("%m/%d/%Y", "%r").short_date, "MM/dd/yyyy");
+  EXPECT_EQ(FromTime("%m/%d/%Y", "%r").time, "hh:mm:ss tt");
+  EXPECT_EQ(FromTime("%-d.%-m.%y", "%-H.%M.%S").short_date, "d.M.yy");
+  EXPECT_EQ(FromTime("%-d.%-m.%y", "%-H.%M.%S").time, "H.mm.ss");
+  EXPECT_EQ(FromTime("%F", "%T").short_date, "yyyy-MM-dd");
+  EXPECT_EQ(FromTime("%D", "%R").short_date, "MM/dd/yy");
+  EXPECT_EQ(FromTime("%e %b %EY", "%l:%M:%S %P").short_date, "d MMM yyyy");
+  EXPECT_EQ(FromTime("%e %b %EY", "%l:%M:%S %P").time, "h:mm:ss tt");
+  EXPECT_EQ(FromTime("%A %d %B %Y", "%k:%M").short_date, "dddd dd MMMM yyyy");
+}
+
+TEST(TakeTimeTextsTest, WordsInAFormatAreQuoted) {
+  EXPECT_EQ(FromTime("%d de %B de %Y", "%H:%M").short_date, "dd 'de' MMMM 'de' yyyy");
+}
+
+TEST(TakeTimeTextsTest, OrderAndLongDateFollowTheShortDate) {
+  EXPECT_EQ(FromTime("%m/%d/%Y", "%T").date_order, 0);
+  EXPECT_EQ(FromTime("%d/%m/%Y", "%T").date_order, 1);
+  EXPECT_EQ(FromTime("%Y-%m-%d", "%T").date_order, 2);
+  EXPECT_EQ(FromTime("%d/%m/%Y", "%T").long_date, "dddd, dd MMMM yyyy");
+  EXPECT_EQ(FromTime("%Y-%m-%d", "%T").long_date, "dddd, yyyy MMMM dd");
+}
+
+TEST(TakeTimeTextsTest, SeparatorsStandBetweenTheFirstParts) {
+  const LocaleInfo info = FromTime("%d. %m. %Y", "%H.%M.%S");
+  EXPECT_EQ(info.date_separator, ". ");
+  EXPECT_EQ(info.time_separator, ".");
+}
+
+TEST(TakeTimeTextsTest, WithoutWordsForTheHalvesTheDayHasTwentyFourHours) {
+  EXPECT_EQ(FromTime("%d.%m.%Y", "%I:%M:%S %p", "", "").time, "HH:mm:ss");
+  EXPECT_EQ(FromTime("%d.%m.%Y", "%p %I:%M:%S", "", "").time, "HH:mm:ss");
+}
+
+TEST(TakeTimeTextsTest, NonsenseKeepsTheDefaults) {
+  const LocaleInfo info = FromTime("%U", "%Z");
+  EXPECT_EQ(info.short_date, "MM/dd/yyyy");
+  EXPECT_EQ(info.time, "hh:mm:ss tt");
+  EXPECT_EQ(FromTime("%x", "%X%").short_date, "MM/dd/yyyy");
+  EXPECT_EQ(FromTime("", "").month_names[0], "January");
+}
+
+TEST(TakeTimeTextsTest, SetOfNamesThatCannotBeExpressedStaysEnglish) {
+  CTimeTexts texts;
+  texts.months.fill("M\u00E4rz");
+  texts.days.fill("\u65E5\u66DC");
+  LocaleInfo info;
+  TakeTimeTexts(texts, info);
+  EXPECT_EQ(info.month_names[2], "M\xE4rz");
+  EXPECT_EQ(info.day_names[0], "Sunday");
+}
+
+TEST(TakeNumberTextsTest, GroupingSizesBecomeAList) {
+  EXPECT_EQ(FromNumbers(".", ",", "\3\3").grouping, "3;0");
+  EXPECT_EQ(FromNumbers(".", ",", "\3").grouping, "3;0");
+  EXPECT_EQ(FromNumbers(".", ",", "\3\2").grouping, "3;2;0");
+  EXPECT_EQ(FromNumbers(".", ",", "\3\x7F").grouping, "3");
+  EXPECT_EQ(FromNumbers(".", ",", "\3\xFF").grouping, "3");
+  EXPECT_EQ(FromNumbers(".", "", "").grouping, "");
+}
+
+TEST(TakeNumberTextsTest, SeparatorsBecomeSingleBytes) {
+  const LocaleInfo french = FromNumbers(",", "\u202F", "\3");
+  EXPECT_EQ(french.decimal, ",");
+  EXPECT_EQ(french.thousands, "\xA0");
+  EXPECT_EQ(FromNumbers(".", "\u2019", "\3").thousands, "\x92");
+  // An Arabic decimal sign has no place in the code page.
+  EXPECT_EQ(FromNumbers("\u066B", "\u066C", "\3").decimal, ".");
+}
+
+// The locale of the environment, as a fresh source sees it.
+std::string Printed(const std::string& all, const std::optional<std::string>& folder = std::nullopt) {
+  const EnvironmentVariable path("LOCPATH", folder);
+  const EnvironmentVariable name("LC_ALL", all);
+  return Print(LinuxLocale().Current());
+}
+
+TEST(LinuxLocaleTest, PlainLocalesAreTheDefaults) {
+  const std::string defaults = Print(LocaleInfo());
+  EXPECT_EQ(Printed("C"), defaults);
+  EXPECT_EQ(Printed("POSIX"), defaults);
+  EXPECT_EQ(Printed("C.UTF-8"), defaults);
+  EXPECT_EQ(Printed("xx_XX.UTF-8"), defaults);
+}
+
+// Locales are compiled into a folder of the test, so that those of the machine play no part.
+void Compile(const test::TemporaryFolder& folder, const std::string& name) {
+  const std::string compiler = FindProgram("localedef");
+  ASSERT_FALSE(compiler.empty()) << "package libc-bin";
+  const std::string to = folder.Path(name + ".UTF-8");
+  const char* arguments[] = {"localedef", "-i", name.c_str(), "-f", "UTF-8", to.c_str(), nullptr};
+  pid_t child = 0;
+  ASSERT_EQ(posix_spawn(&child, compiler.c_str(), nullptr, nullptr, const_cast<char**>(arguments), environ),
+            0);
+  int status = 0;
+  waitpid(child, &status, 0);
+  ASSERT_EQ(access((to + "/LC_TIME").c_str(), R_OK), 0) << "package locales";
+}
+
+TEST(LinuxLocaleTest, InstalledLocalesAreRead) {
+  const test::TemporaryFolder folder;
+  for (const char* name : {"en_US", "de_DE", "fr_FR"}) ASSERT_NO_FATAL_FAILURE(Compile(folder, name));
+  EXPECT_EQ(Printed("en_US.UTF-8", folder.path()), Print(LocaleInfo()));
+  EXPECT_EQ(Printed("de_DE.UTF-8", folder.path()),
+            "short date dd.MM.yyyy\nlong date dddd, dd MMMM yyyy\ntime HH:mm:ss\nhalves ,\nseparators .:\n"
+            "numbers ,|.|3;0\norder 1\nnames Sonntag Sa M\xE4rz Dez\n");
+  EXPECT_EQ(Printed("fr_FR.UTF-8", folder.path()),
+            "short date dd/MM/yyyy\nlong date dddd, dd MMMM yyyy\ntime HH:mm:ss\nhalves ,\nseparators /:\n"
+            "numbers ,|\xA0|3;0\norder 1\nnames dimanche sam. mars d\xE9"
+            "c.\n");
+}
+
+TEST(LinuxLocaleTest, CategoriesAreReadEachByItself) {
+  const test::TemporaryFolder folder;
+  ASSERT_NO_FATAL_FAILURE(Compile(folder, "de_DE"));
+  const EnvironmentVariable path("LOCPATH", folder.path());
+  const EnvironmentVariable all("LC_ALL", std::nullopt);
+  const EnvironmentVariable time("LC_TIME", "C");
+  const EnvironmentVariable number("LC_NUMERIC", "de_DE.UTF-8");
+  LinuxLocale locale;
+  EXPECT_EQ(locale.Current().short_date, "MM/dd/yyyy");
+  EXPECT_EQ(locale.Current().decimal, ",");
+}
+
+}  // namespace
+}  // namespace zendrix::platform

@@ -1,0 +1,132 @@
+#include "platform/linux/linux_shell.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
+#include "support/environment.h"
+#include "support/temporary_folder.h"
+
+namespace zendrix::platform {
+namespace {
+
+// Looks again and again, for ten seconds at most.
+bool Comes(const std::function<bool()>& condition) {
+  for (int i = 0; i < 2000; ++i) {
+    if (condition()) return true;
+    poll(nullptr, 0, 5);
+  }
+  return false;
+}
+
+class LinuxShellTest : public ::testing::Test {
+ protected:
+  LinuxShellTest() {
+    // A stand-in for the desktop's opener: writes its arguments down, one per line, and what it has for
+    // input.
+    const std::string script =
+        "#!/bin/sh\n"
+        "{ printf '%s\\n' \"$#\" \"$@\"; cat; ls /proc/self/fd | wc -l; } > \"$OUT.new\" 2>&1\n"
+        "mv \"$OUT.new\" \"$OUT\"\n";
+    for (const char* name : {"xdg-open", "tool"}) {
+      folder_.Write(name, script);
+      chmod(folder_.Path(name).c_str(), 0755);
+    }
+  }
+
+  // What the started program wrote down, without its last line.
+  std::string Written() {
+    EXPECT_TRUE(Comes([this] { return std::filesystem::exists(out_); })) << "nothing was started";
+    std::string text = folder_.Read("out");
+    std::filesystem::remove(out_);
+    text.pop_back();
+    return text.substr(0, text.rfind('\n') + 1);
+  }
+
+  test::TemporaryFolder folder_;
+  std::string out_ = folder_.Path("out");
+  test::EnvironmentVariable path_{"PATH", folder_.path() + ":/usr/bin:/bin"};
+  test::EnvironmentVariable out_variable_{"OUT", out_};
+  LinuxShell shell_;
+};
+
+TEST_F(LinuxShellTest, DocumentIsOneArgumentAndNeverACommand) {
+  const std::string document = "http://x/?a=$(touch pwned)&b='\";`id` %s\\ *";
+  ASSERT_TRUE(shell_.Open(document).ok());
+  EXPECT_EQ(Written(), "1\n" + document + "\n");
+}
+
+TEST_F(LinuxShellTest, AddressIsHandedOverInUtf8AndAPathByteByByte) {
+  ASSERT_TRUE(shell_.Open("http://x/?d=caf\xE9\x80").ok());
+  EXPECT_EQ(Written(), "1\nhttp://x/?d=caf\u00E9\u20AC\n");
+  ASSERT_TRUE(shell_.Open("/home/caf\xE9").ok());
+  EXPECT_EQ(Written(), "1\n/home/caf\xE9\n");
+}
+
+TEST_F(LinuxShellTest, OptionsAndControlCharactersAreNoDocuments) {
+  for (const std::string& document : {std::string("--help"), std::string("-x"), std::string(),
+                                      std::string("a\nb"), std::string("a\0b", 3), std::string("a\x7F")}) {
+    EXPECT_FALSE(shell_.Open(document).ok()) << document;
+  }
+  EXPECT_FALSE(std::filesystem::exists(out_));
+}
+
+TEST_F(LinuxShellTest, MissingProgramsAreNotFound) {
+  EXPECT_EQ(shell_.RunHidden({"no-such-tool"}).error().kind, ErrorKind::kNotFound);
+  EXPECT_EQ(shell_.RunHidden({"/no/such/tool"}).error().kind, ErrorKind::kNotFound);
+  EXPECT_FALSE(shell_.RunHidden({}).ok());
+  EXPECT_FALSE(shell_.RunHidden({""}).ok());
+  EXPECT_FALSE(shell_.RunHidden({"tool", std::string("a\0b", 3)}).ok());
+  const test::EnvironmentVariable none("PATH", "/nonexistent");
+  EXPECT_EQ(shell_.Open("http://x/").error().kind, ErrorKind::kNotFound);
+}
+
+TEST_F(LinuxShellTest, ProgramGetsItsArgumentsAndNoInput) {
+  ASSERT_TRUE(shell_.RunHidden({"tool", "a b", "", "-c"}).ok());
+  EXPECT_EQ(Written(), "3\na b\n\n-c\n");
+}
+
+TEST_F(LinuxShellTest, OpenFilesAreNotHandedDown) {
+  const int leaked = open(folder_.Path("tool").c_str(), 0);
+  ASSERT_GE(leaked, 0);
+  ASSERT_TRUE(shell_.RunHidden({folder_.Path("tool")}).ok());
+  ASSERT_TRUE(Comes([this] { return std::filesystem::exists(out_); }));
+  // Input, output, errors, and the listed folder itself.
+  EXPECT_EQ(folder_.Read("out"), "0\n4\n");
+  close(leaked);
+}
+
+// State letters of this process's children, from the kernel's own list.
+std::string ChildStates() {
+  std::string states;
+  for (const auto& task : std::filesystem::directory_iterator("/proc")) {
+    std::ifstream file(task.path() / "stat");
+    std::string line;
+    if (!std::getline(file, line)) continue;
+    const std::size_t end = line.rfind(')');
+    if (end == std::string::npos) continue;
+    char state = 0;
+    int parent = 0;
+    if (std::sscanf(line.c_str() + end + 1, " %c %d", &state, &parent) == 2 && parent == getpid())
+      states += state;
+  }
+  return states;
+}
+
+TEST_F(LinuxShellTest, NoZombieStaysBehind) {
+  for (int i = 0; i < 5; ++i) {
+    ASSERT_TRUE(shell_.RunHidden({"tool"}).ok());
+    Written();
+  }
+  EXPECT_TRUE(Comes([] { return ChildStates().empty(); })) << ChildStates();
+}
+
+}  // namespace
+}  // namespace zendrix::platform
