@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <optional>
 
+#include "platform/linux/left_overs.h"
 #include "platform/linux/posix.h"
 
 namespace zendrix::platform {
@@ -113,11 +114,11 @@ Result<Temporary> MakeTemporary(const std::string& folder, const std::string& pr
     if (getrandom(&random, sizeof random, 0) != sizeof random) return ErrorFromErrno(errno, folder);
     char name[17];
     std::snprintf(name, sizeof name, "%016llx", random);
-    Temporary made{JoinPath(folder, prefix + name + ".tmp"), FileDescriptor()};
+    Temporary made{JoinPath(folder, prefix + name + kTemporarySuffix), FileDescriptor()};
     made.file =
         FileDescriptor(open(made.path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
-    if (made.file) return made;
-    if (errno != EEXIST) return ErrorFromErrno(errno, made.path);
+    if (made.file && ClaimTemporary(made.file.get())) return made;
+    if (!made.file && errno != EEXIST) return ErrorFromErrno(errno, made.path);
   }
   return ErrorFromErrno(EEXIST, folder);
 }
@@ -135,6 +136,9 @@ Status Replace(Temporary& temporary, const std::string& path, const std::optiona
     if (fchmod(fd, old->st_mode & 0777) != 0) return ErrorFromErrno(errno, path);
   }
   if (Status written = WriteBytes(fd, bytes, path); !written) return written;
+  // Closing tells of the last failures, but must not let go of the temporary before it has its new name.
+  const FileDescriptor held(fcntl(fd, F_DUPFD_CLOEXEC, 0));
+  if (!held) return ErrorFromErrno(errno, path);
   if (!Flush(fd) || !temporary.file.Close()) return ErrorFromErrno(errno, path);
   if (rename(temporary.path.c_str(), path.c_str()) != 0) return ErrorFromErrno(errno, path);
   return Done{};
@@ -173,7 +177,8 @@ Status LinuxFiles::WriteAll(const std::string& path, std::string_view bytes) {
   const auto old = TargetStatus(path);
   if (!old) return old.error();
   const std::string folder = FolderOfTarget(path);
-  auto temporary = MakeTemporary(folder, ".zendrix-", old.value() ? 0600 : 0644);
+  if (swept_.insert(folder).second) SweepLeftOvers(folder);
+  auto temporary = MakeTemporary(folder, kTemporaryPrefix, old.value() ? 0600 : 0644);
   if (!temporary) return temporary.error();
   Status replaced = Replace(temporary.value(), path, old.value(), bytes);
   if (!replaced) {

@@ -3,8 +3,11 @@
 // part of a path: a target that is a link is refused with kNotRegular. A whole-file write keeps the mode of
 // the file it replaces (0644 less the umask for a new one), reaches the disk before it takes the old one's
 // place, and is refused with kPermissionDenied on a file that is marked read-only. A process that is killed
-// in the middle can leave a temporary ".zendrix-*.tmp" behind; nothing reads it.
+// in the middle can leave a temporary ".zendrix-*.tmp" behind; nothing reads it, and the next process that
+// writes into the folder takes it away.
 #pragma once
+
+#include <set>
 
 #include "platform/files.h"
 
@@ -23,6 +26,10 @@ class LinuxFiles : public Files {
   Result<std::string> CreateTemporary(const std::string& folder) override;
   Result<std::vector<std::string>> List(const std::string& folder) override;
   Status CreateFolder(const std::string& path) override;
+
+ private:
+  // Folders whose left-overs this process has taken away.
+  std::set<std::string> swept_;
 };
 
 }  // namespace zendrix::platform
