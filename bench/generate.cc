@@ -63,7 +63,7 @@ std::string Generator::Process() {
 std::string Generator::Connection() {
   return "192.168.1.23:" + std::to_string(49152 + Random(16384)) + " " + std::to_string(13 + Skewed(60)) +
          ".107." + std::to_string(Skewed(200)) + "." + std::to_string(1 + Skewed(250)) + ":" +
-         (Random(5) == 0 ? "80" : "443") + " " + Pick(kStates, Skewed(kStates.size())) + " " + Process();
+         (Random(5) == 0 ? "80" : "443") + " " + Pick(kStates, Skewed(kStates.size()));
 }
 
 Generator::Event Generator::Next() {
