@@ -54,6 +54,10 @@ std::string PortalUrl(core::AppState& state, PortalRequest request) {
   return url;
 }
 
+bool GuardedPortalUrl(core::AppState& state, core::ErrorLog& log, PortalRequest request, std::string& url) {
+  return core::OrLog(log, FormOf(request).place, [&] { url = PortalUrl(state, request); });
+}
+
 void OpenPortal(core::AppState& state, core::ErrorLog& log, PortalRequest request) {
   core::OrLog(log, FormOf(request).place,
               [&] { core::ValueOrRaise(state.seams.shell.Open(PortalUrl(state, request))); });

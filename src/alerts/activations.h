@@ -12,8 +12,8 @@
 namespace zendrix::alerts {
 
 inline constexpr char kActivationsFile[] = "KorvessaActivations.kvl";
-inline constexpr char kBlock[] = "1";
-inline constexpr char kAllow[] = "0";
+inline constexpr char kBlockAction[] = "1";
+inline constexpr char kAllowAction[] = "0";
 
 // The code is that of the nearest earlier Aggregation row with the same Change text; without one nothing is
 // written. A line of the file that contains the code anywhere is replaced in place, otherwise the new line

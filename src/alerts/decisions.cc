@@ -27,7 +27,7 @@ bool Decisions::FromMenu(Answer answer, store::EventTable* table, const std::str
       {"", Question(answer, item_text), platform::BoxIcon::kQuestion, platform::BoxButtons::kYesNo});
   if (said != platform::BoxAnswer::kYes) return false;
   const bool block = answer == Answer::kBlock;
-  UpdateActivations(state_, log_, table, context_, block ? kBlock : kAllow);
+  UpdateActivations(state_, log_, table, context_, block ? kBlockAction : kAllowAction);
   if (block)
     checked_.MarkBlocked(tag);
   else
@@ -46,7 +46,7 @@ void Decisions::FromPage(Answer answer, store::EventTable* table) {
   if (!collected.empty())
     state_.seams.message_boxes.Show(
         {state_.ProductName, collected, platform::BoxIcon::kInformation, platform::BoxButtons::kOk});
-  UpdateActivations(state_, log_, table, context_, block ? kBlock : kAllow);
+  UpdateActivations(state_, log_, table, context_, block ? kBlockAction : kAllowAction);
 }
 
 // What is to be told of one item: the failure of the call, if it failed, and the library's message. A message

@@ -17,6 +17,8 @@ constexpr std::int32_t kHostIdSize = 5120;
 // Both other kinds of function take text, buffer, size of the buffer.
 using TextFunction = std::int32_t (*)(const char* text, char* buffer, std::int32_t size);
 
+using ConfigureFunction = void (*)(const char* program_folder, std::int32_t pretend);
+
 Error LoaderError() {
   const char* text = dlerror();
   return {ErrorKind::kNotFound, text ? text : "KorvessaIntermediateTypes: not found"};
@@ -65,6 +67,9 @@ Result<void*> LinuxFamily::Function(const char* name) {
 Status LinuxFamily::Quarantine(const char* function, const std::string& description, std::string& message) {
   const auto found = Function(function);
   if (!found) return found.error();
+  // A library that has no folder to be told of works without.
+  if (void* const configure = dlsym(library_, "ConfigureExport"))
+    reinterpret_cast<ConfigureFunction>(configure)(program_folder_.c_str(), pretend_ ? 1 : 0);
   message.resize(kMessageSize, ' ');
   // The number it returns says nothing that the message does not say.
   reinterpret_cast<TextFunction>(found.value())(description.c_str(), message.data(), kMessageSize);

@@ -17,6 +17,13 @@ class LinuxFamily : public FamilyLibraries {
   LinuxFamily& operator=(const LinuxFamily&) = delete;
   ~LinuxFamily() override;
 
+  // Where the quarantine is; with `pretend` its operations only say what they would do. By default they act, in the
+  // executable's folder.
+  void ConfigureQuarantine(std::string program_folder, bool pretend) {
+    program_folder_ = std::move(program_folder);
+    pretend_ = pretend;
+  }
+
   LocalTime FromUTC(std::int32_t seconds) override;
   std::int32_t ToUTC(const LocalTime& local) override;
   std::string HashBytes(std::string_view bytes) override;
@@ -30,6 +37,8 @@ class LinuxFamily : public FamilyLibraries {
   Status Quarantine(const char* function, const std::string& description, std::string& message);
 
   std::string folder_;
+  std::string program_folder_ = folder_;
+  bool pretend_ = false;
   void* library_ = nullptr;
 };
 

@@ -1,0 +1,39 @@
+#include "inspect/commands.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "inspect/document.h"
+
+namespace zendrix::inspect {
+
+Command FindCommand(const std::string& name) {
+  static constexpr std::array<std::pair<const char*, Command>, 18> kCommands = {{{"events", Events},
+                                                                                 {"follow", Follow},
+                                                                                 {"log", Log},
+                                                                                 {"desc", Desc},
+                                                                                 {"hash", Hash},
+                                                                                 {"risk", Risk},
+                                                                                 {"settings", Settings},
+                                                                                 {"ini", Ini},
+                                                                                 {"smtp", Smtp},
+                                                                                 {"valid", Valid},
+                                                                                 {"token", Token},
+                                                                                 {"alerts", Alerts},
+                                                                                 {"alert", Alert},
+                                                                                 {"decide", Decide},
+                                                                                 {"act", Act},
+                                                                                 {"checked", Checked},
+                                                                                 {"link", Link},
+                                                                                 {"portal", Portal}}};
+  const auto found =
+      std::find_if(kCommands.begin(), kCommands.end(), [&](const auto& one) { return name == one.first; });
+  return found == kCommands.end() ? nullptr : found->second;
+}
+
+void RequireWords(const Words& words, std::size_t least, std::size_t most, const char* usage) {
+  if (words.size() < least || words.size() > most) throw WrongUsage(std::string("usage: ") + usage);
+}
+
+}  // namespace zendrix::inspect

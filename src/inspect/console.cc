@@ -1,0 +1,182 @@
+#include "inspect/console.h"
+
+#include <filesystem>
+#include <iostream>
+
+#include "agent/agent_control.h"
+#include "platform/linux/linux_clock.h"
+#include "platform/linux/linux_family.h"
+#include "platform/linux/linux_files.h"
+#include "platform/linux/linux_host_info.h"
+#include "platform/linux/linux_locale.h"
+#include "platform/linux/linux_service_manager.h"
+#include "platform/memory/fake_service_manager.h"
+#include "platform/memory/fake_timers.h"
+#include "platform/memory/memory_instance_lock.h"
+#include "platform/memory/overlay_files.h"
+#include "platform/memory/recording_shell.h"
+#include "platform/memory/throwing_process.h"
+
+namespace zendrix::inspect {
+namespace {
+
+const char* NameOf(platform::BoxIcon icon) {
+  switch (icon) {
+    case platform::BoxIcon::kInformation:
+      return "information";
+    case platform::BoxIcon::kQuestion:
+      return "question";
+    case platform::BoxIcon::kExclamation:
+      return "exclamation";
+    case platform::BoxIcon::kStop:
+      return "stop";
+    case platform::BoxIcon::kNone:
+      break;
+  }
+  return "none";
+}
+
+// Keeps what the console would have shown and answers every question the same way.
+class CollectingBoxes : public platform::MessageBoxes {
+ public:
+  explicit CollectingBoxes(bool yes) : yes_(yes) {}
+
+  platform::BoxAnswer Show(const platform::BoxRequest& request) override {
+    const bool question = request.buttons == platform::BoxButtons::kYesNo;
+    collected_.push_back({{"title", Text(request.title)},
+                          {"text", Text(request.text)},
+                          {"icon", NameOf(request.icon)},
+                          {"buttons", question ? "yesno" : "ok"}});
+    if (!question) return platform::BoxAnswer::kOk;
+    return yes_ ? platform::BoxAnswer::kYes : platform::BoxAnswer::kNo;
+  }
+
+  Json Take() { return std::exchange(collected_, Json::array()); }
+
+ private:
+  bool yes_;
+  Json collected_ = Json::array();
+};
+
+// Nobody chooses files on a terminal.
+class NoFileDialogs : public platform::FileDialogs {
+ public:
+  std::string Choose(const platform::FileRequest&) override { return ""; }
+};
+
+std::string ExecutableFolder() {
+  std::error_code error;
+  const auto path = std::filesystem::read_symlink("/proc/self/exe", error);
+  return error ? std::string(".") : path.parent_path().string();
+}
+
+void SetAgent(platform::FakeServiceManager& services, const std::string& agent_state) {
+  if (agent_state == "running") services.SetRunning(agent::kServiceName);
+  if (agent_state == "stopped") services.SetStopped(agent::kServiceName);
+  if (agent_state == "missing") services.SetMissing(agent::kServiceName);
+}
+
+}  // namespace
+
+struct Console::Parts {
+  Parts(const Options& options, bool live)
+      : overlay(disk),
+        family(ExecutableFolder()),
+        boxes(options.answer_yes),
+        seams{options.write ? static_cast<platform::Files&>(disk) : overlay,
+              clock,
+              locale,
+              host,
+              shell,
+              instance_lock,
+              options.agent ? static_cast<platform::ServiceManager&>(scripted_services) : services,
+              live ? static_cast<platform::MessageLoop&>(poll_loop) : still_timers,
+              live ? static_cast<platform::TimerMaker&>(poll_loop) : still_timers,
+              boxes,
+              file_dialogs,
+              family,
+              process},
+        state(seams),
+        log(state) {
+    if (options.agent) SetAgent(scripted_services, *options.agent);
+    family.ConfigureQuarantine(options.folder, !options.write);
+    state.ProgramFolder = options.folder;
+    state.ProductEdition = options.edition;
+    state.ProductName = state.IsHome() ? "Korvessa Zendrix Home Edition" : "Korvessa Zendrix Administrator";
+    log.on_line = [this](const std::string& line) { lines.push_back(Text(line)); };
+    log.on_fatal = [this](const std::string& procedure, const core::RunTimeError& error) {
+      if (!fatal.is_null()) return;
+      fatal = {
+          {"procedure", Text(procedure)}, {"number", error.number}, {"description", Text(error.description)}};
+    };
+  }
+
+  platform::LinuxFiles disk;
+  platform::OverlayFiles overlay;
+  platform::LinuxClock clock;
+  platform::LinuxLocale locale;
+  platform::LinuxHostInfo host;
+  platform::RecordingShell shell;
+  // Between commands time stands still: timers can be armed and never fire.
+  platform::FakeClock still_clock;
+  platform::FakeTimers still_timers{still_clock};
+  platform::MemoryInstanceLock instance_lock{still_timers,
+                                             std::make_shared<platform::MemoryInstanceRegistry>()};
+  platform::LinuxServiceManager services;
+  platform::FakeServiceManager scripted_services;
+  platform::PollLoop poll_loop;
+  platform::LinuxFamily family;
+  CollectingBoxes boxes;
+  NoFileDialogs file_dialogs;
+  platform::ThrowingProcess process;
+  platform::Seams seams;
+  core::AppState state;
+  core::ErrorLog log;
+  Json lines = Json::array();
+  Json fatal;
+};
+
+Console::Console(const Options& options, bool live)
+    : options_(options), parts_(std::make_unique<Parts>(options, live)) {
+  if (!parts_->disk.FolderExists(options.folder))
+    throw NoSuchThing("Folder " + options.folder + " not found.");
+}
+
+Console::~Console() = default;
+
+core::AppState& Console::state() {
+  return parts_->state;
+}
+
+core::ErrorLog& Console::log() {
+  return parts_->log;
+}
+
+platform::PollLoop& Console::loop() {
+  return parts_->poll_loop;
+}
+
+void Console::Print(Json document) {
+  document["messages"] = parts_->boxes.Take();
+  document["log"] = std::exchange(parts_->lines, Json::array());
+  std::cout << document.dump(options_.pretty ? 2 : -1, ' ', false, Json::error_handler_t::replace)
+            << std::endl;
+}
+
+Json Console::FatalDocument() const {
+  return {{"fatal", parts_->fatal}};
+}
+
+std::string Console::ResolveFile(const std::string& path) {
+  auto& files = parts_->seams.files;
+  if (path.starts_with('/') || files.Exists(path)) return path;
+  const std::string inside = platform::JoinPath(options_.folder, path);
+  return files.Exists(inside) ? inside : path;
+}
+
+Json Console::FileText(const std::string& path) {
+  const auto bytes = parts_->seams.files.ReadAll(path);
+  return bytes ? Text(bytes.value()) : Json(nullptr);
+}
+
+}  // namespace zendrix::inspect

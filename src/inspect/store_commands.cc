@@ -1,0 +1,175 @@
+// events, follow, log, desc, hash.
+#include <csignal>
+#include <iostream>
+
+#include "core/hash_utils.h"
+#include "core/utils.h"
+#include "inspect/commands.h"
+#include "inspect/console.h"
+#include "store/descriptions.h"
+#include "store/log_reader.h"
+#include "store/reader.h"
+
+namespace zendrix::inspect {
+namespace {
+
+constexpr char kMonitoringFile[] = "KorvessaMonitoring.kvl";
+
+Json ListOf(const store::CUList& list) {
+  Json entries = Json::array();
+  for (const auto& entry : list.ColList())
+    entries.push_back({{"key", Text(entry.key)}, {"item", Text(entry.item)}});
+  return entries;
+}
+
+Json ReaderOf(const store::CMkvlf& reader) {
+  return {{"LastLineNumber", reader.LastLineNumber},
+          {"LastFileSize", reader.LastFileSize},
+          {"LastDateUTC", Text(reader.LastDateUTC)},
+          {"ReloadedFlag", reader.ReloadedFlag},
+          {"ReaderFilePath", Path(reader.ReaderFilePath)}};
+}
+
+Json ColumnsOf(const store::CMkvlf& reader) {
+  Json columns = Json::array();
+  if (!reader.EventTable) return columns;
+  for (int column = 0; column < reader.EventTable->ColumnCount(); ++column)
+    columns.push_back(Text(reader.EventTable->ColumnName(column)));
+  return columns;
+}
+
+// Rows from `first` (counted from 0) to the end.
+Json RowsFrom(const store::CMkvlf& reader, store::Bookmark first) {
+  Json rows = Json::array();
+  if (!reader.EventTable) return rows;
+  const auto& table = *reader.EventTable;
+  for (store::Bookmark row = first; row < table.RowCount(); ++row) {
+    Json cells = Json::array();
+    cells.push_back(table.ID(row));
+    for (int column = store::kDateUTC; column < table.ColumnCount(); ++column)
+      cells.push_back(Text(table.Text(row, column)));
+    rows.push_back(std::move(cells));
+  }
+  return rows;
+}
+
+class FollowedFile {
+ public:
+  explicit FollowedFile(Console& console) : console_(console), reader_(console_.state(), console_.log()) {
+    reader_.newAlert.ConnectForever([this] { alerted_ = true; });
+  }
+
+  void Load() {
+    reader_.InitClass(platform::JoinPath(console_.state().ProgramFolder, kMonitoringFile));
+    PrintTick(true);
+  }
+
+  void Tick() {
+    alerted_ = false;
+    reader_.LoadNewEvents();
+    PrintTick(alerted_);
+  }
+
+  // The reader's own timer does the ticks; each that changed something is printed.
+  void RunLive() {
+    reader_.newAlert.ConnectForever([this] { PrintTick(true); });
+    static platform::PollLoop* running = nullptr;
+    running = &console_.loop();
+    const auto stop = [](int) { running->Quit(); };
+    std::signal(SIGINT, stop);
+    std::signal(SIGTERM, stop);
+    console_.loop().Run();
+  }
+
+ private:
+  void PrintTick(bool changed) {
+    Json document;
+    document["tick"] = tick_;
+    document["newAlert"] = alerted_;
+    document["ReloadedFlag"] = reader_.ReloadedFlag;
+    document["rows"] = reader_.EventTable ? reader_.EventTable->RowCount() : 0;
+    document["LastBookmark"] = reader_.LastBookmark ? Json(*reader_.LastBookmark + 1) : Json(nullptr);
+    const bool all = reader_.ReloadedFlag || !reader_.LastBookmark;
+    document["added"] = changed ? RowsFrom(reader_, all ? 0 : *reader_.LastBookmark + 1) : Json::array();
+    document["MonitorList"] = ListOf(reader_.MonitorList);
+    document["reader"] = ReaderOf(reader_);
+    console_.Print(std::move(document));
+    ++tick_;
+  }
+
+  Console& console_;
+  store::CMkvlf reader_;
+  bool alerted_ = false;
+  int tick_ = 0;
+};
+
+}  // namespace
+
+void Events(Console& console, const Words& words) {
+  RequireWords(words, 0, 0, "events");
+  Json progress = Json::array();
+  store::CMkvlf reader(console.state(), console.log(), [&](int percent) { progress.push_back(percent); });
+  reader.InitClass(platform::JoinPath(console.state().ProgramFolder, kMonitoringFile));
+  console.Print({{"columns", ColumnsOf(reader)},
+                 {"rows", RowsFrom(reader, 0)},
+                 {"reader", ReaderOf(reader)},
+                 {"MonitorList", ListOf(reader.MonitorList)},
+                 {"HostList", ListOf(reader.HostList)},
+                 {"OriginalList", ListOf(reader.OriginalList)},
+                 {"progress", std::move(progress)}});
+}
+
+void Follow(Console& console, const Words& words) {
+  RequireWords(words, 0, 1, "follow [--live]");
+  const bool live = !words.empty();
+  if (live && words[0] != "--live") throw WrongUsage("follow takes only --live");
+  FollowedFile file(console);
+  file.Load();
+  if (live) return file.RunLive();
+  for (std::string line; std::getline(std::cin, line);) file.Tick();
+}
+
+void Log(Console& console, const Words& words) {
+  RequireWords(words, 1, 1, "log FILE");
+  store::CLog log(console.state());
+  log.InitClass(console.ResolveFile(words[0]));
+  if (!log.table()) return console.Print({{"table", nullptr}});
+  Json columns = Json::array();
+  for (const auto& column : log.table()->columns) columns.push_back(Text(column));
+  Json rows = Json::array();
+  for (const auto& row : log.table()->rows) {
+    Json cells = Json::array();
+    cells.push_back(row.ID);
+    for (const auto& text : row.texts) cells.push_back(Text(text));
+    rows.push_back(std::move(cells));
+  }
+  console.Print({{"columns", std::move(columns)}, {"rows", std::move(rows)}});
+}
+
+void Desc(Console& console, const Words& words) {
+  RequireWords(words, 2, 2, "desc N KEY");
+  const bool digits = !words[0].empty() && words[0].find_first_not_of("0123456789") == std::string::npos;
+  if (!digits || words[0].size() > 2 || std::stoi(words[0]) > 10)
+    throw WrongUsage("desc: N is a number from 0 to 10");
+  store::LoadDescArrays(console.state(), console.log());
+  std::string text;
+  const auto& lines = console.state().Desc[static_cast<std::size_t>(std::stoi(words[0]))];
+  const bool found = core::DescLookup(lines, core::BytesFromUtf8(words[1]), text);
+  console.Print({{"text", found ? Text(text) : Json(nullptr)}});
+}
+
+void Hash(Console& console, const Words& words) {
+  RequireWords(words, 1, 2, "hash FILE [store]");
+  if (words.size() == 2 && words[1] != "store") throw WrongUsage("hash: the second word can only be 'store'");
+  const std::string path = console.ResolveFile(words[0]);
+  auto& seams = console.state().seams;
+  core::HashUtils hashes(seams.files, seams.family);
+  if (!seams.files.Exists(path)) throw NoSuchThing("File " + words[0] + " not found.");
+  if (words.size() == 2) hashes.StoreFileHash(path);
+  const bool verified = hashes.VerifyFileHash(path);
+  console.Print({{"hash", hashes.ComputeFileHash(path)},
+                 {"stored", Text(hashes.ReadStoredHash(core::SideFilePath(path)))},
+                 {"verified", verified}});
+}
+
+}  // namespace zendrix::inspect
