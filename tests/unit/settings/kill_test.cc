@@ -7,10 +7,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <random>
+#include <thread>
 
 #include "core/hash_utils.h"
 #include "platform/linux/linux_family.h"
