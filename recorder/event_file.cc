@@ -74,6 +74,12 @@ std::int64_t EventFile::NextSecond() {
   return std::max(clock_.NowUtc(), last_second_ + 1);
 }
 
+std::int64_t EventFile::AheadMs() const {
+  constexpr std::int64_t kMostSeconds = 60;
+  const std::int64_t ahead = last_second_ - clock_.NowUtc();
+  return ahead > 0 && ahead <= kMostSeconds ? (ahead + 1) * 1000 : 0;
+}
+
 platform::Status EventFile::Append(const BatchText& batch) {
   // A line that was left open must not swallow the first new one. Its end begins with a comma, because the
   // console may have read the half line already and cannot bear a new part whose first line has none.

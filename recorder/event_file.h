@@ -32,6 +32,10 @@ class EventFile {
   // The second for the next batch. May rest up to two seconds.
   std::int64_t NextSecond();
 
+  // Milliseconds until the clock has passed the last second written: more than 0 after a batch that ran
+  // ahead, at most a minute's; a clock that was put back is not waited for.
+  std::int64_t AheadMs() const;
+
   // Appends a batch that begins with NextSecond()'s result. When it fails, nothing is taken for written.
   platform::Status Append(const BatchText& batch);
 

@@ -29,13 +29,15 @@ std::vector<Process> ReadProcesses(HostView& host, std::uint64_t own_pid) {
   for (const std::string& name : host.List("/proc")) {
     std::uint64_t pid = 0;
     if (!ReadNumber(name, pid) || pid == own_pid) continue;
+    // The program before the state: a process that ends between the two has ended, and is not taken for one
+    // whose program may not be read.
+    const auto target = host.ReadLink(FolderOf(pid) + "/exe");
     const auto text = host.ReadText(FolderOf(pid) + "/stat", kStatLimit);
     auto stat = text ? ParseProcessStat(*text) : std::nullopt;
     if (!stat || stat->kernel_thread || stat->ended) continue;
     Process process;
     process.stat = std::move(*stat);
-    if (const auto target = host.ReadLink(FolderOf(pid) + "/exe"))
-      process.program = ParseProgramFile(*target);
+    if (target) process.program = ParseProgramFile(*target);
     processes.push_back(std::move(process));
   }
   return processes;

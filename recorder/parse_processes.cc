@@ -5,6 +5,7 @@
 namespace zendrix::recorder {
 namespace {
 
+constexpr std::uint64_t kExitingFlag = 0x00000004;
 constexpr std::uint64_t kKernelThreadFlag = 0x00200000;
 // Positions behind the name: state, parent, group, session, terminal, its group, flags, ... start time.
 constexpr std::size_t kParentField = 1;
@@ -40,7 +41,7 @@ std::optional<ProcessStat> ParseProcessStat(std::string_view text) {
     return {};
   }
   stat.name = text.substr(open + 1, close - open - 1);
-  stat.ended = fields[0] == "Z" || fields[0] == "X" || fields[0] == "x";
+  stat.ended = fields[0] == "Z" || fields[0] == "X" || fields[0] == "x" || (flags & kExitingFlag) != 0;
   stat.kernel_thread = (flags & kKernelThreadFlag) != 0;
   return stat;
 }

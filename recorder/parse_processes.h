@@ -16,7 +16,7 @@ struct ProcessStat {
   std::uint64_t parent = 0;
   std::uint64_t start_ticks = 0;  // since boot; with the pid it names one process for good
   bool kernel_thread = false;
-  bool ended = false;  // only waits for its parent to notice; it runs nothing any more
+  bool ended = false;  // or about to: it runs nothing any more and has lost its program
 };
 std::optional<ProcessStat> ParseProcessStat(std::string_view text);
 

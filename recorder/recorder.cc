@@ -37,7 +37,7 @@ int Recorder::Run() {
   const std::int64_t start = parts_.clock.MonotonicMs();
   const std::int64_t interval = options_.interval_seconds * 1000;
   bool written = Look();
-  std::int64_t next = start + interval;
+  std::int64_t next = std::max(start + interval, NextLookAfter());
   while (!options_.once && !parts_.stop_requested()) {
     if (options_.for_seconds && next > start + *options_.for_seconds * 1000) {
       Rest(start + *options_.for_seconds * 1000);
@@ -47,10 +47,15 @@ int Recorder::Run() {
     if (parts_.stop_requested()) break;
     written = Look();
     // After a look that took longer than the interval (or a night asleep) the beat starts anew.
-    next = std::max(next + interval, parts_.clock.MonotonicMs());
+    next = std::max(next + interval, NextLookAfter());
   }
   Log("Recorder stopped");
   return written ? 0 : 1;
+}
+
+// A look before the clock has passed the last alert's second would give its events a wrong time.
+std::int64_t Recorder::NextLookAfter() const {
+  return parts_.clock.MonotonicMs() + file_.AheadMs();
 }
 
 bool Recorder::OpenFolder() {

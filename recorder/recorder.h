@@ -43,6 +43,7 @@ class Recorder {
   bool Look();
   bool Write(const Batch& batch);
   void BeginAnewIfNeeded();
+  std::int64_t NextLookAfter() const;
   void Rest(std::int64_t until_ms);
   void Log(const std::string& message);
   void Complain(const std::string& message);

@@ -54,6 +54,17 @@ TEST_F(EventFileTest, BatchThatRanAheadIsFollowedByTheNextSecond) {
   EXPECT_EQ(clock.SleptMs(), 0) << "too far ahead to wait for";
 }
 
+TEST_F(EventFileTest, TellsHowFarABatchRanAhead) {
+  auto file = Opened();
+  EXPECT_EQ(file.AheadMs(), 0);
+  ASSERT_TRUE(file.Append(Text(kNow)).ok());
+  EXPECT_EQ(file.AheadMs(), 0);
+  ASSERT_TRUE(file.Append(Text(kNow + 4)).ok());
+  EXPECT_EQ(file.AheadMs(), 5000);
+  clock.SetUtc(kNow - 3600);
+  EXPECT_EQ(file.AheadMs(), 0) << "a clock that was put back is not waited for";
+}
+
 TEST_F(EventFileTest, ClockThatWasPutBackDoesNotHideEvents) {
   auto file = Opened();
   ASSERT_TRUE(file.Append(Text(kNow)).ok());

@@ -36,6 +36,12 @@ TEST(ParseProcessStat, TellsAnEndedProcessByItsState) {
   EXPECT_TRUE(stat->ended);
 }
 
+TEST(ParseProcessStat, TellsAProcessThatIsAboutToEndByItsFlag) {
+  const auto stat = ParseProcessStat("9 (sh) R 1 9 9 0 -1 4194308 0 0 0 0 0 0 0 0 20 0 1 0 55 0 0\n");
+  ASSERT_TRUE(stat);
+  EXPECT_TRUE(stat->ended);
+}
+
 TEST(ParseProcessStat, DamagedTextGivesNothing) {
   for (const char* text : {"", "7561", "7561 (cat", "7561 cat) R", ")7561(", "7561 (cat) R 1 2 3",
                            "x (cat) R 7532 7532 4098 0 -1 4194304 101 0 0 0 0 0 0 0 20 0 1 0 102153",

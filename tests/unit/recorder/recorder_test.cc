@@ -118,6 +118,19 @@ TEST_F(RecorderTest, EveryBatchBeginsInASecondOfItsOwn) {
   EXPECT_EQ(appended, 21U);
 }
 
+TEST_F(RecorderTest, EventsBehindManyAlertsStillHaveTheTimeOfTheirLook) {
+  options.for_seconds = 20;
+  options.interval_seconds = 1;
+  for (std::uint64_t i = 100; i < 105; ++i) host.AddProcess(i, "x", "/home/x" + std::to_string(i));
+  Run([&](std::int64_t seconds) {
+    if (seconds == 8) host.AddProcess(200, "y", "/usr/bin/y");
+  });
+  EXPECT_EQ(Lines(kEvents, "1700000004,vm,42,Aggregation|").size(), 1U) << "the fifth alert";
+  EXPECT_THAT(
+      Lines(kEvents, "/usr/bin/y"),
+      testing::ElementsAre("1700000008,vm,42,Running Processes|0|1|/usr/bin/y:200|observed|RP,100,1|0"));
+}
+
 TEST_F(RecorderTest, RequestToStopEndsTheRunWithAnEndLine) {
   Run([&](std::int64_t seconds) { stop = seconds >= 3; });
   EXPECT_EQ(clock.MonotonicMs(), 3000);
