@@ -22,6 +22,7 @@ std::int32_t SystemColorValue(std::int32_t colour, const DesktopColour& desktop)
 
 std::vector<std::int32_t> GradientColors(int steps, std::int32_t from, std::int32_t to) {
   std::vector<std::int32_t> colours;
+  if (steps <= 0) return colours;
   std::array<int, 3> parts = {Part(from, 0), Part(from, 1), Part(from, 2)};
   std::array<double, 3> step{};
   for (std::size_t i = 0; i < parts.size(); ++i)
