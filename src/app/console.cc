@@ -93,6 +93,7 @@ Console::Parts::Parts(const Options& the_options)
       gKvlF(state, log, [this](int percent) { core::SetSplashProgress(state.forms, percent); }),
       guard(log),
       pictures(options.folder),
+      theme(pictures),
       kit{guard, pictures, theme} {
   timers.SetGuard(&guard);
   message_boxes.SetForms(&state.forms);

@@ -8,11 +8,24 @@
 
 namespace zendrix::app {
 
-EndSignals::EndSignals(std::function<void()> on_end) : on_end_(std::move(on_end)) {
+namespace {
+
+sigset_t Wanted() {
   sigset_t wanted;
   sigemptyset(&wanted);
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&wanted, signal);
-  if (pthread_sigmask(SIG_BLOCK, &wanted, nullptr) != 0) return;
+  return wanted;
+}
+
+}  // namespace
+
+void EndSignals::Block() {
+  const sigset_t wanted = Wanted();
+  pthread_sigmask(SIG_BLOCK, &wanted, nullptr);
+}
+
+EndSignals::EndSignals(std::function<void()> on_end) : on_end_(std::move(on_end)) {
+  const sigset_t wanted = Wanted();
   descriptor_ = signalfd(-1, &wanted, SFD_NONBLOCK | SFD_CLOEXEC);
   if (descriptor_ < 0) return;
   notifier_ = new QSocketNotifier(descriptor_, QSocketNotifier::Read, this);

@@ -10,6 +10,8 @@ namespace zendrix::app {
 
 class EndSignals : public QObject {
  public:
+  // Keeps the signals from ending the process at once. To be called before any thread is started.
+  static void Block();
   // `on_end` runs on the user-interface thread, behind whatever runs now.
   explicit EndSignals(std::function<void()> on_end);
   ~EndSignals() override;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/console.h"
+#include "app/end_signals.h"
 #include "app/options.h"
 #include "core/utils.h"
 #include "core/version.h"
@@ -27,6 +28,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "zendrix: %s\n%s", options.error.c_str(), app::Usage().c_str());
     return 2;
   }
+  app::EndSignals::Block();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("zendrix"));
   QApplication::setDesktopFileName(QStringLiteral("zendrix"));

@@ -85,7 +85,7 @@ void AdminWindow::MakeGrid() {
   constexpr double kTensOfTwips = 10;
   constexpr int kMargin = 12;
   const QFontMetrics metrics{QApplication::font()};
-  ui_.EventList.FontWidth = metrics.averageCharWidth() * kTwipsPerPixel / kTensOfTwips;
+  ui_.EventList.FontWidth = metrics.horizontalAdvance(QLatin1Char('0')) * kTwipsPerPixel / kTensOfTwips;
   auto* central = new QWidget;
   auto* column = new QVBoxLayout(central);
   column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);

@@ -2,9 +2,33 @@
 
 #include <QPainter>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 #include <algorithm>
 
 namespace zendrix::qt {
+
+namespace {
+
+// A cell holds its text shortened to the column's width in the program. Where the window gives the column
+// more room, the whole text is drawn.
+class CellDelegate : public QStyledItemDelegate {
+ public:
+  CellDelegate(widgets::Grid& grid, QObject* parent) : QStyledItemDelegate(parent), grid_(grid) {}
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    const int column = index.column();
+    if (column + 1 != grid_.Cols() || option->rect.width() * kTwipsPerPixel <= grid_.column(column).width)
+      return;
+    option->text = index.data(kWholeTextRole).toString();
+  }
+
+ private:
+  widgets::Grid& grid_;
+};
+
+}  // namespace
 
 GridHeader::GridHeader(widgets::Grid& grid, Pictures& pictures, QWidget* parent)
     : QHeaderView(Qt::Horizontal, parent), grid_(grid), pictures_(pictures) {
@@ -24,7 +48,7 @@ void GridHeader::paintSection(QPainter* painter, const QRect& rect, int section)
       pictures_.Pixmap(arrow == widgets::SortArrow::kUp ? QStringLiteral("up") : QStringLiteral("down"),
                        kEdge, devicePixelRatioF());
   const int text = fontMetrics().horizontalAdvance(model()->headerData(section, Qt::Horizontal).toString());
-  const int x = std::min(rect.left() + 8 + text + 8, rect.right() - kEdge - 3);
+  const int x = std::min(rect.left() + 6 + text + 6, rect.right() - kEdge - 3);
   painter->drawPixmap(x, rect.center().y() - kEdge / 2, picture);
 }
 
@@ -46,6 +70,8 @@ GridTable::GridTable(widgets::Grid& grid, const QString& picture_list, const QSt
   setHorizontalHeader(header);
   setModel(model_);
   setIconSize(QSize(16, 16));
+  setTextElideMode(Qt::ElideMiddle);
+  setItemDelegate(new CellDelegate(grid, this));
   connect(header, &QHeaderView::sectionClicked, this,
           [this](int section) { kit_.guard(grid_.name(), [&] { grid_.header_clicked.Raise(section); }); });
   connect(header, &QHeaderView::sectionResized, this, [this](int section, int, int pixels) {

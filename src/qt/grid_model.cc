@@ -66,6 +66,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
     }
     case Qt::ToolTipRole:
       return ToolTipText(grid_.Tip(row, col));
+    case kWholeTextRole:
     case Qt::AccessibleTextRole:
       return ToQt(grid_.Tip(row, col));
     case Qt::TextAlignmentRole:

@@ -8,6 +8,9 @@
 
 namespace zendrix::qt {
 
+// The role under which a cell's full text stands, where the cell itself holds a shortened one.
+inline constexpr int kWholeTextRole = Qt::UserRole;
+
 class GridModel : public QAbstractTableModel {
  public:
   // Pictures of cells are those of the numbered list `picture_list` ("grid").

@@ -140,12 +140,6 @@ QWidget* HomeWindow::MakeStrip() {
 
 QWidget* HomeWindow::MakeNavigationRow(int view) {
   const auto at = static_cast<std::size_t>(view);
-  auto* box = new QWidget;
-  box->setAttribute(Qt::WA_StyledBackground);
-  box->setProperty("role", QStringLiteral("navRow"));
-  auto* row = new QHBoxLayout(box);
-  row->setContentsMargins(0, 0, 8, 0);
-  row->setSpacing(0);
   widgets::Label& label = *ui_.ViewItems[at];
   QPushButton* button = MakeButton(label, "nav", kit());
   button->setIcon(kit().pictures.Icon(QStringLiteral("nav/%1").arg(view)));
@@ -156,18 +150,18 @@ QWidget* HomeWindow::MakeNavigationRow(int view) {
                               .arg(label.emphasised ? 600 : 400));
   };
   Reflect(button, label.fore_colour, [dress](widgets::Colour) { dress(); });
-  Reflect(button, label.emphasised, [dress, box](bool current) {
+  Reflect(button, label.emphasised, [dress, button](bool current) {
+    button->setProperty("current", current);
     dress();
-    box->setProperty("current", current);
-    box->style()->unpolish(box);
-    box->style()->polish(box);
   });
   auto* arrow = new QLabel;
   arrow->setPixmap(kit().pictures.Pixmap(QStringLiteral("nav/arrow"), 12, devicePixelRatioF()));
   BindControl(*ui_.vArrow[at], arrow);
-  row->addWidget(button, 1);
+  arrow->setAttribute(Qt::WA_TransparentForMouseEvents);
+  auto* row = new QHBoxLayout(button);
+  row->addStretch(1);
   row->addWidget(arrow);
-  return box;
+  return button;
 }
 
 QWidget* HomeWindow::MakeHeading(int view, widgets::Label& description) {
@@ -259,6 +253,8 @@ QWidget* HomeWindow::MakeStatusBand() {
   row->setContentsMargins(18, 14, 18, 14);
   row->setSpacing(16);
   row->addWidget(MakeImage(ui_.OSFlag, 40, kit()));
+  // Clear of the band's saturated end, where no text reads well.
+  row->addStretch(1);
   QLabel* sentence = MakeLabel(ui_.OSRiskLevel, kit());
   Theme* theme = &kit().theme;
   // On the saturated left of the band the stated colour reads well; on dark paper the palette's text does.
@@ -268,7 +264,7 @@ QWidget* HomeWindow::MakeStatusBand() {
   };
   Reflect(sentence, ui_.OSRiskLevel.fore_colour, [dress](widgets::Colour) { dress(); });
   connect(theme, &Theme::Changed, sentence, dress);
-  row->addWidget(sentence, 1);
+  row->addWidget(sentence, 5);
   return band;
 }
 
@@ -280,6 +276,7 @@ QWidget* HomeWindow::MakeCountsCard() {
   QLabel* caption = WithRole(MakeLabel(ui_.iclblDate, kit()), "faint");
   caption->setWordWrap(false);
   since->addWidget(caption);
+  since->addSpacing(6);
   since->addWidget(MakeLabel(ui_.icDate, kit()), 1);
   grid->addLayout(since, 0, 0, 1, 3);
   grid->addWidget(MakeImage(ui_.icImgEventCount, 32, kit()), 1, 0);
@@ -302,7 +299,9 @@ QWidget* HomeWindow::MakeSummaryRow(int view) {
   name->addWidget(MakeButton(*ui_.icView[at], "link", kit()));
   name->addStretch(1);
   words->addLayout(name);
-  words->addWidget(WithRole(MakeLabel(*ui_.icDesc[at], kit()), "faint"));
+  QLabel* sentence = WithRole(MakeLabel(*ui_.icDesc[at], kit()), "faint");
+  sentence->setContentsMargins(5, 0, 0, 0);
+  words->addWidget(sentence);
   row->addLayout(words, 1);
   return Card(row);
 }

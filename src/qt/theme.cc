@@ -5,8 +5,9 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QPalette>
-#include <QStyleFactory>
 #include <optional>
+
+#include "qt/style.h"
 
 namespace zendrix::qt {
 
@@ -20,10 +21,10 @@ constexpr char kColorScheme[] = "color-scheme";
 constexpr uint kPreferDark = 1;
 constexpr int kPortalTimeoutMs = 250;
 
-const Tokens kLight = {"#F4F6FA", "#FFFFFF", "#F5F8FC", "#17222E", "#566778", "#D6DEE8",
-                       "#0052A5", "#FFFFFF", "#0052A5", "#0B2340", "#C3D3E8", "#16345A"};
-const Tokens kDark = {"#141A21", "#1B222B", "#202933", "#E4EBF2", "#9AA9B8", "#303C49",
-                      "#1B66BF", "#FFFFFF", "#86B9F2", "#0A1626", "#B9C9DE", "#15294A"};
+const Tokens kLight = {"#F4F6FA", "#FFFFFF", "#F5F8FC", "#17222E", "#566778", "#D6DEE8", "#0052A5",
+                       "#FFFFFF", "#0052A5", "#0B2340", "#C3D3E8", "#16345A", "#CFE3FA", "#10243A"};
+const Tokens kDark = {"#141A21", "#1B222B", "#202933", "#E4EBF2", "#9AA9B8", "#303C49", "#1B66BF",
+                      "#FFFFFF", "#86B9F2", "#0A1626", "#B9C9DE", "#15294A", "#244B75", "#FFFFFF"};
 
 // The desktop's preference as its portal tells it; nothing when there is no portal or no preference.
 std::optional<bool> PortalSaysDark() {
@@ -51,11 +52,9 @@ QLabel#hAppTitle { font-size: 15pt; font-weight: 600; }
 QWidget#Frame2 { background: @strip; }
 QWidget#Frame2 QLabel { color: @striptext; }
 QLabel#stripTitle { font-size: 13pt; font-weight: 600; color: white; }
-QWidget[role="navRow"] { border-radius: 6px; background: transparent; }
-QWidget[role="navRow"][current="true"] { background: @striphover; }
-QWidget[role="navRow"]:hover { background: @striphover; }
 QPushButton[role="nav"] { border: 1px solid transparent; border-radius: 6px; background: transparent;
   text-align: left; padding: 9px 10px; font-size: 11pt; }
+QPushButton[role="nav"]:hover, QPushButton[role="nav"][current="true"] { background: @striphover; }
 QPushButton[role="nav"]:focus { border: 1px solid #6E8ADD; }
 QPushButton[role="link"] { border: 1px solid transparent; border-radius: 4px; background: transparent; color: @link;
   padding: 2px 4px; text-align: left; }
@@ -69,15 +68,21 @@ QPushButton[role="flat"]:pressed { background: @alternate; border: 1px solid @te
 QPushButton[role="flat"]:disabled { color: @faint; }
 QFrame[role="card"] { background: @base; border: 1px solid @border; border-radius: 8px; }
 QTableView { background: @base; alternate-background-color: @alternate; color: @text; border: 1px solid @border;
-  border-radius: 6px; gridline-color: transparent; selection-background-color: @accent;
-  selection-color: @onaccent; outline: 0; }
+  border-radius: 6px; gridline-color: transparent; selection-background-color: @selection;
+  selection-color: @onselection; outline: 0; }
 QTableView:focus { border: 1px solid @link; }
 QTableView::item { padding: 0 6px; border: 0; }
-QTableView::item:selected { background: @accent; color: @onaccent; }
+QTableView::item:selected { background: @selection; color: @onselection; }
 QHeaderView { background: @base; border: 0; border-top-left-radius: 6px; border-top-right-radius: 6px; }
 QHeaderView::section { background: @base; color: @faint; border: 0; border-bottom: 1px solid @border;
-  border-right: 1px solid @border; padding: 7px 8px; font-weight: 600; }
+  border-right: 1px solid @border; padding: 7px 6px; }
 QHeaderView::section:last { border-right: 0; }
+QDialog QPushButton { min-width: 84px; padding: 6px 12px; border: 1px solid @border; border-radius: 6px;
+  background: @base; color: @text; }
+QDialog QPushButton:default { background: @accent; border-color: @accent; color: @onaccent; }
+QDialog QPushButton:focus { border-color: @link; }
+QMessageBox { padding: 8px; }
+QMessageBox QLabel { padding: 4px 8px; }
 QStatusBar { background: @window; color: @faint; border-top: 1px solid @border; }
 QStatusBar::item { border: 0; }
 QProgressBar { border: 1px solid @border; border-radius: 4px; background: @base; max-height: 8px; }
@@ -91,7 +96,9 @@ QWidget#splash QProgressBar { background: #16345A; border: 0; }
 QWidget#splash QProgressBar::chunk { background: #6E8ADD; }
 QLabel[role="empty"] { color: @faint; font-size: 11pt; background: transparent; }
 )");
-  const std::pair<const char*, QColor> names[] = {{"@striptext", t.strip_text},
+  const std::pair<const char*, QColor> names[] = {{"@onselection", t.on_selection},
+                                                  {"@selection", t.selection},
+                                                  {"@striptext", t.strip_text},
                                                   {"@striphover", t.strip_hover},
                                                   {"@strip", t.strip},
                                                   {"@window", t.window},
@@ -130,14 +137,14 @@ QPalette PaletteOf(const Tokens& t) {
 
 }  // namespace
 
-Theme::Theme() {
+Theme::Theme(Pictures& pictures) {
   constexpr int kHalf = 128;
   const bool palette_is_dark = QApplication::palette().color(QPalette::Window).lightness() < kHalf;
   dark_ = PortalSaysDark().value_or(palette_is_dark);
   QDBusConnection::sessionBus().connect(kPortal, kPortalPath, kPortalSettings,
                                         QStringLiteral("SettingChanged"), this,
                                         SLOT(OnSettingChanged(QString, QString, QDBusVariant)));
-  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setStyle(new Style(pictures));
   Apply();
 }
 

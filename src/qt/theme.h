@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QString>
 
+#include "qt/pictures.h"
 #include "widgets/control.h"
 
 class QDBusVariant;
@@ -21,7 +22,7 @@ class Theme : public QObject {
   Q_OBJECT
  public:
   // Reads what the desktop prefers and dresses the application; from then on follows the desktop.
-  Theme();
+  explicit Theme(Pictures& pictures);
   bool dark() const { return dark_; }
   const Tokens& tokens() const;
   void SetDark(bool dark);

@@ -1,0 +1,25 @@
+// The drawing style: Fusion, with pictures that keep their colours in a selected row, buttons of dialogs
+// without pictures, and the program's own signs in message boxes.
+#pragma once
+
+#include <QProxyStyle>
+
+#include "qt/pictures.h"
+
+namespace zendrix::qt {
+
+class Style : public QProxyStyle {
+ public:
+  explicit Style(Pictures& pictures) : QProxyStyle(QStringLiteral("Fusion")), pictures_(pictures) {}
+
+  QPixmap generatedIconPixmap(QIcon::Mode mode, const QPixmap& pixmap,
+                              const QStyleOption* option) const override;
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override;
+  QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override;
+
+ private:
+  Pictures& pictures_;
+};
+
+}  // namespace zendrix::qt
