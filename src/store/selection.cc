@@ -1,7 +1,6 @@
 #include "store/selection.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "core/number_rules.h"
 
@@ -20,8 +19,15 @@ int Order(double one, double other) {
 // behind.
 template <class Before>
 Bookmark FirstRow(std::uint32_t rows, Before stands_before) {
-  const auto all = std::views::iota(Bookmark{0}, rows);
-  return static_cast<Bookmark>(std::ranges::partition_point(all, stands_before) - all.begin());
+  Bookmark low = 0, high = rows;
+  while (low < high) {
+    const Bookmark middle = low + (high - low) / 2;
+    if (stands_before(middle))
+      low = middle + 1;
+    else
+      high = middle;
+  }
+  return low;
 }
 
 }  // namespace
