@@ -5,14 +5,16 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
+#include <utility>
+#include <vector>
+
+#include "child_process.h"
 #include "platform/linux/posix.h"
-#include "support/environment.h"
 #include "support/temporary_folder.h"
 
 namespace zendrix::platform {
 namespace {
-
-using test::EnvironmentVariable;
 
 // What of the settings a user sees, one per line.
 std::string Print(const LocaleInfo& info) {
@@ -114,19 +116,28 @@ TEST(TakeNumberTextsTest, SeparatorsBecomeSingleBytes) {
   EXPECT_EQ(FromNumbers("\u066B", "\u066C", "\3").decimal, ".");
 }
 
-// The locale of the environment, as a fresh source sees it.
-std::string Printed(const std::string& all, const std::optional<std::string>& folder = std::nullopt) {
-  const EnvironmentVariable path("LOCPATH", folder);
-  const EnvironmentVariable name("LC_ALL", all);
-  return Print(LinuxLocale().Current());
+using Variables = std::vector<std::pair<const char*, std::string>>;
+
+// The settings as a program sees them that is started with these variables and no other ones of the locale.
+// It is a process of its own because the C library never frees what it makes of LOCPATH.
+std::string Printed(const Variables& variables) {
+  const test::TemporaryFolder folder;
+  test::ChildProcess program([&](const auto&) {
+    for (const char* name : {"LC_ALL", "LC_TIME", "LC_NUMERIC", "LANG", "LOCPATH"}) unsetenv(name);
+    for (const auto& [name, value] : variables) setenv(name, value.c_str(), 1);
+    folder.Write("settings", Print(LinuxLocale().Current()));
+    return 0;
+  });
+  EXPECT_EQ(program.Wait(), 0);
+  return folder.Read("settings");
 }
 
 TEST(LinuxLocaleTest, PlainLocalesAreTheDefaults) {
   const std::string defaults = Print(LocaleInfo());
-  EXPECT_EQ(Printed("C"), defaults);
-  EXPECT_EQ(Printed("POSIX"), defaults);
-  EXPECT_EQ(Printed("C.UTF-8"), defaults);
-  EXPECT_EQ(Printed("xx_XX.UTF-8"), defaults);
+  EXPECT_EQ(Printed({{"LC_ALL", "C"}}), defaults);
+  EXPECT_EQ(Printed({{"LC_ALL", "POSIX"}}), defaults);
+  EXPECT_EQ(Printed({{"LC_ALL", "C.UTF-8"}}), defaults);
+  EXPECT_EQ(Printed({{"LC_ALL", "xx_XX.UTF-8"}}), defaults);
 }
 
 // Locales are compiled into a folder of the test, so that those of the machine play no part.
@@ -146,11 +157,11 @@ void Compile(const test::TemporaryFolder& folder, const std::string& name) {
 TEST(LinuxLocaleTest, InstalledLocalesAreRead) {
   const test::TemporaryFolder folder;
   for (const char* name : {"en_US", "de_DE", "fr_FR"}) ASSERT_NO_FATAL_FAILURE(Compile(folder, name));
-  EXPECT_EQ(Printed("en_US.UTF-8", folder.path()), Print(LocaleInfo()));
-  EXPECT_EQ(Printed("de_DE.UTF-8", folder.path()),
+  EXPECT_EQ(Printed({{"LOCPATH", folder.path()}, {"LC_ALL", "en_US.UTF-8"}}), Print(LocaleInfo()));
+  EXPECT_EQ(Printed({{"LOCPATH", folder.path()}, {"LC_ALL", "de_DE.UTF-8"}}),
             "short date dd.MM.yyyy\nlong date dddd, dd MMMM yyyy\ntime HH:mm:ss\nhalves ,\nseparators .:\n"
             "numbers ,|.|3;0\norder 1\nnames Sonntag Sa M\xE4rz Dez\n");
-  EXPECT_EQ(Printed("fr_FR.UTF-8", folder.path()),
+  EXPECT_EQ(Printed({{"LOCPATH", folder.path()}, {"LC_ALL", "fr_FR.UTF-8"}}),
             "short date dd/MM/yyyy\nlong date dddd, dd MMMM yyyy\ntime HH:mm:ss\nhalves ,\nseparators /:\n"
             "numbers ,|\xA0|3;0\norder 1\nnames dimanche sam. mars d\xE9"
             "c.\n");
@@ -159,13 +170,11 @@ TEST(LinuxLocaleTest, InstalledLocalesAreRead) {
 TEST(LinuxLocaleTest, CategoriesAreReadEachByItself) {
   const test::TemporaryFolder folder;
   ASSERT_NO_FATAL_FAILURE(Compile(folder, "de_DE"));
-  const EnvironmentVariable path("LOCPATH", folder.path());
-  const EnvironmentVariable all("LC_ALL", std::nullopt);
-  const EnvironmentVariable time("LC_TIME", "C");
-  const EnvironmentVariable number("LC_NUMERIC", "de_DE.UTF-8");
-  LinuxLocale locale;
-  EXPECT_EQ(locale.Current().short_date, "MM/dd/yyyy");
-  EXPECT_EQ(locale.Current().decimal, ",");
+  LocaleInfo expected;
+  expected.decimal = ",";
+  expected.thousands = ".";
+  EXPECT_EQ(Printed({{"LOCPATH", folder.path()}, {"LC_TIME", "C"}, {"LC_NUMERIC", "de_DE.UTF-8"}}),
+            Print(expected));
 }
 
 }  // namespace
