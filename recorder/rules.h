@@ -36,9 +36,6 @@ inline constexpr std::string_view kAnalysis = "Monitor Analysis Agent #1";
 // The monitors that report items, in the order in which a baseline lists them.
 const std::vector<std::string_view>& ItemMonitors();
 
-// Two letters that begin an event's code, such as "RP".
-std::string_view MonitorLetters(std::string_view monitor_name);
-
 // A rule's value is its position in a rule set.
 enum class Rule : std::uint32_t {
   kProgramInTemporaryFolder,

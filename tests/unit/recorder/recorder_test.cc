@@ -106,7 +106,6 @@ TEST_F(RecorderTest, EveryBatchBeginsInASecondOfItsOwn) {
   Run([&](std::int64_t seconds) {
     host.AddProcess(100 + static_cast<std::uint64_t>(seconds), "x", "/tmp/x");
   });
-  std::vector<std::string> batch_heads;
   std::string last;
   std::size_t appended = 0;
   for (const std::string& line : Lines(kEvents)) {
