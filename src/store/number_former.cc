@@ -26,7 +26,7 @@ NumberFormer::NumberFormer(const platform::LocaleInfo& locale, TextPool& texts)
       plain_locale_(locale.decimal.size() == 1 && locale.thousands.size() == 1 && locale.grouping == "3;0" &&
                     locale.negative_order == 1) {}
 
-TextId NumberFormer::Form(std::string_view field) {
+TextId NumberFormer::FormAny(std::string_view field) {
   const std::string_view cut = field.substr(0, kFieldSize);
   if (plain_locale_) {
     char formed[64];

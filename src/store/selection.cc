@@ -19,15 +19,17 @@ int Order(double one, double other) {
 // behind.
 template <class Before>
 Bookmark FirstRow(std::uint32_t rows, Before stands_before) {
-  Bookmark low = 0, high = rows;
-  while (low < high) {
-    const Bookmark middle = low + (high - low) / 2;
-    if (stands_before(middle))
-      low = middle + 1;
-    else
-      high = middle;
+  Bookmark first = 0;
+  while (rows > 0) {
+    const std::uint32_t half = rows / 2;
+    if (stands_before(first + half)) {
+      first += half + 1;
+      rows -= half + 1;
+    } else {
+      rows = half;
+    }
   }
-  return low;
+  return first;
 }
 
 }  // namespace

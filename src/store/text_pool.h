@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -21,14 +22,73 @@ inline constexpr TextId kNoText = 0xFFFFFFFF;
 // A seed that differs from one call to the next.
 std::uint64_t FreshSeed();
 
+// Hashes of short texts, as quick as the texts are short.
+class TextHash {
+ public:
+  TextHash() : one_(FreshSeed()), other_(FreshSeed()) {}
+
+  std::uint32_t operator()(std::string_view text) const {
+    const char* p = text.data();
+    std::size_t left = text.size();
+    std::uint64_t state = other_;
+    for (; left > 16; p += 16, left -= 16) state = Fold(Load8(p) ^ one_, Load8(p + 8) ^ state);
+    std::uint64_t a = 0, b = 0;
+    if (left >= 8) {  // the two loads overlap when there are fewer than 16 bytes
+      a = Load8(p);
+      b = Load8(p + left - 8);
+    } else if (left >= 4) {
+      a = Load4(p);
+      b = Load4(p + left - 4);
+    } else if (left > 0) {
+      a = Byte(p, 0) << 16 | Byte(p, left / 2) << 8 | Byte(p, left - 1);
+    }
+    state = Fold(a ^ one_ ^ text.size(), b ^ state);
+    return static_cast<std::uint32_t>(state ^ state >> 32);
+  }
+
+ private:
+  __extension__ using Wide = unsigned __int128;
+
+  // The two halves of a full product folded together: each bit of the result depends on all bits of both
+  // factors. Both hold a part that no writer of a file knows, so no file can be made of texts that fall
+  // together.
+  static std::uint64_t Fold(std::uint64_t a, std::uint64_t b) {
+    const Wide product = static_cast<Wide>(a) * b;
+    return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+  }
+  static std::uint64_t Load8(const char* p) {
+    std::uint64_t value;
+    std::memcpy(&value, p, sizeof value);
+    return value;
+  }
+  static std::uint64_t Load4(const char* p) {
+    std::uint32_t value;
+    std::memcpy(&value, p, sizeof value);
+    return value;
+  }
+  static std::uint64_t Byte(const char* p, std::size_t i) { return static_cast<unsigned char>(p[i]); }
+
+  std::uint64_t one_;
+  std::uint64_t other_;
+};
+
 class TextPool {
  public:
   TextPool();
 
   // The number of the text, which is stored if it is new. The empty text has number 0.
-  TextId Intern(std::string_view text) { return text.empty() ? kEmptyText : InternHashed(text, Hash(text)); }
+  TextId Intern(std::string_view text) {
+    if (text.empty()) return kEmptyText;
+    const std::uint32_t hash = hash_(text);
+    const std::size_t slot = SlotOf(text, hash);
+    return slots_[slot] != 0 ? static_cast<TextId>(slots_[slot]) : Insert(text, hash, slot);
+  }
   // The number of the text, or kNoText when the pool does not hold it.
-  TextId Lookup(std::string_view text) const;
+  TextId Lookup(std::string_view text) const {
+    if (text.empty()) return kEmptyText;
+    const std::size_t slot = SlotOf(text, hash_(text));
+    return slots_[slot] != 0 ? static_cast<TextId>(slots_[slot]) : kNoText;
+  }
   std::string_view Text(TextId id) const { return {entries_[id].data, entries_[id].size}; }
   // Numbers run from 0 to size() - 1.
   std::uint32_t size() const { return static_cast<std::uint32_t>(entries_.size()); }
@@ -40,14 +100,20 @@ class TextPool {
   struct Entry {
     const char* data;
     std::uint32_t size;
-    std::uint32_t hash;
   };
 
-  std::uint32_t Hash(std::string_view text) const;
-  TextId InternHashed(std::string_view text, std::uint32_t hash);
+  // The slot that holds the text, or the vacant one where it belongs.
+  std::size_t SlotOf(std::string_view text, std::uint32_t hash) const {
+    for (std::size_t i = hash & mask_;; i = (i + 1) & mask_) {
+      const std::uint64_t slot = slots_[i];
+      if (slot == 0) return i;
+      if (slot >> 32 == hash && Text(static_cast<TextId>(slot)) == text) return i;
+    }
+  }
+  TextId Insert(std::string_view text, std::uint32_t hash, std::size_t slot);
   void Grow();
 
-  std::uint64_t seed_;
+  TextHash hash_;
   ChunkedVector<Entry, 12> entries_;
   // Open addressing: hash in the upper half, number of the entry in the lower; 0 is a vacant slot (number 0
   // is the empty text, which is never looked for here).
