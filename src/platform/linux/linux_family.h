@@ -17,8 +17,8 @@ class LinuxFamily : public FamilyLibraries {
   LinuxFamily& operator=(const LinuxFamily&) = delete;
   ~LinuxFamily() override;
 
-  // Where the quarantine is; with `pretend` its operations only say what they would do. By default they act, in the
-  // executable's folder.
+  // Where the quarantine is; with `pretend` its operations only say what they would do. By default they act,
+  // in the executable's folder.
   void ConfigureQuarantine(std::string program_folder, bool pretend) {
     program_folder_ = std::move(program_folder);
     pretend_ = pretend;
