@@ -1,0 +1,112 @@
+#include "widgets/list_view.h"
+
+#include <gtest/gtest.h>
+
+namespace zendrix::widgets {
+namespace {
+
+class ListViewTest : public ::testing::Test {
+ protected:
+  ListViewTest() {
+    list_.rows_added.ConnectForever([this] { ++added_; });
+    list_.cleared.ConnectForever([this] { ++cleared_; });
+    list_.selection_changed.ConnectForever([this] { ++selected_; });
+  }
+  ListView::Slot Insert(const std::string& key) {
+    return *list_.InsertTop(key, "text " + key, 1, "tag " + key);
+  }
+
+  ListView list_{"list"};
+  int added_ = 0, cleared_ = 0, selected_ = 0;
+};
+
+TEST_F(ListViewTest, NewestRowStandsOnTop) {
+  Insert("a");
+  list_.AddSubItem(Insert("b"), "sub", 7);
+  EXPECT_EQ(list_.Print(), "text b[1] | sub[7]\ntext a[1]\n");
+}
+
+TEST_F(ListViewTest, KeyThatIsTakenInsertsNothing) {
+  Insert("a");
+  EXPECT_FALSE(list_.InsertTop("a", "other", 2, ""));
+  EXPECT_EQ(list_.size(), 1u);
+  EXPECT_EQ(added_, 1);
+}
+
+TEST_F(ListViewTest, SlotsStayWhileRowsAreInserted) {
+  const auto first = Insert("a");
+  Insert("b");
+  Insert("c");
+  EXPECT_EQ(list_.in_slot(first).key, "a");
+  EXPECT_EQ(list_.Find("a"), first);
+  EXPECT_EQ(list_.at(2).key, "a");
+}
+
+TEST_F(ListViewTest, BatchTellsItsRowsOnce) {
+  {
+    const ListBatch batch(list_);
+    for (const char* key : {"a", "b", "c"}) Insert(key);
+    EXPECT_EQ(added_, 0);
+  }
+  EXPECT_EQ(added_, 1);
+}
+
+TEST_F(ListViewTest, InnerBatchDoesNotTell) {
+  const ListBatch outer(list_);
+  {
+    const ListBatch inner(list_);
+    Insert("a");
+  }
+  EXPECT_EQ(added_, 0);
+}
+
+TEST_F(ListViewTest, EmptyBatchTellsNothing) {
+  { const ListBatch batch(list_); }
+  EXPECT_EQ(added_, 0);
+}
+
+TEST_F(ListViewTest, ClearIsToldAtOnceEvenInABatch) {
+  Insert("a");
+  const ListBatch batch(list_);
+  list_.Clear();
+  EXPECT_EQ(cleared_, 1);
+  EXPECT_FALSE(list_.first_visible());
+}
+
+TEST_F(ListViewTest, ClearEndsTheSelection) {
+  list_.Select(Insert("a"));
+  list_.Clear();
+  EXPECT_FALSE(list_.selected());
+  EXPECT_EQ(selected_, 2);
+}
+
+TEST_F(ListViewTest, KeysAreFreeAgainAfterClear) {
+  Insert("a");
+  list_.Clear();
+  EXPECT_TRUE(list_.InsertTop("a", "", 0, ""));
+}
+
+TEST_F(ListViewTest, FirstVisibleRowFollowsTheScrolledPlace) {
+  for (const char* key : {"a", "b", "c"}) Insert(key);
+  EXPECT_EQ(list_.in_slot(*list_.first_visible()).key, "c");
+  list_.SetScrolledRows(1);
+  EXPECT_EQ(list_.in_slot(*list_.first_visible()).key, "b");
+  list_.SetScrolledRows(9);
+  EXPECT_EQ(list_.in_slot(*list_.first_visible()).key, "a");
+}
+
+TEST_F(ListViewTest, ChangeOfARowThatNobodyKnowsYetIsNotTold) {
+  int changed = 0;
+  list_.row_changed.ConnectForever([&](ListView::Slot) { ++changed; });
+  {
+    const ListBatch batch(list_);
+    list_.AddSubItem(Insert("a"), "x");
+  }
+  EXPECT_EQ(changed, 0);
+  list_.SetSubItem(0, 2, "y", 3);
+  EXPECT_EQ(changed, 1);
+  EXPECT_EQ(list_.Print(), "text a[1] | x |  | y[3]\n");
+}
+
+}  // namespace
+}  // namespace zendrix::widgets
