@@ -1,5 +1,6 @@
 #include "store/event_storage.h"
 
+#include <array>
 #include <charconv>
 
 #include "core/number_rules.h"
@@ -14,26 +15,40 @@ constexpr std::size_t kShortColumn = 50;
 // "Item cannot be found": a column that the table does not have.
 constexpr int kNoSuchColumn = 3265;
 
+using Digits = std::array<char, 12>;
+
+std::string_view Decimal(std::int32_t number, Digits& digits) {
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+  return {digits.data(), static_cast<std::size_t>(end - digits.data())};
+}
+
 }  // namespace
 
 EventStorage::EventStorage() {
   extras_.push_back(0);
 }
 
-void EventStorage::AddRow(const StoredRow& row) {
-  if (!rows_.empty() && rows_.back().id >= row.id) ids_ascend_ = false;
-  rows_.push_back(row);
+void EventStorage::NoteOrder(std::string_view utc) {
+  if (last_utc_ > utc) moments_ascend_ = false;
+  last_utc_ = utc;
+}
+
+std::uint32_t EventStorage::AddPlainMoment(std::string_view utc, std::int32_t seconds) {
+  NoteOrder(utc);
+  moments_.push_back({seconds, 0});
+  return static_cast<std::uint32_t>(moments_.size() - 1);
 }
 
 std::uint32_t EventStorage::AddMoment(std::string_view utc, std::int32_t seconds) {
-  if (!moments_.empty() && moments_.back().utc > utc) moments_ascend_ = false;
-  moments_.push_back({texts_.Keep(utc), {}, seconds});
+  NoteOrder(utc);
+  moment_texts_.push_back({texts_.Keep(utc), {}});
+  moments_.push_back({seconds, static_cast<std::uint32_t>(moment_texts_.size())});
   return static_cast<std::uint32_t>(moments_.size() - 1);
 }
 
 std::uint32_t EventStorage::AddMoment(std::string_view utc, std::string_view display) {
   const std::uint32_t moment = AddMoment(utc, 0);
-  moments_[moment].display = texts_.Keep(display);
+  moment_texts_.back().display = texts_.Keep(display);
   return moment;
 }
 
@@ -82,12 +97,11 @@ TextId EventStorage::Id(Bookmark number, int column) const {
 std::string_view EventStorage::Text(Bookmark number, int column) const {
   switch (column) {
     case kID: {
-      char digits[12];
-      const auto end = std::to_chars(digits, digits + sizeof digits, rows_[number].id).ptr;
-      return texts_.Text(texts_.Intern({digits, static_cast<std::size_t>(end - digits)}));
+      Digits digits;
+      return texts_.Text(texts_.Intern(Decimal(rows_[number].id, digits)));
     }
     case kDateUTC:
-      return moments_[rows_[number].moment].utc;
+      return TextsOf(rows_[number].moment).utc;
     case kDateTime:
       return DisplayOf(rows_[number].moment);
     default:
@@ -97,12 +111,29 @@ std::string_view EventStorage::Text(Bookmark number, int column) const {
   return texts_.Text(Id(number, column));
 }
 
-std::string_view EventStorage::DisplayOf(std::uint32_t number) const {
+int EventStorage::CompareUtc(Bookmark row, std::string_view utc) const {
+  const Moment& moment = moments_[rows_[row].moment];
+  if (moment.texts != 0) return moment_texts_[moment.texts - 1].utc.compare(utc);
+  Digits digits;
+  return Decimal(moment.seconds, digits).compare(utc);
+}
+
+EventStorage::MomentTexts& EventStorage::TextsOf(std::uint32_t number) const {
   Moment& moment = moments_[number];
-  if (moment.display.data() == nullptr) {
-    moment.display = texts_.Keep(display_(moment.seconds).substr(0, kShortColumn));
+  if (moment.texts == 0) {
+    Digits digits;
+    moment_texts_.push_back({texts_.Keep(Decimal(moment.seconds, digits)), {}});
+    moment.texts = static_cast<std::uint32_t>(moment_texts_.size());
   }
-  return moment.display;
+  return moment_texts_[moment.texts - 1];
+}
+
+std::string_view EventStorage::DisplayOf(std::uint32_t number) const {
+  MomentTexts& shown = TextsOf(number);
+  if (shown.display.data() == nullptr) {
+    shown.display = texts_.Keep(display_(moments_[number].seconds).substr(0, kShortColumn));
+  }
+  return shown.display;
 }
 
 Postings& EventStorage::Index(int column) const {

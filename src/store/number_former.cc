@@ -31,7 +31,7 @@ TextId NumberFormer::FormAny(std::string_view field) {
   if (plain_locale_) {
     char formed[64];
     const std::size_t size = FormPlain(cut, formed);
-    if (size > 0) return texts_.Intern({formed, size});
+    if (size > 0) return texts_.Intern(std::string_view(formed, size));
   }
   return FormByRule(cut);
 }

@@ -25,15 +25,17 @@ std::string_view Cut(std::string_view text, std::size_t size) {
   return text.substr(0, size);
 }
 
-// Seconds written as plain digits that fit 32 bits; -1 for any other text.
-std::int64_t PlainSeconds(std::string_view text) {
-  if (text.empty() || text.size() > 10) return -1;
-  std::int64_t value = 0;
-  for (const char c : text) {
-    if (c < '0' || c > '9') return -1;
-    value = value * 10 + (c - '0');
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// The first " * " at or behind `from`. The asterisk is what is rare in it.
+std::size_t FindSeparator(std::string_view text, std::size_t from = 0) {
+  for (std::size_t star = text.find('*', from + 1); star != std::string_view::npos;
+       star = text.find('*', star + 1)) {
+    if (text[star - 1] == ' ' && star + 1 < text.size() && text[star + 1] == ' ') return star - 1;
   }
-  return value <= std::numeric_limits<std::int32_t>::max() ? value : -1;
+  return std::string_view::npos;
 }
 
 void CountUp(std::int32_t& counter) {
@@ -111,42 +113,73 @@ void RowMaker::AddFirstLine(const LineFields& line, std::int32_t counter) {
 }
 
 void RowMaker::AddLine(const LineFields& line, std::int32_t& counter) {
-  const Stamp stamp = ReadStamp(line[0]);
+  TextPool& texts = storage_.texts();
   const std::string_view description = line[3];
+  const TextPool::Hashed whole = texts.Prepare(Cut(description, kLongText));
+  const Stamp stamp = ReadStamp(line[0]);
   if (!description.empty()) {
     StoredRow row = CommonRow(line, stamp);
-    const bool several = description.find(kPartSeparator) != std::string_view::npos;
-    const bool aggregation =
-        stamp.source >= 0 && known_sources_[static_cast<std::size_t>(stamp.source)].aggregation;
-    if (!several || aggregation) {
+    const bool several = FindSeparator(description) != std::string_view::npos;
+    if (several && !IsAggregation(stamp)) {
+      AddParts(row, line, stamp, counter);
+    } else {
       row.id = counter;
       FillStamp(row, line, stamp, true);
-      row.description = storage_.texts().Intern(
-          several ? std::string_view(Cut(ExpandDesField(description, kLongText), kLongText))
-                  : Cut(description, kLongText));
+      row.description = several ? texts.Intern(Cut(ExpandDesField(description, kLongText), kLongText))
+                                : texts.Intern(whole);
       storage_.AddRow(row);
-    } else {
-      Pieces parts(description, kPartSeparator);
-      for (std::string_view part; parts.Next(part);) {
-        row.id = counter;
-        FillStamp(row, line, stamp, true);
-        row.description = storage_.texts().Intern(Cut(part, kLongText));
-        storage_.AddRow(row);
-        CountUp(counter);
-      }
     }
   }
   Offer(line, stamp);
 }
 
+void RowMaker::AddParts(StoredRow row, const LineFields& line, const Stamp& stamp, std::int32_t& counter) {
+  Pieces parts(line[3], kPartSeparator);
+  for (std::string_view part; parts.Next(part);) {
+    row.id = counter;
+    FillStamp(row, line, stamp, true);
+    row.description = storage_.texts().Intern(Cut(part, kLongText));
+    storage_.AddRow(row);
+    CountUp(counter);
+  }
+}
+
+bool RowMaker::IsAggregation(const Stamp& stamp) const {
+  return stamp.source >= 0 && known_sources_[static_cast<std::size_t>(stamp.source)].aggregation;
+}
+
 RowMaker::Stamp RowMaker::ReadStamp(std::string_view field) {
-  const std::size_t comma = field.find(',');
-  if (comma == std::string_view::npos) return {field, field.empty(), -1};
-  return {field.substr(0, comma), false, SourceOf(field.substr(comma + 1))};
+  // A plain date has at most ten digits, the first of them not 0 unless it stands alone.
+  constexpr std::size_t kMostDigits = 10;
+  std::size_t digits = 0;
+  std::int64_t seconds = 0;
+  for (; digits < field.size() && digits < kMostDigits && IsDigit(field[digits]); ++digits) {
+    seconds = seconds * 10 + (field[digits] - '0');
+  }
+  const std::size_t comma = field.find(',', digits);
+  const std::string_view date = field.substr(0, comma);
+  const bool plain = digits > 0 && digits == date.size() && (date[0] != '0' || digits == 1) &&
+                     seconds <= std::numeric_limits<std::int32_t>::max();
+  const int source = comma == std::string_view::npos ? -1 : SourceOf(field.substr(comma + 1));
+  return {date, plain ? seconds : -1, field.empty(), source};
 }
 
 // The known source of "HOST,42,Running Processes"; -1 when that is not three items.
 int RowMaker::SourceOf(std::string_view behind_date) {
+  if (behind_date.size() < 8) return FindSource(behind_date);
+  // What tells sources apart most often is the end of the monitor's name.
+  const std::uint64_t end = Load8(behind_date.data() + behind_date.size() - 8) + behind_date.size();
+  RecentSource& recent = recent_sources_[end * 0x9E3779B97F4A7C15 >> 58];
+  if (recent.text.size() == behind_date.size() &&
+      SameBytes(recent.text.data(), behind_date.data(), behind_date.size())) {
+    return recent.source;
+  }
+  const int source = FindSource(behind_date);
+  if (source >= 0) recent = {source_texts_.Text(static_cast<TextId>(source) + 1), source};
+  return source;
+}
+
+int RowMaker::FindSource(std::string_view behind_date) {
   const TextId known = source_texts_.Lookup(behind_date);
   if (known != kNoText && known != kEmptyText) return static_cast<int>(known) - 1;
   if (std::ranges::count(behind_date, ',') != 2) return -1;
@@ -202,27 +235,27 @@ void RowMaker::FillStamp(StoredRow& row, const LineFields& line, const Stamp& st
                   "Error in line: " + std::string(line.line()));
     if (stamp.empty) core::Raise(core::kSubscriptOutOfRange);
   }
-  row.moment = MomentOf(stamp.date, cut_display);
+  row.moment = MomentOf(stamp, cut_display);
 }
 
-std::uint32_t RowMaker::MomentOf(std::string_view date, bool cut_display) {
-  if (date == last_date_ && last_date_.data() != nullptr) return last_moment_;
-  const std::int64_t plain = PlainSeconds(date);
-  if (plain >= 0) return NumericMoment(date, static_cast<std::int32_t>(plain));
-  if (core::IsNumeric(date, locale_)) return NumericMoment(date, core::CLng(date, locale_));
-  const std::string now =
-      core::DateToUTC(core::Now(state_.seams.clock, state_.seams.family), state_.seams.family);
-  last_date_ = {};
-  traces_.last_date_utc = Cut(now, kShortText);
-  return storage_.AddMoment(traces_.last_date_utc, cut_display ? Cut(date, kShortText) : date);
-}
-
-std::uint32_t RowMaker::NumericMoment(std::string_view date, std::int32_t seconds) {
-  last_moment_ = storage_.AddMoment(Cut(date, kShortText), seconds);
-  const std::string_view stored = storage_.moment(last_moment_).utc;
-  last_date_ = stored.size() == date.size() ? stored : std::string_view();
-  traces_.last_date_utc = stored;
-  return last_moment_;
+std::uint32_t RowMaker::MomentOf(const Stamp& stamp, bool cut_display) {
+  if (stamp.plain >= 0) {
+    if (stamp.plain != last_plain_) {
+      last_plain_ = stamp.plain;
+      last_moment_ = storage_.AddPlainMoment(stamp.date, static_cast<std::int32_t>(stamp.plain));
+      traces_.last_date_utc = stamp.date;
+    }
+    return last_moment_;
+  }
+  last_plain_ = -1;
+  if (core::IsNumeric(stamp.date, locale_)) {
+    const std::int32_t seconds = core::CLng(stamp.date, locale_);
+    traces_.last_date_utc = Cut(stamp.date, kShortText);
+    return storage_.AddMoment(traces_.last_date_utc, seconds);
+  }
+  platform::FamilyLibraries& family = state_.seams.family;
+  traces_.last_date_utc = Cut(core::DateToUTC(core::Now(state_.seams.clock, family), family), kShortText);
+  return storage_.AddMoment(traces_.last_date_utc, cut_display ? Cut(stamp.date, kShortText) : stamp.date);
 }
 
 void RowMaker::Offer(const LineFields& line, const Stamp& stamp) {

@@ -2,6 +2,7 @@
 // lists. The full load and the incremental load both work through it.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -48,23 +49,31 @@ class RowMaker {
  private:
   struct Stamp {
     std::string_view date;
-    bool empty;  // no items at all
-    int source;  // place in known_sources_, -1 when there are not exactly four items
+    std::int64_t plain;  // the date's seconds if it is their plain decimal form, -1 if it is anything else
+    bool empty;          // no items at all
+    int source;          // place in known_sources_, -1 when there are not exactly four items
   };
   struct KnownSource {
     std::uint32_t source;
     bool aggregation;
     bool offered;  // to the lists of hosts and monitors
   };
+  // A source that came lately, by the text in the pool.
+  struct RecentSource {
+    std::string_view text;
+    int source;
+  };
 
   Stamp ReadStamp(std::string_view field);
   int SourceOf(std::string_view behind_date);
+  int FindSource(std::string_view behind_date);
   std::uint32_t UnknownSource();
+  bool IsAggregation(const Stamp& stamp) const;
+  void AddParts(StoredRow row, const LineFields& line, const Stamp& stamp, std::int32_t& counter);
   StoredRow CommonRow(const LineFields& line, const Stamp& stamp);
   std::uint32_t Extras(const LineFields& line);
   void FillStamp(StoredRow& row, const LineFields& line, const Stamp& stamp, bool cut_display);
-  std::uint32_t MomentOf(std::string_view date, bool cut_display);
-  std::uint32_t NumericMoment(std::string_view date, std::int32_t seconds);
+  std::uint32_t MomentOf(const Stamp& stamp, bool cut_display);
   void Offer(const LineFields& line, const Stamp& stamp);
 
   core::AppState& state_;
@@ -81,8 +90,9 @@ class RowMaker {
   bool has_unknown_source_ = false;
   std::string last_original_;
   bool has_original_ = false;
-  // The newest moment, if it is numeric and its text stands uncut in the table.
-  std::string_view last_date_;
+  std::array<RecentSource, 64> recent_sources_{};
+  // The newest moment, while it is a plain one.
+  std::int64_t last_plain_ = -1;
   std::uint32_t last_moment_ = 0;
 };
 

@@ -73,9 +73,9 @@ bool Selection::NarrowByOrder(const Comparison& comparison) {
     return true;
   }
   if (comparison.column == kDateUTC && !comparison.numeric && storage_.moments_ascend()) {
-    const auto utc = [&](Bookmark row) { return storage_.moment(storage_.row(row).moment).utc; };
-    Narrow(comparison.op, FirstRow(rows, [&](Bookmark row) { return utc(row) < comparison.text; }),
-           FirstRow(rows, [&](Bookmark row) { return utc(row) <= comparison.text; }));
+    Narrow(comparison.op,
+           FirstRow(rows, [&](Bookmark row) { return storage_.CompareUtc(row, comparison.text) < 0; }),
+           FirstRow(rows, [&](Bookmark row) { return storage_.CompareUtc(row, comparison.text) <= 0; }));
     return true;
   }
   return false;
@@ -178,6 +178,8 @@ bool Selection::PassesTest(const Test& test, Bookmark row) const {
     if (comparison.op == Op::kNotEqual) return id != test.id;
     return Satisfies(comparison.op, storage_.texts().Text(id).compare(comparison.text));
   }
+  if (comparison.column == kDateUTC)
+    return Satisfies(comparison.op, storage_.CompareUtc(row, comparison.text));
   return Satisfies(comparison.op, storage_.Text(row, comparison.column).compare(comparison.text));
 }
 

@@ -22,6 +22,31 @@ inline constexpr TextId kNoText = 0xFFFFFFFF;
 // A seed that differs from one call to the next.
 std::uint64_t FreshSeed();
 
+// Loads of bytes that lie at any address.
+inline std::uint64_t Load8(const char* p) {
+  std::uint64_t value;
+  std::memcpy(&value, p, sizeof value);
+  return value;
+}
+inline std::uint64_t Load4(const char* p) {
+  std::uint32_t value;
+  std::memcpy(&value, p, sizeof value);
+  return value;
+}
+
+// Whether `size` bytes, at least one, are the same: for short texts quicker than a call. Loads overlap at the
+// end.
+inline bool SameBytes(const char* one, const char* other, std::size_t size) {
+  if (size >= 8) {
+    for (std::size_t i = 0; i + 8 < size; i += 8) {
+      if (Load8(one + i) != Load8(other + i)) return false;
+    }
+    return Load8(one + size - 8) == Load8(other + size - 8);
+  }
+  if (size >= 4) return Load4(one) == Load4(other) && Load4(one + size - 4) == Load4(other + size - 4);
+  return one[0] == other[0] && one[size / 2] == other[size / 2] && one[size - 1] == other[size - 1];
+}
+
 // Hashes of short texts, as quick as the texts are short.
 class TextHash {
  public:
@@ -56,16 +81,6 @@ class TextHash {
     const Wide product = static_cast<Wide>(a) * b;
     return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
   }
-  static std::uint64_t Load8(const char* p) {
-    std::uint64_t value;
-    std::memcpy(&value, p, sizeof value);
-    return value;
-  }
-  static std::uint64_t Load4(const char* p) {
-    std::uint32_t value;
-    std::memcpy(&value, p, sizeof value);
-    return value;
-  }
   static std::uint64_t Byte(const char* p, std::size_t i) { return static_cast<unsigned char>(p[i]); }
 
   std::uint64_t one_;
@@ -76,12 +91,24 @@ class TextPool {
  public:
   TextPool();
 
+  // A text on its way into the pool.
+  struct Hashed {
+    std::string_view text;
+    std::uint32_t hash;
+  };
+
   // The number of the text, which is stored if it is new. The empty text has number 0.
-  TextId Intern(std::string_view text) {
-    if (text.empty()) return kEmptyText;
-    const std::uint32_t hash = hash_(text);
-    const std::size_t slot = SlotOf(text, hash);
-    return slots_[slot] != 0 ? static_cast<TextId>(slots_[slot]) : Insert(text, hash, slot);
+  TextId Intern(std::string_view text) { return Intern(Hashed{text, hash_(text)}); }
+  TextId Intern(const Hashed& hashed) {
+    if (hashed.text.empty()) return kEmptyText;
+    const std::size_t slot = SlotOf(hashed.text, hashed.hash);
+    return slots_[slot] != 0 ? static_cast<TextId>(slots_[slot]) : Insert(hashed.text, hashed.hash, slot);
+  }
+  // Has the text's place fetched from memory while other work is done before its Intern.
+  Hashed Prepare(std::string_view text) const {
+    const Hashed hashed{text, hash_(text)};
+    __builtin_prefetch(&slots_[hashed.hash & mask_]);
+    return hashed;
   }
   // The number of the text, or kNoText when the pool does not hold it.
   TextId Lookup(std::string_view text) const {
@@ -107,7 +134,9 @@ class TextPool {
     for (std::size_t i = hash & mask_;; i = (i + 1) & mask_) {
       const std::uint64_t slot = slots_[i];
       if (slot == 0) return i;
-      if (slot >> 32 == hash && Text(static_cast<TextId>(slot)) == text) return i;
+      if (slot >> 32 != hash) continue;
+      const std::string_view held = Text(static_cast<TextId>(slot));
+      if (held.size() == text.size() && SameBytes(held.data(), text.data(), text.size())) return i;
     }
   }
   TextId Insert(std::string_view text, std::uint32_t hash, std::size_t slot);

