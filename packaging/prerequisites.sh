@@ -1,7 +1,7 @@
 # Sourced by run.sh and test.sh: installs what a bare Debian 12 lacks. Says nothing and costs a fraction of a
 # second when everything is there.
 
-build_packages="g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-svg-dev libgl-dev libsdbus-c++-dev
+build_packages="g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-svg-dev qt6-webengine-dev libgl-dev libsdbus-c++-dev
   libssl-dev libcli11-dev nlohmann-json3-dev librsvg2-bin"
 screen_packages="xvfb xauth imagemagick fonts-dejavu-core libqt6svg6 x11-utils dbus"
 test_packages="clang libclang-rt-14-dev clang-format libgtest-dev libgmock-dev locales python3 $screen_packages"

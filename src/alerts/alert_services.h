@@ -2,12 +2,14 @@
 // events, the page of an alert, the pop-ups. Each answer has a default, "nothing known"; the list works with
 // all of them.
 //
-// None of these may serve the message loop: the list calls them while it holds a cursor on the event table.
+// None but the two decisions may serve the message loop: the list calls them while it holds a cursor on the
+// event table.
 #pragma once
 
 #include <optional>
 #include <string>
 
+#include "alerts/answer.h"
 #include "store/event_table.h"
 
 namespace zendrix::alerts {
@@ -42,6 +44,16 @@ class AlertServices {
     (void)id;
     return {};
   }
+  // The user's answer through the list's menu, to the alert that was shown last: asks, and on Yes files and
+  // keeps it. Returns whether the user said Yes. Shows message boxes, so the message loop runs.
+  virtual bool DecideFromMenu(Answer answer, const std::string& item_text, const std::string& date_utc) {
+    (void)answer;
+    (void)item_text;
+    (void)date_utc;
+    return false;
+  }
+  // The user's answer through the page's own command, to the alert that was shown last. Shows message boxes.
+  virtual void DecideFromPage(Answer answer) { (void)answer; }
 };
 
 }  // namespace zendrix::alerts

@@ -41,8 +41,8 @@ void ConsoleAlerts::GetNotableInfo(const std::string& id) {
   alerts::GetNotableInfo(state_, log_, table_(), id, context_);
 }
 
-bool ConsoleAlerts::DecideFromMenu(Answer answer, const std::string& item_text, const std::string& tag) {
-  return decisions_.FromMenu(answer, table_(), item_text, tag);
+bool ConsoleAlerts::DecideFromMenu(Answer answer, const std::string& item_text, const std::string& date_utc) {
+  return decisions_.FromMenu(answer, table_(), item_text, date_utc);
 }
 
 void ConsoleAlerts::DecideFromPage(Answer answer) {

@@ -24,15 +24,14 @@ class ConsoleAlerts : public AlertServices {
   bool HasDetails(const std::string& id) override;
   void ForgetNotableInfo() override;
   std::string RenderDetails(const std::string& id) override;
+  bool DecideFromMenu(Answer answer, const std::string& item_text, const std::string& date_utc) override;
+  void DecideFromPage(Answer answer) override;
 
   // Looks the alert up; everything below speaks of the alert looked up last.
   void GetNotableInfo(const std::string& id);
   AlertContext& context() { return context_; }
   Renderer& renderer() { return renderer_; }
   CheckedAlerts& ChkAlrColl() { return checked_; }
-
-  bool DecideFromMenu(Answer answer, const std::string& item_text, const std::string& tag);
-  void DecideFromPage(Answer answer);
 
  private:
   core::AppState& state_;

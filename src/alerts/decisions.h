@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 
+#include "alerts/answer.h"
 #include "alerts/checked_alerts.h"
 #include "alerts/notable_info.h"
 #include "core/app_state.h"
@@ -13,8 +14,6 @@
 #include "store/event_table.h"
 
 namespace zendrix::alerts {
-
-enum class Answer { kBlock, kAllow };
 
 class Decisions {
  public:

@@ -4,6 +4,7 @@
 #include <QSocketNotifier>
 
 #include "admin/frm_main.h"
+#include "alerts/console_alerts.h"
 #include "app/end_signals.h"
 #include "core/error_log.h"
 #include "core/initial.h"
@@ -62,7 +63,7 @@ struct Console::Parts {
   settings::RegIni reg_ini;
   widgets::Screen screen;
   agent::AgentControl agent;
-  alerts::AlertServices alerts;
+  alerts::ConsoleAlerts alerts;
   store::CMkvlf gKvlF;
 
   qt::SlotGuard guard;
@@ -90,6 +91,7 @@ Console::Parts::Parts(const Options& the_options)
       log(state),
       reg_ini(state, log),
       agent(state, screen),
+      alerts(state, log, [this] { return gKvlF.EventTable.get(); }),
       gKvlF(state, log, [this](int percent) { core::SetSplashProgress(state.forms, percent); }),
       guard(log),
       pictures(options.folder),
@@ -101,6 +103,7 @@ Console::Parts::Parts(const Options& the_options)
   qt::BindScreen(screen, &anchor);
   state.ProductEdition = options.edition;
   state.ProgramFolder = options.folder;
+  family.ConfigureQuarantine(options.folder, false);
   state.ExeName = options.exe_name;
   // The same executable is the same program, whoever starts it and from wherever; its namesake in another
   // folder is another one.

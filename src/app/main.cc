@@ -1,6 +1,10 @@
 // zendrix: the console.
+#include <unistd.h>
 #include <QApplication>
+#include <QLoggingCategory>
+
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -9,6 +13,7 @@
 #include "app/options.h"
 #include "core/utils.h"
 #include "core/version.h"
+#include "qt/details_page.h"
 
 int main(int argc, char** argv) {
   using namespace zendrix;
@@ -29,6 +34,12 @@ int main(int argc, char** argv) {
     return 2;
   }
   app::EndSignals::Block();
+  qt::RegisterPageScheme();
+  // The browser part refuses to start as the superuser inside its own sandbox.
+  if (::geteuid() == 0) ::setenv("QTWEBENGINE_DISABLE_SANDBOX", "1", 0);
+  // A page of text needs no graphics processor, and a host under attack no more open doors than that.
+  ::setenv("QTWEBENGINE_CHROMIUM_FLAGS", "--disable-gpu", 0);
+  QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext.info=false"));
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("zendrix"));
   QApplication::setDesktopFileName(QStringLiteral("zendrix"));

@@ -93,6 +93,9 @@ void frmNewUI::ConnectControls() {
   icMore.clicked.ConnectForever([this] { icMore_Click(); });
   aClick.clicked.ConnectForever([this] { aClick_Click(); });
   lvAlerts.item_clicked.ConnectForever([this](widgets::ListView::Slot item) { lvAlerts_ItemClick(item); });
+  lvAlerts.right_button_up.ConnectForever([this] { lvAlerts_MouseUp(); });
+  mPopRNormal.clicked.ConnectForever([this] { mPopRNormal_Click(); });
+  mPopRAbnormal.clicked.ConnectForever([this] { mPopRAbnormal_Click(); });
   sckShowAll.clicked.ConnectForever([this] { sckShowAll_Click(); });
   sClearAll.clicked.ConnectForever([this] { sClearAll_Click(); });
   sShowAll.clicked.ConnectForever([this] { sShowAll_Click(); });
@@ -160,7 +163,7 @@ std::string frmNewUI::OpeningText() const {
 void frmNewUI::LoadDescTips() {
   const core::DescArray& texts = app_.Desc[0];
   const auto text = [&](std::size_t n) { return core::DescAt(texts, n); };
-  sDesc.about_text = text(1);
+  details_.ShowText(text(1));
   icDesc[kAlertsView]->caption = text(1);
   aDesc.caption = text(3);
   etopDesc.caption = text(4);
@@ -265,7 +268,7 @@ void frmNewUI::OnUnload() {
   });
   parts_.log.WriteLog("Unload", "Ending version " + FormattedVersion());
   tray.shown = false;
-  sDesc.stop.Raise();
+  details_.Stop();
   // Unload takes the form from the list of open forms only after this handler; the procedure that closes all
   // others must not meet it again.
   unloaded.ConnectForever([log = &parts_.log] { log->CloseAllAndEnd(); });

@@ -9,7 +9,9 @@
 #include <memory>
 #include <string>
 
+#include "alerts/answer.h"
 #include "core/date_rules.h"
+#include "home/details_pane.h"
 #include "home/home_parts.h"
 #include "platform/message_loop.h"
 #include "widgets/browser_view.h"
@@ -64,6 +66,10 @@ class frmNewUI : public widgets::Form {
   void UpdatelvAlerts();
   void ClearAlertList();
   void lvAlerts_ItemClick(widgets::ListView::Slot item);
+  // The menu of the list, where it opens and its two commands.
+  void lvAlerts_MouseUp();
+  void mPopRNormal_Click();
+  void mPopRAbnormal_Click();
   void sckShowAll_Click();
   void sClearAll_Click();
   void sShowAll_Click();
@@ -125,6 +131,9 @@ class frmNewUI : public widgets::Form {
   widgets::Label sMoreInfo{"sMoreInfo", "Analyze"};
   widgets::Label sTitleDesc{"sTitleDesc"};
   widgets::BrowserView sDesc{"sDesc"};
+  widgets::MenuItem mPopRNormal{"mPopRNormal", "Allow"};
+  widgets::MenuItem mPopRAbnormal{"mPopRAbnormal", "Block"};
+  widgets::Menu mPopReview{"mPopReview", "&ReviewAlert", {&mPopRNormal, &mPopRAbnormal}};
 
   // Advanced pane.
   widgets::Label aAgSta{"aAgSta", "Monitoring Status"};
@@ -195,11 +204,13 @@ class frmNewUI : public widgets::Form {
   void AddRow(const store::EventCursor& row, int picture, const std::string& status);
   void NoteIntrusion(const std::string& date_time);
   void CloseBuild(const std::string& remembered);
+  void Decide(alerts::Answer answer, const char* procedure);
   void PaintLevel(int level);
   void SecondLine(int level);
 
   HomeParts parts_;
   core::AppState& app_;
+  DetailsPane details_{{parts_.state, parts_.log, parts_.alerts, parts_.screen}, sDesc};
   std::unique_ptr<platform::Timer> Timer1_, Timer2_, Timer4_;
   widgets::Connection new_alert_;
   std::string EventCountPicture_;

@@ -159,14 +159,47 @@ void frmNewUI::CloseBuild(const std::string& remembered) {
 void frmNewUI::ClearAlertList() {
   core::OrLog(parts_.log, "frmNewUI:ClearAlertList", [&] {
     lvAlerts.Clear();
-    sDesc.about_text = OpeningText();
+    details_.ShowText(OpeningText());
   });
 }
 
 void frmNewUI::lvAlerts_ItemClick(widgets::ListView::Slot item) {
-  core::OrLog(parts_.log, "frmNewUI:lvAlerts_ItemClick", [&] {
-    const std::string page = parts_.alerts.RenderDetails(lvAlerts.in_slot(item).key.substr(1));
-    if (page.empty()) sDesc.about_text = OpeningText();
+  core::OrLog(parts_.log, "frmNewUI:lvAlerts_ItemClick",
+              [&] { details_.ShowAlert(lvAlerts.in_slot(item).key.substr(1)); });
+}
+
+void frmNewUI::lvAlerts_MouseUp() {
+  if (lvAlerts.selected()) mPopReview.popup.Raise();
+}
+
+void frmNewUI::mPopRNormal_Click() {
+  Decide(alerts::Answer::kAllow, "frmNewUI:mPopRNormal_Click");
+}
+
+void frmNewUI::mPopRAbnormal_Click() {
+  Decide(alerts::Answer::kBlock, "frmNewUI:mPopRAbnormal_Click");
+}
+
+void frmNewUI::Decide(alerts::Answer answer, const char* procedure) {
+  core::OrLog(parts_.log, procedure, [&] {
+    const auto asked = lvAlerts.selected();
+    if (!asked) return;
+    const std::string key = lvAlerts.in_slot(*asked).key;
+    const std::string text = lvAlerts.in_slot(*asked).text;
+    const std::string tag = lvAlerts.in_slot(*asked).tag;
+    const bool yes = parts_.alerts.DecideFromMenu(answer, text, tag);
+    // The list may have been built anew while the question stood open.
+    const auto item = lvAlerts.Find(key);
+    if (yes && item) {
+      const bool blocked = answer == alerts::Answer::kBlock;
+      const std::string mark = blocked ? kBlocked : kAllowed;
+      const int picture = blocked ? alerts::kPictureBlocked : alerts::kPictureAllowed;
+      if (lvAlerts.in_slot(*item).sub_items.size() >= 2)
+        lvAlerts.SetSubItem(*item, 1, mark, picture);
+      else
+        lvAlerts.AddSubItem(*item, mark, picture);
+    }
+    if (const auto selected = lvAlerts.selected()) lvAlerts_ItemClick(*selected);
   });
 }
 

@@ -7,8 +7,8 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QStyle>
-#include <QTextEdit>
 
+#include "qt/bind_browser_view.h"
 #include "qt/bind_check_box.h"
 #include "qt/bind_label.h"
 #include "qt/bind_list_view.h"
@@ -199,18 +199,13 @@ QWidget* HomeWindow::MakeAlertsPane() {
   split->addWidget(
       new ListTable(ui_.lvAlerts, QStringLiteral("h3"), QStringLiteral("Alerts"),
                     QStringLiteral("No alerts. Zendrix lists here what its Agent finds suspicious."), kit()));
-  auto* details = new QTextEdit;
-  details->setReadOnly(true);
-  details->setTabChangesFocus(true);
-  details->setFrameShape(QFrame::NoFrame);
-  details->setMinimumHeight(60);
-  BindControl(ui_.sDesc, details, QStringLiteral("Details"));
-  Reflect(details, ui_.sDesc.about_text,
-          [details](const std::string& text) { details->setPlainText(ToQt(text)); });
+  QWidget* details = MakeBrowserView(ui_.sDesc, QStringLiteral("Details"), kit());
+  details->setMinimumHeight(120);
+  MakeMenu(ui_.mPopReview, this, kit());
   auto* inner = new QVBoxLayout;
   inner->addWidget(details);
   split->addWidget(Card(inner));
-  split->setStretchFactor(0, 3);
+  split->setStretchFactor(0, 1);
   split->setStretchFactor(1, 1);
   column->addWidget(split, 1);
   return pane;

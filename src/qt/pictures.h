@@ -13,6 +13,8 @@ class Pictures {
  public:
   // `folder` is the program folder.
   explicit Pictures(const std::string& folder);
+  // Where the pictures lie.
+  const QString& folder() const { return folder_; }
   QIcon Icon(const QString& name);
   // Picture of a numbered list; no icon for 0.
   QIcon Numbered(const QString& list, int number);

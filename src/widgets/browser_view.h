@@ -1,18 +1,58 @@
-// A view of one page. `about_text` is the plain text of the page that stands there while no alert is on show.
+// An embedded browser, as the logic sees it: it is told where to go, says when it got there, asks before
+// every navigation, and lets its document be written. What shows it on the screen is a BrowserPage; without
+// one (on a terminal, in a test of something else) every navigation ends at once and nothing is shown.
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
 
 #include "widgets/control.h"
 
 namespace zendrix::widgets {
 
+// The toolkit's side. Texts are single-byte (Windows-1252).
+class BrowserPage {
+ public:
+  virtual ~BrowserPage() = default;
+  // Goes to one of the console's own "About:" pages; reports to BrowserView::NavigationComplete when it is
+  // there.
+  virtual void Navigate(const std::string& url) = 0;
+  // The document's body: replaces what is in it, or runs a verified script at its end. False when there is no
+  // document.
+  virtual bool SetBodyHtml(const std::string& html) = 0;
+  virtual bool AddScript(const std::string& script) = 0;
+  // The display style of an element, told to `then` when it is known; nothing when there is no such element.
+  virtual void AskDisplay(const std::string& id, std::function<void(std::optional<std::string>)> then) = 0;
+  virtual void SetDisplay(const std::string& id, const std::string& display) = 0;
+  // The text of an element's first child.
+  virtual void SetFirstChildText(const std::string& id, const std::string& text) = 0;
+  // Ends whatever is loading.
+  virtual void Stop() = 0;
+};
+
 class BrowserView : public Control {
  public:
   explicit BrowserView(std::string name) : Control(std::move(name)) {}
-  Observed<std::string> about_text;
-  // Ends whatever the view is loading.
-  Signal<> stop;
+
+  // The page must outlive its being set here; null takes it away.
+  void SetPage(BrowserPage* page) { page_ = page; }
+  BrowserPage* page() const { return page_; }
+
+  void Navigate(const std::string& url) {
+    if (page_)
+      page_->Navigate(url);
+    else
+      NavigationComplete.Raise();
+  }
+
+  // The browser reached the end of a navigation.
+  Signal<> NavigationComplete;
+  // Asked before every navigation that a person's click in the main frame causes; true cancels it.
+  std::function<bool(const std::string& url)> BeforeNavigate;
+
+ private:
+  BrowserPage* page_ = nullptr;
 };
 
 }  // namespace zendrix::widgets

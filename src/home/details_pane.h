@@ -1,0 +1,52 @@
+// The details pane of the Alerts view: the page that explains the selected alert, and the commands in it.
+//
+// A page is no document from a file: the view goes to a blank page of the console's own, and the explanation
+// is written into its body once it is there. The explanation has every character of an event escaped; the
+// links in it are the console's business, never the browser's.
+#pragma once
+
+#include <string>
+
+#include "alerts/alert_services.h"
+#include "core/app_state.h"
+#include "core/error_log.h"
+#include "store/reader.h"
+#include "widgets/browser_view.h"
+#include "widgets/screen.h"
+
+namespace zendrix::home {
+
+struct DetailsParts {
+  core::AppState& state;
+  core::ErrorLog& log;
+  alerts::AlertServices& alerts;
+  widgets::Screen& screen;
+};
+
+class DetailsPane {
+ public:
+  DetailsPane(DetailsParts parts, widgets::BrowserView& view);
+
+  // The standard about-page for a plain text.
+  void ShowText(const std::string& text);
+  // Looks the alert up and shows its explanation. Serves the message loop until the blank page is there, ten
+  // seconds at the most; then the page stays blank.
+  void ShowAlert(const std::string& id);
+  // What a navigation of the view means; true cancels it.
+  bool BeforeNavigate(const std::string& url);
+  void Stop();
+
+  // The view reached the end of a navigation.
+  bool DocumentReady = false;
+
+ private:
+  bool WaitForDocument();
+  void AddScripts();
+  void ToggleDetails();
+
+  DetailsParts parts_;
+  core::AppState& app_;
+  widgets::BrowserView& view_;
+};
+
+}  // namespace zendrix::home

@@ -1,0 +1,227 @@
+#include "qt/details_page.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QRandomGenerator>
+#include <QTimer>
+#include <QWebEngineProfile>
+#include <QWebEngineScript>
+#include <QWebEngineSettings>
+#include <QWebEngineUrlRequestInfo>
+#include <QWebEngineUrlRequestJob>
+#include <QWebEngineUrlScheme>
+#include <algorithm>
+
+#include "qt/text_edge.h"
+
+namespace zendrix::qt {
+namespace {
+
+constexpr char kScheme[] = "zendrix-page";
+constexpr char kHost[] = "details";
+constexpr int kSmallestFont = 13;  // pixels
+// The console's own pages begin so; what stands behind is the document's body.
+constexpr char kAboutHead[] = "About: ";
+
+QUrl PageUrl(int number) {
+  return QUrl(QStringLiteral("%1://%2/page%3").arg(QLatin1String(kScheme), QLatin1String(kHost)).arg(number));
+}
+
+bool IsPage(const QUrl& url) {
+  return url.scheme() == QLatin1String(kScheme) && url.path().startsWith(QLatin1String("/page"));
+}
+
+QString FreshNonce() {
+  std::array<quint32, 4> words{};
+  QRandomGenerator::system()->generate(words.begin(), words.end());
+  return QString::fromLatin1(QByteArray(reinterpret_cast<const char*>(words.data()), sizeof words).toHex());
+}
+
+QByteArray Document(const QString& nonce, const QString& body) {
+  const QString policy =
+      QStringLiteral(
+          "default-src 'none'; img-src %1:; style-src 'unsafe-inline'; script-src 'nonce-%2'; "
+          "base-uri 'none'; form-action 'none'; frame-src 'none'; object-src 'none'")
+          .arg(QLatin1String(kScheme), nonce);
+  return QStringLiteral(
+             "<!DOCTYPE html><html><head><meta charset=\"utf-8\">"
+             "<meta http-equiv=\"Content-Security-Policy\" content=\"%1\">"
+             "<title>Details</title><style>body { margin: 12px; line-height: 1.45; }</style></head>%2</html>")
+      .arg(policy, body)
+      .toUtf8();
+}
+
+// A text as a literal of the page's language, quotes included.
+QString Literal(const QString& text) {
+  const QByteArray list = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+  QString literal = QString::fromUtf8(list.mid(1, list.size() - 2));
+  // Ends a script element wherever it stands, were the literal ever put into one.
+  return literal.replace(QLatin1String("</"), QLatin1String("<\\/"));
+}
+
+}  // namespace
+
+void RegisterPageScheme() {
+  QWebEngineUrlScheme scheme(kScheme);
+  scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
+  scheme.setFlags(QWebEngineUrlScheme::SecureScheme);
+  QWebEngineUrlScheme::registerScheme(scheme);
+}
+
+void PageSource::Reply(QWebEngineUrlRequestJob* job, const QByteArray& type, const QByteArray& bytes) const {
+  auto* buffer = new QBuffer;
+  QObject::connect(job, &QObject::destroyed, buffer, &QObject::deleteLater);
+  buffer->setData(bytes);
+  job->reply(type, buffer);
+}
+
+// A picture is asked for by the path that pages write, "<program folder>\Images\bug_red.png"; only its name
+// counts.
+void PageSource::requestStarted(QWebEngineUrlRequestJob* job) {
+  const QUrl url = job->requestUrl();
+  if (IsPage(url)) return Reply(job, "text/html", document_);
+  QString path = QUrl::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
+  path.replace(QLatin1Char('\\'), QLatin1Char('/'));
+  const QString name = path.section(QLatin1Char('/'), -1);
+  const bool plain =
+      name.endsWith(QLatin1String(".png")) && std::all_of(name.begin(), name.end() - 4, [](QChar c) {
+        return c == QLatin1Char('_') || (c.unicode() < 128 && c.isLetterOrNumber());
+      });
+  const bool wanted = plain && path.section(QLatin1Char('/'), -2, -2) == QLatin1String("Images");
+  QFile file(images_folder_ + name);
+  if (!wanted || !file.open(QIODevice::ReadOnly)) return job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+  Reply(job, "image/png", file.readAll());
+}
+
+void RequestWall::interceptRequest(QWebEngineUrlRequestInfo& info) {
+  info.block(info.requestUrl().scheme() != QLatin1String(kScheme));
+}
+
+struct DetailsPage::Shell {
+  Shell(const QString& images_folder, std::function<void(const std::string&)> on_click)
+      : source(images_folder), clicked(std::move(on_click)) {
+    profile.setHttpCacheType(QWebEngineProfile::NoCache);
+    profile.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
+    profile.setUrlRequestInterceptor(&wall);
+    profile.installUrlSchemeHandler(kScheme, &source);
+  }
+
+  PageSource source;
+  RequestWall wall;
+  QWebEngineProfile profile;  // without a name: nothing of it is kept
+  std::function<void(const std::string&)> clicked;
+  QString nonce;
+  int number = 0;
+  bool navigating = false;  // the console itself is on its way to a page
+  bool there = false;
+};
+
+DetailsPage::DetailsPage(std::unique_ptr<Shell> shell)
+    : QWebEnginePage(&shell->profile), shell_(std::move(shell)) {}
+
+DetailsPage::DetailsPage(const QString& images_folder, std::function<void(const std::string&)> clicked,
+                         std::function<void()> navigated)
+    : DetailsPage(std::make_unique<Shell>(images_folder, std::move(clicked))) {
+  QWebEngineSettings* const rules = settings();
+  for (const auto off :
+       {QWebEngineSettings::PluginsEnabled, QWebEngineSettings::LocalStorageEnabled,
+        QWebEngineSettings::JavascriptCanOpenWindows, QWebEngineSettings::JavascriptCanAccessClipboard,
+        QWebEngineSettings::LocalContentCanAccessRemoteUrls,
+        QWebEngineSettings::LocalContentCanAccessFileUrls, QWebEngineSettings::FullScreenSupportEnabled,
+        QWebEngineSettings::AutoLoadIconsForPage, QWebEngineSettings::WebGLEnabled,
+        QWebEngineSettings::ScreenCaptureEnabled, QWebEngineSettings::DnsPrefetchEnabled,
+        QWebEngineSettings::PdfViewerEnabled, QWebEngineSettings::HyperlinkAuditingEnabled,
+        QWebEngineSettings::ErrorPageEnabled})
+    rules->setAttribute(off, false);
+  // Pages name a font that may not be there and sizes of another time: what stands in for them is to be
+  // readable.
+  rules->setFontFamily(QWebEngineSettings::StandardFont, QApplication::font().family());
+  rules->setFontSize(QWebEngineSettings::MinimumFontSize, kSmallestFont);
+  connect(this, &QWebEnginePage::loadFinished, this, [this, navigated = std::move(navigated)](bool) {
+    shell_->navigating = false;
+    shell_->there = true;
+    navigated();
+  });
+}
+
+DetailsPage::~DetailsPage() {
+  // The page's own base outlives the profile otherwise.
+  shell_->profile.setUrlRequestInterceptor(nullptr);
+}
+
+void DetailsPage::Navigate(const std::string& url) {
+  const std::size_t head = sizeof kAboutHead - 1;
+  const std::string body = url.starts_with(kAboutHead) ? url.substr(head) : std::string();
+  shell_->nonce = FreshNonce();
+  shell_->source.SetDocument(Document(shell_->nonce, ToQt(body)));
+  shell_->there = false;
+  shell_->navigating = true;
+  load(PageUrl(++shell_->number));
+}
+
+void DetailsPage::Run(const QString& script) {
+  runJavaScript(script, QWebEngineScript::ApplicationWorld);
+}
+
+bool DetailsPage::SetBodyHtml(const std::string& html) {
+  if (!shell_->there) return false;
+  Run(QStringLiteral("document.body.innerHTML = %1;").arg(Literal(ToQt(html))));
+  return true;
+}
+
+bool DetailsPage::AddScript(const std::string& script) {
+  if (!shell_->there) return false;
+  Run(QStringLiteral("{ const hidden = document.createElement('span'); hidden.style.display = 'none';"
+                     "hidden.textContent = 'h'; document.body.append(hidden);"
+                     "const script = document.createElement('script'); script.nonce = %1;"
+                     "script.textContent = %2; document.body.append(script); }")
+          .arg(Literal(shell_->nonce), Literal(ToQt(script))));
+  return true;
+}
+
+void DetailsPage::AskDisplay(const std::string& id, std::function<void(std::optional<std::string>)> then) {
+  runJavaScript(
+      QStringLiteral("(e => e ? e.style.display : null)(document.getElementById(%1))").arg(Literal(ToQt(id))),
+      QWebEngineScript::ApplicationWorld, [then = std::move(then)](const QVariant& display) {
+        if (display.typeId() == QMetaType::QString)
+          then(FromQt(display.toString()));
+        else
+          then(std::nullopt);
+      });
+}
+
+void DetailsPage::SetDisplay(const std::string& id, const std::string& display) {
+  Run(QStringLiteral("(e => { if (e) e.style.display = %2; })(document.getElementById(%1))")
+          .arg(Literal(ToQt(id)), Literal(ToQt(display))));
+}
+
+void DetailsPage::SetFirstChildText(const std::string& id, const std::string& text) {
+  Run(QStringLiteral(
+          "(e => { if (e && e.firstChild) e.firstChild.nodeValue = %2; })(document.getElementById(%1))")
+          .arg(Literal(ToQt(id)), Literal(ToQt(text))));
+}
+
+void DetailsPage::Stop() {
+  triggerAction(QWebEnginePage::Stop);
+}
+
+bool DetailsPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool is_main_frame) {
+  if (!is_main_frame) return false;
+  if (shell_->navigating && type == NavigationTypeTyped && url == PageUrl(shell_->number)) return true;
+  if (type != NavigationTypeLinkClicked) return false;
+  std::string address;
+  if (url.scheme() == QLatin1String(kScheme)) {
+    // A command is a link beside the page: "do" stands for ".../do".
+    if (!IsPage(url)) address = "about:" + FromQt(url.fileName());
+  } else {
+    address = url.toEncoded().toStdString();
+  }
+  // Behind this call: a command may show a message box, which the browser must not wait for.
+  if (!address.empty()) QTimer::singleShot(0, this, [this, address] { shell_->clicked(address); });
+  return false;
+}
+
+}  // namespace zendrix::qt

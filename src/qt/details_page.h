@@ -1,0 +1,77 @@
+// The page of the details pane: a real browser, shut in.
+//
+// Its documents come from memory under a scheme of their own; pictures come from the Images folder and
+// nothing else comes from anywhere: no network, no file, no cookie, no cache. The content policy of the
+// document allows no script but the verified one, which carries a nonce of its own for each page. The browser
+// itself never navigates: a person's click on a link in the main frame is handed to the logic, and every
+// other navigation (redirect, refresh, form, frame, script, another window) is refused.
+#pragma once
+
+#include <QString>
+#include <QWebEnginePage>
+#include <QWebEngineUrlRequestInterceptor>
+#include <QWebEngineUrlSchemeHandler>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "widgets/browser_view.h"
+
+class QWebEngineProfile;
+
+namespace zendrix::qt {
+
+// To be called before the application object exists.
+void RegisterPageScheme();
+
+// Serves the document of the moment and the pictures.
+class PageSource : public QWebEngineUrlSchemeHandler {
+ public:
+  explicit PageSource(QString images_folder) : images_folder_(std::move(images_folder)) {}
+  void SetDocument(QByteArray document) { document_ = std::move(document); }
+  void requestStarted(QWebEngineUrlRequestJob* job) override;
+
+ private:
+  void Reply(QWebEngineUrlRequestJob* job, const QByteArray& type, const QByteArray& bytes) const;
+
+  QString images_folder_;
+  QByteArray document_;
+};
+
+// Refuses every request that is not the page's own.
+class RequestWall : public QWebEngineUrlRequestInterceptor {
+ public:
+  void interceptRequest(QWebEngineUrlRequestInfo& info) override;
+};
+
+class DetailsPage : public QWebEnginePage, public widgets::BrowserPage {
+ public:
+  // `images_folder`: the pictures. `clicked` gets the address of a clicked link as the logic knows it:
+  // commands as "about:do", links as they stand.
+  DetailsPage(const QString& images_folder, std::function<void(const std::string&)> clicked,
+              std::function<void()> navigated);
+  ~DetailsPage() override;
+
+  void Navigate(const std::string& url) override;
+  bool SetBodyHtml(const std::string& html) override;
+  bool AddScript(const std::string& script) override;
+  void AskDisplay(const std::string& id, std::function<void(std::optional<std::string>)> then) override;
+  void SetDisplay(const std::string& id, const std::string& display) override;
+  void SetFirstChildText(const std::string& id, const std::string& text) override;
+  void Stop() override;
+
+ protected:
+  bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool is_main_frame) override;
+  QWebEnginePage* createWindow(WebWindowType) override { return nullptr; }
+  void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString&, int, const QString&) override {
+  }
+
+ private:
+  struct Shell;
+  explicit DetailsPage(std::unique_ptr<Shell> shell);
+  void Run(const QString& script);
+
+  std::unique_ptr<Shell> shell_;
+};
+
+}  // namespace zendrix::qt
