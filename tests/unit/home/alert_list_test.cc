@@ -1,0 +1,264 @@
+#include "home_fixture.h"
+
+namespace zendrix::home {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class AlertListTest : public HomeFixture {};
+
+TEST_F(AlertListTest, HeaderHasFourColumns) {
+  Open(Alert(1, "0.5"));
+  const auto& columns = form_->lvAlerts.columns.Get();
+  ASSERT_EQ(columns.size(), 4u);
+  EXPECT_EQ(columns[0], (widgets::ListColumn{"Time", 0.4, 0}));
+  EXPECT_EQ(columns[1], (widgets::ListColumn{"Event Type", 1 / 3.3, 0}));
+  EXPECT_EQ(columns[2], (widgets::ListColumn{"Status", 0, 700}));
+  EXPECT_EQ(columns[3], (widgets::ListColumn{"Details", 0, 700}));
+}
+
+TEST_F(AlertListTest, NewestAlertOnTopWithThePictureOfItsLevel) {
+  Open(Line(0, "System", "0") + Alert(1, "0.5") + Alert(2, "0.92") + Alert(3, "0.99"));
+  EXPECT_THAT(Rows(), ElementsAre("K4 Intrusion:18", "K3 Suspicious:22", "K2 Normal:23"));
+  const widgets::ListRow& row = form_->lvAlerts.at(0);
+  EXPECT_EQ(row.tag, Tag(3));
+  EXPECT_EQ(row.picture, 28);
+  EXPECT_EQ(row.text, core::DisplayTime(kStart + 3, 0, world_.platform.family, world_.platform.locale.info));
+}
+
+TEST_F(AlertListTest, OnlyAggregationRowsWithoutANegativeChangeAreListed) {
+  Open(Alert(1, "-0.5") + Line(2, "Community", "0.99") + Alert(3, "0"));
+  EXPECT_THAT(Rows(), ElementsAre("K3 Normal:23"));
+}
+
+TEST_F(AlertListTest, RowBelowTheShownRiskIsLeftOut) {
+  state_.settings.ShRskLvl = 50;
+  Open(Alert(1, "0.49") + Alert(2, "0.495") + Alert(3, "0.6"));
+  EXPECT_THAT(Rows(), ElementsAre("K3 Normal:23", "K2 Normal:23"));
+}
+
+TEST_F(AlertListTest, FullRiskReachesAHundred) {
+  state_.settings.ShRskLvl = 100;
+  Open(Alert(1, "0.98") + Alert(2, "0.99"));
+  EXPECT_THAT(Rows(), ElementsAre("K2 Intrusion:18"));
+}
+
+TEST_F(AlertListTest, DecidedAlertsShowTheirStatus) {
+  alerts_.decisions = {{Tag(1), Tag(1) + "A"}, {Tag(2), Tag(2)}};
+  Open(Alert(1, "0.5") + Alert(2, "0.5") + Alert(3, "0.5"));
+  EXPECT_THAT(Rows(), ElementsAre("K3 Normal:23", "K2 Normal:23 Allowed:21", "K1 Normal:23 Blocked:19"));
+}
+
+TEST_F(AlertListTest, BlockedAlertsAreListedOnlyWhileTheyAreShown) {
+  alerts_.decisions = {{Tag(1), "1A"}, {Tag(2), "2"}};
+  Open(Alert(1, "0.5") + Alert(2, "0.5"));
+  form_->sckShowAll.checked = false;
+  form_->sckShowAll.clicked.Raise();
+  EXPECT_THAT(Rows(), ElementsAre("K2 Normal:23 Allowed:21"));
+  form_->sShowAll.clicked.Raise();
+  EXPECT_THAT(Rows(), ElementsAre("K2 Normal:23 Allowed:21", "K1 Normal:23 Blocked:19"));
+}
+
+TEST_F(AlertListTest, AlertThatTheAgentActedOnHasItsMarkInTheFourthColumn) {
+  alerts_.details = {"1", "2"};
+  alerts_.decisions = {{Tag(2), "x"}};
+  Open(Alert(1, "0.5") + Alert(2, "0.5"));
+  EXPECT_THAT(Rows(), ElementsAre("K2 Normal:23 Allowed:21 -:30", "K1 Normal:23 -:0 -:30"));
+}
+
+TEST_F(AlertListTest, RowsThatAreNotListedCostNoLookup) {
+  state_.settings.ShRskLvl = 50;
+  alerts_.decisions = {{Tag(2), "A"}};
+  Open(Alert(1, "0.1") + Alert(2, "0.9") + Alert(3, "0.9"));
+  alerts_.asked_details.clear();
+  form_->sckShowAll.checked = false;
+  form_->sckShowAll_Click();
+  EXPECT_THAT(alerts_.asked_details, ElementsAre("3"));
+}
+
+TEST_F(AlertListTest, FirstLoadAsksForPopUpsSilently) {
+  alerts_.decisions = {{Tag(2), "x"}};
+  Open(Alert(1, "0.5") + Alert(2, "0.99"));
+  EXPECT_THAT(alerts_.pop_ups, ElementsAre("1 silent"));
+}
+
+TEST_F(AlertListTest, NewAlertIsAddedOnTopAndOffersAPopUp) {
+  Open(Alert(1, "0.5"));
+  alerts_.pop_ups.clear();
+  Append(Alert(2, "0.99"));
+  Poll();
+  EXPECT_THAT(Rows(), ElementsAre("K2 Intrusion:18", "K1 Normal:23"));
+  EXPECT_THAT(alerts_.pop_ups, ElementsAre("2"));
+}
+
+TEST_F(AlertListTest, NewAlertIsAddedBehindABatchThatEndedInAnotherEvent) {
+  Open(Alert(1, "0.5") + Line(2, "Community", "0"));
+  Append(Alert(3, "0.5") + Line(4, "Community", "0"));
+  Poll();
+  Append(Alert(5, "0.5"));
+  Poll();
+  EXPECT_THAT(Rows(), ElementsAre("K5 Normal:23", "K3 Normal:23", "K1 Normal:23"));
+}
+
+TEST_F(AlertListTest, FirstAlertIsAddedToAListWithoutAny) {
+  Open(Line(1, "System", "0"));
+  Append(Alert(2, "0.5"));
+  Poll();
+  EXPECT_THAT(Rows(), ElementsAre("K2 Normal:23"));
+  EXPECT_EQ(Selected(), "K2");
+}
+
+TEST_F(AlertListTest, UpdateDoesNotConsultDecisionsUntilTheNextFullLoad) {
+  Open(Alert(1, "0.5"));
+  alerts_.decisions = {{Tag(2), "A"}};
+  Append(Alert(2, "0.5"));
+  Poll();
+  EXPECT_THAT(Rows(), ElementsAre("K2 Normal:23", "K1 Normal:23"));
+  form_->sShowAll_Click();
+  EXPECT_THAT(Rows(), ElementsAre("K2 Normal:23 Blocked:19", "K1 Normal:23"));
+}
+
+TEST_F(AlertListTest, BookmarkOutsideTheTableAddsNothingAndIsLogged) {
+  Open(Alert(1, "0.5"));
+  reader_.LastBookmark = 99;
+  world_.quiet.Expect("'frmNewUI:UpdatelvAlerts': 3001: " + core::DescriptionOf(3001));
+  form_->UpdatelvAlerts();
+  EXPECT_EQ(form_->lvAlerts.size(), 1u);
+  EXPECT_FALSE(form_->ListBusy);
+}
+
+TEST_F(AlertListTest, RemovedAndReplacedFileRebuildsTheList) {
+  Open(Alert(1, "0.5") + Alert(2, "0.5") + Alert(3, "0.5"));
+  Replace(Alert(9, "0.99"));
+  Poll();
+  EXPECT_THAT(Rows(), ElementsAre("K1 Intrusion:18"));
+  EXPECT_FALSE(reader_.ReloadedFlag);
+}
+
+TEST_F(AlertListTest, EmptyTableClearsNothing) {
+  Open(Alert(1, "0.5"));
+  Replace("");
+  reader_.LoadNewEvents();
+  form_->LoadlvAlerts();
+  EXPECT_FALSE(form_->ListBusy);
+  EXPECT_EQ(form_->sMoreInfo.enabled, form_->lvAlerts.size() > 0);
+}
+
+TEST_F(AlertListTest, RowsStayWhenTheFilteredTableIsEmpty) {
+  Open(Alert(1, "0.5"));
+  reader_.EventTable = store::EventTable::CreateEventTable(9, world_.platform.locale.info);
+  form_->LoadlvAlerts();
+  EXPECT_EQ(form_->lvAlerts.size(), 1u);
+  EXPECT_TRUE(form_->sMoreInfo.enabled);
+}
+
+TEST_F(AlertListTest, AbsentTableClearsTheList) {
+  Open(Alert(1, "0.5"));
+  reader_.EventTable = nullptr;
+  form_->LoadlvAlerts();
+  EXPECT_EQ(form_->lvAlerts.size(), 0u);
+  EXPECT_FALSE(form_->sMoreInfo.enabled);
+}
+
+TEST_F(AlertListTest, SelectionSurvivesAnUpdate) {
+  Open(Alert(1, "0.5") + Alert(2, "0.5"));
+  EXPECT_EQ(Selected(), "K2");
+  form_->lvAlerts.Select(form_->lvAlerts.Find("K1"));
+  Append(Alert(3, "0.5"));
+  Poll();
+  EXPECT_EQ(Selected(), "K1");
+}
+
+TEST_F(AlertListTest, UnknownAndIntrusionRaiseAttention) {
+  Open(Alert(1, "0.5"));
+  form_->AttentionPending = false;
+  Append(Alert(2, "0.92"));
+  Poll();
+  EXPECT_FALSE(form_->AttentionPending);
+  Append(Alert(3, "0.99"));
+  Poll();
+  EXPECT_TRUE(form_->AttentionPending);
+}
+
+TEST_F(AlertListTest, DecidedRowClearsTheAttentionThatAnEarlierRowRaised) {
+  alerts_.decisions = {{Tag(2), "x"}};
+  Open(Alert(1, "0.99") + Alert(2, "0.99"));
+  form_->AttentionPending = false;
+  form_->sShowAll_Click();
+  EXPECT_FALSE(form_->AttentionPending);
+  alerts_.decisions = {{Tag(1), "x"}};
+  form_->sShowAll_Click();
+  EXPECT_TRUE(form_->AttentionPending);
+}
+
+TEST_F(AlertListTest, TimeOfTheLatestUndecidedIntrusionIsKept) {
+  alerts_.decisions = {{Tag(30), "x"}};
+  Open(Alert(10, "0.99") + Alert(20, "0.92") + Alert(30, "0.99"));
+  const core::Date at_ten =
+      *core::ReadDate(core::DisplayTime(kStart + 10, 0, world_.platform.family, world_.platform.locale.info),
+                      world_.platform.locale.info, 2004);
+  EXPECT_DOUBLE_EQ(form_->LastIntrusionTime, at_ten);
+}
+
+TEST_F(AlertListTest, NewIntrusionUnderAWindowOnShowMovesTheTime) {
+  Open(Alert(1, "0.5"));
+  EXPECT_EQ(form_->LastIntrusionTime, 0);
+  Append(Alert(2, "0.99"));
+  Poll();
+  EXPECT_GT(form_->LastIntrusionTime, 38000);
+}
+
+TEST_F(AlertListTest, ClearAllEmptiesUntilTheNextFullLoad) {
+  Open(Alert(1, "0.5"));
+  form_->sClearAll.clicked.Raise();
+  EXPECT_EQ(form_->lvAlerts.size(), 0u);
+  EXPECT_EQ(alerts_.forgotten, 1);
+  EXPECT_FALSE(form_->ShowBlockedAlerts);
+  EXPECT_FALSE(form_->sMoreInfo.enabled);
+  form_->sShowAll.clicked.Raise();
+  EXPECT_EQ(form_->lvAlerts.size(), 1u);
+  EXPECT_TRUE(form_->sMoreInfo.enabled);
+}
+
+TEST_F(AlertListTest, TickWhileAListIsBuiltIsLost) {
+  Open(Alert(1, "0.5"));
+  const auto hours = form_->HourTicks;
+  bool was_busy = false;
+  alerts_.on_details = [&] {
+    was_busy = form_->ListBusy;
+    Seconds(5);
+  };
+  form_->sShowAll_Click();
+  EXPECT_TRUE(was_busy);
+  EXPECT_FALSE(form_->ListBusy);
+  EXPECT_EQ(form_->HourTicks, hours);
+  alerts_.on_details = nullptr;
+  Seconds(1);
+  EXPECT_EQ(form_->HourTicks, hours + 1);
+}
+
+TEST_F(AlertListTest, ViewsHearOfABuildOnce) {
+  Open(Alert(1, "0.5") + Alert(2, "0.5"));
+  int told = 0;
+  const auto link = form_->lvAlerts.rows_added.Connect([&] { ++told; });
+  form_->sShowAll_Click();
+  EXPECT_EQ(told, 1);
+}
+
+TEST_F(AlertListTest, ErrorInTheMiddleLeavesAPartialListAndIsLogged) {
+  Open(Alert(1, "0.5") + Alert(2, "0.5"));
+  form_->sClearAll_Click();
+  int asked = 0;
+  alerts_.on_details = [&] {
+    if (++asked == 2) core::Raise(core::kTypeMismatch);
+  };
+  world_.quiet.Expect("'frmNewUI:LoadlvAlerts': 13: Type mismatch");
+  form_->LoadlvAlerts();
+  EXPECT_FALSE(form_->ListBusy);
+  EXPECT_TRUE(form_->sMoreInfo.enabled);
+  EXPECT_EQ(form_->lvAlerts.size(), 2u);
+}
+
+}  // namespace
+}  // namespace zendrix::home

@@ -1,0 +1,345 @@
+#include "core/version.h"
+#include "home_fixture.h"
+
+namespace zendrix::home {
+namespace {
+
+using platform::BoxAnswer;
+using platform::BoxIcon;
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using widgets::TrayIcon;
+using widgets::WindowState;
+
+class FrameTest : public HomeFixture {
+ protected:
+  std::vector<int> ShownPanes() const {
+    std::vector<int> panes;
+    for (const int i : kViews) {
+      const auto at = static_cast<std::size_t>(i);
+      if (!form_->Frame1[at] || !form_->Frame1[at]->visible) continue;
+      EXPECT_TRUE(form_->fraDesc[at]->visible && form_->Frame1[at]->enabled);
+      panes.push_back(i);
+    }
+    return panes;
+  }
+  std::vector<int> ShownArrows() const {
+    std::vector<int> arrows;
+    for (const int i : kViews)
+      if (form_->vArrow[static_cast<std::size_t>(i)]->visible) arrows.push_back(i);
+    return arrows;
+  }
+};
+
+TEST_F(FrameTest, TitleNamesProductAndVersion) {
+  const std::string version =
+      core::FormatVersion(core::kVersionMajor, core::kVersionMinor, core::kVersionRevision);
+  EXPECT_EQ(Open(Alert(1, "0")).title.Get(), "Korvessa Zendrix Home Edition -  v " + version);
+}
+
+TEST_F(FrameTest, SummaryIsOnShowAtTheStart) {
+  Open(Alert(1, "0"));
+  EXPECT_TRUE(form_->Frame2.visible);
+  EXPECT_THAT(ShownPanes(), ElementsAre(kSummaryView));
+  EXPECT_THAT(ShownArrows(), ElementsAre(kSummaryView));
+  EXPECT_EQ(form_->PreviousView, kSummaryView);
+  EXPECT_EQ(screen_.MousePointer, widgets::kPointerDefault);
+}
+
+TEST_F(FrameTest, PaneSwitchMarksItsLabelAlone) {
+  Open(Alert(1, "0"));
+  form_->ViewItems[kAlertsView]->clicked.Raise();
+  EXPECT_THAT(ShownPanes(), ElementsAre(kAlertsView));
+  for (const int i : kViews) {
+    const auto at = static_cast<std::size_t>(i);
+    EXPECT_EQ(form_->ViewItems[at]->emphasised, i == kAlertsView);
+    EXPECT_EQ(form_->ViewItems[at]->fore_colour.Get(), i == kAlertsView ? 14518894u : 0x8000000Du);
+  }
+}
+
+TEST_F(FrameTest, AlertListGetsTheKeyboard) {
+  Open(Alert(1, "0"));
+  int focused = 0;
+  const auto link = form_->lvAlerts.focus.Connect([&] { ++focused; });
+  form_->ViewItems_Click(kSummaryView);
+  EXPECT_EQ(focused, 0);
+  form_->Flag[kAlertsView]->clicked.Raise();
+  EXPECT_EQ(focused, 1);
+}
+
+TEST_F(FrameTest, HelpHasNoArrowAndShowsTheVersion) {
+  state_.Desc[0] = {"-1,x", "0,a", "1,b", "2,c", "3,d", "4,help text", "5,e", "6,f"};
+  Open(Alert(1, "0"));
+  form_->ViewItems_Click(kHelpView);
+  EXPECT_THAT(ShownArrows(), IsEmpty());
+  EXPECT_THAT(ShownPanes(), ElementsAre(kHelpView));
+  EXPECT_EQ(form_->htopDesc.caption.Get(), "help text");
+  EXPECT_EQ(
+      form_->hVersion.caption.Get(),
+      "Version " + core::FormatVersion(core::kVersionMajor, core::kVersionMinor, core::kVersionRevision));
+  EXPECT_EQ(form_->hAppTitle.caption.Get(), state_.ProductName);
+}
+
+TEST_F(FrameTest, HeadingsComeFromTheirPlaces) {
+  state_.Desc[0] = {"-1,x", "0,open", "1,b", "2,advanced", "3,options", "4,d", "5,e", "6,summary"};
+  Open("");
+  EXPECT_EQ(form_->aDesc.caption.Get(), "advanced");
+  EXPECT_EQ(form_->etopDesc.caption.Get(), "options");
+  EXPECT_EQ(form_->icShortDesc.caption.Get(), "summary");
+}
+
+TEST_F(FrameTest, HeadingsWithoutDescriptionsSaySo) {
+  Open("");
+  for (const widgets::Label* label : {&form_->aDesc, &form_->etopDesc, &form_->icShortDesc})
+    EXPECT_EQ(label->caption.Get(), "Description Not Available");
+}
+
+TEST_F(FrameTest, MissingTableIsToldAndTheStartGoesOn) {
+  Boxes().shown.clear();
+  OpenForm();
+  ASSERT_EQ(Boxes().shown.size(), 1u);
+  EXPECT_EQ(Boxes().shown[0].icon, BoxIcon::kStop);
+  EXPECT_EQ(Boxes().shown[0].text,
+            "No Zendrix Data Found.  Please ensure that the Zendrix Product is properly installed.");
+  EXPECT_TRUE(form_->tray.shown);
+  EXPECT_FALSE(form_->PopupsSuppressed);
+}
+
+TEST_F(FrameTest, CloseBoxHidesAndTimersRunOn) {
+  Open(Alert(1, "0"));
+  EXPECT_FALSE(form_->Unload(widgets::UnloadCause::kCloseBox));
+  EXPECT_FALSE(form_->visible);
+  EXPECT_TRUE(form_->tray.shown);
+  const auto ticks = form_->HourTicks;
+  Seconds(2);
+  EXPECT_EQ(form_->HourTicks, ticks + 2);
+}
+
+TEST_F(FrameTest, QuitAnsweredNoStaysOnThePaneThatWasOnShow) {
+  Open(Alert(1, "0"));
+  form_->ViewItems_Click(kAdvancedView);
+  Boxes().Answer(BoxAnswer::kNo);
+  form_->ViewItems_Click(kQuitView);
+  EXPECT_TRUE(form_->loaded());
+  EXPECT_EQ(form_->CurrentView, kAdvancedView);
+  EXPECT_THAT(ShownPanes(), ElementsAre(kAdvancedView));
+  EXPECT_THAT(ShownArrows(), ElementsAre(kAdvancedView));
+}
+
+TEST_F(FrameTest, QuitAnsweredYesSavesLogsAndEndsTheProcess) {
+  Open(Alert(1, "0"));
+  form_->width = 900;
+  state_.settings.ShowDetailsOpen = false;
+  Boxes().Answer(BoxAnswer::kYes);
+  EXPECT_EQ(world_.EndOf([&] { form_->ViewItems_Click(kQuitView); }), 0);
+  EXPECT_FALSE(form_->tray.shown);
+  EXPECT_THAT(state_.forms.open(), IsEmpty());
+  const std::string version =
+      core::FormatVersion(core::kVersionMajor, core::kVersionMinor, core::kVersionRevision);
+  EXPECT_THAT(world_.quiet.Take(),
+              ElementsAre("'QueryUnload': Stop UI.", "'Unload': Ending version " + version));
+  const std::string ini = world_.platform.files.Get(reg_ini_.IniPath());
+  EXPECT_THAT(ini, HasSubstr("DetSho=0"));
+  EXPECT_THAT(ini, HasSubstr("Width=900"));
+}
+
+TEST_F(FrameTest, MinimisedWindowKeepsItsSavedPlace) {
+  Open(Alert(1, "0"));
+  form_->width = 901;
+  form_->state = WindowState::kMinimised;
+  EXPECT_EQ(world_.EndOf([&] { form_->Unload(); }), 0);
+  EXPECT_EQ(world_.platform.files.Get(reg_ini_.IniPath()).find("Width=901"), std::string::npos);
+  world_.quiet.Take();
+}
+
+TEST_F(FrameTest, FirstRunAfterAnUpdateShowsOnlyTheTrayIcon) {
+  state_.UpdatedRun = true;
+  Open(Alert(1, "0"));
+  EXPECT_FALSE(form_->visible);
+  EXPECT_TRUE(form_->tray.shown);
+  form_->Tray_Mouse(widgets::kTrayLeftDouble);
+  EXPECT_TRUE(form_->visible);
+  form_->Form_Activate();
+  EXPECT_TRUE(form_->visible);
+  EXPECT_THAT(ShownPanes(), ElementsAre(kSummaryView));
+}
+
+TEST_F(FrameTest, TrayClicksOpenTheMenu) {
+  Open(Alert(1, "0"));
+  int menus = 0, forward = 0;
+  const auto menu = form_->mPopupSys2.popup.Connect([&] { ++menus; });
+  const auto front = form_->bring_forward.Connect([&] { ++forward; });
+  form_->Tray_Mouse(widgets::kTrayLeftUp);
+  form_->Tray_Mouse(widgets::kTrayRightUp);
+  form_->Tray_Mouse(512);
+  EXPECT_EQ(menus, 2);
+  EXPECT_EQ(forward, 2);
+}
+
+TEST_F(FrameTest, ModalDialogKeepsTheTrayMenuShut) {
+  Open(Alert(1, "0"));
+  int menus = 0, forward = 0;
+  const auto menu = form_->mPopupSys2.popup.Connect([&] { ++menus; });
+  const auto front = form_->bring_forward.Connect([&] { ++forward; });
+  form_->enabled = false;
+  form_->visible = false;
+  form_->Tray_Mouse(widgets::kTrayRightUp);
+  EXPECT_EQ(menus, 0);
+  EXPECT_EQ(forward, 1);
+  form_->Tray_Mouse(widgets::kTrayLeftDouble);
+  form_->mPopMaximize_Click();
+  EXPECT_FALSE(form_->visible);
+}
+
+TEST_F(FrameTest, TrayMenuSetsTheWindowsState) {
+  Open(Alert(1, "0"));
+  form_->mPopMinimize.clicked.Raise();
+  EXPECT_EQ(form_->state.Get(), WindowState::kMinimised);
+  form_->mPopMaximize.clicked.Raise();
+  EXPECT_EQ(form_->state.Get(), WindowState::kMaximised);
+  form_->mPopRestore.clicked.Raise();
+  EXPECT_EQ(form_->state.Get(), WindowState::kNormal);
+}
+
+TEST_F(FrameTest, TrayTipHoldsTheProductNameInItsField) {
+  state_.ProductName = std::string(100, 'x');
+  Open(Alert(1, "0"));
+  EXPECT_EQ(form_->tray.tip.Get(), std::string(63, 'x'));
+}
+
+TEST_F(FrameTest, PictureMovesOnceASecondWhileTheAgentRuns) {
+  Open(Alert(1, "0"));
+  Seconds(1);
+  EXPECT_EQ(form_->icImgEventCount.picture.Get(), "ecount0");
+  Seconds(1);
+  EXPECT_EQ(form_->icImgEventCount.picture.Get(), "ecount1");
+  world_.platform.services.SetStopped("ZENDRIX");
+  Seconds(121);
+  const std::string still = form_->icImgEventCount.picture;
+  Seconds(1);
+  EXPECT_EQ(form_->icImgEventCount.picture.Get(), still);
+}
+
+TEST_F(FrameTest, AgentIsAskedEveryTwoMinutes) {
+  Open(Alert(1, "0"));
+  world_.platform.services.SetStopped("ZENDRIX");
+  Seconds(119);
+  EXPECT_EQ(form_->AgentLevel, 1);
+  Seconds(1);
+  EXPECT_EQ(form_->AgentLevel, 3);
+}
+
+TEST_F(FrameTest, UpdateIsLookedForBehindEveryNineHundredthTick) {
+  int checks = 0;
+  services_.CheckUpdate = [&] { ++checks; };
+  Open(Alert(1, "0"));
+  Seconds(900);
+  EXPECT_EQ(checks, 0);
+  Seconds(1);
+  EXPECT_EQ(checks, 1);
+  EXPECT_EQ(form_->QuarterTicks, 0);
+}
+
+TEST_F(FrameTest, WholeDaysWithoutAnIntrusionAreToldToAHiddenWindow) {
+  int told = 0;
+  services_.ShowNotifyMsg = [&] { ++told; };
+  state_.settings.PopNotifyMs = true;
+  state_.settings.TSurv = "Y";
+  Open(Alert(1, "0"));
+  const auto at_hours = [&](double hours) {
+    form_->HourTicks = 3600;
+    const core::Date now = core::Now(world_.platform.clock, world_.platform.family);
+    form_->LastIntrusionTime = now + 1.0 / 86400 - hours / 24;
+    Seconds(1);
+    EXPECT_EQ(form_->HourTicks, 0);
+  };
+  at_hours(48);
+  EXPECT_EQ(told, 0) << "a visible window gets no notification";
+  form_->visible = false;
+  at_hours(48.5);
+  EXPECT_EQ(told, 1);
+  at_hours(47);
+  EXPECT_EQ(told, 1);
+  at_hours(0);
+  EXPECT_EQ(told, 1);
+  state_.settings.PopNotifyMs = false;
+  at_hours(24);
+  EXPECT_EQ(told, 1);
+}
+
+TEST_F(FrameTest, OtherHoursAskForTheSurvey) {
+  int posts = 0;
+  services_.PostSurvey = [&] { ++posts; };
+  Open(Alert(1, "0"));
+  state_.settings.TSurv = "N";
+  state_.settings.IniDate = "01/01/2004";
+  form_->HourTicks = 3600;
+  form_->LastIntrusionTime = core::Now(world_.platform.clock, world_.platform.family) - 5.5 / 24;
+  Seconds(1);
+  EXPECT_EQ(posts, 1);
+}
+
+TEST_F(FrameTest, SurveyWaitsThreeDaysAndHappensOnce) {
+  int posts = 0;
+  services_.PostSurvey = [&] { ++posts; };
+  Open(Alert(1, "0"));
+  state_.settings.TSurv = "N";
+  state_.settings.IniDate = "11/07/2004";  // two days back
+  form_->CheckSurvey();
+  EXPECT_EQ(posts, 0);
+  state_.settings.IniDate = "11/06/2004";
+  form_->CheckSurvey();
+  EXPECT_EQ(posts, 1);
+  state_.settings.TSurv = "Y";
+  form_->CheckSurvey();
+  EXPECT_EQ(posts, 1);
+}
+
+TEST_F(FrameTest, DayTimerAsksForTheSurveyAtItsLastTick) {
+  int posts = 0;
+  services_.PostSurvey = [&] { ++posts; };
+  Open(Alert(1, "0"));
+  state_.settings.TSurv = "N";
+  state_.settings.IniDate = "01/01/2004";
+  form_->DayTicks = 8639;
+  form_->Timer4_Timer();
+  EXPECT_EQ(posts, 0);
+  form_->Timer4_Timer();
+  EXPECT_EQ(posts, 1);
+  EXPECT_EQ(form_->DayTicks, 0);
+}
+
+TEST_F(FrameTest, TrayBlinksWhileAttentionWaitsAndStopsWhenTheWindowIsSeen) {
+  Open(Alert(1, "0"));
+  form_->visible = false;
+  Append(Alert(2, "0.99"));
+  Poll();
+  Seconds(3);
+  EXPECT_TRUE(form_->TrayBlinking);
+  std::vector<TrayIcon> icons;
+  const auto link = form_->tray.icon.changed.Connect([&] { icons.push_back(form_->tray.icon); });
+  Seconds(2);
+  EXPECT_THAT(icons, Contains(TrayIcon::kNotableSystemTrayIcon));
+  form_->mPopRestore_Click();
+  Seconds(3);
+  EXPECT_FALSE(form_->TrayBlinking);
+  EXPECT_FALSE(form_->AttentionPending);
+  EXPECT_EQ(form_->tray.icon.Get(), TrayIcon::kForm);
+}
+
+TEST_F(FrameTest, IntrusionSeenOnAnOpenWindowBlinksWhenItIsNextHidden) {
+  Open(Alert(1, "0"));
+  Append(Alert(2, "0.99"));
+  Poll();
+  Seconds(6);
+  EXPECT_TRUE(form_->AttentionPending);
+  EXPECT_FALSE(form_->TrayBlinking);
+  form_->Unload(widgets::UnloadCause::kCloseBox);
+  Seconds(3);
+  EXPECT_TRUE(form_->TrayBlinking);
+}
+
+}  // namespace
+}  // namespace zendrix::home

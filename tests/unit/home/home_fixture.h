@@ -1,0 +1,125 @@
+// The Home console in memory: a monitoring file with its Agent, the reader, and the form on top, with alert
+// logic that a test scripts.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "core/utils.h"
+#include "home/frm_new_ui.h"
+#include "support/console_world.h"
+
+namespace zendrix::home {
+
+// Answers what a test told it to; writes down what it was asked.
+class ScriptedAlerts : public alerts::AlertServices {
+ public:
+  std::optional<std::string> Decision(const std::string& date_utc) override {
+    const auto found = decisions.find(date_utc);
+    if (found == decisions.end()) return std::nullopt;
+    return found->second;
+  }
+  bool HasDetails(const std::string& id) override {
+    asked_details.push_back(id);
+    if (on_details) on_details();
+    return details.contains(id);
+  }
+  void ForgetNotableInfo() override { ++forgotten; }
+  void ShowAlertPopUp(const store::EventCursor& row, bool silent) override {
+    pop_ups.push_back(std::to_string(row.ID()) + (silent ? " silent" : ""));
+  }
+
+  std::map<std::string, std::string> decisions;
+  std::set<std::string> details;
+  std::function<void()> on_details;
+  std::vector<std::string> asked_details, pop_ups;
+  int forgotten = 0;
+};
+
+class HomeFixture : public ::testing::Test {
+ protected:
+  static constexpr int kStart = 1100000000;  // 2004-11-09 11:33:20 UTC
+
+  HomeFixture() {
+    // Everything saved before the first reading, so that it finds a file that verifies.
+    reg_ini_.SaveSettingHashed("Misc", "ShRskLvl", "0");
+    reg_ini_.ReadRegInfo();
+    reg_ini_.SaveSettingHashed("Misc", "DetSho", "1");
+    state_.Desc[1] = {"0,1,No alerts of <countofalerts>.",
+                      "0,2,Strange: <countofalerts>.",
+                      "0,3,Intrusion: <countofalerts>.",
+                      "2,1,Agent watches.",
+                      "2,3,Agent rests.",
+                      "3,1,Mail is fine.",
+                      "3,2,Mail is incomplete.",
+                      "6,1,Nothing to do.",
+                      "6,3,Look at the Agent."};
+    state_.Desc[9] = {"010,Events: <NumEvents>", "011,Alerts: <NumAlerts>"};
+    world_.platform.services.SetRunning("ZENDRIX");
+  }
+  ~HomeFixture() override { world_.quiet.Take(); }
+
+  std::string Path() const { return world_.InFolder("KorvessaMonitoring.kvl"); }
+  static std::string Line(int second, const std::string& monitor, const std::string& change,
+                          const std::string& description = "text") {
+    return std::to_string(kStart + second) + ",HOST,7," + monitor + "|" + change + "|" + change + "|" +
+           description + "|||x\r\n";
+  }
+  static std::string Alert(int second, const std::string& change) {
+    return Line(second, "Aggregation", change, "Tcp Port=22");
+  }
+  static std::string Tag(int second) { return std::to_string(kStart + second); }
+
+  // The first load, then the form as Main opens it. Lines of the log that a start writes are taken away.
+  frmNewUI& Open(const std::string& bytes) {
+    world_.platform.files.Put(Path(), bytes);
+    reader_.InitClass(Path());
+    return OpenForm();
+  }
+  frmNewUI& OpenForm() {
+    form_ = std::make_unique<frmNewUI>(
+        HomeParts{state_, world_.log, reader_, reg_ini_, agent_, screen_, alerts_, services_});
+    form_->Form_Load();
+    form_->visible = true;
+    form_->Form_Activate();
+    world_.quiet.Take();
+    return *form_;
+  }
+  void Append(const std::string& bytes) { world_.platform.files.PutMore(Path(), bytes); }
+  void Replace(const std::string& bytes) { world_.platform.files.Put(Path(), bytes); }
+  // The reader looks at the file.
+  void Poll() { reader_.LoadNewEvents(); }
+  void Seconds(int seconds) { world_.platform.timers.Advance(seconds * 1000LL); }
+  // Levels of the rows from the top, with the status behind them.
+  std::vector<std::string> Rows() const {
+    std::vector<std::string> rows;
+    for (std::size_t i = 0; i < form_->lvAlerts.size(); ++i) {
+      const widgets::ListRow& row = form_->lvAlerts.at(i);
+      std::string text = row.key;
+      for (const widgets::SubItem& item : row.sub_items)
+        text += " " + (item.text.empty() ? "-" : item.text) + ":" + std::to_string(item.picture);
+      rows.push_back(text);
+    }
+    return rows;
+  }
+  std::string Selected() const {
+    const auto slot = form_->lvAlerts.selected();
+    return slot ? form_->lvAlerts.in_slot(*slot).key : "none";
+  }
+  platform::ScriptedBoxes& Boxes() { return world_.platform.message_boxes; }
+
+  zendrix::testing::ConsoleWorld world_;
+  core::AppState& state_ = world_.state;
+  settings::RegIni reg_ini_{world_.state, world_.log};
+  widgets::Screen screen_;
+  agent::AgentControl agent_{world_.state, screen_};
+  ScriptedAlerts alerts_;
+  HomeServices services_;
+  store::CMkvlf reader_{world_.state, world_.log};
+  std::unique_ptr<frmNewUI> form_;
+};
+
+}  // namespace zendrix::home

@@ -1,0 +1,138 @@
+#include "home_fixture.h"
+#include "settings/smtp.h"
+
+namespace zendrix::home {
+namespace {
+
+class StatusTest : public HomeFixture {};
+
+TEST_F(StatusTest, EmptyListRunningAgentAndNoMailIsGreen) {
+  Open(Line(1, "System", "0"));
+  EXPECT_EQ(form_->AlertLevel, 1);
+  EXPECT_EQ(form_->OSFlag.picture.Get(), "FlagG");
+  EXPECT_EQ(form_->OSRiskBackc.Get(), 0x00FF00u);
+  EXPECT_EQ(form_->OSRiskLevel.caption.Get(), "No action required on your part");
+  EXPECT_EQ(form_->icStatus.caption.Get(), "Nothing to do.");
+  EXPECT_FALSE(form_->icMore.visible);
+  EXPECT_EQ(form_->sTitleDesc.caption.Get(), "No alerts of 0.");
+}
+
+TEST_F(StatusTest, StoppedAgentIsRedAndWinsTheSecondLineOverAnIntrusion) {
+  world_.platform.services.SetStopped("ZENDRIX");
+  Open(Alert(1, "0.99"));
+  EXPECT_EQ(form_->OSFlag.picture.Get(), "FlagR");
+  EXPECT_EQ(form_->icStatus.caption.Get(), "Agent rests.");
+  EXPECT_EQ(form_->icMore.caption.Get(), "[Start Agent]");
+  EXPECT_TRUE(form_->icMore.visible);
+  EXPECT_EQ(form_->StatusAction, 2);
+}
+
+TEST_F(StatusTest, LinkOfAStoppedAgentStartsIt) {
+  world_.platform.services.SetStopped("ZENDRIX");
+  Open(Line(1, "System", "0"));
+  form_->icMore.clicked.Raise();
+  EXPECT_EQ(form_->AgentLevel, 1);
+  EXPECT_EQ(Boxes().shown.back().text, "Zendrix Monitoring started.");
+  EXPECT_EQ(form_->aClick.caption.Get(), "[Disable]");
+}
+
+TEST_F(StatusTest, IntrusionLeadsToTheList) {
+  Open(Alert(1, "0.99"));
+  EXPECT_EQ(form_->icMore.caption.Get(), "[Details...]");
+  EXPECT_EQ(form_->icStatus.caption.Get(), "Intrusion: 1.");
+  form_->icMore.clicked.Raise();
+  EXPECT_EQ(form_->CurrentView, kAlertsView);
+}
+
+TEST_F(StatusTest, SuspiciousAlertIsYellow) {
+  Open(Alert(1, "0.92"));
+  EXPECT_EQ(form_->AlertLevel, 2);
+  EXPECT_EQ(form_->Flag[kAlertsView]->picture.Get(), "FlagY");
+  EXPECT_EQ(form_->OSRiskLevel.caption.Get(), "Some items require your attention");
+  EXPECT_EQ(form_->OSRiskLevel.fore_colour.Get(), 0x008080u);
+}
+
+TEST_F(StatusTest, AllowedIntrusionNoLongerCounts) {
+  alerts_.decisions = {{Tag(1), "x"}};
+  Open(Alert(1, "0.99"));
+  EXPECT_EQ(form_->AlertLevel, 1);
+}
+
+TEST_F(StatusTest, BlockedIntrusionCountsWhileItIsListed) {
+  alerts_.decisions = {{Tag(1), "A"}};
+  Open(Alert(1, "0.99"));
+  EXPECT_EQ(form_->AlertLevel, 3);
+  form_->sckShowAll.checked = false;
+  form_->sckShowAll_Click();
+  EXPECT_EQ(form_->CheckAlrSta(), 1);
+}
+
+TEST_F(StatusTest, MailWithoutAServerIsYellowAndWarnsOnce) {
+  state_.settings.enblAlr = "1";
+  settings::SaveSMTPData(state_, world_.log, {"a@b.c", "", "25"});
+  Open(Line(1, "System", "0"));
+  EXPECT_EQ(form_->OSFlag.picture.Get(), "FlagY");
+  EXPECT_FALSE(form_->icMore.visible);
+  EXPECT_EQ(form_->eTitleDesc.caption.Get(), "Mail is incomplete.");
+  EXPECT_TRUE(form_->AttentionPending);
+  form_->AttentionPending = false;
+  form_->CheckRiskLevel();
+  EXPECT_FALSE(form_->AttentionPending);
+}
+
+TEST_F(StatusTest, MailWithoutAPortIsComplete) {
+  state_.settings.enblAlr = "1";
+  settings::SaveSMTPData(state_, world_.log, {"a@b.c", "mail.b.c", ""});
+  Open(Line(1, "System", "0"));
+  EXPECT_EQ(form_->CheckEmlSta(), 1);
+}
+
+TEST_F(StatusTest, MissingServiceCountsAsStoppedAndCallsOnce) {
+  world_.platform.services.SetMissing("ZENDRIX");
+  Open(Line(1, "System", "0"));
+  EXPECT_EQ(form_->AgentLevel, 3);
+  EXPECT_EQ(form_->aStatus.caption.Get(), "Monitoring is Disabled");
+  EXPECT_EQ(form_->aClick.caption.Get(), "[Enable]");
+  EXPECT_FALSE(form_->AgentJustStarted);
+}
+
+TEST_F(StatusTest, CountsAndDateOfTheTable) {
+  Open(Line(1, "System", "0") + Alert(2, "0.94") + Alert(3, "0.95") + Alert(4, "0.99"));
+  EXPECT_EQ(form_->icEventCount.caption.Get(), "Events: 4");
+  EXPECT_EQ(form_->icAlertCount.caption.Get(), "Alerts: 2");
+  EXPECT_EQ(form_->icDate.caption.Get(), "Tuesday, November 09, 2004");
+}
+
+TEST_F(StatusTest, EmptyTableHasNoDateAndNoCounts) {
+  Open("");
+  EXPECT_EQ(form_->icDate.caption.Get(), "N/A");
+  EXPECT_EQ(form_->icEventCount.caption.Get(), "Events: 0");
+  EXPECT_EQ(form_->icAlertCount.caption.Get(), "Alerts: 0");
+}
+
+TEST_F(StatusTest, CountsFollowNewEvents) {
+  Open(Line(1, "System", "0"));
+  Append(Alert(2, "0.99"));
+  Poll();
+  EXPECT_EQ(form_->icEventCount.caption.Get(), "Events: 2");
+  EXPECT_EQ(form_->AlertLevel, 3);
+}
+
+TEST_F(StatusTest, DescriptionReplacesTheSentence) {
+  state_.Desc[4] = {"1,All is well"};
+  Open(Line(1, "System", "0"));
+  EXPECT_EQ(form_->OSRiskLevel.caption.Get(), "All is well");
+}
+
+TEST_F(StatusTest, MissingDescriptionsChangeNoColour) {
+  state_.Desc[1].clear();
+  state_.Desc[9].clear();
+  Open(Alert(1, "0.99"));
+  EXPECT_EQ(form_->OSFlag.picture.Get(), "FlagR");
+  EXPECT_EQ(form_->sTitleDesc.caption.Get(), "Description Not Available");
+  EXPECT_EQ(form_->icStatus.caption.Get(), "");
+  EXPECT_EQ(form_->icEventCount.caption.Get(), "");
+}
+
+}  // namespace
+}  // namespace zendrix::home
