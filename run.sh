@@ -28,7 +28,8 @@ bin=$PWD/build/release/bin
 folder=$PWD/out/$form
 mkdir -p "$folder"
 cp -r "$bin"/KorvessaDesc*.kv? "$bin/Images" "$folder/"
-if [ ! -e "$folder/zendrix.ini" ]; then
+if [ ! -e "$folder/zendrix.ini" ]; then  # the defaults, with their hash, so that the first start asks nothing
+  "$bin/zendrix-inspect" --write --folder "$folder" settings >/dev/null
   "$bin/zendrix-inspect" --write --folder "$folder" settings save Misc DetSho 1 >/dev/null
 fi
 

@@ -205,8 +205,8 @@ QWidget* HomeWindow::MakeAlertsPane() {
   auto* inner = new QVBoxLayout;
   inner->addWidget(details);
   split->addWidget(Card(inner));
-  split->setStretchFactor(0, 1);
-  split->setStretchFactor(1, 1);
+  split->setStretchFactor(0, 2);
+  split->setStretchFactor(1, 3);
   column->addWidget(split, 1);
   return pane;
 }
