@@ -1,5 +1,6 @@
 #include "operations.h"
 
+#include "alerts_operations.h"
 #include "store_operations.h"
 
 namespace zendrix::bench {
@@ -9,6 +10,7 @@ const std::vector<NamedOperation>& Operations() {
       {"load-home", "full load of the file into the event table, yields included", LoadHome},
       {"tick", "one poll that finds 100 newer lines (or as many as the first argument says)", Tick},
       {"tick-idle", "one poll that finds nothing; the mean of 1000", TickIdle},
+      {"alerts", "building the alert list with the lookup of every alert", Alerts},
   };
   return all;
 }

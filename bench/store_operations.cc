@@ -4,12 +4,12 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <stdexcept>
 
 #include "bench_platform.h"
 #include "core/app_state.h"
 #include "core/error_log.h"
 #include "store/reader.h"
+#include "temporary_folder.h"
 
 namespace zendrix::bench {
 namespace {
@@ -37,24 +37,13 @@ struct Console {
 // A copy of the file that may grow, gone with the object.
 class GrowingFile {
  public:
-  explicit GrowingFile(const std::string& original) {
-    std::string name = (std::filesystem::temp_directory_path() / "zendrix-bench-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-    folder_ = name;
-    std::filesystem::copy_file(original, path());
-  }
-  ~GrowingFile() {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
-  }
-  GrowingFile(const GrowingFile&) = delete;
-  GrowingFile& operator=(const GrowingFile&) = delete;
+  explicit GrowingFile(const std::string& original) { std::filesystem::copy_file(original, path()); }
 
-  std::string path() const { return (folder_ / "KorvessaMonitoring.kvl").string(); }
+  std::string path() const { return folder_.path() + "/KorvessaMonitoring.kvl"; }
   void Append(const std::string& text) { std::ofstream(path(), std::ios::app | std::ios::binary) << text; }
 
  private:
-  std::filesystem::path folder_;
+  TemporaryFolder folder_;
 };
 
 std::string NewerLines(const std::string& last_date, int count) {
