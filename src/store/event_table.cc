@@ -135,18 +135,21 @@ std::uint32_t EventCursor::RecordCount() const {
 }
 
 void EventCursor::Find(std::string_view criterion, std::uint32_t skip, Direction direction) {
-  auto comparisons = ParseCriteria(criterion, *table_);
-  if (comparisons.size() != 1) core::Raise(core::kBadCriterion);
+  if (!found_ || criterion != criterion_) {
+    auto comparisons = ParseCriteria(criterion, *table_);
+    if (comparisons.size() != 1) core::Raise(core::kBadCriterion);
+    found_ = std::make_unique<Selection>(*table_, std::move(comparisons));
+    criterion_ = criterion;
+  }
   const bool forward = direction == Direction::kForward;
   for (; skip > 0 && !(forward ? Eof() : Bof()); --skip) forward ? MoveNext() : MovePrevious();
   if (place_ == Place::kNowhere || place_ == (forward ? Place::kEof : Place::kBof)) return;
   if (place_ != Place::kRow) forward ? MoveFirst() : MoveLast();
 
-  Selection found(*table_, std::move(comparisons));
-  found.Refresh();
+  found_->Refresh();
   std::int64_t row = row_;
   do {
-    row = forward ? found.AtOrAfter(row) : found.AtOrBefore(row);
+    row = forward ? found_->AtOrAfter(row) : found_->AtOrBefore(row);
     if (row < 0 || !filter_ || Filtered().Holds(static_cast<Bookmark>(row))) break;
     row += forward ? 1 : -1;
   } while (row >= 0);

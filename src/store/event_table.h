@@ -102,6 +102,9 @@ class EventCursor {
   Place place_ = Place::kNowhere;
   Bookmark row_ = 0;
   mutable std::unique_ptr<Selection> filter_;  // null: all rows
+  // The criterion found last: searches go on with the same one again and again.
+  std::string criterion_;
+  std::unique_ptr<Selection> found_;
 };
 
 class EventTable : public std::enable_shared_from_this<EventTable> {
