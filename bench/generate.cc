@@ -126,7 +126,8 @@ Generator::Event Generator::Next() {
 
 void Generator::Append(std::string& text) {
   seconds_ += static_cast<std::int64_t>(Skewed(8));
-  if (lines_ > 8 && Random(60) == 0) return AppendAlert(text);
+  const std::uint64_t lines_for_an_alert = kind_ == Kind::kAlerts ? 18 : 110;
+  if (lines_ > 8 && Random(lines_for_an_alert) == 0) return AppendAlert(text);
   Event event = Next();
   Line(text, event);
   if (event.description.find(" * ") == std::string::npos) recent_[Random(4)] = std::move(event);

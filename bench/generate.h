@@ -9,8 +9,9 @@
 namespace zendrix::bench {
 
 enum class Kind {
-  kHome,   // full lines: stamp|original|change|description|reaction|code|0
-  kAdmin,  // five comma-separated fields: seconds,host,monitor,change code,description
+  kHome,    // full lines: stamp|original|change|description|reaction|code|0
+  kAlerts,  // the same on a host with much to report: an alert every twenty lines
+  kAdmin,   // five comma-separated fields: seconds,host,monitor,change code,description
 };
 
 class Generator {

@@ -1,6 +1,6 @@
-// zendrix-bench-generate KIND SIZE_OR_LINES SEED OUT: a monitoring file for benchmarks. KIND is home or
-// admin; a size is a number with k or M behind it (thousands or millions of bytes), a number alone counts
-// lines.
+// zendrix-bench-generate KIND SIZE_OR_LINES SEED OUT: a monitoring file for benchmarks. KIND is home,
+// alerts or admin; a size is a number with k or M behind it (thousands or millions of bytes), a number alone
+// counts lines.
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -11,11 +11,11 @@
 int main(int argc, char** argv) {
   using zendrix::bench::Kind;
   const std::string_view kind_name = argc == 5 ? argv[1] : "";
-  if (kind_name != "home" && kind_name != "admin") {
-    std::fputs("usage: zendrix-bench-generate home|admin SIZE[k|M]|LINES SEED OUT\n", stderr);
+  if (kind_name != "home" && kind_name != "alerts" && kind_name != "admin") {
+    std::fputs("usage: zendrix-bench-generate home|alerts|admin SIZE[k|M]|LINES SEED OUT\n", stderr);
     return 2;
   }
-  const Kind kind = kind_name == "home" ? Kind::kHome : Kind::kAdmin;
+  const Kind kind = kind_name == "home" ? Kind::kHome : kind_name == "alerts" ? Kind::kAlerts : Kind::kAdmin;
   char* unit = nullptr;
   const unsigned long long amount = std::strtoull(argv[2], &unit, 10);
   const unsigned long long seed = std::strtoull(argv[3], nullptr, 10);
