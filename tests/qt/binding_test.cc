@@ -1,0 +1,270 @@
+#include <gmock/gmock.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include "admin/event_grid.h"
+#include "qt/bind_check_box.h"
+#include "qt/bind_form.h"
+#include "qt/bind_grid.h"
+#include "qt/bind_label.h"
+#include "qt/bind_list_view.h"
+#include "qt/qt_dialogs.h"
+#include "support/console_world.h"
+
+namespace zendrix::qt {
+namespace {
+
+using ::testing::ElementsAre;
+
+class BindingTest : public ::testing::Test {
+ protected:
+  zendrix::testing::ConsoleWorld world_;
+  SlotGuard guard_{world_.log};
+  Pictures pictures_{"/nowhere"};
+  Theme theme_{pictures_};
+  Toolkit kit_{guard_, pictures_, theme_};
+};
+
+TEST_F(BindingTest, LabelShowsEventTextAsItStands) {
+  widgets::Label label("sTitleDesc", "<b>bold</b>");
+  const std::unique_ptr<QLabel> widget(MakeLabel(label, kit_));
+  EXPECT_EQ(widget->textFormat(), Qt::PlainText);
+  EXPECT_EQ(widget->text(), QStringLiteral("<b>bold</b>"));
+  EXPECT_EQ(widget->objectName(), QStringLiteral("sTitleDesc"));
+  label.caption = std::string("other");
+  EXPECT_EQ(widget->text(), QStringLiteral("other"));
+  label.visible = false;
+  EXPECT_TRUE(widget->isHidden());
+}
+
+TEST_F(BindingTest, BoundWidgetDoesNotBecomeAWindow) {
+  widgets::Label label("x", "x");
+  const std::unique_ptr<QLabel> widget(MakeLabel(label, kit_));
+  EXPECT_FALSE(widget->isVisible());
+}
+
+TEST_F(BindingTest, ButtonClickReachesTheLogic) {
+  widgets::Label label("aClearAll", "Clear && <All>");
+  int clicks = 0;
+  label.clicked.ConnectForever([&] { ++clicks; });
+  const std::unique_ptr<QPushButton> widget(MakeButton(label, "flat", kit_));
+  QTest::keyClick(widget.get(), Qt::Key_Space);
+  EXPECT_EQ(clicks, 1);
+  EXPECT_FALSE(label.bordered);
+}
+
+TEST_F(BindingTest, WidgetThatIsGoneIsNotTold) {
+  widgets::Label label("x", "x");
+  delete MakeLabel(label, kit_);
+  label.caption = std::string("y");
+}
+
+TEST_F(BindingTest, CheckBoxGoesBothWays) {
+  widgets::CheckBox box("sckShowAll", "Display blocked events");
+  std::vector<bool> seen;
+  box.clicked.ConnectForever([&] { seen.push_back(box.checked); });
+  const std::unique_ptr<QCheckBox> widget(MakeCheckBox(box, kit_));
+  box.checked = true;
+  EXPECT_TRUE(widget->isChecked());
+  EXPECT_THAT(seen, ElementsAre());
+  widget->click();
+  EXPECT_THAT(seen, ElementsAre(false));
+}
+
+class ListTableTest : public BindingTest {
+ protected:
+  ListTableTest() {
+    list_.columns =
+        std::vector<widgets::ListColumn>{{"Time", 0.4, 0}, {"Status", 0, 700}, {"Details", 0, 700}};
+    list_.item_clicked.ConnectForever(
+        [this](widgets::ListView::Slot slot) { clicked_.push_back(list_.in_slot(slot).key); });
+    for (const char* key : {"a", "b", "c"}) list_.InsertTop(key, key, 0, "");
+    table_ = std::make_unique<ListTable>(list_, QStringLiteral("h3"), QStringLiteral("Alerts"),
+                                         QStringLiteral("No alerts"), kit_);
+    table_->resize(600, 300);
+    table_->show();
+  }
+  widgets::ListView list_{"lvAlerts"};
+  std::vector<std::string> clicked_;
+  std::unique_ptr<ListTable> table_;
+};
+
+TEST_F(ListTableTest, SelectionOfTheLogicIsShownAndIsNoClick) {
+  list_.Select(list_.Find("a"));
+  EXPECT_EQ(table_->currentIndex().row(), 2);
+  EXPECT_THAT(clicked_, ElementsAre());
+}
+
+TEST_F(ListTableTest, KeysMoveTheSelectionAndCountAsClicks) {
+  list_.Select(list_.Find("c"));
+  QTest::keyClick(table_.get(), Qt::Key_Down);
+  EXPECT_THAT(clicked_, ElementsAre("b"));
+  EXPECT_EQ(list_.selected(), list_.Find("b"));
+}
+
+TEST_F(ListTableTest, SelectedRowStaysSelectedWhileRowsArrive) {
+  list_.Select(list_.Find("b"));
+  list_.InsertTop("d", "d", 0, "");
+  EXPECT_EQ(table_->currentIndex().row(), 2);
+  EXPECT_EQ(list_.selected(), list_.Find("b"));
+  EXPECT_THAT(clicked_, ElementsAre());
+}
+
+TEST_F(ListTableTest, RowSelectedInABatchIsShownAtItsEnd) {
+  {
+    const widgets::ListBatch batch(list_);
+    list_.Select(list_.InsertTop("d", "d", 0, ""));
+  }
+  EXPECT_EQ(table_->currentIndex().row(), 0);
+}
+
+TEST_F(ListTableTest, ClearForgetsTheSelection) {
+  list_.Select(list_.Find("b"));
+  list_.Clear();
+  EXPECT_FALSE(table_->currentIndex().isValid());
+  EXPECT_FALSE(list_.selected());
+}
+
+TEST_F(ListTableTest, FirstColumnTakesItsShare) {
+  EXPECT_EQ(table_->columnWidth(0), static_cast<int>(table_->viewport()->width() * 0.4));
+}
+
+class GridTableTest : public BindingTest {
+ protected:
+  GridTableTest() {
+    grid_.SetFormatString("0|1|2|3|4|5|6|7|8");
+    for (int i = 1; i <= 3; ++i) grid_.InsertTop({i, "t", "h", "System", "A", "the whole text", i, "fit"});
+    table_ =
+        std::make_unique<GridTable>(grid_, QStringLiteral("grid"), QStringLiteral("Events"), QString(), kit_);
+    table_->resize(900, 300);
+    table_->show();
+  }
+  admin::EventGrid grid_{"EventList"};
+  std::unique_ptr<GridTable> table_;
+};
+
+TEST_F(GridTableTest, WidthsFollowTheLogicAndZeroHides) {
+  grid_.SetColWidth(2, 1500);
+  grid_.SetColWidth(5, 0);
+  EXPECT_EQ(table_->columnWidth(2), 100);
+  EXPECT_TRUE(table_->isColumnHidden(5));
+  grid_.SetColWidth(5, 300);
+  EXPECT_FALSE(table_->isColumnHidden(5));
+}
+
+TEST_F(GridTableTest, DraggedWidthReachesTheLogicButTheStretchedLastOneDoesNot) {
+  grid_.SetColWidth(8, 3945);
+  table_->horizontalHeader()->resizeSection(1, 80);
+  EXPECT_EQ(grid_.column(1).width, 1200);
+  EXPECT_EQ(grid_.column(8).width, 3945);
+}
+
+TEST_F(GridTableTest, MarkedRowIsShown) {
+  grid_.Row = 2;
+  EXPECT_EQ(table_->currentIndex().row(), 1);
+  QTest::keyClick(table_.get(), Qt::Key_Down);
+  EXPECT_EQ(grid_.Row.Get(), 3);
+}
+
+TEST_F(GridTableTest, HeaderClickNamesItsColumn) {
+  std::vector<int> clicked;
+  grid_.header_clicked.ConnectForever([&](int column) { clicked.push_back(column); });
+  auto* header = table_->horizontalHeader();
+  const QPoint where(header->sectionViewportPosition(1) + 10, header->height() / 2);
+  QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, where);
+  EXPECT_THAT(clicked, ElementsAre(1));
+}
+
+class PlainForm : public widgets::Form {
+ public:
+  explicit PlainForm(widgets::FormList& forms) : Form(forms, "frmTest") {}
+
+ protected:
+  bool QueryUnload(widgets::UnloadCause cause) override {
+    if (cause == widgets::UnloadCause::kCloseBox) visible = false;
+    return cause != widgets::UnloadCause::kCloseBox;
+  }
+};
+
+class FormWindowTest : public BindingTest {
+ protected:
+  PlainForm form_{world_.state.forms};
+  FormWindow window_{form_, kit_};
+};
+
+TEST_F(FormWindowTest, CloseBoxAsksTheFormWhichHides) {
+  form_.visible = true;
+  EXPECT_TRUE(window_.isVisible());
+  window_.close();
+  EXPECT_FALSE(window_.isVisible());
+  EXPECT_TRUE(form_.loaded());
+}
+
+TEST_F(FormWindowTest, PlaceIsToldAndTaken) {
+  form_.left = 40;
+  form_.top = 50;
+  form_.width = 300;
+  form_.height = 200;
+  form_.visible = true;
+  EXPECT_EQ(window_.size(), QSize(300, 200));
+  window_.resize(320, 210);
+  EXPECT_EQ(form_.width.Get(), 320);
+  EXPECT_EQ(form_.height.Get(), 210);
+}
+
+TEST_F(FormWindowTest, StateGoesBothWays) {
+  form_.visible = true;
+  form_.state = widgets::WindowState::kMaximised;
+  EXPECT_TRUE(window_.isMaximized());
+  window_.showMinimized();
+  EXPECT_EQ(form_.state.Get(), widgets::WindowState::kMinimised);
+}
+
+TEST_F(BindingTest, MessageBoxIsPlainTextAndDisablesTheForms) {
+  PlainForm form(world_.state.forms);
+  QtMessageBoxes boxes;
+  boxes.SetForms(&world_.state.forms);
+  bool enabled_meanwhile = true;
+  QTimer::singleShot(0, [&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->textFormat(), Qt::PlainText);
+    EXPECT_EQ(box->text(), QStringLiteral("<b>one</b>\ntwo"));
+    enabled_meanwhile = form.enabled;
+    box->button(QMessageBox::Yes)->click();
+  });
+  const auto answer = boxes.Show(
+      {"title", "<b>one</b>\r\ntwo", platform::BoxIcon::kExclamation, platform::BoxButtons::kYesNo});
+  EXPECT_EQ(answer, platform::BoxAnswer::kYes);
+  EXPECT_FALSE(enabled_meanwhile);
+  EXPECT_TRUE(form.enabled);
+}
+
+TEST_F(BindingTest, ClosedQuestionIsANo) {
+  QtMessageBoxes boxes;
+  QTimer::singleShot(0, [] { QApplication::activeModalWidget()->close(); });
+  EXPECT_EQ(boxes.Show({"t", "x", platform::BoxIcon::kNone, platform::BoxButtons::kYesNo}),
+            platform::BoxAnswer::kNo);
+}
+
+TEST_F(BindingTest, DarkPaletteIsDark) {
+  theme_.SetDark(true);
+  EXPECT_LT(QApplication::palette().color(QPalette::Window).lightness(), 60);
+  EXPECT_GT(QApplication::palette().color(QPalette::Text).lightness(), 200);
+  theme_.SetDark(false);
+  EXPECT_GT(QApplication::palette().color(QPalette::Window).lightness(), 200);
+}
+
+TEST_F(BindingTest, ColoursOfTheLogicAreBlueFirst) {
+  EXPECT_EQ(theme_.ColourOf(14518894), QColor(0x6E, 0x8A, 0xDD));
+}
+
+}  // namespace
+}  // namespace zendrix::qt

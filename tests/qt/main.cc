@@ -1,0 +1,11 @@
+// Test programs of the windows run without a screen unless the environment names one.
+#include <gmock/gmock.h>
+
+#include <QApplication>
+
+int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  ::testing::InitGoogleMock(&argc, argv);
+  QApplication application(argc, argv);
+  return RUN_ALL_TESTS();
+}

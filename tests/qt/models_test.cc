@@ -1,0 +1,142 @@
+#include <gmock/gmock.h>
+
+#include <QAbstractItemModelTester>
+
+#include "admin/event_grid.h"
+#include "qt/grid_model.h"
+#include "qt/list_model.h"
+
+namespace zendrix::qt {
+namespace {
+
+using ::testing::ElementsAre;
+
+// What a view would show, row by row.
+std::vector<std::string> Shown(const QAbstractItemModel& model, int column) {
+  std::vector<std::string> texts;
+  for (int row = 0; row < model.rowCount(); ++row)
+    texts.push_back(model.index(row, column).data().toString().toStdString());
+  return texts;
+}
+
+class ListModelTest : public ::testing::Test {
+ protected:
+  ListModelTest() { list_.columns = std::vector<widgets::ListColumn>{{"Time", 0.5, 0}, {"Level", 0, 700}}; }
+  void Insert(const std::string& key) {
+    list_.AddSubItem(*list_.InsertTop(key, key, 28, ""), "level " + key, 18);
+  }
+
+  widgets::ListView list_{"list"};
+  Pictures pictures_{"/nowhere"};
+  ListModel model_{list_, pictures_, QStringLiteral("h3")};
+  QAbstractItemModelTester tester_{&model_, QAbstractItemModelTester::FailureReportingMode::Fatal};
+};
+
+TEST_F(ListModelTest, RowsAppearOnTop) {
+  Insert("a");
+  Insert("b");
+  EXPECT_THAT(Shown(model_, 0), ElementsAre("b", "a"));
+  EXPECT_THAT(Shown(model_, 1), ElementsAre("level b", "level a"));
+}
+
+TEST_F(ListModelTest, RowsOfAnOpenBatchDoNotExistYet) {
+  Insert("a");
+  {
+    const widgets::ListBatch batch(list_);
+    Insert("b");
+    Insert("c");
+    EXPECT_THAT(Shown(model_, 0), ElementsAre("a"));
+    EXPECT_EQ(model_.RowOf(*list_.Find("c")), -1);
+  }
+  EXPECT_THAT(Shown(model_, 0), ElementsAre("c", "b", "a"));
+  EXPECT_EQ(model_.RowOf(*list_.Find("a")), 2);
+}
+
+TEST_F(ListModelTest, ClearInTheMiddleOfABatch) {
+  Insert("a");
+  const widgets::ListBatch batch(list_);
+  Insert("b");
+  list_.Clear();
+  EXPECT_EQ(model_.rowCount(), 0);
+  Insert("c");
+  EXPECT_EQ(model_.rowCount(), 0);
+}
+
+TEST_F(ListModelTest, MissingSubItemIsAnEmptyCell) {
+  list_.InsertTop("a", "a", 0, "");
+  EXPECT_FALSE(model_.index(0, 1).data().isValid());
+}
+
+TEST_F(ListModelTest, TextOfAnEventIsNoMarkupInATip) {
+  list_.InsertTop("a", "<img src=x>", 0, "");
+  EXPECT_TRUE(model_.index(0, 0).data(Qt::ToolTipRole).toString().contains(QStringLiteral("&lt;img")));
+  EXPECT_EQ(model_.index(0, 0).data().toString(), QStringLiteral("<img src=x>"));
+}
+
+TEST_F(ListModelTest, BytesBecomeTheirCharacters) {
+  list_.InsertTop("a", "caf\xE9 \x80", 0, "");
+  EXPECT_EQ(model_.index(0, 0).data().toString(), QString::fromUtf8("café €"));
+}
+
+class GridModelTest : public ::testing::Test {
+ protected:
+  GridModelTest() { grid_.SetFormatString("0|1|2|3|4|5|6|7|8"); }
+  void Insert(int id, std::string_view host = "h") {
+    grid_.InsertTop({id, "t", host, "System", "A", "whole", id, "fit"});
+  }
+
+  admin::EventGrid grid_{"grid"};
+  Pictures pictures_{"/nowhere"};
+  GridModel model_{grid_, pictures_, QStringLiteral("grid")};
+  QAbstractItemModelTester tester_{&model_, QAbstractItemModelTester::FailureReportingMode::Fatal};
+};
+
+TEST_F(GridModelTest, RowsAppearOnTopAndColumnsHaveTheirHeadings) {
+  Insert(1);
+  Insert(2);
+  EXPECT_THAT(Shown(model_, 0), ElementsAre("2", "1"));
+  EXPECT_EQ(model_.headerData(8, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("8"));
+  EXPECT_EQ(model_.index(0, 3).data().toString(), QStringLiteral("System"));
+}
+
+TEST_F(GridModelTest, RowsReadWhileRedrawIsOffAreTheOnesThatWereThere) {
+  Insert(1);
+  grid_.SetRedraw(false);
+  Insert(2);
+  Insert(3);
+  EXPECT_THAT(Shown(model_, 0), ElementsAre("1"));
+  grid_.SetRedraw(true);
+  EXPECT_THAT(Shown(model_, 0), ElementsAre("3", "2", "1"));
+}
+
+TEST_F(GridModelTest, SortedRowsAreShownSorted) {
+  Insert(1, "b");
+  Insert(2, "a");
+  grid_.SortByText(admin::kColHostname, false);
+  EXPECT_THAT(Shown(model_, 2), ElementsAre("b", "a"));
+}
+
+TEST_F(GridModelTest, ClearWhileRedrawIsOff) {
+  Insert(1);
+  grid_.SetRedraw(false);
+  grid_.Clear();
+  EXPECT_EQ(model_.rowCount(), 0);
+  Insert(2);
+  grid_.SetRedraw(true);
+  EXPECT_THAT(Shown(model_, 0), ElementsAre("2"));
+}
+
+TEST_F(GridModelTest, ChangeOfFormatResetsTheColumns) {
+  Insert(1);
+  grid_.SetFormatString("a|b|c");
+  EXPECT_EQ(model_.columnCount(), 3);
+}
+
+TEST_F(GridModelTest, PictureOfAChangeHasWords) {
+  Insert(1);
+  EXPECT_EQ(model_.index(0, admin::kColChange).data(Qt::AccessibleTextRole).toString(),
+            QStringLiteral("Added"));
+}
+
+}  // namespace
+}  // namespace zendrix::qt
