@@ -1,5 +1,8 @@
 #include "qt/style.h"
 
+#include <QPainter>
+#include <QStyleOption>
+
 namespace zendrix::qt {
 
 QPixmap Style::generatedIconPixmap(QIcon::Mode mode, const QPixmap& pixmap,
@@ -12,6 +15,30 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
                      QStyleHintReturn* data) const {
   if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
   return QProxyStyle::styleHint(hint, option, widget, data);
+}
+
+void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                          const QWidget* widget) const {
+  if (element != PE_IndicatorCheckBox) return QProxyStyle::drawPrimitive(element, option, painter, widget);
+  constexpr qreal kRadius = 3;
+  const QPalette& palette = option->palette;
+  const bool checked = option->state.testFlag(State_On);
+  const bool focused = option->state.testFlag(State_HasFocus);
+  const QRectF box = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+  painter->save();
+  painter->setRenderHint(QPainter::Antialiasing);
+  painter->setPen(focused ? palette.color(QPalette::Link) : palette.color(QPalette::PlaceholderText));
+  painter->setBrush(checked ? palette.highlight() : palette.base());
+  painter->drawRoundedRect(box, kRadius, kRadius);
+  if (checked) {
+    const auto at = [&](qreal x, qreal y) {
+      return QPointF(box.left() + x * box.width(), box.top() + y * box.height());
+    };
+    const QPointF tick[] = {at(0.22, 0.52), at(0.42, 0.72), at(0.78, 0.30)};
+    painter->setPen(QPen(palette.highlightedText(), 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter->drawPolyline(tick, 3);
+  }
+  painter->restore();
 }
 
 QIcon Style::standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const {

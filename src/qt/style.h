@@ -1,5 +1,6 @@
 // The drawing style: Fusion, with pictures that keep their colours in a selected row, buttons of dialogs
-// without pictures, and the program's own signs in message boxes.
+// without pictures, and the program's own signs in message boxes, and check boxes whose frame is seen in a
+// dark palette too.
 #pragma once
 
 #include <QProxyStyle>
@@ -16,6 +17,8 @@ class Style : public QProxyStyle {
                               const QStyleOption* option) const override;
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* data) const override;
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
   QIcon standardIcon(StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override;
 
  private:
