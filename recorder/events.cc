@@ -13,11 +13,19 @@ Event ItemEvent(EventKind kind, const Item& item) {
   return event;
 }
 
+// What lies in a temporary folder is judged by what it is; that it is new says nothing there.
+bool IsInTemporaryFolder(const Item& item) {
+  return item.rules.Has(Rule::kSetUserIdInTemporaryFolder) ||
+         item.rules.Has(Rule::kHiddenProgramInTemporaryFolder) ||
+         item.rules.Has(Rule::kProgramFileInTemporaryFolder);
+}
+
 void AddRuleForNews(Item& item) {
   if (item.monitor == monitor::kPorts) item.rules.Add(Rule::kPortNew);
   if (item.monitor == monitor::kAccounts) item.rules.Add(Rule::kAccountNew);
   if (item.monitor == monitor::kAutorun) item.rules.Add(Rule::kAutorunNew);
-  if (item.monitor == monitor::kSystemFolders) item.rules.Add(Rule::kSystemFolderChanged);
+  if (item.monitor == monitor::kFolders && !IsInTemporaryFolder(item))
+    item.rules.Add(Rule::kSystemFolderChanged);
 }
 
 }  // namespace

@@ -52,12 +52,12 @@ std::vector<Item> ObserveFolders(HostView& host) {
   for (const char* folder : kSystemFolders) {
     ForEachEntry(host, folder, [&](const std::string&, const std::string& path, const EntryFacts& facts) {
       if (facts.kind == EntryKind::kFile || facts.kind == EntryKind::kLink) {
-        items.push_back(MakeItem(monitor::kSystemFolders, path, facts));
+        items.push_back(MakeItem(monitor::kFolders, path, facts));
       }
     });
   }
   if (const auto facts = host.Look(kPreloadList)) {
-    items.push_back(MakeItem(monitor::kSystemFolders, kPreloadList, *facts));
+    items.push_back(MakeItem(monitor::kFolders, kPreloadList, *facts));
     items.back().rules.Add(Rule::kPreloadList);
   }
   for (const char* folder : kTemporaryFolders) {
@@ -65,7 +65,7 @@ std::vector<Item> ObserveFolders(HostView& host) {
                  [&](const std::string& name, const std::string& path, const EntryFacts& facts) {
                    if (facts.kind != EntryKind::kFile || (facts.mode & (kAnyExecute | kSetUserId)) == 0)
                      return;
-                   items.push_back(MakeItem(monitor::kOtherFolders, path, facts));
+                   items.push_back(MakeItem(monitor::kFolders, path, facts));
                    items.back().rules = RulesOfTemporary(name, facts);
                  });
   }

@@ -76,7 +76,9 @@ std::string WithProgram(const std::string& place, const Process* owner) {
 }
 
 void AddPort(const Socket& socket, const Process* owner, ItemMap& ports) {
-  Item& item = ports.At(monitor::kPorts, WithProgram(std::to_string(socket.local.port), owner));
+  // A port alone would not be shown: the console tells one only in front of a program.
+  const std::string port = std::to_string(socket.local.port);
+  Item& item = ports.At(monitor::kPorts, owner ? WithProgram(port, owner) : port + ":an unknown program");
   NameProgram(item, owner, Rule::kPortOfUnknownProgram);
   if (socket.local.reach == AddressReach::kLoopback) return;
   if (socket.local.reach == AddressReach::kAny) {

@@ -49,7 +49,7 @@ struct MonitorFacts {
   int hundred;
 };
 
-constexpr std::array<MonitorFacts, 13> kMonitors = {{
+constexpr std::array<MonitorFacts, 12> kMonitors = {{
     {monitor::kProcesses, "RP", 100},
     {monitor::kPorts, "LP", 200},
     {monitor::kConnections, "TC", 300},
@@ -58,8 +58,7 @@ constexpr std::array<MonitorFacts, 13> kMonitors = {{
     {monitor::kAutorun, "AR", 600},
     {monitor::kMemory, "MU", 700},
     {monitor::kTraffic, "NT", 750},
-    {monitor::kSystemFolders, "WF", 800},
-    {monitor::kOtherFolders, "FC", 850},
+    {monitor::kFolders, "WF", 800},
     {monitor::kSystem, "SY", 900},
     {monitor::kAggregation, "AG", 0},
     {monitor::kCommunity, "CO", 0},
@@ -76,8 +75,8 @@ const MonitorFacts& MonitorOf(std::string_view name) {
 
 const std::vector<std::string_view>& ItemMonitors() {
   static const std::vector<std::string_view> kNames = {
-      monitor::kAccounts,     monitor::kLogins,    monitor::kAutorun, monitor::kSystemFolders,
-      monitor::kOtherFolders, monitor::kProcesses, monitor::kPorts,   monitor::kConnections};
+      monitor::kAccounts,  monitor::kLogins, monitor::kAutorun,    monitor::kFolders,
+      monitor::kProcesses, monitor::kPorts,  monitor::kConnections};
   return kNames;
 }
 

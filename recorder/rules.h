@@ -24,8 +24,8 @@ inline constexpr std::string_view kConnections = "TCP Connections";
 inline constexpr std::string_view kLogins = "Logged-On Users";
 inline constexpr std::string_view kAccounts = "System Users";
 inline constexpr std::string_view kAutorun = "Autorun Registry";
-inline constexpr std::string_view kSystemFolders = "Windows Folder";
-inline constexpr std::string_view kOtherFolders = "Folder Contents";
+// Of the two names that the console knows for folders, the one whose alerts name the file.
+inline constexpr std::string_view kFolders = "Windows Folder";
 inline constexpr std::string_view kMemory = "Memory Utilization";
 inline constexpr std::string_view kTraffic = "Network Transmission Rate";
 inline constexpr std::string_view kAggregation = "Aggregation";

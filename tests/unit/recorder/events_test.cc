@@ -69,7 +69,7 @@ TEST(ChangeEvents, NewsIsARuleOfItsMonitor) {
   };
   EXPECT_EQ(rules_of(monitor::kAccounts), RuleSet({Rule::kAccountNew}));
   EXPECT_EQ(rules_of(monitor::kAutorun), RuleSet({Rule::kAutorunNew}));
-  EXPECT_EQ(rules_of(monitor::kSystemFolders), RuleSet({Rule::kSystemFolderChanged}));
+  EXPECT_EQ(rules_of(monitor::kFolders), RuleSet({Rule::kSystemFolderChanged}));
   EXPECT_TRUE(rules_of(monitor::kProcesses).empty());
 }
 

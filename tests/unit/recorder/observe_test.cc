@@ -120,11 +120,11 @@ TEST_F(Observers, ListeningPortIsPortAndProgram) {
   EXPECT_EQ(items[0].rules, RuleSet({Rule::kPortOpenToAll}));
 }
 
-TEST_F(Observers, PortOfAnUnknownProgramStandsAlone) {
+TEST_F(Observers, PortOfAnUnknownProgramSaysSo) {
   AddSocket("0100007F:1F90", "00000000:0000", "0A", 77);
   const auto items = Sockets();
   ASSERT_EQ(items.size(), 1U);
-  EXPECT_EQ(items[0].description, "8080");
+  EXPECT_EQ(items[0].description, "8080:an unknown program");
   EXPECT_EQ(items[0].rules, RuleSet({Rule::kPortOfUnknownProgram}));
 }
 
@@ -244,7 +244,7 @@ TEST_F(Observers, FoldersListSystemFoldersWholeAndProgramsOfTemporaryOnes) {
   EXPECT_THAT(Descriptions(items), testing::ElementsAre("/etc/cron.d/job", "/tmp/.run", "/tmp/run"));
   EXPECT_EQ(items[0].monitor, "Windows Folder");
   EXPECT_TRUE(items[0].rules.empty());
-  EXPECT_EQ(items[1].monitor, "Folder Contents");
+  EXPECT_EQ(items[1].monitor, "Windows Folder");
   EXPECT_EQ(items[1].rules,
             RuleSet({Rule::kSetUserIdInTemporaryFolder, Rule::kHiddenProgramInTemporaryFolder}));
   EXPECT_EQ(items[2].rules, RuleSet({Rule::kProgramFileInTemporaryFolder}));
