@@ -58,6 +58,24 @@ class CollectingBoxes : public platform::MessageBoxes {
   Json collected_ = Json::array();
 };
 
+// Makes the loop's timers, and tells whoever wants to know of each that has fired.
+class WatchedTimers : public platform::TimerMaker {
+ public:
+  explicit WatchedTimers(platform::TimerMaker& maker) : maker_(maker) {}
+
+  std::unique_ptr<platform::Timer> MakeTimer(std::function<void()> on_tick) override {
+    return maker_.MakeTimer([this, on_tick = std::move(on_tick)] {
+      on_tick();
+      if (behind) behind();
+    });
+  }
+
+  std::function<void()> behind;
+
+ private:
+  platform::TimerMaker& maker_;
+};
+
 // Nobody chooses files on a terminal.
 class NoFileDialogs : public platform::FileDialogs {
  public:
@@ -68,6 +86,18 @@ std::string ExecutableFolder() {
   std::error_code error;
   const auto path = std::filesystem::read_symlink("/proc/self/exe", error);
   return error ? std::string(".") : path.parent_path().string();
+}
+
+// Texts that name the program folder were decoded as a whole, but the folder's name came from the terminal
+// and is UTF-8 already: puts it back.
+void RestoreFolder(Json& value, const std::string& decoded, const std::string& folder) {
+  if (value.is_structured()) {
+    for (Json& part : value) RestoreFolder(part, decoded, folder);
+  } else if (value.is_string()) {
+    auto& text = value.get_ref<std::string&>();
+    for (std::size_t at = 0; (at = text.find(decoded, at)) != std::string::npos; at += folder.size())
+      text.replace(at, decoded.size(), folder);
+  }
 }
 
 void SetAgent(platform::FakeServiceManager& services, const std::string& agent_state) {
@@ -91,7 +121,7 @@ struct Console::Parts {
               instance_lock,
               options.agent ? static_cast<platform::ServiceManager&>(scripted_services) : services,
               live ? static_cast<platform::MessageLoop&>(poll_loop) : still_timers,
-              live ? static_cast<platform::TimerMaker&>(poll_loop) : still_timers,
+              live ? static_cast<platform::TimerMaker&>(live_timers) : still_timers,
               boxes,
               file_dialogs,
               family,
@@ -125,6 +155,7 @@ struct Console::Parts {
   platform::LinuxServiceManager services;
   platform::FakeServiceManager scripted_services;
   platform::PollLoop poll_loop;
+  WatchedTimers live_timers{poll_loop};
   platform::LinuxFamily family;
   CollectingBoxes boxes;
   NoFileDialogs file_dialogs;
@@ -156,9 +187,15 @@ platform::PollLoop& Console::loop() {
   return parts_->poll_loop;
 }
 
+void Console::OnTick(std::function<void()> behind) {
+  parts_->live_timers.behind = std::move(behind);
+}
+
 void Console::Print(Json document) {
   document["messages"] = parts_->boxes.Take();
   document["log"] = std::exchange(parts_->lines, Json::array());
+  const std::string decoded = core::Utf8FromBytes(options_.folder);
+  if (decoded != options_.folder) RestoreFolder(document, decoded, options_.folder);
   std::cout << document.dump(options_.pretty ? 2 : -1, ' ', false, Json::error_handler_t::replace)
             << std::endl;
 }

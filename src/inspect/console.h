@@ -3,6 +3,7 @@
 // write) every change kept in memory.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -26,6 +27,8 @@ class Console {
   core::AppState& state();
   core::ErrorLog& log();
   platform::PollLoop& loop();
+  // `behind` is called behind every timer that has fired on the loop.
+  void OnTick(std::function<void()> behind);
   const Options& options() const { return options_; }
 
   // Adds "messages" and "log" (those since the last call) and prints the document as one line, or indented.

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "core/run_time_error.h"
 #include "inspect/commands.h"
 #include "inspect/console.h"
 #include "inspect/document.h"
@@ -10,13 +11,15 @@
 namespace zendrix::inspect {
 namespace {
 
+enum ExitStatus { kDone = 0, kFatal = 1, kWrongUsage = 2, kNotFound = 3 };
+
 std::string ExecutableFolder() {
   std::error_code error;
   const auto path = std::filesystem::read_symlink("/proc/self/exe", error);
   return error ? std::string(".") : path.parent_path().string();
 }
 
-// The command line up to the command; everything from there on is left in `arguments`.
+// The program's own options, wherever they stand in front of a "--"; everything else is left in `arguments`.
 class CommandLine {
  public:
   explicit CommandLine(Options& options) : options_(options) {
@@ -34,18 +37,16 @@ class CommandLine {
         "Commands: events, follow, log, desc, hash, risk, settings, ini, smtp, valid, token,\n"
         "          alerts, alert, decide, act, checked, link, portal.\n"
         "Arguments that begin with \"-\" stand behind \"--\".");
-    app_.prefix_command();
+    app_.allow_extras();
   }
 
   void Parse(int argc, char** argv) {
     app_.parse(argc, argv);
     options_.answer_yes = answer_ == "yes";
     if (!agent_.empty()) options_.agent = agent_;
-    if (options_.folder.empty()) options_.folder = ExecutableFolder();
+    if (app_.count("--folder") == 0) options_.folder = ExecutableFolder();
     while (options_.folder.size() > 1 && options_.folder.back() == '/') options_.folder.pop_back();
     options_.arguments = app_.remaining();
-    if (!options_.arguments.empty() && options_.arguments[0] == "--")
-      options_.arguments.erase(options_.arguments.begin());
   }
 
   std::string Help() const { return app_.help(); }
@@ -60,52 +61,60 @@ class CommandLine {
 
 int Usage(const std::string& text) {
   std::cerr << "zendrix-inspect: " << text.substr(0, text.find('\n')) << '\n';
-  return 2;
+  return kWrongUsage;
 }
 
-// The words behind the command. A word that begins with "-" must stand behind "--", but for the command's own
-// options.
+// The command and the words behind it. A word that begins with "-" must stand behind "--", but for the
+// command's own options.
 Words WordsOf(const Options& options) {
   Words words;
   bool plain = false;
-  for (std::size_t i = 1; i < options.arguments.size(); ++i) {
-    const std::string& word = options.arguments[i];
+  for (const std::string& word : options.arguments) {
     if (!plain && word == "--") {
       plain = true;
       continue;
     }
     const bool option = !plain && word.size() > 1 && word[0] == '-';
-    if (option && !(options.arguments[0] == "follow" && word == "--live"))
+    if (option && (words.empty() || words[0] != "follow" || word != "--live"))
       throw WrongUsage("unknown option " + word + " (arguments that begin with \"-\" stand behind --)");
     words.push_back(word);
   }
   return words;
 }
 
-int RunCommand(const Options& options) {
-  const Command command = FindCommand(options.arguments[0]);
-  if (!command) return Usage("unknown command '" + options.arguments[0] + "'; --help lists them");
+int RunCommand(Console& console, Command command, const Words& words) {
   try {
-    const Words words = WordsOf(options);
-    const bool live = options.arguments[0] == "follow" && !words.empty() && words[0] == "--live";
+    command(console, words);
+    return kDone;
+  } catch (const NoSuchThing& error) {
+    console.Print({{"error", error.what()}});
+    return kNotFound;
+  } catch (const platform::ProcessEnded&) {
+    console.Print(console.FatalDocument());
+  } catch (const core::RunTimeError& error) {
+    // An error that no procedure of the console handles ends it just as well.
+    console.Print(
+        {{"fatal", {{"procedure", ""}, {"number", error.number}, {"description", Text(error.description)}}}});
+  }
+  return kFatal;
+}
+
+int RunWords(const Options& options) {
+  Words words = WordsOf(options);
+  if (words.empty()) throw WrongUsage("a command is needed; --help lists them");
+  const std::string name = words.front();
+  words.erase(words.begin());
+  const Command command = FindCommand(name);
+  if (!command) throw WrongUsage("unknown command '" + name + "'; --help lists them");
+  const bool live = name == "follow" && !words.empty();
+  try {
     Console console(options, live);
-    try {
-      command(console, words);
-      return 0;
-    } catch (const NoSuchThing& error) {
-      console.Print({{"error", error.what()}});
-      return 3;
-    } catch (const platform::ProcessEnded&) {
-      console.Print(console.FatalDocument());
-      return 1;
-    }
-  } catch (const WrongUsage& error) {
-    return Usage(error.what());
+    return RunCommand(console, command, words);
   } catch (const NoSuchThing& error) {
     // The program folder itself: there is no console to tell it.
     std::cout << Json{{"error", error.what()}, {"messages", Json::array()}, {"log", Json::array()}}
               << std::endl;
-    return 3;
+    return kNotFound;
   }
 }
 
@@ -114,14 +123,15 @@ int Run(int argc, char** argv) {
   CommandLine command_line(options);
   try {
     command_line.Parse(argc, argv);
+    return RunWords(options);
   } catch (const CLI::CallForHelp&) {
     std::cout << command_line.Help();
-    return 0;
+    return kDone;
   } catch (const CLI::Error& error) {
     return Usage(error.what());
+  } catch (const WrongUsage& error) {
+    return Usage(error.what());
   }
-  if (options.arguments.empty()) return Usage("a command is needed; --help lists them");
-  return RunCommand(options);
 }
 
 }  // namespace
@@ -132,6 +142,6 @@ int main(int argc, char** argv) {
     return zendrix::inspect::Run(argc, argv);
   } catch (const std::exception& error) {
     std::cerr << "zendrix-inspect: " << error.what() << '\n';
-    return 2;
+    return zendrix::inspect::kFatal;
   }
 }

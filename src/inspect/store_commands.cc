@@ -1,4 +1,6 @@
 // events, follow, log, desc, hash.
+#include <sys/signalfd.h>
+
 #include <csignal>
 #include <iostream>
 
@@ -53,6 +55,26 @@ Json RowsFrom(const store::CMkvlf& reader, store::Bookmark first) {
   return rows;
 }
 
+// Lets an interrupt end the loop instead of the process.
+class EndOnInterrupt {
+ public:
+  explicit EndOnInterrupt(platform::PollLoop& loop) : loop_(loop) {
+    sigset_t wanted;
+    sigemptyset(&wanted);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&wanted, signal);
+    sigprocmask(SIG_BLOCK, &wanted, nullptr);
+    signals_ = platform::FileDescriptor(signalfd(-1, &wanted, SFD_CLOEXEC | SFD_NONBLOCK));
+    loop_.WatchReadable(signals_.get(), [this] { loop_.Quit(); });
+  }
+  EndOnInterrupt(const EndOnInterrupt&) = delete;
+  EndOnInterrupt& operator=(const EndOnInterrupt&) = delete;
+  ~EndOnInterrupt() { loop_.StopWatching(signals_.get()); }
+
+ private:
+  platform::PollLoop& loop_;
+  platform::FileDescriptor signals_;
+};
+
 class FollowedFile {
  public:
   explicit FollowedFile(Console& console) : console_(console), reader_(console_.state(), console_.log()) {
@@ -65,19 +87,13 @@ class FollowedFile {
   }
 
   void Tick() {
-    alerted_ = false;
     reader_.LoadNewEvents();
     PrintTick(alerted_);
   }
 
-  // The reader's own timer does the ticks; each that changed something is printed.
+  // The reader's own timer makes the ticks.
   void RunLive() {
-    reader_.newAlert.ConnectForever([this] { PrintTick(true); });
-    static platform::PollLoop* running = nullptr;
-    running = &console_.loop();
-    const auto stop = [](int) { running->Quit(); };
-    std::signal(SIGINT, stop);
-    std::signal(SIGTERM, stop);
+    console_.OnTick([this] { PrintTick(alerted_); });
     console_.loop().Run();
   }
 
@@ -95,6 +111,7 @@ class FollowedFile {
     document["reader"] = ReaderOf(reader_);
     console_.Print(std::move(document));
     ++tick_;
+    alerted_ = false;
   }
 
   Console& console_;
@@ -124,8 +141,12 @@ void Follow(Console& console, const Words& words) {
   const bool live = !words.empty();
   if (live && words[0] != "--live") throw WrongUsage("follow takes only --live");
   FollowedFile file(console);
+  if (live) {
+    EndOnInterrupt interrupt(console.loop());
+    file.Load();
+    return file.RunLive();
+  }
   file.Load();
-  if (live) return file.RunLive();
   for (std::string line; std::getline(std::cin, line);) file.Tick();
 }
 
