@@ -193,7 +193,8 @@ TEST(Lines, RowsAreCountedAsTheConsoleNumbersThem) {
   batch.begins_session = true;
   batch.alerts = {SampleAlert()};
   EXPECT_EQ(RenderBatch(Form::kHome, kStamp, batch).rows, 5U);
-  EXPECT_EQ(RenderBatch(Form::kAdmin, kStamp, batch).rows, 1U + 20U + 2U + 1U);
+  const auto markers = 2 * (ItemMonitors().size() + 2);  // of each monitor, memory and traffic among them
+  EXPECT_EQ(RenderBatch(Form::kAdmin, kStamp, batch).rows, 1U + markers + 2U + 1U);
 }
 
 }  // namespace
