@@ -14,6 +14,7 @@
 #include "home/frm_new_ui.h"
 #include "platform/linux/linux_family.h"
 #include "platform/linux/linux_files.h"
+#include "platform/linux/linux_instance_lock.h"
 #include "support/temporary_folder.h"
 
 namespace zendrix::e2e {
@@ -69,6 +70,16 @@ TEST_F(ConsoleTest, LineAppearsInTheGridWhileTheAgentWrites) {
   Append("1795225560,host-2,running processes,A,/usr/bin/second");
   ASSERT_TRUE(QTest::qWaitFor([&] { return grid->model()->rowCount() == rows + 1; }, kPatienceMs));
   EXPECT_EQ(grid->model()->index(0, 3).data().toString(), QStringLiteral("Running Processes"));
+}
+
+TEST_F(ConsoleTest, RequestOfAnotherStartBringsTheHiddenWindowBack) {
+  Open("Home");
+  console_->home()->Unload(widgets::UnloadCause::kCloseBox);
+  ASSERT_FALSE(console_->home()->visible);
+  platform::LinuxInstanceLock other;
+  ASSERT_FALSE(other.Acquire(console_->state().InstanceMutex));
+  other.AskToComeForward(console_->state().InstanceMutex);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return console_->home()->visible.Get(); }, kPatienceMs));
 }
 
 TEST_F(ConsoleTest, EveryControlThatTakesTheKeyboardHasAName) {
