@@ -145,17 +145,26 @@ class KilledWriterTest : public InspectorTest {
  protected:
   static constexpr int kKills = 60;
 
+  // How long the command lives when nobody kills it.
+  void Time(const Arguments& arguments) {
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(Run(arguments).status, 0);
+    life_ = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
+  }
+
   // Starts the command and kills it at some moment of its life.
   void RunAndKill(const Arguments& arguments) {
     Running running(OnFolder(arguments), environment_);
-    const auto moment = std::chrono::steady_clock::now() +
-                        std::chrono::microseconds(std::uniform_int_distribution<int>(0, 12000)(random_));
+    const auto moment =
+        std::chrono::steady_clock::now() +
+        std::chrono::microseconds(std::uniform_int_distribution<std::int64_t>(0, life_.count())(random_));
     while (std::chrono::steady_clock::now() < moment) std::this_thread::yield();
     running.Signal(SIGKILL);
     if (running.Wait() == 0) ++finished_;
   }
 
   std::mt19937 random_{20261121};
+  std::chrono::microseconds life_{0};
   int finished_ = 0;
 };
 
@@ -163,6 +172,7 @@ TEST_F(KilledWriterTest, SettingsAreTheOldOnesOrTheNewOnesAndVerify) {
   const std::string padding(100, 'p');
   WriteSettings("[Misc]\r\nTTour=Y\r\nother=" + padding + "\r\nldAlert=0\r\n");
   std::string last = "0";
+  Time({"--write", "settings", "save", "Misc", "ldAlert", last});
   for (int i = 1; i <= kKills; ++i) {
     RunAndKill({"--write", "settings", "save", "Misc", "ldAlert", std::to_string(i)});
     const Json document = Document({"settings"});
@@ -184,6 +194,7 @@ TEST_F(KilledWriterTest, ActivationsAndSmtpFilesAreNeverHalf) {
   for (int i = 0; i < 200; ++i) others += "x" + std::to_string(i) + ",1\r\n";
   folder_.Write("KorvessaActivations.kvl", others + "AG,5,0\r\n");
   WriteHashed("KorvessaSMTPConfig.kvl", "Send Alerts To=0;SMTP Server=s:1;rest");
+  Time({"--write", "decide", "6", "block"});
   for (int i = 1; i <= kKills / 2; ++i) {
     RunAndKill({"--write", "decide", "6", i % 2 ? "block" : "allow"});
     const std::string activations = folder_.Read("KorvessaActivations.kvl");
