@@ -1,16 +1,17 @@
 #include "family/intermediate/file_work.h"
 
+#include <dirent.h>
 #include <fcntl.h>
-#include <openssl/evp.h>
 #include <sys/random.h>
-#include <sys/stat.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
 #include <memory>
 
 #include "family/intermediate/hex.h"
+#include "family/intermediate/sha256.h"
 
 namespace zendrix::family {
 namespace {
@@ -19,10 +20,19 @@ constexpr std::size_t kBlock = 1 << 16;
 constexpr std::size_t kSmallFile = 1 << 16;
 
 [[noreturn]] void RefuseWrite() {
-  if (errno == ENOSPC || errno == EDQUOT) throw Refused{"The disk is full. Nothing was changed."};
-  if (errno == EROFS) throw Refused{"The disk cannot be written to. Nothing was changed."};
-  if (errno == EACCES || errno == EPERM) throw Refused{"You may not change this file. Nothing was changed."};
-  throw Refused{"The disk did not take the change. Nothing was changed."};
+  switch (errno) {
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+      throw Refused{"There is not enough room on the disk. Nothing was changed."};
+    case EROFS:
+      throw Refused{"The disk cannot be written to. Nothing was changed."};
+    case EACCES:
+    case EPERM:
+      throw Refused{"You may not change this file. Nothing was changed."};
+    default:
+      throw Refused{"The disk did not take the change. Nothing was changed."};
+  }
 }
 
 void WriteWhole(int file, const char* bytes, std::size_t size) {
@@ -35,6 +45,25 @@ void WriteWhole(int file, const char* bytes, std::size_t size) {
   }
 }
 
+// The thing itself that a descriptor stands for; opened or changed by this path it cannot be another one.
+std::string PathOf(const Descriptor& handle) {
+  return "/proc/self/fd/" + std::to_string(handle.get());
+}
+
+bool Compare(int folder, const std::string& name, const Manifest& manifest,
+             Descriptor (*open)(const Descriptor& handle)) {
+  struct stat status = {};
+  const Descriptor handle = OpenHandle(folder, name, status);
+  if (!handle.valid() || !S_ISREG(status.st_mode)) return false;
+  if (static_cast<std::uint64_t>(status.st_size) != manifest.size) return false;
+  const Descriptor file = open(handle);
+  try {
+    return file.valid() && HashAndCopy(file, manifest.size, -1) == manifest.sha256;
+  } catch (const Refused&) {
+    return false;
+  }
+}
+
 }  // namespace
 
 std::string RandomName() {
@@ -44,45 +73,102 @@ std::string RandomName() {
   return Hex(bytes.data(), bytes.size());
 }
 
-std::string HashAndCopy(const Descriptor& file, int copy) {
-  const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(), EVP_MD_CTX_free);
-  EVP_DigestInit_ex(context.get(), EVP_sha256(), nullptr);
+std::string HashAndCopy(const Descriptor& file, std::uint64_t size, int copy) {
+  Sha256 hash;
   std::array<char, kBlock> block;
-  off_t position = 0;
+  std::uint64_t position = 0;
   for (;;) {
-    const ssize_t got = ::pread(file.get(), block.data(), block.size(), position);
+    const ssize_t got = ::pread(file.get(), block.data(), block.size(), static_cast<off_t>(position));
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) throw Refused{"The file could not be read. Nothing was changed."};
     if (got == 0) break;
-    EVP_DigestUpdate(context.get(), block.data(), static_cast<std::size_t>(got));
+    position += static_cast<std::uint64_t>(got);
+    if (position > size) throw Refused{"The file is being written to. Try again in a moment."};
+    hash.Add(block.data(), static_cast<std::size_t>(got));
     if (copy >= 0) WriteWhole(copy, block.data(), static_cast<std::size_t>(got));
-    position += got;
   }
-  std::array<unsigned char, EVP_MAX_MD_SIZE> digest;
-  unsigned int length = 0;
-  EVP_DigestFinal_ex(context.get(), digest.data(), &length);
-  return Hex(digest.data(), length);
+  return hash.Digits();
+}
+
+Descriptor CreateFile(int folder, const std::string& name) {
+  Descriptor file(::openat(folder, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                           S_IRUSR | S_IWUSR));
+  if (!file.valid()) RefuseWrite();
+  return file;
 }
 
 void WriteNewFile(int folder, const std::string& name, const std::string& bytes) {
-  const Descriptor file(
-      ::openat(folder, name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-  if (!file.valid()) RefuseWrite();
+  const Descriptor file = CreateFile(folder, name);
   try {
     WriteWhole(file.get(), bytes.data(), bytes.size());
-    if (::fsync(file.get()) != 0) RefuseWrite();
+    SyncFile(file);
   } catch (const Refused&) {
-    ::unlinkat(folder, name.c_str(), 0);
+    Remove(folder, name);
     throw;
   }
 }
 
 std::string ReadSmallFile(int folder, const std::string& name) {
-  const Descriptor file(::openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  struct stat status = {};
+  const Descriptor handle = OpenHandle(folder, name, status);
+  const Descriptor file = S_ISREG(status.st_mode) ? OpenForReading(handle) : Descriptor();
   std::string text(kSmallFile, '\0');
   const ssize_t got = file.valid() ? ::pread(file.get(), text.data(), text.size(), 0) : 0;
   text.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
   return text;
+}
+
+std::vector<std::string> NamesIn(int folder) {
+  std::vector<std::string> names;
+  const int again = ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (again < 0) return names;
+  const std::unique_ptr<DIR, int (*)(DIR*)> listing(::fdopendir(again), ::closedir);
+  if (!listing) {
+    ::close(again);
+    return names;
+  }
+  while (const dirent* entry = ::readdir(listing.get())) names.emplace_back(entry->d_name);
+  return names;
+}
+
+bool Exists(int folder, const std::string& name) {
+  struct stat status = {};
+  return ::fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+void Remove(int folder, const std::string& name) {
+  ::unlinkat(folder, name.c_str(), 0);
+}
+
+bool MayChange(int folder) {
+  return ::faccessat(folder, ".", W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+Descriptor OpenHandle(int folder, const std::string& name, struct stat& status) {
+  Descriptor handle(::openat(folder, name.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
+  if (handle.valid() && ::fstat(handle.get(), &status) != 0) return Descriptor();
+  return handle;
+}
+
+Descriptor OpenForReading(const Descriptor& handle) {
+  constexpr int kFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  const std::string path = PathOf(handle);
+  // Looking at a file is no reason to change its access time. Only its owner may ask for that.
+  const int quiet = ::open(path.c_str(), kFlags | O_NOATIME);
+  return Descriptor(quiet >= 0 || errno != EPERM ? quiet : ::open(path.c_str(), kFlags));
+}
+
+Descriptor OpenInSpite(const Descriptor& handle) {
+  struct stat status = {};
+  Descriptor file = OpenForReading(handle);
+  if (file.valid() || ::fstat(handle.get(), &status) != 0 || !SetMode(handle, S_IRUSR)) return file;
+  file = OpenForReading(handle);
+  SetMode(handle, status.st_mode & 07777U);
+  return file;
+}
+
+bool SetMode(const Descriptor& handle, mode_t mode) {
+  return ::chmod(PathOf(handle).c_str(), mode) == 0;
 }
 
 bool RenameNoReplace(int from_folder, const std::string& from, int to_folder, const std::string& to) {
@@ -93,18 +179,42 @@ bool RenameNoReplace(int from_folder, const std::string& from, int to_folder, co
   RefuseWrite();
 }
 
+void SyncFolder(int folder) {
+  // A handle of a folder cannot be flushed; one that may be written but not listed has to do without.
+  const Descriptor again(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (again.valid()) ::fsync(again.get());
+}
+
+void SyncFile(const Descriptor& file) {
+  if (::fsync(file.get()) != 0) RefuseWrite();
+}
+
 void Restore(const Descriptor& file, const Manifest& manifest) {
-  // Only the superuser may give a file to somebody; a user's own files are his already.
-  if (::fchown(file.get(), manifest.owner, manifest.group) != 0 && ::geteuid() == 0) RefuseWrite();
+  struct stat status = {};
+  if (::fstat(file.get(), &status) != 0) RefuseWrite();
+  // Not without need: a change of owner takes special rights away from a program.
+  const bool another = status.st_uid != manifest.owner || status.st_gid != manifest.group;
+  if (another && ::fchown(file.get(), manifest.owner, manifest.group) != 0) RefuseWrite();
   if (::fchmod(file.get(), manifest.mode & 07777U) != 0) RefuseWrite();
   const std::array<timespec, 2> times = {manifest.accessed, manifest.modified};
   if (::futimens(file.get(), times.data()) != 0) RefuseWrite();
+  // The system drops a set-group-id bit without a word when the group is not one's own.
+  if (::fstat(file.get(), &status) != 0 || (status.st_mode & 07777U) != manifest.mode)
+    throw Refused{"You may not give this file its permissions back. Nothing was changed."};
 }
 
 bool IsStill(int folder, const std::string& name, const struct stat& status) {
   struct stat now = {};
   return ::fstatat(folder, name.c_str(), &now, AT_SYMLINK_NOFOLLOW) == 0 && now.st_dev == status.st_dev &&
          now.st_ino == status.st_ino;
+}
+
+bool Holds(int folder, const std::string& name, const Manifest& manifest) {
+  return Compare(folder, name, manifest, OpenForReading);
+}
+
+bool HoldsInSpite(int folder, const std::string& name, const Manifest& manifest) {
+  return Compare(folder, name, manifest, OpenInSpite);
 }
 
 }  // namespace zendrix::family

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
-#include <exception>
 #include <string>
+#include <string_view>
 
 #include "family/intermediate/host_id.h"
 #include "family/intermediate/quarantine.h"
@@ -19,7 +19,7 @@ Quarantine& TheQuarantine() {
   return quarantine;
 }
 
-void Fill(const std::string& text, char* buffer, std::int32_t size) {
+void Fill(std::string_view text, char* buffer, std::int32_t size) {
   if (!buffer || size <= 0) return;
   const std::size_t length = std::min(text.size(), static_cast<std::size_t>(size - 1));
   std::memcpy(buffer, text.data(), length);
@@ -28,14 +28,16 @@ void Fill(const std::string& text, char* buffer, std::int32_t size) {
 
 // Runs one operation; its sentence, or that of its refusal, goes to the message.
 template <class Operation>
-std::int32_t Tell(char* message, std::int32_t size, Operation&& operation) {
+std::int32_t Tell(char* message, std::int32_t size, Operation&& operation) noexcept {
   try {
     Fill(operation(), message, size);
     return 0;
   } catch (const Refused& refused) {
     Fill(refused.sentence, message, size);
-  } catch (const std::exception&) {
-    Fill("The computer is short of memory. Nothing was changed.", message, size);
+  } catch (...) {
+    // No room for a std::string here: want of memory is what leads to this place. What was begun is brought
+    // to an end by the next operation.
+    Fill("The computer is short of memory. Try again in a moment.", message, size);
   }
   return 1;
 }
@@ -45,7 +47,11 @@ std::int32_t Tell(char* message, std::int32_t size, Operation&& operation) {
 extern "C" {
 
 ZENDRIX_EXPORT void ConfigureExport(const char* program_folder, std::int32_t pretend) {
-  TheQuarantine().Configure(program_folder ? program_folder : "", pretend != 0);
+  try {
+    TheQuarantine().Configure(program_folder ? program_folder : "", pretend != 0);
+  } catch (...) {
+    // Short of memory for a path: the next operation will say so.
+  }
 }
 
 ZENDRIX_EXPORT std::int32_t QuarantineExport(const char* description, char* message, std::int32_t size) {
@@ -57,7 +63,12 @@ ZENDRIX_EXPORT std::int32_t UnquarantineExport(const char* description, char* me
 }
 
 ZENDRIX_EXPORT std::int32_t GetHostIDExport(const char* product, char* buffer, std::int32_t size) {
-  const std::string id = HostId(product ? product : "");
+  std::string id;
+  try {
+    id = HostId(product ? product : "");
+  } catch (...) {
+    // As on a machine without an id.
+  }
   Fill(id, buffer, size);
   return id.empty() ? 1 : 0;
 }

@@ -1,15 +1,17 @@
 #include "family/intermediate/manifest.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdio>
 #include <vector>
 
+#include "family/intermediate/sha256.h"
+
 namespace zendrix::family {
 namespace {
 
-constexpr std::size_t kFields = 10;
-constexpr std::size_t kHashDigits = 64;
+constexpr std::size_t kFields = 11;
 
 std::string Escape(std::string_view path) {
   std::string text;
@@ -29,7 +31,7 @@ std::string Escape(std::string_view path) {
 template <class Number>
 bool Read(std::string_view text, Number& number, int base = 10) {
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  return error == std::errc() && end == text.data() + text.size() && !text.empty();
+  return error == std::errc() && end == text.data() + text.size();
 }
 
 bool Unescape(std::string_view text, std::string& path) {
@@ -56,35 +58,48 @@ bool ReadTime(std::string_view text, timespec& time) {
          Read(text.substr(point + 1), time.tv_nsec) && time.tv_nsec >= 0 && time.tv_nsec < 1000000000;
 }
 
+bool IsHash(std::string_view text) {
+  return text.size() == kSha256Digits && text.find_first_not_of("0123456789abcdef") == std::string_view::npos;
+}
+
+std::vector<std::string_view> FieldsOf(std::string_view line) {
+  std::vector<std::string_view> fields;
+  for (std::size_t start = 0; start <= line.size() && fields.size() <= kFields;) {
+    const std::size_t end = std::min(line.find('\t', start), line.size());
+    fields.push_back(line.substr(start, end - start));
+    start = end + 1;
+  }
+  return fields;
+}
+
 }  // namespace
 
 std::string LineOf(const Manifest& manifest) {
   std::array<char, 16> mode = {};
   std::snprintf(mode.data(), mode.size(), "%o", manifest.mode & 07777U);
-  return "1\t" + Escape(manifest.path) + "\t" + std::to_string(manifest.owner) + "\t" +
-         std::to_string(manifest.group) + "\t" + mode.data() + "\t" + TimeText(manifest.accessed) + "\t" +
-         TimeText(manifest.modified) + "\t" + std::to_string(manifest.size) + "\t" + manifest.sha256 + "\t" +
-         std::to_string(manifest.moved) + "\n";
+  const std::string fields = "1\t" + Escape(manifest.path) + "\t" + std::to_string(manifest.owner) + "\t" +
+                             std::to_string(manifest.group) + "\t" + mode.data() + "\t" +
+                             TimeText(manifest.accessed) + "\t" + TimeText(manifest.modified) + "\t" +
+                             std::to_string(manifest.size) + "\t" + manifest.sha256 + "\t" +
+                             TimeText(manifest.moved);
+  return fields + "\t" + Sha256Of(fields) + "\n";
 }
 
 std::optional<Manifest> ManifestOf(std::string_view line) {
   if (!line.ends_with('\n')) return std::nullopt;
-  line.remove_suffix(1);
-  std::vector<std::string_view> fields;
-  for (std::size_t start = 0; start <= line.size();) {
-    const std::size_t end = std::min(line.find('\t', start), line.size());
-    fields.push_back(line.substr(start, end - start));
-    start = end + 1;
-  }
+  const auto fields = FieldsOf(line.substr(0, line.size() - 1));
   Manifest manifest;
   const bool whole = fields.size() == kFields && fields[0] == "1" && Unescape(fields[1], manifest.path) &&
                      Read(fields[2], manifest.owner) && Read(fields[3], manifest.group) &&
                      Read(fields[4], manifest.mode, 8) && manifest.mode <= 07777 &&
                      ReadTime(fields[5], manifest.accessed) && ReadTime(fields[6], manifest.modified) &&
-                     Read(fields[7], manifest.size) && fields[8].size() == kHashDigits &&
-                     Read(fields[9], manifest.moved);
+                     Read(fields[7], manifest.size) && IsHash(fields[8]) &&
+                     ReadTime(fields[9], manifest.moved);
   if (!whole) return std::nullopt;
   manifest.sha256 = fields[8];
+  // Written anew it must be the same line: that covers the hash at its end and every other way to write a
+  // number.
+  if (LineOf(manifest) != line) return std::nullopt;
   return manifest;
 }
 

@@ -1,8 +1,10 @@
 // The line that goes with every file in quarantine: where it came from and what it was like. One file per
 // entry,
-// "<name>.manifest", one line of fields separated by tabs:
-//   "1", path (bytes below 33, "%" and 127 as %XX), owner, group, mode (octal), access time, change time
-//   (seconds.nanoseconds), size, SHA-256, moment of the move (UTC seconds)
+// "<name>.manifest", one line of fields separated by tabs and ended by a line feed:
+//   "1", path (bytes below 33, "%" and 127 as %xx), owner, group, mode (octal), access time, time of last
+//   change (seconds.nanoseconds), size, SHA-256 of the contents, moment of the move (UTC,
+//   seconds.nanoseconds), SHA-256 of all that stands before the last tab
+// There is exactly one way to write a manifest; every other line is damaged.
 #pragma once
 
 #include <sys/stat.h>
@@ -15,15 +17,15 @@
 namespace zendrix::family {
 
 struct Manifest {
-  std::string path;
+  std::string path;  // absolute
   uid_t owner = 0;
   gid_t group = 0;
-  mode_t mode = 0;
+  mode_t mode = 0;  // permissions with set-user-id, set-group-id and sticky bit
   timespec accessed = {};
   timespec modified = {};
   std::uint64_t size = 0;
   std::string sha256;
-  std::int64_t moved = 0;
+  timespec moved = {};
 };
 
 std::string LineOf(const Manifest& manifest);

@@ -9,21 +9,26 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "family/intermediate/descriptor.h"
 
 namespace zendrix::family {
 
-// The absolute paths that the description may mean, in the order in which they are tried. Bytes as they
-// stand.
+// The absolute paths that the description may mean: no empty, "." or ".." part, no NUL, no two alike. Bytes
+// as they stand, and as UTF-8 where they are not plain ASCII.
 std::vector<std::string> PathCandidates(std::string_view description);
+
+// What a folder is, whatever path led to it.
+using FolderId = std::pair<dev_t, ino_t>;
 
 // A name in an open folder.
 struct Place {
   Descriptor folder;
   std::string name;
-  std::string path;  // as the description names it
+  std::string path;
+  std::vector<FolderId> folders;  // all that were gone through, "/" first
 };
 
 // Opens the folder of an absolute path. Invalid folder when it does not exist; refuses links on the way.
@@ -31,19 +36,18 @@ Place OpenPlace(const std::string& path);
 
 struct NamedFile {
   Place place;
-  Descriptor file;  // open for reading; a plain file with one name
+  Descriptor handle;
+  Descriptor file;  // for reading, once OpenNamedFile was called
   struct stat status = {};
 };
 
-// The first candidate that exists. Refuses what is no plain file.
+// The one plain file that the description can mean. Refuses when there are several or none, and everything
+// that is no plain file.
 NamedFile FindNamedFile(std::string_view description);
+// Opens it for reading. Refuses a file that has further names: they would stay behind.
+void OpenNamedFile(NamedFile& named);
 
-// Opens a plain file for reading without ever opening anything else: no link is followed, no device or pipe
-// touched. `made_readable` lets the owner's read bit be set first, for files that were put away without
-// permissions.
-Descriptor OpenPlainFile(int folder, const std::string& name, struct stat& status, bool made_readable);
-
-// The last part of a path, fit to be told in a sentence.
+// The last part of a path in quotation marks, fit to be told in a sentence (Windows-1252).
 std::string NameToTell(const std::string& path);
 
 }  // namespace zendrix::family

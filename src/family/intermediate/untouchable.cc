@@ -1,8 +1,5 @@
 #include "family/intermediate/untouchable.h"
 
-#include <pwd.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <fstream>
@@ -11,44 +8,77 @@
 namespace zendrix::family {
 namespace {
 
-constexpr std::array kFolders = {"/boot/",
-                                 "/dev/",
-                                 "/proc/",
-                                 "/sys/",
-                                 "/lib/",
-                                 "/lib32/",
-                                 "/lib64/",
-                                 "/usr/lib/systemd/",
-                                 "/usr/lib64/",
-                                 "/usr/lib/x86_64-linux-gnu/",
-                                 "/usr/lib/aarch64-linux-gnu/",
-                                 "/etc/pam.d/",
-                                 "/etc/security/",
-                                 "/etc/ld.so.conf.d/",
-                                 "/etc/apt/",
-                                 "/var/lib/dpkg/",
-                                 "/etc/systemd/system.conf.d/"};
+constexpr std::array kFolders = {"/boot",
+                                 "/proc",
+                                 "/sys",
+                                 "/lib",
+                                 "/lib32",
+                                 "/lib64",
+                                 "/usr/lib/systemd",
+                                 "/usr/lib32",
+                                 "/usr/lib64",
+                                 "/usr/lib/x86_64-linux-gnu",
+                                 "/usr/lib/i386-linux-gnu",
+                                 "/usr/lib/aarch64-linux-gnu",
+                                 "/usr/lib/arm-linux-gnueabihf",
+                                 "/etc/pam.d",
+                                 "/etc/security",
+                                 "/etc/ld.so.conf.d",
+                                 "/etc/sudoers.d",
+                                 "/etc/apt",
+                                 "/var/lib/dpkg"};
 
 constexpr std::array kFiles = {
     "/etc/passwd",      "/etc/shadow",     "/etc/group",      "/etc/gshadow",       "/etc/fstab",
     "/etc/hosts",       "/etc/hostname",   "/etc/machine-id", "/etc/nsswitch.conf", "/etc/sudoers",
-    "/etc/ld.so.cache", "/etc/ld.so.conf", "/etc/crypttab",   "/etc/resolv.conf",   "/etc/localtime"};
+    "/etc/ld.so.cache", "/etc/ld.so.conf", "/etc/crypttab",   "/etc/resolv.conf",   "/etc/localtime",
+    "/etc/profile",     "/etc/login.defs", "/etc/shells",     "/etc/inittab"};
 
-// By name in any of the program folders.
+// In any of the program folders.
 constexpr std::array kPrograms = {
     "sh",     "bash",        "dash",      "init",     "login",  "su",       "sudo",    "mount",   "umount",
     "passwd", "dbus-daemon", "systemctl", "systemd",  "agetty", "getty",    "apt",     "apt-get", "dpkg",
     "env",    "cp",          "mv",        "rm",       "ls",     "cat",      "chmod",   "chown",   "ln",
     "mkdir",  "fsck",        "reboot",    "shutdown", "ip",     "ldconfig", "busybox", "perl",    "python3"};
 
-constexpr std::array kProgramFolders = {"/bin/", "/sbin/", "/usr/bin/", "/usr/sbin/"};
+constexpr std::array kProgramFolders = {"/bin", "/sbin", "/usr/bin", "/usr/sbin"};
 
 bool IsSameFile(const std::string& path, const struct stat& status) {
   struct stat other = {};
   return ::stat(path.c_str(), &other) == 0 && other.st_dev == status.st_dev && other.st_ino == status.st_ino;
 }
 
+// The folder itself, not what a link of that name leads to: "/lib" may be a link to "/usr/lib", where much
+// lies that is none of the system's.
+bool LeadsThrough(const Place& place, const std::string& folder) {
+  struct stat status = {};
+  if (folder.empty() || ::lstat(folder.c_str(), &status) != 0) return false;
+  return std::find(place.folders.begin(), place.folders.end(), FolderId(status.st_dev, status.st_ino)) !=
+         place.folders.end();
+}
+
+bool IsInSystemFolder(const Place& place) {
+  return std::any_of(kFolders.begin(), kFolders.end(),
+                     [&](const char* folder) { return LeadsThrough(place, folder); });
+}
+
+bool IsSystemFile(const struct stat& status) {
+  return std::any_of(kFiles.begin(), kFiles.end(),
+                     [&](const char* path) { return IsSameFile(path, status); });
+}
+
+// Also by what a name is a link to: "python3" is "python3.11".
+bool IsRepairProgram(const Place& place, const struct stat& status) {
+  for (const std::string folder : kProgramFolders) {
+    if (!LeadsThrough(place, folder)) continue;
+    for (const char* program : kPrograms)
+      if (IsSameFile(folder + "/" + program, status)) return true;
+  }
+  return false;
+}
+
 bool RunsThisProcess(const struct stat& status) {
+  if (IsSameFile("/proc/self/exe", status)) return true;
   std::ifstream maps("/proc/self/maps");
   std::string previous;
   for (std::string line; std::getline(maps, line);) {
@@ -63,27 +93,19 @@ bool RunsThisProcess(const struct stat& status) {
 }
 
 bool IsShellOrInit(const struct stat& status) {
-  for (const char* path : {"/proc/1/exe", "/sbin/init", "/bin/sh", "/bin/bash", "/proc/self/exe"})
+  for (const char* path : {"/proc/1/exe", "/sbin/init", "/bin/sh", "/bin/bash"})
     if (IsSameFile(path, status)) return true;
-  const passwd* user = ::getpwuid(::getuid());  // NOLINT: one thread
-  return user && user->pw_shell && IsSameFile(user->pw_shell, status);
-}
-
-bool IsNamed(std::string_view path) {
-  const auto begins = [&](std::string_view folder) { return path.starts_with(folder); };
-  if (std::any_of(kFolders.begin(), kFolders.end(), begins)) return true;
-  if (std::find(kFiles.begin(), kFiles.end(), path) != kFiles.end()) return true;
-  const auto name = path.substr(path.rfind('/') + 1);
-  const auto folder = path.substr(0, path.size() - name.size());
-  return std::find(kProgramFolders.begin(), kProgramFolders.end(), folder) != kProgramFolders.end() &&
-         std::find(kPrograms.begin(), kPrograms.end(), name) != kPrograms.end();
+  std::ifstream shells("/etc/shells");
+  for (std::string line; std::getline(shells, line);)
+    if (line.starts_with('/') && IsSameFile(line, status)) return true;
+  return false;
 }
 
 }  // namespace
 
-bool IsUntouchable(const std::string& path, const struct stat& status, const std::string& program_folder) {
-  if (!program_folder.empty() && path.starts_with(program_folder + "/")) return true;
-  return IsNamed(path) || IsShellOrInit(status) || RunsThisProcess(status);
+bool IsUntouchable(const Place& place, const struct stat& status, const std::string& program_folder) {
+  return LeadsThrough(place, program_folder) || IsInSystemFolder(place) || IsSystemFile(status) ||
+         IsShellOrInit(status) || RunsThisProcess(status) || IsRepairProgram(place, status);
 }
 
 }  // namespace zendrix::family
