@@ -10,6 +10,8 @@ class LocaleTest : public InspectorTest {
   void Use(const std::string& locale, const std::string& zone = "UTC") {
     ASSERT_NE(LocaleFolder(), "") << "neither ZENDRIX_TEST_LOCPATH nor localedef";
     environment_ = {{"LC_ALL", locale}, {"TZ", zone}, {"LOCPATH", LocaleFolder()}};
+    // The C library never frees what it makes of LOCPATH: no leak of ours, but the leak checker would say so.
+    environment_["ASAN_OPTIONS"] = "detect_leaks=0";
   }
   std::string TimeOf(const std::string& history) {
     WriteHistory(history);
