@@ -86,18 +86,46 @@ MarkedText& MarkedText::Append(const MarkedText& other) {
   return *this;
 }
 
-std::size_t MarkedText::Find(std::string_view text, std::size_t from, bool own_only, bool events_only) const {
-  for (std::size_t at = flat_.find(text, from); at != std::string::npos; at = flat_.find(text, at + 1)) {
-    bool spelled_by_event = false, has_own = false;
-    for (std::size_t i = at; i < at + text.size(); ++i) {
-      const bool own = origins_[i] == Mark(Origin::kTemplate);
-      has_own = has_own || own;
-      spelled_by_event = spelled_by_event || (!own && IsSpecialInText(flat_[i]));
+bool MarkedText::Counts(std::size_t at, std::size_t length, Among among, std::string_view in_tags) const {
+  for (std::size_t i = at; i < at + length; ++i) {
+    const bool own = origins_[i] == Mark(Origin::kTemplate);
+    switch (among) {
+      case Among::kAll:
+        return true;
+      case Among::kPlaceholders:
+        if (!own && IsSpecialInText(flat_[i])) return false;
+        break;
+      case Among::kReadable:
+        if (in_tags[i]) return false;
+        break;
+      case Among::kEvents:
+        if (own || in_tags[i]) return false;
+        break;
     }
-    if ((own_only && spelled_by_event) || (events_only && has_own)) continue;
-    return at;
   }
-  return std::string::npos;
+  return true;
+}
+
+std::size_t MarkedText::Find(std::string_view text, std::size_t from, Among among,
+                             std::string_view in_tags) const {
+  std::size_t at = flat_.find(text, from);
+  while (at != std::string::npos && !Counts(at, text.size(), among, in_tags)) at = flat_.find(text, at + 1);
+  return at;
+}
+
+// Only the template opens and closes tags. A placeholder that is still to be filled is written as one, and
+// counts as one.
+std::string MarkedText::InTags() const {
+  if (purpose_ == Purpose::kExact) return {};
+  std::string in_tags(flat_.size(), '\0');
+  bool inside = false;
+  for (std::size_t i = 0; i < flat_.size(); ++i) {
+    const bool own = origins_[i] == Mark(Origin::kTemplate);
+    if (own && flat_[i] == '<') inside = true;
+    in_tags[i] = inside ? 1 : 0;
+    if (own && flat_[i] == '>') inside = false;
+  }
+  return in_tags;
 }
 
 void MarkedText::ReplaceAt(std::size_t position, std::size_t length, const MarkedText& by) {
@@ -105,7 +133,8 @@ void MarkedText::ReplaceAt(std::size_t position, std::size_t length, const Marke
   origins_.replace(position, length, by.origins_);
 }
 
-void MarkedText::ReplaceAll(std::string_view text, const MarkedText& by, bool own_only, bool events_only) {
+void MarkedText::ReplaceAll(std::string_view text, const MarkedText& by, Among among,
+                            std::string_view in_tags) {
   if (text.empty()) return;
   MarkedText result(purpose_);
   std::size_t done = 0;
@@ -113,7 +142,7 @@ void MarkedText::ReplaceAll(std::string_view text, const MarkedText& by, bool ow
     result.flat_.append(flat_, done, end - done);
     result.origins_.append(origins_, done, end - done);
   };
-  for (std::size_t at; (at = Find(text, done, own_only, events_only)) != std::string::npos;
+  for (std::size_t at; (at = Find(text, done, among, in_tags)) != std::string::npos;
        done = at + text.size()) {
     keep(at);
     result.Append(by);
@@ -125,33 +154,35 @@ void MarkedText::ReplaceAll(std::string_view text, const MarkedText& by, bool ow
 }
 
 void MarkedText::Replace(std::string_view placeholder, const MarkedText& by) {
-  ReplaceAll(placeholder, by, purpose_ == Purpose::kShown, false);
+  ReplaceAll(placeholder, by, PlaceholdersAmong());
 }
 
 void MarkedText::Replace(std::string_view placeholder, std::string_view by, Origin origin) {
   Replace(placeholder, MarkedText(purpose_, by, origin));
 }
 
-bool MarkedText::FindsOnlyEvents(std::string_view value) const {
-  return purpose_ == Purpose::kShown && std::any_of(value.begin(), value.end(), IsSpecialInText);
+MarkedText::Among MarkedText::ValuesAmong(std::string_view value) const {
+  if (purpose_ == Purpose::kExact) return Among::kAll;
+  return std::any_of(value.begin(), value.end(), IsSpecialInText) ? Among::kEvents : Among::kReadable;
 }
 
 void MarkedText::ReplaceValue(std::string_view value, const MarkedText& by) {
-  ReplaceAll(value, by, false, FindsOnlyEvents(value));
+  ReplaceAll(value, by, ValuesAmong(value), InTags());
 }
 
 void MarkedText::ReplaceLastValue(std::string_view value, const MarkedText& by) {
   if (value.empty()) return;
-  const bool events_only = FindsOnlyEvents(value);
+  const Among among = ValuesAmong(value);
+  const std::string in_tags = InTags();
   std::size_t last = std::string::npos;
-  for (std::size_t at = Find(value, 0, false, events_only); at != std::string::npos;
-       at = Find(value, at + 1, false, events_only))
+  for (std::size_t at = Find(value, 0, among, in_tags); at != std::string::npos;
+       at = Find(value, at + 1, among, in_tags))
     last = at;
   if (last != std::string::npos) ReplaceAt(last, value.size(), by);
 }
 
 void MarkedText::CutAt(std::string_view placeholder) {
-  const std::size_t at = Find(placeholder, 0, purpose_ == Purpose::kShown, false);
+  const std::size_t at = Find(placeholder, 0, PlaceholdersAmong(), {});
   if (at == std::string::npos) return;
   flat_.resize(at);
   origins_.resize(at);

@@ -4,12 +4,13 @@
 //
 // - the exact text, which the rules state to the character and which other rules go on working with;
 // - the text to be shown, in which the characters of events are escaped, and percent-encoded inside a link,
-// so that no
-//   event can add markup, a link, a command or a script to a page.
+//   so that no event can add markup, a link, a command or a script to a page.
 //
 // A text is built for one of the two purposes. When it is built to be shown, placeholders are only replaced
-// where they are the template's own: a placeholder that an event spells out stays what it is, text. Texts
-// without special characters come out the same either way.
+// where they are the template's own: a placeholder that an event spells out stays what it is, text. And an
+// event's value is only found where it can be read, never inside a tag: a program by the name of "td" is
+// linked, the cells of its table stay whole. Everything else comes out the same either way for texts without
+// special characters.
 #pragma once
 
 #include <string>
@@ -43,8 +44,8 @@ class MarkedText {
   void Replace(std::string_view placeholder, const MarkedText& by);
   void Replace(std::string_view placeholder, std::string_view by, Origin origin = Origin::kTemplate);
   // Replaces a value that came from an event wherever it stands in the row, markup included, as plain text
-  // replacement does. When built to be shown, a value with special characters is only found in the characters
-  // of events.
+  // replacement does. When built to be shown, tags are left alone, and a value with special characters is
+  // only found in the characters of events.
   void ReplaceValue(std::string_view value, const MarkedText& by);
   // The same for the last occurrence only.
   void ReplaceLastValue(std::string_view value, const MarkedText& by);
@@ -55,11 +56,23 @@ class MarkedText {
   std::string Finish() const;
 
  private:
-  // Position of `text` at or behind `from`; npos when there is none.
-  std::size_t Find(std::string_view text, std::size_t from, bool own_only, bool events_only) const;
-  bool FindsOnlyEvents(std::string_view value) const;
+  // Which occurrences of a text count.
+  enum class Among {
+    kAll,
+    kPlaceholders,  // those whose special characters are the template's
+    kReadable,      // those outside tags
+    kEvents,        // those outside tags that are all of events
+  };
+
+  // Position of `text` at or behind `from`; npos when there is none. `in_tags` is needed for the last two.
+  std::size_t Find(std::string_view text, std::size_t from, Among among, std::string_view in_tags) const;
+  bool Counts(std::size_t at, std::size_t length, Among among, std::string_view in_tags) const;
+  // One byte per character, not 0 inside a tag; empty for an exact text, where tags do not matter.
+  std::string InTags() const;
+  Among PlaceholdersAmong() const { return purpose_ == Purpose::kShown ? Among::kPlaceholders : Among::kAll; }
+  Among ValuesAmong(std::string_view value) const;
   void ReplaceAt(std::size_t position, std::size_t length, const MarkedText& by);
-  void ReplaceAll(std::string_view text, const MarkedText& by, bool own_only, bool events_only);
+  void ReplaceAll(std::string_view text, const MarkedText& by, Among among, std::string_view in_tags = {});
 
   Purpose purpose_;
   std::string flat_;

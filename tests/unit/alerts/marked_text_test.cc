@@ -4,6 +4,8 @@
 
 #include <random>
 
+#include "core/text_rules.h"
+
 namespace zendrix::alerts {
 namespace {
 
@@ -48,7 +50,47 @@ TEST(MarkedTextTest, ValueWithSpecialCharactersIsOnlyFoundInEventsWhenShown) {
   EXPECT_EQ(text.Finish(), "<td>!");
 }
 
-// For events without special characters the text to be shown is the exact text, whatever is done to it.
+// A program by the name of "td" once took the cells of its own row apart.
+TEST(MarkedTextTest, ValueIsNotFoundInATagWhenShown) {
+  for (const Purpose purpose : {Purpose::kExact, Purpose::kShown}) {
+    MarkedText text(purpose, "<td width=18>td: ");
+    text.Append("td", Origin::kEvent).Append("</td>");
+    text.ReplaceValue("td", MarkedText(purpose, "!"));
+    EXPECT_EQ(text.Finish(),
+              purpose == Purpose::kExact ? "<! width=18>!: !</!>" : "<td width=18>!: !</td>");
+  }
+}
+
+TEST(MarkedTextTest, LastValueIsTheLastOneThatCanBeReadWhenShown) {
+  for (const Purpose purpose : {Purpose::kExact, Purpose::kShown}) {
+    MarkedText text(purpose, "<td>");
+    text.Append("d d", Origin::kEvent).Append("</td>");
+    text.ReplaceLastValue("d", MarkedText(purpose, "!"));
+    EXPECT_EQ(text.Finish(), purpose == Purpose::kExact ? "<td>d d</t!>" : "<td>d !</td>");
+  }
+}
+
+// The date since when there is a history stands in the picture's ALT text, the port in a link's target.
+TEST(MarkedTextTest, ValueIsNotFoundInWhatEventsGaveToATagWhenShown) {
+  for (const std::string value : {"x", "<x", "'"}) {
+    MarkedText text(Purpose::kShown, "<IMG ALT='since ");
+    text.Append(value, Origin::kEvent).Append("'><A HREF='");
+    text.Append(value, Origin::kEventInLink).Append("'></A>").Append(value, Origin::kEvent);
+    const std::string before = text.Finish();
+    text.ReplaceValue(value, MarkedText(Purpose::kShown, "!"));
+    EXPECT_EQ(text.Finish(), before.substr(0, before.find("</A>")) + "</A>!");
+  }
+}
+
+TEST(MarkedTextTest, EventDoesNotOpenATag) {
+  MarkedText text(Purpose::kShown, "<a", Origin::kEvent);
+  text.Append(" word");
+  text.ReplaceValue("word", MarkedText(Purpose::kShown, "!"));
+  EXPECT_EQ(text.Finish(), "&lt;a !");
+}
+
+// For events without special characters the text to be shown is the exact text, whatever is done to it, as
+// long as no value reads like a piece of markup; markup is in capitals here.
 TEST(MarkedTextTest, PlainEventsLookTheSameEitherWay) {
   std::mt19937 random(7);
   const std::string letters = "abcd";
@@ -61,10 +103,11 @@ TEST(MarkedTextTest, PlainEventsLookTheSameEitherWay) {
     MarkedText exact(Purpose::kExact), shown(Purpose::kShown);
     for (int step = 0; step < 12; ++step) {
       const std::string one = word(4), other = word(3);
+      const std::string tag = "<" + core::UpperCase(one) + ">";
       const auto apply = [&](MarkedText& text, unsigned what) {
         switch (what) {
           case 0:
-            text.Append("<" + one + ">");
+            text.Append(tag);
             break;
           case 1:
             text.Append(one, Origin::kEvent);
@@ -73,7 +116,7 @@ TEST(MarkedTextTest, PlainEventsLookTheSameEitherWay) {
             text.Append(one, Origin::kEventInLink);
             break;
           case 3:
-            text.Replace("<" + one + ">", MarkedText(text.purpose(), other, Origin::kEvent));
+            text.Replace(tag, MarkedText(text.purpose(), other, Origin::kEvent));
             break;
           case 4:
             text.ReplaceValue(one, MarkedText(text.purpose(), "<i>").Append(one, Origin::kEvent));
@@ -82,7 +125,7 @@ TEST(MarkedTextTest, PlainEventsLookTheSameEitherWay) {
             text.ReplaceLastValue(one, MarkedText(text.purpose(), other, Origin::kEvent));
             break;
           default:
-            text.CutAt("<" + one + ">");
+            text.CutAt(tag);
             break;
         }
       };
