@@ -1,7 +1,10 @@
 #include "family/intermediate/untouchable.h"
 
+#include <sys/sysmacros.h>
+
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <fstream>
 #include <string_view>
 
@@ -77,18 +80,26 @@ bool IsRepairProgram(const Place& place, const struct stat& status) {
   return false;
 }
 
+// A line of /proc/self/maps:
+//   7f603b61e000-7f603b644000 r--p 00000000 fe:00 1579      /usr/lib/x86_64-linux-gnu/libc.so.6
+// By device and number, which hold where the path does not (another root folder); and by the path, for file
+// systems that show other numbers here than elsewhere.
+bool IsMapped(const std::string& line, const struct stat& status) {
+  unsigned device_major = 0, device_minor = 0;
+  unsigned long long inode = 0;
+  if (std::sscanf(line.c_str(), "%*s %*s %*s %x:%x %llu", &device_major, &device_minor, &inode) != 3 ||
+      inode == 0)
+    return false;
+  if (makedev(device_major, device_minor) == status.st_dev && inode == status.st_ino) return true;
+  const auto slash = line.find('/');
+  return slash != std::string::npos && IsSameFile(line.substr(slash), status);
+}
+
 bool RunsThisProcess(const struct stat& status) {
   if (IsSameFile("/proc/self/exe", status)) return true;
   std::ifstream maps("/proc/self/maps");
-  std::string previous;
-  for (std::string line; std::getline(maps, line);) {
-    const auto slash = line.find('/');
-    if (slash == std::string::npos) continue;
-    std::string path = line.substr(slash);
-    if (path == previous) continue;
-    if (IsSameFile(path, status)) return true;
-    previous = std::move(path);
-  }
+  for (std::string line; std::getline(maps, line);)
+    if (IsMapped(line, status)) return true;
   return false;
 }
 

@@ -1,10 +1,12 @@
 // The flat functions of the shared library, called as any language may call them.
+#include <errno.h>
+
+#include <climits>
+
 #include "family/intermediate/host_id.h"
 #include "family/intermediate/korvessa_intermediate_types.h"
 #include "platform/linux/linux_family.h"
 #include "unit/quarantine/quarantine_fixture.h"
-
-#include <climits>
 
 namespace zendrix::family {
 namespace {
@@ -83,7 +85,7 @@ TEST_F(ExportsTest, PretendingMovesNothing) {
 }
 
 TEST_F(ExportsTest, ThePlatformFindsTheLibraryBesideTheProgramAndUsesIt) {
-  platform::LinuxFamily family(std::filesystem::canonical("/proc/self/exe").parent_path());
+  platform::LinuxFamily family(std::filesystem::canonical(program_invocation_name).parent_path());
   family.ConfigureQuarantine(program_, false);
   const std::string path = Make("tool");
   std::string message;
@@ -94,11 +96,14 @@ TEST_F(ExportsTest, ThePlatformFindsTheLibraryBesideTheProgramAndUsesIt) {
   EXPECT_TRUE(LookAt(path).there);
 }
 
+// A system that was set up but never started may have the second only.
 std::string MachineId() {
-  std::string id;
-  std::ifstream file("/etc/machine-id");
-  std::getline(file, id);
-  return id;
+  for (const char* path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
+    std::string id;
+    std::ifstream file(path);
+    if (std::getline(file, id) && id.size() == 32) return id;
+  }
+  return "";
 }
 
 TEST_F(ExportsTest, TheHostIdIsStableAndNotTheMachineId) {
@@ -107,7 +112,7 @@ TEST_F(ExportsTest, TheHostIdIsStableAndNotTheMachineId) {
   EXPECT_EQ(GetHostIDExport("Zendrix", again.data(), 5120), result);
   EXPECT_EQ(id, again);
   id.resize(id.find('\0'));
-  if (MachineId().size() != 32) {
+  if (MachineId().empty()) {
     EXPECT_EQ(result, 1);
     EXPECT_EQ(id, "");
     return;

@@ -1,6 +1,7 @@
 // What may not be taken: the system's own files, other people's; what a user without rights can do; full and
 // read-only disks; and the mode that only pretends.
-#include <sys/wait.h>
+#include <errno.h>
+#include <link.h>
 
 #include "unit/quarantine/quarantine_fixture.h"
 
@@ -15,12 +16,15 @@ std::string Real(const std::string& path) {
 
 // As the loader knows it.
 std::string PathOfLoaded(const std::string& part) {
-  std::ifstream maps("/proc/self/maps");
-  for (std::string line; std::getline(maps, line);) {
-    const auto slash = line.find('/');
-    if (slash != std::string::npos && line.find(part, slash) != std::string::npos) return line.substr(slash);
-  }
-  return "";
+  std::pair<std::string, std::string> search(part, "");
+  dl_iterate_phdr(
+      [](dl_phdr_info* loaded, std::size_t, void* data) {
+        auto& [wanted, found] = *static_cast<std::pair<std::string, std::string>*>(data);
+        if (std::string(loaded->dlpi_name).find(wanted) != std::string::npos) found = Real(loaded->dlpi_name);
+        return 0;
+      },
+      &search);
+  return search.second;
 }
 
 class UntouchableTest : public QuarantineTest {
@@ -55,7 +59,7 @@ TEST_F(UntouchableTest, TheFirstProcessStays) {
 }
 
 TEST_F(UntouchableTest, TheRunningProgramStays) {
-  ExpectMustStay(Real("/proc/self/exe"));
+  ExpectMustStay(Real(program_invocation_name));
   ExpectMustStay(PathOfLoaded("libKorvessaIntermediateTypes"));
 }
 
