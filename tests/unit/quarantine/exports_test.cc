@@ -98,12 +98,12 @@ TEST_F(ExportsTest, ThePlatformFindsTheLibraryBesideTheProgramAndUsesIt) {
 
 // A system that was set up but never started may have the second only.
 std::string MachineId() {
-  for (const char* path : {"/etc/machine-id", "/var/lib/dbus/machine-id"}) {
-    std::string id;
+  const auto read = [](const char* path) {
     std::ifstream file(path);
-    if (std::getline(file, id) && id.size() == 32) return id;
-  }
-  return "";
+    return std::string(std::istreambuf_iterator<char>(file), {});
+  };
+  const std::string id = read("/etc/machine-id");
+  return (id.size() >= 32 ? id : read("/var/lib/dbus/machine-id")).substr(0, 32);
 }
 
 TEST_F(ExportsTest, TheHostIdIsStableAndNotTheMachineId) {
