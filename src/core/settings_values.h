@@ -24,12 +24,12 @@ struct Settings {
   std::string ldErlog;
   std::string ldUIErlog;
   std::string enblAlr;
-  float ShRskLvl = 0;  // lowest risk percent that the alert list shows
+  float ShRskLvl = 0;            // lowest risk percent that the alert list shows
   bool ShowDetailsOpen = false;  // key DetSho
   std::string IniDate;
   std::string TSurv;
   std::string TTour;
-  float Sensitivity = 0;  // key Se
+  float Sensitivity = 0;    // key Se
   float NormalTop = 0;      // key No: a risk percent
   float SuspiciousTop = 0;  // key Su: a risk percent
   float NormalFrom = 0;

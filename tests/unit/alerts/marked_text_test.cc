@@ -56,8 +56,7 @@ TEST(MarkedTextTest, ValueIsNotFoundInATagWhenShown) {
     MarkedText text(purpose, "<td width=18>td: ");
     text.Append("td", Origin::kEvent).Append("</td>");
     text.ReplaceValue("td", MarkedText(purpose, "!"));
-    EXPECT_EQ(text.Finish(),
-              purpose == Purpose::kExact ? "<! width=18>!: !</!>" : "<td width=18>!: !</td>");
+    EXPECT_EQ(text.Finish(), purpose == Purpose::kExact ? "<! width=18>!: !</!>" : "<td width=18>!: !</td>");
   }
 }
 
