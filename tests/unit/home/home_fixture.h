@@ -31,11 +31,23 @@ class ScriptedAlerts : public alerts::AlertServices {
   void ShowAlertPopUp(const store::EventCursor& row, bool silent) override {
     pop_ups.push_back(std::to_string(row.ID()) + (silent ? " silent" : ""));
   }
+  std::string RenderDetails(const std::string& id) override {
+    rendered.push_back(id);
+    return "<b>told</b>";
+  }
+  bool DecideFromMenu(alerts::Answer answer, const std::string& item_text,
+                      const std::string& date_utc) override {
+    asked.push_back((answer == alerts::Answer::kBlock ? "block " : "allow ") + item_text + " " + date_utc);
+    if (on_question) on_question();
+    return says_yes;
+  }
 
   std::map<std::string, std::string> decisions;
   std::set<std::string> details;
   std::function<void()> on_details;
-  std::vector<std::string> asked_details, pop_ups;
+  std::function<void()> on_question;
+  bool says_yes = true;
+  std::vector<std::string> asked_details, pop_ups, rendered, asked;
   int forgotten = 0;
 };
 
