@@ -13,9 +13,11 @@
 #include <QWebEngineUrlRequestInfo>
 #include <QWebEngineUrlRequestJob>
 #include <QWebEngineUrlScheme>
+#include <QWebEngineView>
 #include <algorithm>
 
 #include "qt/text_edge.h"
+#include "qt/user_acts.h"
 
 namespace zendrix::qt {
 namespace {
@@ -100,8 +102,8 @@ void RequestWall::interceptRequest(QWebEngineUrlRequestInfo& info) {
   info.block(info.requestUrl().scheme() != QLatin1String(kScheme));
 }
 
-struct DetailsPage::Shell {
-  Shell(const QString& images_folder, std::function<void(const std::string&)> on_click)
+struct DetailsShell::Parts {
+  Parts(const QString& images_folder, std::function<void(const std::string&)> on_click)
       : source(images_folder), clicked(std::move(on_click)) {
     profile.setHttpCacheType(QWebEngineProfile::NoCache);
     profile.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
@@ -119,12 +121,15 @@ struct DetailsPage::Shell {
   bool there = false;
 };
 
-DetailsPage::DetailsPage(std::unique_ptr<Shell> shell)
-    : QWebEnginePage(&shell->profile), shell_(std::move(shell)) {}
+DetailsShell::DetailsShell(std::unique_ptr<Parts> parts) : shell_(std::move(parts)) {}
+
+DetailsShell::~DetailsShell() = default;
 
 DetailsPage::DetailsPage(const QString& images_folder, std::function<void(const std::string&)> clicked,
                          std::function<void()> navigated)
-    : DetailsPage(std::make_unique<Shell>(images_folder, std::move(clicked))) {
+    : DetailsShell(std::make_unique<Parts>(images_folder, std::move(clicked))),
+      QWebEnginePage(&shell_->profile),
+      acts_(std::make_unique<UserActs>([this] { return QWebEngineView::forPage(this); })) {
   QWebEngineSettings* const rules = settings();
   for (const auto off :
        {QWebEngineSettings::PluginsEnabled, QWebEngineSettings::LocalStorageEnabled,
@@ -140,17 +145,17 @@ DetailsPage::DetailsPage(const QString& images_folder, std::function<void(const 
   // readable.
   rules->setFontFamily(QWebEngineSettings::StandardFont, QApplication::font().family());
   rules->setFontSize(QWebEngineSettings::MinimumFontSize, kSmallestFont);
-  connect(this, &QWebEnginePage::loadFinished, this, [this, navigated = std::move(navigated)](bool) {
+  // A load that was overtaken by another ends too, and so does one that the browser asks nobody about, of a
+  // blank page.
+  connect(this, &QWebEnginePage::loadFinished, this, [this, navigated = std::move(navigated)](bool done) {
+    if (!done || !IsThere()) return;
     shell_->navigating = false;
     shell_->there = true;
     navigated();
   });
 }
 
-DetailsPage::~DetailsPage() {
-  // The page's own base outlives the profile otherwise.
-  shell_->profile.setUrlRequestInterceptor(nullptr);
-}
+DetailsPage::~DetailsPage() = default;
 
 void DetailsPage::Navigate(const std::string& url) {
   const std::size_t head = sizeof kAboutHead - 1;
@@ -159,7 +164,12 @@ void DetailsPage::Navigate(const std::string& url) {
   shell_->source.SetDocument(Document(shell_->nonce, ToQt(body)));
   shell_->there = false;
   shell_->navigating = true;
+  acts_->Forget();
   load(PageUrl(++shell_->number));
+}
+
+bool DetailsPage::IsThere() const {
+  return url() == PageUrl(shell_->number);
 }
 
 void DetailsPage::Run(const QString& script) {
@@ -167,13 +177,13 @@ void DetailsPage::Run(const QString& script) {
 }
 
 bool DetailsPage::SetBodyHtml(const std::string& html) {
-  if (!shell_->there) return false;
+  if (!shell_->there || !IsThere()) return false;
   Run(QStringLiteral("document.body.innerHTML = %1;").arg(Literal(ToQt(html))));
   return true;
 }
 
 bool DetailsPage::AddScript(const std::string& script) {
-  if (!shell_->there) return false;
+  if (!shell_->there || !IsThere()) return false;
   Run(QStringLiteral("{ const hidden = document.createElement('span'); hidden.style.display = 'none';"
                      "hidden.textContent = 'h'; document.body.append(hidden);"
                      "const script = document.createElement('script'); script.nonce = %1;"
@@ -211,7 +221,7 @@ void DetailsPage::Stop() {
 bool DetailsPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool is_main_frame) {
   if (!is_main_frame) return false;
   if (shell_->navigating && type == NavigationTypeTyped && url == PageUrl(shell_->number)) return true;
-  if (type != NavigationTypeLinkClicked) return false;
+  if (type != NavigationTypeLinkClicked || !acts_->Take()) return false;
   std::string address;
   if (url.scheme() == QLatin1String(kScheme)) {
     // A command is a link beside the page: "do" stands for ".../do".

@@ -4,7 +4,7 @@
 // nothing else comes from anywhere: no network, no file, no cookie, no cache. The content policy of the
 // document allows no script but the verified one, which carries a nonce of its own for each page. The browser
 // itself never navigates: a person's click on a link in the main frame is handed to the logic, and every
-// other navigation (redirect, refresh, form, frame, script, another window) is refused.
+// other navigation (redirect, refresh, form, frame, another window, a script and its clicks) is refused.
 #pragma once
 
 #include <QString>
@@ -20,6 +20,8 @@
 class QWebEngineProfile;
 
 namespace zendrix::qt {
+
+class UserActs;
 
 // To be called before the application object exists.
 void RegisterPageScheme();
@@ -44,7 +46,17 @@ class RequestWall : public QWebEngineUrlRequestInterceptor {
   void interceptRequest(QWebEngineUrlRequestInfo& info) override;
 };
 
-class DetailsPage : public QWebEnginePage, public widgets::BrowserPage {
+// What a page stands on: its profile, which must be there before it and go after it.
+class DetailsShell {
+ protected:
+  struct Parts;
+  explicit DetailsShell(std::unique_ptr<Parts> parts);
+  ~DetailsShell();
+
+  std::unique_ptr<Parts> shell_;
+};
+
+class DetailsPage : private DetailsShell, public QWebEnginePage, public widgets::BrowserPage {
  public:
   // `images_folder`: the pictures. `clicked` gets the address of a clicked link as the logic knows it:
   // commands as "about:do", links as they stand.
@@ -67,11 +79,11 @@ class DetailsPage : public QWebEnginePage, public widgets::BrowserPage {
   }
 
  private:
-  struct Shell;
-  explicit DetailsPage(std::unique_ptr<Shell> shell);
+  // The browser is at the page that it was sent to last.
+  bool IsThere() const;
   void Run(const QString& script);
 
-  std::unique_ptr<Shell> shell_;
+  std::unique_ptr<UserActs> acts_;
 };
 
 }  // namespace zendrix::qt
