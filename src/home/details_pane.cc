@@ -17,7 +17,7 @@ constexpr char kDetailsLink[] = "H1";
 constexpr char kDetailsBlock[] = "H2";
 constexpr int kScriptFile = 8;
 constexpr std::int64_t kLongestWaitMs = 10000;
-constexpr std::int64_t kRestMs = 1;
+constexpr std::int64_t kRestMs = 50;
 
 }  // namespace
 
@@ -51,7 +51,7 @@ bool DetailsPane::WaitForDocument() {
     app_.seams.loop.ProcessMessages();
     if (DocumentReady) break;
     if (clock.MonotonicMs() - start >= kLongestWaitMs) return false;
-    clock.Sleep(kRestMs);
+    app_.seams.loop.WaitForMessages(kRestMs);
   }
   return true;
 }

@@ -13,6 +13,8 @@ class MessageLoop {
   virtual ~MessageLoop() = default;
   // Handles everything that waits in the queue (timers that are due included), then returns.
   virtual void ProcessMessages() = 0;
+  // Rests until something comes into the queue or this many milliseconds are over, and handles what came.
+  virtual void WaitForMessages(std::int64_t longest_ms) = 0;
 };
 
 // Counts down on the message loop. A timer that is destroyed never fires.

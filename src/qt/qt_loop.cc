@@ -41,6 +41,13 @@ void QtMessageLoop::ProcessMessages() {
   QCoreApplication::processEvents();
 }
 
+void QtMessageLoop::WaitForMessages(std::int64_t longest_ms) {
+  QTimer wake;
+  wake.setSingleShot(true);
+  wake.start(static_cast<int>(longest_ms));
+  QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
+
 std::unique_ptr<platform::Timer> QtTimers::MakeTimer(std::function<void()> on_tick) {
   return std::make_unique<QtTimer>(std::move(on_tick), guard_);
 }

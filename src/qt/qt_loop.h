@@ -9,6 +9,7 @@ namespace zendrix::qt {
 class QtMessageLoop : public platform::MessageLoop {
  public:
   void ProcessMessages() override;
+  void WaitForMessages(std::int64_t longest_ms) override;
 };
 
 class QtTimers : public platform::TimerMaker {

@@ -1,12 +1,18 @@
 #include "family/intermediate/untouchable.h"
 
+#include <fcntl.h>
 #include <sys/sysmacros.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdio>
-#include <fstream>
+#include <string>
 #include <string_view>
+#include <vector>
+
+#include "family/intermediate/descriptor.h"
 
 namespace zendrix::family {
 namespace {
@@ -82,6 +88,25 @@ bool IsRepairProgram(const Place& place, const struct stat& status) {
 
 // A line of /proc/self/maps:
 //   7f603b61e000-7f603b644000 r--p 00000000 fe:00 1579      /usr/lib/x86_64-linux-gnu/libc.so.6
+// Lines of a text file; none when there is no such file. A file that is there and cannot be read refuses the
+// whole operation: what must not be touched has to be known.
+std::vector<std::string> LinesOf(const char* path) {
+  const Descriptor file(::open(path, O_RDONLY | O_CLOEXEC));
+  if (!file.valid() && errno != ENOENT)
+    throw Refused{"The computer is short of resources. Nothing was changed."};
+  std::string text;
+  std::array<char, 4096> block;
+  for (ssize_t got; file.valid() && (got = ::read(file.get(), block.data(), block.size())) > 0;)
+    text.append(block.data(), static_cast<std::size_t>(got));
+  std::vector<std::string> lines;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find('\n', start), text.size());
+    lines.push_back(text.substr(start, end - start));
+    start = end + 1;
+  }
+  return lines;
+}
+
 // By device and number, which hold where the path does not (another root folder); and by the path, for file
 // systems that show other numbers here than elsewhere.
 bool IsMapped(const std::string& line, const struct stat& status) {
@@ -97,19 +122,18 @@ bool IsMapped(const std::string& line, const struct stat& status) {
 
 bool RunsThisProcess(const struct stat& status) {
   if (IsSameFile("/proc/self/exe", status)) return true;
-  std::ifstream maps("/proc/self/maps");
-  for (std::string line; std::getline(maps, line);)
-    if (IsMapped(line, status)) return true;
-  return false;
+  const auto maps = LinesOf("/proc/self/maps");
+  return std::any_of(maps.begin(), maps.end(),
+                     [&](const std::string& line) { return IsMapped(line, status); });
 }
 
 bool IsShellOrInit(const struct stat& status) {
   for (const char* path : {"/proc/1/exe", "/sbin/init", "/bin/sh", "/bin/bash"})
     if (IsSameFile(path, status)) return true;
-  std::ifstream shells("/etc/shells");
-  for (std::string line; std::getline(shells, line);)
-    if (line.starts_with('/') && IsSameFile(line, status)) return true;
-  return false;
+  const auto shells = LinesOf("/etc/shells");
+  return std::any_of(shells.begin(), shells.end(), [&](const std::string& line) {
+    return line.starts_with('/') && IsSameFile(line, status);
+  });
 }
 
 }  // namespace

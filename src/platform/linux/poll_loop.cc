@@ -27,13 +27,15 @@ void PollLoop::Quit() {
   errno = saved;
 }
 
+std::int64_t PollLoop::UntilNextTimer() const {
+  const auto due = timers_.NextDue();
+  if (!due) return -1;
+  return std::clamp<std::int64_t>(*due - LinuxClock().MonotonicMs(), 0, std::numeric_limits<int>::max());
+}
+
 void PollLoop::Run() {
   while (!quit_.load()) {
-    std::int64_t wait = -1;
-    if (const auto due = timers_.NextDue()) {
-      wait = std::clamp<std::int64_t>(*due - LinuxClock().MonotonicMs(), 0, std::numeric_limits<int>::max());
-    }
-    Poll(static_cast<int>(wait));
+    Poll(static_cast<int>(UntilNextTimer()));
     if (!quit_.load()) timers_.FireDue();
   }
   quit_.store(false);
@@ -50,7 +52,12 @@ void PollLoop::StopWatching(int fd) {
 }
 
 void PollLoop::ProcessMessages() {
-  Poll(0);
+  WaitForMessages(0);
+}
+
+void PollLoop::WaitForMessages(std::int64_t longest_ms) {
+  const std::int64_t timer = UntilNextTimer();
+  Poll(static_cast<int>(timer < 0 ? longest_ms : std::min(timer, longest_ms)));
   timers_.FireDue();
 }
 

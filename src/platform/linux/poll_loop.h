@@ -28,11 +28,14 @@ class PollLoop : public MessageLoop, public TimerMaker {
   void StopWatching(int fd);
 
   void ProcessMessages() override;
+  void WaitForMessages(std::int64_t longest_ms) override;
   std::unique_ptr<Timer> MakeTimer(std::function<void()> on_tick) override {
     return timers_.MakeTimer(std::move(on_tick));
   }
 
  private:
+  // How long to wait for the next timer; -1 (for ever) when none runs.
+  std::int64_t UntilNextTimer() const;
   // Waits for at most so long (-1: for ever) and calls what became readable.
   void Poll(int timeout_ms);
 

@@ -29,6 +29,8 @@ class FakeTimers : public TimerMaker, public MessageLoop {
   int RunningTimers() const { return timers_.Running(); }
 
   void ProcessMessages() override;
+  // Nothing comes by itself: the whole time passes, and what falls due in it fires.
+  void WaitForMessages(std::int64_t longest_ms) override { Advance(longest_ms); }
   std::unique_ptr<Timer> MakeTimer(std::function<void()> on_tick) override {
     return timers_.MakeTimer(std::move(on_tick));
   }

@@ -32,6 +32,7 @@ class WaitingLoop : public platform::MessageLoop {
  public:
   WaitingLoop();
   void ProcessMessages() override;
+  void WaitForMessages(std::int64_t) override { ProcessMessages(); }
 
  private:
   QTimer wake_;
