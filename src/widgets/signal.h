@@ -16,8 +16,8 @@ class Connection {
  public:
   Connection() = default;
   explicit Connection(std::shared_ptr<bool> alive) : alive_(std::move(alive)) {}
-  Connection(Connection&&) = default;
-  Connection& operator=(Connection&& other) {
+  Connection(Connection&&) noexcept = default;
+  Connection& operator=(Connection&& other) noexcept {
     Disconnect();
     alive_ = std::move(other.alive_);
     return *this;
