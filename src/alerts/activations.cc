@@ -30,15 +30,11 @@ std::optional<std::string> CodeOf(store::EventTable& table, const NotableRecord&
 std::string WithDecision(const std::string& text, const std::string& code, const std::string& line) {
   std::string result;
   bool replaced = false;
-  for (std::size_t start = 0; start < text.size();) {
-    const std::size_t end = std::min(text.find('\n', start), text.size());
-    std::string_view old_line(text.data() + start, end - start);
-    if (old_line.ends_with('\r')) old_line.remove_suffix(1);
+  for (const std::string_view old_line : core::Lines(text)) {
     const bool hit = core::Contains(old_line, code);
     result += hit ? std::string_view(line) : old_line;
     result += kLineEnd;
     replaced = replaced || hit;
-    start = end + 1;
   }
   return replaced ? result : result + line + kLineEnd;
 }

@@ -1,7 +1,5 @@
 #include "alerts/checked_alerts.h"
 
-#include <algorithm>
-
 #include "core/guards.h"
 #include "core/number_rules.h"
 #include "core/run_time_error.h"
@@ -13,7 +11,7 @@ namespace {
 
 constexpr char kMark = 'A';
 
-void AddLine(const std::string& line, const platform::LocaleInfo& locale, CheckedAlerts& checked) {
+void AddLine(std::string_view line, const platform::LocaleInfo& locale, CheckedAlerts& checked) {
   const std::string clean = core::CleanLine(line);
   const std::string_view body = core::Trim(clean);
   std::string_view key = body;
@@ -29,21 +27,27 @@ bool IsBlocked(std::string_view value) {
 }
 
 std::optional<std::string> CheckedAlerts::Find(std::string_view key) const {
-  const auto found = std::find_if(entries_.begin(), entries_.end(),
-                                  [&](const Entry& entry) { return core::EqualNoCase(entry.key, key); });
-  if (found == entries_.end()) return std::nullopt;
-  return found->value;
+  const auto found = places_.find(core::UpperCase(key));
+  if (found == places_.end()) return std::nullopt;
+  return found->second->value;
 }
 
 void CheckedAlerts::Add(std::string_view key, std::string_view value) {
-  if (Find(key)) core::Raise(core::kKeyExists);
-  entries_.push_back({std::string(key), std::string(value)});
+  const auto [place, added] = places_.try_emplace(core::UpperCase(key));
+  if (!added) core::Raise(core::kKeyExists);
+  place->second = entries_.insert(entries_.end(), {std::string(key), std::string(value)});
 }
 
 void CheckedAlerts::Remove(std::string_view key) {
-  const auto removed =
-      std::erase_if(entries_, [&](const Entry& entry) { return core::EqualNoCase(entry.key, key); });
-  if (removed == 0) core::Raise(core::kInvalidProcedureCall);
+  const auto found = places_.find(core::UpperCase(key));
+  if (found == places_.end()) core::Raise(core::kInvalidProcedureCall);
+  entries_.erase(found->second);
+  places_.erase(found);
+}
+
+void CheckedAlerts::Clear() {
+  entries_.clear();
+  places_.clear();
 }
 
 void CheckedAlerts::MarkBlocked(const std::string& date_utc) {
@@ -66,11 +70,8 @@ void LoadChkAlrColl(core::AppState& state, core::ErrorLog& log, CheckedAlerts& c
     const std::string path = platform::JoinPath(state.ProgramFolder, kCheckedAlertsFile);
     if (!files.Exists(path)) return;
     const std::string text = core::ValueOrRaise(files.ReadAll(path));
-    for (std::size_t start = 0; start < text.size();) {
-      const std::size_t end = std::min(text.find('\n', start), text.size());
-      AddLine(text.substr(start, end - start), state.seams.locale.Current(), checked);
-      start = end + 1;
-    }
+    for (const std::string_view line : core::Lines(text))
+      AddLine(line, state.seams.locale.Current(), checked);
   });
 }
 

@@ -5,10 +5,11 @@
 // undecided.
 #pragma once
 
+#include <list>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <unordered_map>
 
 #include "core/app_state.h"
 #include "core/error_log.h"
@@ -19,6 +20,10 @@ inline constexpr char kCheckedAlertsFile[] = "KorvessaAlr.kvl";
 
 class CheckedAlerts {
  public:
+  CheckedAlerts() = default;
+  CheckedAlerts(const CheckedAlerts&) = delete;
+  CheckedAlerts& operator=(const CheckedAlerts&) = delete;
+
   struct Entry {
     std::string key;
     std::string value;
@@ -30,9 +35,9 @@ class CheckedAlerts {
   void Add(std::string_view key, std::string_view value);
   // Raises 5 when there is no such key.
   void Remove(std::string_view key);
-  void Clear() { entries_.clear(); }
+  void Clear();
   // In the order in which they were added.
-  const std::vector<Entry>& entries() const { return entries_; }
+  const std::list<Entry>& entries() const { return entries_; }
 
   // The user's decision on an alert, in the place of any earlier one.
   void MarkBlocked(const std::string& date_utc);
@@ -41,7 +46,9 @@ class CheckedAlerts {
  private:
   void Set(const std::string& key, const std::string& value);
 
-  std::vector<Entry> entries_;
+  std::list<Entry> entries_;
+  // Upper-case key to its entry: every alert of the list asks here.
+  std::unordered_map<std::string, std::list<Entry>::iterator> places_;
 };
 
 // Whether a value means "blocked".

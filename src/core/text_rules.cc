@@ -165,6 +165,17 @@ std::vector<std::string_view> Split(std::string_view text, std::string_view sepa
   return pieces;
 }
 
+std::vector<std::string_view> Lines(std::string_view text) {
+  std::vector<std::string_view> lines;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find('\n', start), text.size());
+    lines.push_back(text.substr(start, end - start));
+    if (end < text.size() && lines.back().ends_with('\r')) lines.back().remove_suffix(1);
+    start = end + 1;
+  }
+  return lines;
+}
+
 std::string Join(const std::vector<std::string>& pieces, std::string_view separator) {
   std::string result;
   for (std::size_t i = 0; i < pieces.size(); ++i) {

@@ -23,6 +23,8 @@ std::string_view Trim(std::string_view text);
 // Pieces between the separators. An empty text has no pieces at all.
 std::vector<std::string_view> Split(std::string_view text, std::string_view separator);
 std::string Join(const std::vector<std::string>& pieces, std::string_view separator);
+// Lines of a file's text. LF ends a line, a CR in front of it belongs to the end; the last line needs no end.
+std::vector<std::string_view> Lines(std::string_view text);
 // All occurrences, case-sensitive, left to right, not looking again at what was put in. An empty `find`
 // changes nothing.
 std::string Replace(std::string_view text, std::string_view find, std::string_view by);

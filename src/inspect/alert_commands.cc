@@ -96,14 +96,7 @@ Json ActivationsOf(Console& console) {
       files.ReadAll(platform::JoinPath(console.state().ProgramFolder, alerts::kActivationsFile));
   Json lines = Json::array();
   if (!text) return lines;
-  const std::string& bytes = text.value();
-  for (std::size_t start = 0; start < bytes.size();) {
-    const std::size_t end = std::min(bytes.find('\n', start), bytes.size());
-    std::string_view line(bytes.data() + start, end - start);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    lines.push_back(Text(line));
-    start = end + 1;
-  }
+  for (const std::string_view line : core::Lines(text.value())) lines.push_back(Text(line));
   return lines;
 }
 
