@@ -15,8 +15,9 @@ namespace zendrix::test {
 
 class TemporaryFolder {
  public:
-  TemporaryFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "zendrix-test-XXXXXX").string();
+  // Made in `parent`, or where the system keeps temporary files.
+  explicit TemporaryFolder(const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+    std::string pattern = (parent / "zendrix-test-XXXXXX").string();
     if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder to be had");
     path_ = pattern;
   }

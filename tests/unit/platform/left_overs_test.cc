@@ -1,7 +1,6 @@
 #include "platform/linux/left_overs.h"
 
 #include <fcntl.h>
-#include <stdlib.h>
 #include <sys/file.h>
 
 #include <filesystem>
@@ -9,22 +8,21 @@
 
 #include "platform/linux/linux_files.h"
 #include "platform/linux/posix.h"
+#include "support/temporary_folder.h"
 
 namespace zendrix::platform {
 namespace {
 
 class LeftOversTest : public ::testing::Test {
  protected:
-  LeftOversTest() { EXPECT_NE(mkdtemp(folder_.data()), nullptr); }
-  ~LeftOversTest() override { std::filesystem::remove_all(folder_); }
-
   std::string Make(const std::string& name) {
     const std::string path = JoinPath(folder_, name);
     std::ofstream(path) << "half written";
     return path;
   }
 
-  std::string folder_ = testing::TempDir() + "/left-overs-XXXXXX";
+  test::TemporaryFolder temporary_;
+  const std::string folder_ = temporary_.path();
   LinuxFiles files_;
 };
 

@@ -21,6 +21,7 @@
 #include "settings/reg_ini.h"
 #include "settings/setting.h"
 #include "settings/smtp.h"
+#include "support/temporary_folder.h"
 
 namespace zendrix::settings {
 namespace {
@@ -31,11 +32,8 @@ constexpr std::size_t kMostLeftOvers = 2;
 
 // A memory file system where there is one: a save flushes its files, and what is tested is the order of the
 // steps.
-std::string MakeFolder() {
-  std::string folder =
-      (access("/dev/shm", W_OK) == 0 ? "/dev/shm" : testing::TempDir()) + "/zendrix-kill-XXXXXX";
-  EXPECT_NE(mkdtemp(folder.data()), nullptr);
-  return folder;
+std::filesystem::path WhereSavesAreQuick() {
+  return access("/dev/shm", W_OK) == 0 ? "/dev/shm" : testing::TempDir();
 }
 
 // The console's rooms over the real files of a folder.
@@ -87,15 +85,12 @@ void Save(Program& program, Operation operation, int number) {
 
 class KillTest : public ::testing::Test {
  protected:
-  KillTest() : folder_(MakeFolder()) {
+  KillTest() {
     void* shared = mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     EXPECT_NE(shared, MAP_FAILED);
     progress_ = new (shared) Progress{};
   }
-  ~KillTest() override {
-    munmap(progress_, sizeof(Progress));
-    std::filesystem::remove_all(folder_);
-  }
+  ~KillTest() override { munmap(progress_, sizeof(Progress)); }
 
   // Lets a process save until it has done a few more, and a little of the next; then kills it.
   void SaveAndKill() {
@@ -148,7 +143,8 @@ class KillTest : public ::testing::Test {
     return names;
   }
 
-  const std::string folder_;
+  const test::TemporaryFolder temporary_{WhereSavesAreQuick()};
+  const std::string folder_ = temporary_.path();
   Progress* progress_ = nullptr;
   std::mt19937 random_{20041109};
   int new_values_ = 0;

@@ -13,6 +13,7 @@
 #include "store/log_reader.h"
 #include "store/reader.h"
 #include "support/store_fixture.h"
+#include "support/temporary_folder.h"
 
 namespace zendrix::test {
 namespace {
@@ -23,15 +24,10 @@ using ::testing::ElementsAre;
 class RealFileTest : public ::testing::Test {
  protected:
   RealFileTest() {
-    std::string name = (std::filesystem::temp_directory_path() / "zendrix-store-XXXXXX").string();
-    folder_ = mkdtemp(name.data());
-    path_ = (folder_ / "KorvessaMonitoring.kvl").string();
+    path_ = folder_.Path("KorvessaMonitoring.kvl");
     log_.on_line = [this](const std::string& line) { logged_.push_back(line); };
   }
-  ~RealFileTest() override {
-    chmod(path_.c_str(), 0644);
-    std::filesystem::remove_all(folder_);
-  }
+  ~RealFileTest() override { chmod(path_.c_str(), 0644); }
 
   static std::string Line(int date, const std::string& description) {
     return std::to_string(date) + ",HOST,7,System|0|1|" + description + "|r|c|\r\n";
@@ -67,7 +63,7 @@ class RealFileTest : public ::testing::Test {
     ASSERT_EQ(status, 0);
   }
 
-  std::filesystem::path folder_;
+  TemporaryFolder folder_;
   std::string path_;
   platform::LinuxFiles files_;
   platform::MemoryPlatform twins_;
@@ -92,7 +88,7 @@ TEST_F(RealFileTest, LoadsAndFollows) {
 TEST_F(RealFileTest, UnreadableFileIsTriedAgain) {
   if (geteuid() == 0) {
     // The superuser may read everything: a child that gives this up does the test, and says so by its end.
-    chmod(folder_.c_str(), 0777);
+    chmod(folder_.path().c_str(), 0777);
     Write(Line(1, "a"));
     reader_.InitClass(path_);
     const pid_t child = InAnotherProcess([this] {
