@@ -43,7 +43,7 @@ struct HomeConsole {
   store::CMkvlf reader{state, log, [](int) {}};
   settings::RegIni reg_ini{state, log};
   widgets::Screen screen;
-  agent::AgentControl agent{state, screen};
+  control::AgentControl agent{state, screen};
   alerts::ConsoleAlerts alerts{state, log, [this] { return reader.EventTable.get(); }};
   std::unique_ptr<home::frmNewUI> form;
 };

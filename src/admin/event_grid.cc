@@ -4,8 +4,8 @@
 #include <numeric>
 
 #include "alerts/monitor_catalogue.h"
+#include "core/letter_case.h"
 #include "core/run_time_error.h"
-#include "core/text_rules.h"
 
 namespace zendrix::admin {
 

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "agent/agent_control.h"
+#include "admin/header_codes.h"
+#include "control/agent_control.h"
+#include "core/fit_text.h"
 #include "core/guards.h"
-#include "core/text_rules.h"
+#include "platform/windows_1252.h"
 
 namespace zendrix::admin {
 
@@ -96,7 +98,7 @@ void frmMain::ShowPath() {
   path_shown_ = true;
   const int pixels = (Msg.width - kPanelMargin) / parts_.metrics.twips_per_pixel;
   // Paths are compacted by the rules of the other separator.
-  const std::string path = Swapped(core::BytesFromUtf8(GridFilePath), '/', '\\');
+  const std::string path = Swapped(platform::BytesFromUtf8(GridFilePath), '/', '\\');
   Msg.text = Swapped(core::CompactPath(path, pixels, parts_.metrics.pixels), '\\', '/');
 }
 
@@ -126,7 +128,7 @@ void frmMain::HideInnerColumns() {
 
 void frmMain::ApplyColumnSettings() {
   for (const auto& [name, value] : app_.settings.ColumnStates) {
-    const int column = core::ColumnCodeOfHeader(name);
+    const int column = ColumnCodeOfHeader(name);
     if (column == kUnhandledHeader) continue;
     if (value == "0")
       EventList.SetColWidth(column, 0);
@@ -237,7 +239,7 @@ void frmMain::mPopMaximize_Click() {
 }
 
 void frmMain::MnFExit_Click() {
-  if (agent::WarningMessage(app_)) Unload(widgets::UnloadCause::kCode);
+  if (control::WarningMessage(app_)) Unload(widgets::UnloadCause::kCode);
 }
 
 void frmMain::MnVRefresh_Click() {

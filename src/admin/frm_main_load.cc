@@ -3,10 +3,13 @@
 #include <new>
 
 #include "admin/frm_main.h"
+#include "core/fit_text.h"
 #include "core/guards.h"
+#include "core/letter_case.h"
 #include "core/number_rules.h"
 #include "core/splash.h"
 #include "core/text_rules.h"
+#include "platform/windows_1252.h"
 
 namespace zendrix::admin {
 
@@ -262,7 +265,7 @@ bool frmMain::FileIsThere() {
 void frmMain::FileMissing() {
   const std::string text = GridFilePath == DefaultPath()
                                ? kNoDataFound
-                               : "File " + core::BytesFromUtf8(GridFilePath) + " not found.";
+                               : "File " + platform::BytesFromUtf8(GridFilePath) + " not found.";
   app_.seams.message_boxes.Show({app_.ProductName, text, platform::BoxIcon::kStop});
   path_shown_ = false;
   Msg.text = std::string("No Zendrix Data Found");
@@ -270,7 +273,7 @@ void frmMain::FileMissing() {
 
 void frmMain::GridIsFull() {
   const std::string text = "The Event View grid is full. The size of the kvl file: \r\n" +
-                           core::BytesFromUtf8(GridFilePath) + "\r\nneeds to be reduced.";
+                           platform::BytesFromUtf8(GridFilePath) + "\r\nneeds to be reduced.";
   app_.seams.message_boxes.Show({app_.ProductName, text, platform::BoxIcon::kInformation});
 }
 

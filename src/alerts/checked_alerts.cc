@@ -1,10 +1,10 @@
 #include "alerts/checked_alerts.h"
 
 #include "core/guards.h"
+#include "core/letter_case.h"
 #include "core/number_rules.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
-#include "core/utils.h"
 
 namespace zendrix::alerts {
 namespace {

@@ -4,7 +4,6 @@
 #include "alerts/summary_table.h"
 #include "alerts/templates.h"
 #include "core/number_rules.h"
-#include "core/utils.h"
 
 namespace zendrix::alerts {
 namespace {

@@ -1,6 +1,7 @@
 #include "alerts/decisions.h"
 
 #include "alerts/activations.h"
+#include "core/letter_case.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
 

@@ -5,11 +5,11 @@
 #include <string_view>
 
 #include "core/date_rules.h"
+#include "core/moments.h"
 #include "core/number_rules.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
 #include "core/tokens.h"
-#include "core/utils.h"
 
 namespace zendrix::alerts {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "core/text_rules.h"
+#include "core/letter_case.h"
 
 namespace zendrix::alerts {
 namespace {

@@ -10,7 +10,6 @@
 #include "alerts/links.h"
 #include "alerts/templates.h"
 #include "core/run_time_error.h"
-#include "core/utils.h"
 
 namespace zendrix::alerts {
 namespace {

@@ -8,7 +8,6 @@
 #include "alerts/templates.h"
 #include "core/number_rules.h"
 #include "core/text_rules.h"
-#include "core/utils.h"
 
 namespace zendrix::alerts {
 namespace {

@@ -6,6 +6,7 @@
 
 #include "alerts/summary_row.h"
 #include "alerts/templates.h"
+#include "core/letter_case.h"
 #include "core/number_rules.h"
 #include "core/text_rules.h"
 

@@ -62,7 +62,7 @@ struct Console::Parts {
   core::ErrorLog log;
   settings::RegIni reg_ini;
   widgets::Screen screen;
-  agent::AgentControl agent;
+  control::AgentControl agent;
   alerts::ConsoleAlerts alerts;
   store::CMkvlf gKvlF;
 

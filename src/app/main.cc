@@ -7,8 +7,8 @@
 #include "app/console.h"
 #include "app/options.h"
 #include "app/prepare.h"
-#include "core/utils.h"
 #include "core/version.h"
+#include "core/version_text.h"
 
 int main(int argc, char** argv) {
   using namespace zendrix;

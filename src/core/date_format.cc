@@ -7,7 +7,7 @@
 #include "core/date_calendar.h"
 #include "core/date_picture.h"
 #include "core/date_rules.h"
-#include "core/text_rules.h"
+#include "core/letter_case.h"
 
 namespace zendrix::core {
 namespace {

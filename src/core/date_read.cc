@@ -5,6 +5,7 @@
 
 #include "core/date_calendar.h"
 #include "core/date_rules.h"
+#include "core/letter_case.h"
 #include "core/text_rules.h"
 
 namespace zendrix::core {

@@ -5,8 +5,8 @@
 
 #include "core/date_rules.h"
 #include "core/guards.h"
-#include "core/text_rules.h"
-#include "core/utils.h"
+#include "core/letter_case.h"
+#include "core/moments.h"
 
 namespace zendrix::core {
 namespace {

@@ -1,12 +1,14 @@
 #include "core/initial.h"
 
 #include "core/guards.h"
+#include "core/letter_case.h"
 #include "core/message_window.h"
+#include "core/moments.h"
 #include "core/number_rules.h"
 #include "core/splash.h"
 #include "core/text_rules.h"
-#include "core/utils.h"
 #include "core/version.h"
+#include "core/version_text.h"
 
 namespace zendrix::core {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "core/date_calendar.h"
-#include "core/utils.h"
+#include "core/moments.h"
 
 namespace zendrix::core {
 namespace {

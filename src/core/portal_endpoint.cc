@@ -1,6 +1,6 @@
 #include "core/portal_endpoint.h"
 
-#include "core/utils.h"
+#include "core/desc_lookup.h"
 
 namespace zendrix::core {
 

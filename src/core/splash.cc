@@ -1,7 +1,7 @@
 #include "core/splash.h"
 
-#include "core/utils.h"
 #include "core/version.h"
+#include "core/version_text.h"
 
 namespace zendrix::core {
 

@@ -1,8 +1,9 @@
 #include "home/frm_new_ui.h"
 
+#include "core/desc_lookup.h"
 #include "core/guards.h"
-#include "core/utils.h"
 #include "core/version.h"
+#include "core/version_text.h"
 
 namespace zendrix::home {
 
@@ -248,7 +249,7 @@ void frmNewUI::mPopMaximize_Click() {
 }
 
 bool frmNewUI::mPopExit_Click() {
-  if (!agent::WarningMessage(app_)) return false;
+  if (!control::WarningMessage(app_)) return false;
   return Unload(widgets::UnloadCause::kCode);
 }
 

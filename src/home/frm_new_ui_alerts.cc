@@ -4,7 +4,7 @@
 #include "alerts/monitor_catalogue.h"
 #include "alerts/risk.h"
 #include "core/guards.h"
-#include "core/utils.h"
+#include "core/moments.h"
 #include "home/frm_new_ui.h"
 
 namespace zendrix::home {

@@ -4,10 +4,11 @@
 #include <optional>
 
 #include "alerts/risk.h"
+#include "core/desc_lookup.h"
 #include "core/guards.h"
+#include "core/moments.h"
 #include "core/number_rules.h"
 #include "core/text_rules.h"
-#include "core/utils.h"
 #include "home/frm_new_ui.h"
 #include "settings/smtp.h"
 

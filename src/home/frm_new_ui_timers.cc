@@ -2,7 +2,7 @@
 #include <cmath>
 
 #include "core/guards.h"
-#include "core/utils.h"
+#include "core/moments.h"
 #include "home/frm_new_ui.h"
 
 namespace zendrix::home {

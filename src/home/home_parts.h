@@ -3,8 +3,8 @@
 
 #include <functional>
 
-#include "agent/agent_control.h"
 #include "alerts/alert_services.h"
+#include "control/agent_control.h"
 #include "core/app_state.h"
 #include "core/error_log.h"
 #include "settings/reg_ini.h"
@@ -26,7 +26,7 @@ struct HomeParts {
   core::ErrorLog& log;
   store::CMkvlf& gKvlF;
   settings::RegIni& reg_ini;
-  agent::AgentControl& agent;
+  control::AgentControl& agent;
   widgets::Screen& screen;
   alerts::AlertServices& alerts;
   HomeServices services;

@@ -1,10 +1,11 @@
 // alerts, alert, decide, act, checked, link, portal.
 #include <charconv>
 
-#include "agent/portal.h"
 #include "alerts/activations.h"
 #include "alerts/console_alerts.h"
 #include "alerts/links.h"
+#include "control/portal.h"
+#include "core/text_rules.h"
 #include "home/frm_new_ui.h"
 #include "inspect/commands.h"
 #include "inspect/console.h"
@@ -59,7 +60,7 @@ class HomeConsole {
   Console& console_;
   settings::RegIni reg_ini_;
   widgets::Screen screen_;
-  agent::AgentControl agent_;
+  control::AgentControl agent_;
   store::CMkvlf reader_;
   alerts::ConsoleAlerts alerts_;
   std::unique_ptr<home::frmNewUI> form_;
@@ -179,14 +180,14 @@ void Checked(Console& console, const Words& words) {
 void Link(Console& console, const Words& words) {
   RequireWords(words, 2, 2, "link MONITOR DESCRIPTION");
   store::LoadDescArrays(console.state(), console.log());
-  const auto anchor = alerts::GetLink(console.state(), alerts::Purpose::kExact, core::BytesFromUtf8(words[0]),
-                                      core::BytesFromUtf8(words[1]));
+  const auto anchor = alerts::GetLink(console.state(), alerts::Purpose::kExact,
+                                      platform::BytesFromUtf8(words[0]), platform::BytesFromUtf8(words[1]));
   console.Print({{"anchor", Text(anchor.flat())}});
 }
 
 void Portal(Console& console, const Words& words) {
   RequireWords(words, 1, 1, "portal feedback|support|newver|survey|tour");
-  using agent::PortalRequest;
+  using control::PortalRequest;
   const std::vector<std::pair<std::string, PortalRequest>> requests = {{"feedback", PortalRequest::kFeedback},
                                                                        {"support", PortalRequest::kSupport},
                                                                        {"newver", PortalRequest::kNewVersion},
@@ -196,7 +197,7 @@ void Portal(Console& console, const Words& words) {
     if (name != words[0]) continue;
     store::LoadDescArrays(console.state(), console.log());
     std::string url;
-    agent::GuardedPortalUrl(console.state(), console.log(), request, url);
+    control::GuardedPortalUrl(console.state(), console.log(), request, url);
     return console.Print({{"url", url.empty() ? Json(nullptr) : Text(url)}});
   }
   throw WrongUsage("portal: say feedback, support, newver, survey or tour");

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <iostream>
 
-#include "agent/agent_control.h"
+#include "control/agent_control.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_family.h"
 #include "platform/linux/linux_files.h"
@@ -101,9 +101,9 @@ void RestoreFolder(Json& value, const std::string& decoded, const std::string& f
 }
 
 void SetAgent(platform::FakeServiceManager& services, const std::string& agent_state) {
-  if (agent_state == "running") services.SetRunning(agent::kServiceName);
-  if (agent_state == "stopped") services.SetStopped(agent::kServiceName);
-  if (agent_state == "missing") services.SetMissing(agent::kServiceName);
+  if (agent_state == "running") services.SetRunning(control::kServiceName);
+  if (agent_state == "stopped") services.SetStopped(control::kServiceName);
+  if (agent_state == "missing") services.SetMissing(control::kServiceName);
 }
 
 }  // namespace
@@ -194,7 +194,7 @@ void Console::OnTick(std::function<void()> behind) {
 void Console::Print(Json document) {
   document["messages"] = parts_->boxes.Take();
   document["log"] = std::exchange(parts_->lines, Json::array());
-  const std::string decoded = core::Utf8FromBytes(options_.folder);
+  const std::string decoded = platform::Utf8FromBytes(options_.folder);
   if (decoded != options_.folder) RestoreFolder(document, decoded, options_.folder);
   std::cout << document.dump(options_.pretty ? 2 : -1, ' ', false, Json::error_handler_t::replace)
             << std::endl;

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/text_rules.h"
+#include "platform/windows_1252.h"
 
 namespace zendrix::inspect {
 
@@ -15,7 +15,7 @@ using Json = nlohmann::ordered_json;
 
 // A text of the program (Windows-1252) as JSON.
 inline Json Text(std::string_view bytes) {
-  return core::Utf8FromBytes(bytes);
+  return platform::Utf8FromBytes(bytes);
 }
 
 // A path as the command line gave it: already in the terminal's own encoding.

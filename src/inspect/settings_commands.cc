@@ -14,7 +14,7 @@ namespace zendrix::inspect {
 namespace {
 
 std::string Bytes(const std::string& word) {
-  return core::BytesFromUtf8(word);
+  return platform::BytesFromUtf8(word);
 }
 
 int HexDigit(char digit) {

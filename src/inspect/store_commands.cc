@@ -4,10 +4,11 @@
 #include <csignal>
 #include <iostream>
 
+#include "core/desc_lookup.h"
 #include "core/hash_utils.h"
-#include "core/utils.h"
 #include "inspect/commands.h"
 #include "inspect/console.h"
+#include "platform/windows_1252.h"
 #include "store/descriptions.h"
 #include "store/log_reader.h"
 #include "store/reader.h"
@@ -175,7 +176,7 @@ void Desc(Console& console, const Words& words) {
   store::LoadDescArrays(console.state(), console.log());
   std::string text;
   const auto& lines = console.state().Desc[static_cast<std::size_t>(std::stoi(words[0]))];
-  const bool found = core::DescLookup(lines, core::BytesFromUtf8(words[1]), text);
+  const bool found = core::DescLookup(lines, platform::BytesFromUtf8(words[1]), text);
   console.Print({{"text", found ? Text(text) : Json(nullptr)}});
 }
 

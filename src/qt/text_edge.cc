@@ -1,15 +1,15 @@
 #include "qt/text_edge.h"
 
-#include "core/text_rules.h"
+#include "platform/windows_1252.h"
 
 namespace zendrix::qt {
 
 QString ToQt(std::string_view bytes) {
-  return QString::fromStdString(core::Utf8FromBytes(bytes));
+  return QString::fromStdString(platform::Utf8FromBytes(bytes));
 }
 
 std::string FromQt(const QString& text) {
-  return core::BytesFromUtf8(text.toStdString());
+  return platform::BytesFromUtf8(text.toStdString());
 }
 
 QString ToolTipText(std::string_view bytes) {

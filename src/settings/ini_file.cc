@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "core/letter_case.h"
 #include "core/text_rules.h"
 
 namespace zendrix::settings {

@@ -2,9 +2,9 @@
 
 #include "core/date_rules.h"
 #include "core/guards.h"
+#include "core/letter_case.h"
+#include "core/moments.h"
 #include "core/number_rules.h"
-#include "core/text_rules.h"
-#include "core/utils.h"
 #include "settings/ini_file.h"
 #include "settings/setting.h"
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <optional>
 
+#include "core/letter_case.h"
 #include "core/number_rules.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"

@@ -3,8 +3,8 @@
 #include <array>
 #include <charconv>
 
+#include "core/letter_case.h"
 #include "core/run_time_error.h"
-#include "core/text_rules.h"
 #include "store/event_storage.h"
 #include "store/selection.h"
 

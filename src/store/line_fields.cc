@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <bit>
 
-#include "core/text_rules.h"
-
 #ifdef __SSE2__
 #include <emmintrin.h>
+
+#include "core/text_rules.h"
 #endif
 
 namespace zendrix::store {

@@ -5,10 +5,10 @@
 #include <string_view>
 
 #include "core/date_rules.h"
+#include "core/moments.h"
 #include "core/number_rules.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
-#include "core/utils.h"
 #include "store/line_reader.h"
 
 namespace zendrix::store {

@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "core/guards.h"
+#include "core/moments.h"
 #include "core/number_rules.h"
 #include "core/run_time_error.h"
-#include "core/utils.h"
 #include "store/line_fields.h"
 #include "store/line_reader.h"
 #include "store/row_maker.h"

@@ -5,10 +5,9 @@
 
 #include "core/date_rules.h"
 #include "core/moment_formatter.h"
+#include "core/moments.h"
 #include "core/number_rules.h"
 #include "core/run_time_error.h"
-#include "core/text_rules.h"
-#include "core/utils.h"
 
 namespace zendrix::store {
 namespace {

@@ -1,6 +1,6 @@
 #include "store/ulist.h"
 
-#include "core/text_rules.h"
+#include "core/letter_case.h"
 #include "store/text_pool.h"
 
 namespace zendrix::store {

@@ -6,11 +6,11 @@
 #include <string>
 #include <string_view>
 
+#include "core/desc_lookup.h"
 #include "core/error_log.h"
 #include "core/hash_utils.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
-#include "core/utils.h"
 #include "platform/memory/memory_platform.h"
 #include "store/descriptions.h"
 

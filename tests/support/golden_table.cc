@@ -6,7 +6,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "core/text_rules.h"
+#include "platform/windows_1252.h"
 
 namespace zendrix::test {
 namespace {
@@ -32,7 +32,7 @@ std::string BytesOfUnit(unsigned unit) {
     utf8 += static_cast<char>(0x80 | (unit >> 6 & 0x3F));
   }
   utf8 += static_cast<char>(0x80 | (unit & 0x3F));
-  return core::BytesFromUtf8(utf8);
+  return platform::BytesFromUtf8(utf8);
 }
 
 std::vector<std::string> Fields(const std::string& line) {

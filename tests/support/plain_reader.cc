@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
+#include "core/letter_case.h"
+#include "core/moments.h"
 #include "core/number_rules.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
-#include "core/utils.h"
 
 namespace zendrix::test {
 namespace {

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/linux/windows_1252.h"
+#include "platform/windows_1252.h"
 
 namespace zendrix::platform {
 namespace {
@@ -26,7 +26,7 @@ std::optional<std::string> Convert(const std::string& text, const std::string& c
     for (std::size_t at; (at = spaced.find(narrow)) != std::string::npos;)
       spaced.replace(at, narrow.size(), "\u00A0");
   }
-  return Windows1252FromUtf8(spaced);
+  return BytesFromUtf8Exactly(spaced);
 }
 
 template <std::size_t N>

@@ -14,7 +14,7 @@
 #include <thread>
 
 #include "platform/linux/posix.h"
-#include "platform/linux/windows_1252.h"
+#include "platform/windows_1252.h"
 
 namespace zendrix::platform {
 namespace {
@@ -108,7 +108,7 @@ Status LinuxShell::Open(const std::string& document) {
   }
   const std::string opener = FindProgram("xdg-open");
   if (opener.empty()) return ErrorFromErrno(ENOENT, "xdg-open");
-  return Start(opener, {opener, IsAddress(document) ? Utf8FromWindows1252(document) : document});
+  return Start(opener, {opener, IsAddress(document) ? Utf8FromBytes(document) : document});
 }
 
 Status LinuxShell::RunHidden(const std::vector<std::string>& arguments) {

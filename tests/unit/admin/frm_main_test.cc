@@ -1,4 +1,5 @@
 #include "admin/frm_main.h"
+#include "core/moments.h"
 
 #include "support/console_world.h"
 

@@ -1,10 +1,9 @@
 #include "alerts/marked_text.h"
+#include "core/letter_case.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
-
-#include "core/text_rules.h"
 
 namespace zendrix::alerts {
 namespace {

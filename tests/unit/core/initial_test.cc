@@ -2,8 +2,9 @@
 
 #include "core/message_window.h"
 #include "core/splash.h"
-#include "core/utils.h"
+#include "core/text_rules.h"
 #include "core/version.h"
+#include "core/version_text.h"
 #include "support/console_world.h"
 
 namespace zendrix::core {

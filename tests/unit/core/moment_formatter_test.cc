@@ -7,7 +7,7 @@
 #include <random>
 
 #include "core/date_calendar.h"
-#include "core/utils.h"
+#include "core/moments.h"
 #include "support/locales.h"
 
 namespace zendrix::core {

@@ -11,7 +11,6 @@
 #include <random>
 
 #include "core/run_time_error.h"
-#include "core/text_rules.h"
 #include "support/golden_table.h"
 #include "support/locales.h"
 

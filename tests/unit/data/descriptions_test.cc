@@ -3,7 +3,8 @@
 #include <map>
 #include <set>
 
-#include "core/utils.h"
+#include "core/desc_lookup.h"
+#include "core/text_rules.h"
 #include "unit/data/data_files.h"
 
 namespace zendrix {

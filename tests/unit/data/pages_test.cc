@@ -3,8 +3,9 @@
 #include <set>
 
 #include "alerts/renderer.h"
+#include "core/desc_lookup.h"
 #include "core/error_log.h"
-#include "core/utils.h"
+#include "core/text_rules.h"
 #include "platform/memory/memory_platform.h"
 #include "unit/data/data_files.h"
 

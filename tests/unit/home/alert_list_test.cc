@@ -1,3 +1,4 @@
+#include "core/moments.h"
 #include "home_fixture.h"
 
 namespace zendrix::home {

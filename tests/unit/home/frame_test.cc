@@ -1,4 +1,6 @@
+#include "core/moments.h"
 #include "core/version.h"
+#include "core/version_text.h"
 #include "home_fixture.h"
 
 namespace zendrix::home {

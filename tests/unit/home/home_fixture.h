@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "core/utils.h"
+#include "core/text_rules.h"
 #include "home/frm_new_ui.h"
 #include "support/console_world.h"
 
@@ -127,7 +127,7 @@ class HomeFixture : public ::testing::Test {
   core::AppState& state_ = world_.state;
   settings::RegIni reg_ini_{world_.state, world_.log};
   widgets::Screen screen_;
-  agent::AgentControl agent_{world_.state, screen_};
+  control::AgentControl agent_{world_.state, screen_};
   ScriptedAlerts alerts_;
   HomeServices services_;
   store::CMkvlf reader_{world_.state, world_.log};

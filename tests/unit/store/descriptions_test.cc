@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/desc_lookup.h"
 #include "core/hash_utils.h"
 #include "core/run_time_error.h"
-#include "core/utils.h"
 #include "support/store_fixture.h"
 
 namespace zendrix::test {

@@ -1,8 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/moments.h"
 #include "core/number_rules.h"
-#include "core/utils.h"
+#include "core/text_rules.h"
 #include "store/number_former.h"
 #include "store/row_maker.h"
 #include "support/store_fixture.h"

@@ -1,11 +1,9 @@
-#include "core/path_compact.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "core/text_rules.h"
-#include "core/utils.h"
+#include "core/fit_text.h"
 #include "support/golden_table.h"
 
 namespace zendrix::core {
@@ -28,16 +26,6 @@ TEST(PathGolden, FitsPathsIntoPixels) {
   }
 }
 
-TEST(PathGolden, FitsPathsIntoCharacters) {
-  GoldenReport report;
-  for (const GoldenRow& row : LoadGolden(ZENDRIX_TEST_DATA, "path_compactex.tsv")) {
-    const std::string path = row.Text("path");
-    const int size = row.Int("cchmax");
-    report.Compare(row, path + " " + row.Raw("cchmax"), row.Text("text"),
-                   PathCompactEx(path, size > 0 ? static_cast<std::size_t>(size) - 1 : 0));
-  }
-}
-
 TEST(CompactPath, ReturnsTheTextUpToTheFirstNul) {
   EXPECT_EQ(CompactPath(std::string_view("C:\\a\0b", 6), 1000, FixedPitch(10)), "C:\\a");
 }
@@ -49,7 +37,6 @@ TEST(CompactPath, CutsANameWithoutFoldersAtItsEnd) {
 
 TEST(CompactPath, KeepsTheSeparatorOfThePath) {
   EXPECT_EQ(CompactPath("/usr/share/doc/readme.txt", 170, FixedPitch(10)), "/us.../readme.txt");
-  EXPECT_EQ(PathCompactEx("/usr/share/doc/readme.txt", 17), "/us.../readme.txt");
 }
 
 TEST(CompactPath, TakesAWholeTextThatFitsAsItIs) {
@@ -57,27 +44,54 @@ TEST(CompactPath, TakesAWholeTextThatFitsAsItIs) {
   EXPECT_EQ(CompactPath("x", 10, FixedPitch(10)), "x");
 }
 
-TEST(SeparatorBeforeName, PassesOverSeparatorsAtTheEnd) {
-  EXPECT_EQ(SeparatorBeforeName("C:\\x\\y\\"), 4u);
-  EXPECT_EQ(SeparatorBeforeName("plain"), std::string_view::npos);
-  EXPECT_EQ(SeparatorBeforeName("\\\\"), std::string_view::npos);
-  EXPECT_EQ(SeparatorBeforeName("C:file"), 1u);
-}
-
-TEST(PathProperties, ShortenedTextsFitAndCompactingAgainChangesNothing) {
+TEST(PathProperties, ShortenedTextsFitOrKeepOnlyTheName) {
   std::mt19937 random(7);
   constexpr std::string_view kAlphabet = "ab.\\/: ";
   for (int i = 0; i < 20000; ++i) {
     std::string path(random() % 30, ' ');
     for (char& character : path) character = kAlphabet[random() % kAlphabet.size()];
-    const std::size_t limit = random() % 32;
-    const std::string once = PathCompactEx(path, limit);
-    EXPECT_LE(once.size(), limit) << path;
-    EXPECT_EQ(PathCompactEx(once, limit), once) << path;
     const int width = static_cast<int>(random() % 320);
     const std::string text = CompactPath(path, width, FixedPitch(10));
     EXPECT_TRUE(static_cast<int>(text.size()) * 10 <= width || text.substr(0, 3) == "...") << path;
   }
+}
+
+std::string Fit(std::string_view text, int limit) {
+  return FitTextToWidth(text, limit, FixedPitch(100), FixedPitch(7), 15);
+}
+
+TEST(FitTextToWidth, NarrowTextStaysAsItIs) {
+  EXPECT_EQ(Fit("abcdefghij", 1001), "abcdefghij");
+}
+
+TEST(FitTextToWidth, ATextAsWideAsTheControlIsShortened) {
+  // 10 characters: 3 from the left, "...", from position 8 on 3 from the right; 9 x 100 is below 1000 - 57.
+  EXPECT_EQ(Fit("abcdefghij", 1000), "abc...hij");
+}
+
+TEST(FitTextToWidth, FewerThanFiveCharactersAreNeverShortened) {
+  EXPECT_EQ(Fit("abcd", 10), "abcd");
+}
+
+TEST(FitTextToWidth, DropsFromBothSidesUntilItFits) {
+  EXPECT_EQ(Fit("abcdefghijklmnop", 858), "ab...nop");
+  EXPECT_EQ(Fit("abcdefghijklmnop", 1000), "abc...nop");
+  EXPECT_EQ(Fit("abcdefghijklmnop", 1158), "abcd...mnop");
+}
+
+TEST(FitTextToWidth, StopsWhenTheLeftHasTwoOrTheRightThreeCharacters) {
+  // Left is down to two characters, the right keeps three.
+  EXPECT_EQ(Fit("abcdefghijklmnop", 1), "ab...nop");
+  // Five characters: nothing on the left, the last one on the right.
+  EXPECT_EQ(Fit("abcde", 1), "...e");
+  EXPECT_EQ(Fit("abcdefg", 1), "a...fg");
+}
+
+TEST(FitTextToWidth, PathsAreCompactedInPixels) {
+  const std::string path = "C:\\Program Files\\Korvessa\\KorvessaMonitoring.kvl";
+  const int limit = 2200;
+  EXPECT_EQ(Fit(path, limit), CompactPath(path, (limit - 100) / 15, FixedPitch(7)));
+  EXPECT_LT(Fit(path, limit).size(), path.size());
 }
 
 }  // namespace

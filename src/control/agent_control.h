@@ -9,7 +9,7 @@
 #include "core/app_state.h"
 #include "widgets/screen.h"
 
-namespace zendrix::agent {
+namespace zendrix::control {
 
 inline constexpr char kServiceName[] = "ZENDRIX";
 // The result when the service manager could not be asked at all.
@@ -43,4 +43,4 @@ class AgentControl {
 // Asks whether the console may end, and on yes tells how to come back. True means that it may.
 bool WarningMessage(core::AppState& state);
 
-}  // namespace zendrix::agent
+}  // namespace zendrix::control

@@ -1,11 +1,10 @@
-#include "agent/portal.h"
+#include "control/portal.h"
 
 #include "core/guards.h"
 #include "core/portal_endpoint.h"
-#include "core/utils.h"
 #include "core/version.h"
 
-namespace zendrix::agent {
+namespace zendrix::control {
 namespace {
 
 struct Form {
@@ -63,4 +62,4 @@ void OpenPortal(core::AppState& state, core::ErrorLog& log, PortalRequest reques
               [&] { core::ValueOrRaise(state.seams.shell.Open(PortalUrl(state, request))); });
 }
 
-}  // namespace zendrix::agent
+}  // namespace zendrix::control

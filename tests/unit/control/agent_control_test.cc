@@ -1,8 +1,8 @@
-#include "agent/agent_control.h"
+#include "control/agent_control.h"
 
 #include "support/console_world.h"
 
-namespace zendrix::agent {
+namespace zendrix::control {
 namespace {
 
 using platform::BoxIcon;
@@ -145,4 +145,4 @@ TEST_F(AgentControlTest, WarningAnsweredNoSaysNothingMore) {
 }
 
 }  // namespace
-}  // namespace zendrix::agent
+}  // namespace zendrix::control

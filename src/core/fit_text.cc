@@ -1,9 +1,8 @@
-#include "core/path_compact.h"
+#include "core/fit_text.h"
 
-#include <string>
+#include <algorithm>
 
-#include "core/text_rules.h"
-#include "core/utils.h"
+#include "core/number_rules.h"
 
 namespace zendrix::core {
 namespace {
@@ -14,25 +13,12 @@ bool IsSlash(char character) {
   return character == '\\' || character == '/';
 }
 
-// "...\...", the shortest form of a path, cut where even that does not fit.
-std::string BareForm(char separator, std::size_t max_chars) {
-  std::string form(kEllipsis);
-  form += separator;
-  form += kEllipsis;
-  return form.substr(0, max_chars);
-}
-
-std::string CompactName(std::string_view name, std::size_t max_chars) {
-  if (max_chars <= kEllipsis.size()) return std::string(kEllipsis.substr(0, max_chars));
-  return std::string(name.substr(0, max_chars - kEllipsis.size())).append(kEllipsis);
-}
-
 std::string Shortened(std::string_view front, std::size_t kept, std::string_view tail) {
   return std::string(front.substr(0, kept)).append(kEllipsis).append(tail);
 }
 
-}  // namespace
-
+// Position of the file name's separator: of the last "\", "/" or ":" that something else than a separator
+// follows. A separator at the end belongs to the name. npos when the path is a plain name.
 std::size_t SeparatorBeforeName(std::string_view path) {
   for (std::size_t i = path.size(); i-- > 0;) {
     const bool separator = IsSlash(path[i]) || path[i] == ':';
@@ -41,18 +27,7 @@ std::size_t SeparatorBeforeName(std::string_view path) {
   return std::string_view::npos;
 }
 
-std::string PathCompactEx(std::string_view path, std::size_t max_chars) {
-  if (path.size() <= max_chars) return std::string(path);
-  const std::size_t separator = SeparatorBeforeName(path);
-  if (separator == std::string_view::npos) return CompactName(path, max_chars);
-  const std::string_view name = path.substr(separator);
-  if (kEllipsis.size() + name.size() <= max_chars) {
-    return Shortened(path, max_chars - kEllipsis.size() - name.size(), name);
-  }
-  const std::size_t bare = 2 * kEllipsis.size() + 1;
-  if (max_chars <= bare) return BareForm(name.front(), max_chars);
-  return Shortened({}, 0, name.substr(0, 1 + max_chars - bare)).append(kEllipsis);
-}
+}  // namespace
 
 std::string CompactPath(std::string_view path, int width, const MeasureText& measure) {
   path = path.substr(0, path.find('\0'));
@@ -69,6 +44,25 @@ std::string CompactPath(std::string_view path, int width, const MeasureText& mea
     (measure(Shortened(path, middle, name)) <= width ? fits : above) = middle;
   }
   return Shortened(path, fits, name);
+}
+
+std::string FitTextToWidth(std::string_view text, int limit, const MeasureText& twips,
+                           const MeasureText& pixels, int twips_per_pixel) {
+  if (twips(text) < limit || text.size() < 5) return std::string(text);
+  if (text.find('\\') != std::string_view::npos) {
+    return CompactPath(text, RoundToLong((limit - 100.0) / twips_per_pixel), pixels);
+  }
+  const std::size_t half = text.size() / 2;
+  std::string_view left = text.substr(0, half - 2);
+  std::string_view right = text.substr(std::min(half + 2, text.size()));
+  const auto shortened = [&] { return std::string(left) + "..." + std::string(right); };
+  while (twips(shortened()) >= limit - 57) {
+    if (left.size() < 3) break;
+    left.remove_suffix(1);
+    if (right.size() < 4) break;
+    right.remove_prefix(1);
+  }
+  return shortened();
 }
 
 }  // namespace zendrix::core

@@ -7,7 +7,7 @@
 #include "core/app_state.h"
 #include "core/error_log.h"
 
-namespace zendrix::agent {
+namespace zendrix::control {
 
 enum class PortalRequest { kFeedback, kSupport, kNewVersion, kSurvey, kTour };
 
@@ -22,4 +22,4 @@ bool GuardedPortalUrl(core::AppState& state, core::ErrorLog& log, PortalRequest 
 // browser opens.
 void OpenPortal(core::AppState& state, core::ErrorLog& log, PortalRequest request);
 
-}  // namespace zendrix::agent
+}  // namespace zendrix::control

@@ -1,12 +1,10 @@
-// The edge between the single-byte texts of the program and UTF-8. No best fit is made on the way in: a
-// look-alike of a quote, a slash or a separator must not turn into the real one behind the user's back.
+#include "platform/windows_1252.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
 
-#include "core/text_rules.h"
-
-namespace zendrix::core {
+namespace zendrix::platform {
 namespace {
 
 // Characters of the bytes 80 to 9F. The five bytes without a character stand for themselves.
@@ -30,10 +28,10 @@ void AppendUtf8(char16_t character, std::string& out) {
   }
 }
 
-char ByteOf(char32_t character) {
+std::optional<char> ByteOf(char32_t character) {
   if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) return static_cast<char>(character);
   const auto found = std::find(kHighControls.begin(), kHighControls.end(), character);
-  if (found == kHighControls.end()) return '?';
+  if (found == kHighControls.end()) return std::nullopt;
   return static_cast<char>(0x80 + (found - kHighControls.begin()));
 }
 
@@ -64,7 +62,7 @@ char32_t TakeCharacter(std::string_view& utf8) {
 std::string Utf8FromBytes(std::string_view bytes) {
   std::string utf8;
   utf8.reserve(bytes.size());
-  for (char byte : bytes) {
+  for (const char byte : bytes) {
     const auto code = static_cast<unsigned char>(byte);
     AppendUtf8(code >= 0x80 && code < 0xA0 ? kHighControls[code - 0x80u] : char16_t{code}, utf8);
   }
@@ -74,8 +72,18 @@ std::string Utf8FromBytes(std::string_view bytes) {
 std::string BytesFromUtf8(std::string_view utf8) {
   std::string bytes;
   bytes.reserve(utf8.size());
-  while (!utf8.empty()) bytes += ByteOf(TakeCharacter(utf8));
+  while (!utf8.empty()) bytes += ByteOf(TakeCharacter(utf8)).value_or('?');
   return bytes;
 }
 
-}  // namespace zendrix::core
+std::optional<std::string> BytesFromUtf8Exactly(std::string_view utf8) {
+  std::string bytes;
+  while (!utf8.empty()) {
+    const auto byte = ByteOf(TakeCharacter(utf8));
+    if (!byte) return std::nullopt;
+    bytes += *byte;
+  }
+  return bytes;
+}
+
+}  // namespace zendrix::platform

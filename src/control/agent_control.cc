@@ -1,8 +1,8 @@
-#include "agent/agent_control.h"
+#include "control/agent_control.h"
 
-#include "core/text_rules.h"
+#include "core/letter_case.h"
 
-namespace zendrix::agent {
+namespace zendrix::control {
 namespace {
 
 constexpr char kLineEnd[] = "\r\n";
@@ -184,4 +184,4 @@ bool WarningMessage(core::AppState& state) {
   return true;
 }
 
-}  // namespace zendrix::agent
+}  // namespace zendrix::control

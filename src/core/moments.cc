@@ -1,0 +1,49 @@
+#include "core/moments.h"
+
+namespace zendrix::core {
+namespace {
+
+constexpr int kLocaleDateOrder = 33;
+
+}  // namespace
+
+std::string GetLocaleValue(int type, platform::LocaleSource& locale) {
+  if (type != kLocaleDateOrder) return {};
+  return std::to_string(locale.Current().date_order);
+}
+
+std::string UTCToText(std::int32_t seconds, int order, platform::FamilyLibraries& family) {
+  const platform::LocalTime local = family.FromUTC(seconds);
+  const std::string day = std::to_string(local.day);
+  const std::string month = std::to_string(local.month);
+  const std::string year = std::to_string(local.year);
+  std::string text;
+  if (order == 2) {
+    text = year + "/" + month + "/" + day;
+  } else if (order == 1) {
+    text = day + "/" + month + "/" + year;
+  } else {
+    text = month + "/" + day + "/" + year;
+  }
+  return text + " " + std::to_string(local.hour) + ":" + std::to_string(local.minute) + ":" +
+         std::to_string(local.second);
+}
+
+std::string DateToUTC(Date date, platform::FamilyLibraries& family) {
+  return std::to_string(family.ToUTC(LocalTimeOf(date)));
+}
+
+Date Now(platform::Clock& clock, platform::FamilyLibraries& family) {
+  return DateFrom(family.FromUTC(static_cast<std::int32_t>(clock.NowUtc())));
+}
+
+std::string DisplayTime(std::int32_t seconds, int order, platform::FamilyLibraries& family,
+                        const platform::LocaleInfo& locale) {
+  const std::string text = UTCToText(seconds, order, family);
+  // The text always names its year, so the year that would complete it plays no part.
+  const std::optional<Date> date = ReadDate(text, locale, 1970);
+  // A text that is no date in these settings is its own format.
+  return date ? ShortDateLongTime(*date, locale) : text;
+}
+
+}  // namespace zendrix::core
