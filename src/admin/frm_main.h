@@ -24,8 +24,9 @@
 #include "widgets/form.h"
 #include "widgets/label.h"
 #include "widgets/menu.h"
+#include "widgets/panel.h"
+#include "widgets/progress_bar.h"
 #include "widgets/screen.h"
-#include "widgets/status_bar.h"
 #include "widgets/tray.h"
 
 namespace zendrix::admin {

@@ -5,7 +5,7 @@
 
 #include "widgets/form.h"
 #include "widgets/label.h"
-#include "widgets/status_bar.h"
+#include "widgets/progress_bar.h"
 
 namespace zendrix::core {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "widgets/form.h"
-#include "widgets/status_bar.h"
+#include "widgets/progress_bar.h"
 
 namespace zendrix::core {
 

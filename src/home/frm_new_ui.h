@@ -17,9 +17,12 @@
 #include "widgets/browser_view.h"
 #include "widgets/check_box.h"
 #include "widgets/form.h"
+#include "widgets/frame.h"
+#include "widgets/image.h"
 #include "widgets/label.h"
 #include "widgets/list_view.h"
 #include "widgets/menu.h"
+#include "widgets/slider.h"
 #include "widgets/tray.h"
 
 namespace zendrix::home {

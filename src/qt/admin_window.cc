@@ -13,6 +13,7 @@
 
 #include "qt/bind_grid.h"
 #include "qt/bind_menu.h"
+#include "qt/bind_tray.h"
 #include "qt/text_edge.h"
 
 namespace zendrix::qt {

@@ -7,18 +7,6 @@
 
 namespace zendrix::qt {
 
-namespace {
-
-// What the flags and signs say, for those who do not see them.
-QString WordsOf(const QString& key) {
-  if (key == QLatin1String("FlagG")) return QStringLiteral("Good");
-  if (key == QLatin1String("FlagY")) return QStringLiteral("Needs attention");
-  if (key == QLatin1String("FlagR")) return QStringLiteral("Needs immediate attention");
-  return {};
-}
-
-}  // namespace
-
 QLabel* MakeLabel(widgets::Label& label, const Toolkit& kit, bool with_colour) {
   auto* widget = new QLabel;
   widget->setTextFormat(Qt::PlainText);
@@ -50,22 +38,6 @@ QPushButton* MakeButton(widgets::Label& label, const char* role, const Toolkit& 
       label.bordered = false;
       label.clicked.Raise();
     });
-  });
-  return widget;
-}
-
-QLabel* MakeImage(widgets::Image& image, int edge, const Toolkit& kit) {
-  auto* widget = new QLabel;
-  widget->setFixedSize(edge, edge);
-  BindControl(image, widget);
-  Pictures* pictures = &kit.pictures;
-  Reflect(widget, image.picture, [widget, pictures, edge](const std::string& key) {
-    const QString name = ToQt(key);
-    widget->setPixmap(name.isEmpty() ? QPixmap()
-                                     : pictures->Pixmap(QStringLiteral("lst32/") + name, edge,
-                                                        widget->devicePixelRatioF()));
-    widget->setAccessibleName(WordsOf(name));
-    widget->setToolTip(WordsOf(name));
   });
   return widget;
 }

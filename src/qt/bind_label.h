@@ -1,4 +1,4 @@
-// Labels as plain text, labels that are clicked as links or flat buttons, and pictures.
+// Labels as plain text, and labels that are clicked as links or flat buttons.
 #pragma once
 
 #include "qt/bind.h"
@@ -13,7 +13,5 @@ namespace zendrix::qt {
 QLabel* MakeLabel(widgets::Label& label, const Toolkit& kit, bool with_colour = false);
 // Looks like a link ("link"), a flat button ("flat") or an entry of the navigation ("nav").
 QPushButton* MakeButton(widgets::Label& label, const char* role, const Toolkit& kit);
-// Picture of ImgLst32 by key. `description` says in words what it shows.
-QLabel* MakeImage(widgets::Image& image, int edge, const Toolkit& kit);
 
 }  // namespace zendrix::qt

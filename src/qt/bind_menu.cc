@@ -3,7 +3,6 @@
 #include <QAction>
 #include <QCursor>
 #include <QMenu>
-#include <QSystemTrayIcon>
 #include <QTimer>
 
 #include "qt/text_edge.h"
@@ -30,27 +29,6 @@ QMenu* MakeMenu(widgets::Menu& menu, QWidget* owner, const Toolkit& kit) {
   for (widgets::MenuItem* item : menu.items) widget->addAction(MakeAction(*item, widget, kit));
   Keep(widget, menu.popup.Connect([widget] { widget->popup(QCursor::pos()); }));
   return widget;
-}
-
-void BindTray(widgets::Tray& tray, QMenu* menu, QWidget* owner, const Toolkit& kit) {
-  auto* icon = new QSystemTrayIcon(owner);
-  icon->setObjectName(QStringLiteral("tray"));
-  // Some desktops open the menu themselves and never report the button.
-  icon->setContextMenu(menu);
-  Pictures* pictures = &kit.pictures;
-  Reflect(icon, tray.icon, [icon, pictures](widgets::TrayIcon which) {
-    icon->setIcon(pictures->Icon(which == widgets::TrayIcon::kForm ? QStringLiteral("tray")
-                                                                   : QStringLiteral("tray-notable")));
-  });
-  Reflect(icon, tray.tip, [icon](const std::string& text) { icon->setToolTip(ToQt(text)); });
-  Reflect(icon, tray.shown, [icon](bool shown) { icon->setVisible(shown); });
-  QObject::connect(icon, &QSystemTrayIcon::activated, icon,
-                   [&tray, guard = &kit.guard](QSystemTrayIcon::ActivationReason reason) {
-                     const int message = reason == QSystemTrayIcon::DoubleClick ? widgets::kTrayLeftDouble
-                                         : reason == QSystemTrayIcon::Trigger   ? widgets::kTrayLeftUp
-                                                                                : 0;
-                     (*guard)("Tray", [&] { tray.mouse.Raise(message); });
-                   });
 }
 
 }  // namespace zendrix::qt

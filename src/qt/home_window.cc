@@ -10,9 +10,11 @@
 
 #include "qt/bind_browser_view.h"
 #include "qt/bind_check_box.h"
+#include "qt/bind_image.h"
 #include "qt/bind_label.h"
 #include "qt/bind_list_view.h"
 #include "qt/bind_menu.h"
+#include "qt/bind_tray.h"
 #include "qt/text_edge.h"
 
 namespace zendrix::qt {

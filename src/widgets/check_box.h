@@ -1,4 +1,4 @@
-// Controls that hold one value set by the user.
+// A box that the user ticks or clears.
 #pragma once
 
 #include <string>
@@ -14,17 +14,6 @@ class CheckBox : public Control {
   Observed<bool> checked{false};
   // The user clicked it; `checked` has its new value already.
   Signal<> clicked;
-};
-
-class Slider : public Control {
- public:
-  Slider(std::string name, int low, int high) : Control(std::move(name)), low_(low), high_(high) {}
-  int low() const { return low_; }
-  int high() const { return high_; }
-  Observed<int> value{0};
-
- private:
-  int low_, high_;
 };
 
 }  // namespace zendrix::widgets

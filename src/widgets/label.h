@@ -1,4 +1,4 @@
-// Labels, pictures and frames: the controls that only show something, or are clicked like a link.
+// A text that is only shown, or clicked like a link or a flat button. It is always shown as plain text.
 #pragma once
 
 #include <string>
@@ -27,21 +27,6 @@ class Label : public Control {
     back_colour = kSystemButtonFace;
     fore_colour = kSystemButtonText;
   }
-};
-
-// Shows one picture of a picture list, by key. Empty shows nothing.
-class Image : public Control {
- public:
-  explicit Image(std::string name, std::string key = {})
-      : Control(std::move(name)), picture(std::move(key)) {}
-  Observed<std::string> picture;
-  Signal<> clicked;
-};
-
-// An area that holds other controls.
-class Frame : public Control {
- public:
-  explicit Frame(std::string name, bool shown = true) : Control(std::move(name)) { visible = shown; }
 };
 
 }  // namespace zendrix::widgets

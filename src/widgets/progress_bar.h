@@ -1,4 +1,4 @@
-// A status bar: named panels with a text each, and a bar of progress.
+// A bar of progress in per cent.
 #pragma once
 
 #include <string>
@@ -6,16 +6,6 @@
 #include "widgets/control.h"
 
 namespace zendrix::widgets {
-
-class Panel : public Control {
- public:
-  explicit Panel(std::string name, std::string help = {}) : Control(std::move(name)) {
-    tip = std::move(help);
-  }
-  Observed<std::string> text;
-  // Twips; told by the screen toolkit.
-  Observed<int> width{0};
-};
 
 class ProgressBar : public Control {
  public:
