@@ -8,12 +8,12 @@
 #include "alerts/templates.h"
 #include "core/number_rules.h"
 #include "core/text_rules.h"
+#include "family/description_reading.h"
 
 namespace zendrix::alerts {
 namespace {
 
 constexpr char kUnknownProgram[] = "An unknown program";
-constexpr auto kNone = std::string_view::npos;
 
 class RowBuilder {
  public:
@@ -136,62 +136,43 @@ void RowBuilder::LoggedOnUsers() {
     PlainDescription();
 }
 
-// "8080:C:\Tools\server.exe": port, then the program.
 void RowBuilder::ListeningPorts() {
-  const auto colon = description_.find(':');
-  if (colon == kNone) {
+  const auto reading = family::ReadListeningPort(description_);
+  if (!core::Contains(description_, ":")) {
     row_.Replace("<description, right of :>", kUnknownProgram);
     return;
   }
-  const std::string_view program = core::FileNamePart(description_.substr(colon + 1));
+  const std::string_view program = core::FileNamePart(reading.path);
   Put("<description, right of :>", program);
   Link("Running Processes", program);
-  const std::string_view port = description_.substr(0, colon);
-  Put("<description, left of :>", port);
-  Link(record_.Monitor, port);
+  Put("<description, left of :>", reading.port);
+  Link(record_.Monitor, reading.port);
 }
 
-// "C:\Tools\server.exe:1234": program, then a number.
 void RowBuilder::RunningProcesses() {
-  const auto folder_end = description_.rfind('\\');
-  const auto colon = description_.rfind(':');
-  std::string_view program = description_;
-  if (folder_end != kNone) {
-    const bool colon_behind = colon != kNone && colon > folder_end;
-    program = description_.substr(folder_end + 1, colon_behind ? colon - folder_end - 1 : kNone);
-  }
-  Put("<description, right of last \\>", program);
-  Link(record_.Monitor, program);
-  if (colon == kNone)
+  const auto reading = family::ReadRunningProcess(description_);
+  Put("<description, right of last \\>", reading.program);
+  Link(record_.Monitor, reading.program);
+  if (!reading.behind_colon)
     row_.Replace("<description, right of :>", "'?'");
   else
-    Put("<description, right of :>", description_.substr(colon + 1));
+    Put("<description, right of :>", *reading.behind_colon);
 }
 
-// "Run\Updater=C:\Tools\update.exe": the entry, then the program. The link carries the whole.
+// The link carries the whole.
 void RowBuilder::AutorunRegistry() {
-  const auto equals = description_.find('=');
-  const std::string_view value = equals == kNone ? std::string_view() : description_.substr(equals + 1);
-  Put("<description right of =>", value);
-  LinkTo(record_.Monitor, description_, value);
+  const auto reading = family::ReadAutostartEntry(description_);
+  Put("<description right of =>", reading.command);
+  LinkTo(record_.Monitor, description_, reading.command);
 }
 
-// "10.0.0.7:443:C:\Tools\client.exe": address, port, program. The program's path may hold a colon of its own,
-// which is why only the first two count.
 void RowBuilder::TcpConnections() {
-  const auto first = description_.find(':');
-  const auto second = first == kNone ? kNone : description_.find(':', first + 1);
-  std::string_view address, port, program;
-  if (first != kNone) {
-    address = description_.substr(0, first);
-    port = description_.substr(first + 1, second == kNone ? kNone : second - first - 1);
-  }
-  if (second != kNone) program = core::FileNamePart(description_.substr(second + 1));
-
-  Put("<description, right of :>", port);
-  row_.ReplaceLastValue(port, Linked("Listening Ports", port, port));
-  Put("<description, left of :>", address);
-  Link(record_.Monitor, address);
+  const auto reading = family::ReadConnection(description_);
+  Put("<description, right of :>", reading.port);
+  row_.ReplaceLastValue(reading.port, Linked("Listening Ports", reading.port, reading.port));
+  Put("<description, left of :>", reading.address);
+  Link(record_.Monitor, reading.address);
+  const std::string_view program = core::FileNamePart(reading.path);
   if (program.empty()) {
     row_.Replace("<description, right of last :>", kUnknownProgram);
   } else {
