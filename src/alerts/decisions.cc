@@ -1,6 +1,7 @@
 #include "alerts/decisions.h"
 
 #include "alerts/activations.h"
+#include "alerts/summary_table.h"
 #include "core/letter_case.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
@@ -56,9 +57,12 @@ std::string Decisions::ActOn(const NotableRecord& record, Answer answer) {
   constexpr std::size_t kMessageSize = 256;
   std::string message(kMessageSize, ' ');
   auto& family = state_.seams.family;
-  const platform::Status done = answer == Answer::kBlock
-                                    ? family.QuarantineExport(record.Description, message)
-                                    : family.UnquarantineExport(record.Description, message);
+  const bool block = answer == Answer::kBlock;
+  const platform::QuarantineEvent event{record.Monitor, record.Description, record.DateUTC,
+                                        context_.NotableInfo[0].DateUTC,
+                                        HasRow(state_, record, block ? "failed" : "success")};
+  const platform::Status done =
+      block ? family.QuarantineExport(event, message) : family.UnquarantineExport(event, message);
   std::string told;
   if (!done) {
     const core::RunTimeError error = core::FromPlatform(done.error());

@@ -67,6 +67,10 @@ MarkedText SummaryTable(const core::AppState& state, const AlertContext& context
   return has_row ? table.Append("</table>") : MarkedText(purpose);
 }
 
+bool HasRow(const core::AppState& state, const NotableRecord& record, std::string_view kind) {
+  return state.Desc[2].empty() || RowTemplate(state, record, kind).has_value();
+}
+
 bool HasSummaryTable(const core::AppState& state, const AlertContext& context, std::string_view kind) {
   if (context.NotableInfo.size() < 2) return false;
   if (state.Desc[2].empty()) return true;

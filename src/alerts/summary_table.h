@@ -16,6 +16,9 @@ MarkedText SummaryTable(const core::AppState& state, const AlertContext& context
 // Whether SummaryTable would give anything, without building it: the alert list asks this of every alert.
 bool HasSummaryTable(const core::AppState& state, const AlertContext& context, std::string_view kind);
 
+// Whether an entry is shown: by a row of such a table or, without a dictionary, by its whole description.
+bool HasRow(const core::AppState& state, const NotableRecord& record, std::string_view kind);
+
 // What stands in the place of a rendering when the dictionary is not loaded: the error text, then each
 // entry's monitor and description.
 MarkedText WithoutDictionary(const AlertContext& context, Purpose purpose);

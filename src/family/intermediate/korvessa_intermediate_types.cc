@@ -62,6 +62,16 @@ ZENDRIX_EXPORT std::int32_t UnquarantineExport(const char* description, char* me
   return Tell(message, size, [&] { return TheQuarantine().PutBack(description ? description : ""); });
 }
 
+ZENDRIX_EXPORT std::int32_t QuarantineEventExport(const QuarantineArguments* event, char* message,
+                                                  std::int32_t size) {
+  return QuarantineExport(event ? event->description : nullptr, message, size);
+}
+
+ZENDRIX_EXPORT std::int32_t UnquarantineEventExport(const QuarantineArguments* event, char* message,
+                                                    std::int32_t size) {
+  return UnquarantineExport(event ? event->description : nullptr, message, size);
+}
+
 ZENDRIX_EXPORT std::int32_t GetHostIDExport(const char* product, char* buffer, std::int32_t size) {
   std::string id;
   try {

@@ -18,6 +18,20 @@ void ConfigureExport(const char* program_folder, std::int32_t pretend);
 // every case `message` holds a plain sentence for the user, ended by a NUL within `size` characters.
 std::int32_t QuarantineExport(const char* description, char* message, std::int32_t size);
 
+// An event with all that the rules of quarantine ask of it. The functions above take the description alone:
+// its kind is then told by its form, and where that leaves a doubt, or where the moment of the event would be
+// needed, they refuse.
+struct QuarantineArguments {
+  std::int32_t size = sizeof(QuarantineArguments);
+  std::int32_t shown = 1;  // whether the alert's page has a row for the event
+  const char* monitor = nullptr;
+  const char* description = nullptr;
+  const char* event_utc = nullptr;  // UTC seconds in decimal; empty or null when not known
+  const char* alert = nullptr;      // the alert's DateUTC, kept with the file
+};
+std::int32_t QuarantineEventExport(const QuarantineArguments* event, char* message, std::int32_t size);
+std::int32_t UnquarantineEventExport(const QuarantineArguments* event, char* message, std::int32_t size);
+
 // Puts the file back where it was, with owner, mode and times. Refuses to overwrite.
 std::int32_t UnquarantineExport(const char* description, char* message, std::int32_t size);
 

@@ -2,8 +2,12 @@
 
 #include <dlfcn.h>
 
+#include <algorithm>
 #include <array>
+#include <charconv>
+#include <optional>
 
+#include "family/intermediate/korvessa_intermediate_types.h"
 #include "family/korvessa_crypto_services.h"
 #include "family/korvessa_fundamental_types.h"
 #include "platform/files.h"
@@ -17,11 +21,57 @@ constexpr std::int32_t kHostIdSize = 5120;
 // Both other kinds of function take text, buffer, size of the buffer.
 using TextFunction = std::int32_t (*)(const char* text, char* buffer, std::int32_t size);
 
+using EventFunction = std::int32_t (*)(const family::QuarantineArguments* event, char* message,
+                                       std::int32_t size);
+using ListFunction = std::int32_t (*)(char* text, std::int32_t size);
 using ConfigureFunction = void (*)(const char* program_folder, std::int32_t pretend);
 
 Error LoaderError() {
   const char* text = dlerror();
   return {ErrorKind::kNotFound, text ? text : "KorvessaIntermediateTypes: not found"};
+}
+
+template <class Number>
+bool ReadNumber(std::string_view text, Number& number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+// One line of the list, as QuarantineListExport tells it; a line that is none gives nothing.
+std::optional<QuarantineEntry> EntryOfLine(std::string_view line) {
+  std::vector<std::string_view> fields;
+  for (std::size_t start = 0; start <= line.size();) {
+    const std::size_t end = std::min(line.find('\t', start), line.size());
+    fields.push_back(line.substr(start, end - start));
+    start = end + 1;
+  }
+  QuarantineEntry entry;
+  if (fields.size() != 7 || !ReadNumber(fields[1], entry.size) || !ReadNumber(fields[3], entry.when) ||
+      !ReadNumber(fields[4], entry.owner))
+    return std::nullopt;
+  entry.name = fields[0];
+  entry.sha256 = fields[2];
+  entry.alert = fields[5];
+  // "%0a" and the like, for a path may hold any byte.
+  for (std::size_t i = 0; i < fields[6].size(); ++i) {
+    unsigned char byte = 0;
+    const auto [end, error] = std::from_chars(fields[6].data() + std::min(i + 1, fields[6].size()),
+                                              fields[6].data() + std::min(i + 3, fields[6].size()), byte, 16);
+    const bool coded = fields[6][i] == '%' && error == std::errc() && end == fields[6].data() + i + 3;
+    entry.path += coded ? static_cast<char>(byte) : fields[6][i];
+    if (coded) i += 2;
+  }
+  return entry;
+}
+
+std::vector<QuarantineEntry> EntriesOfText(std::string_view text) {
+  std::vector<QuarantineEntry> entries;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find('\n', start), text.size());
+    if (auto entry = EntryOfLine(text.substr(start, end - start))) entries.push_back(std::move(*entry));
+    start = end + 1;
+  }
+  return entries;
 }
 
 }  // namespace
@@ -64,24 +114,65 @@ Result<void*> LinuxFamily::Function(const char* name) {
   return function;
 }
 
-Status LinuxFamily::Quarantine(const char* function, const std::string& description, std::string& message) {
-  const auto found = Function(function);
-  if (!found) return found.error();
+Result<void*> LinuxFamily::QuarantineFunction(const char* name) {
+  const auto found = Function(name);
+  if (!found) return found;
   // A library that has no folder to be told of works without.
   if (void* const configure = dlsym(library_, "ConfigureExport"))
     reinterpret_cast<ConfigureFunction>(configure)(program_folder_.c_str(), pretend_ ? 1 : 0);
+  return found;
+}
+
+Status LinuxFamily::Quarantine(const char* function, const QuarantineEvent& event, std::string& message) {
+  const auto found = QuarantineFunction(function);
+  if (!found) return found.error();
+  family::QuarantineArguments arguments;
+  arguments.monitor = event.monitor.c_str();
+  arguments.description = event.description.c_str();
+  arguments.event_utc = event.event_utc.c_str();
+  arguments.alert = event.alert.c_str();
+  arguments.shown = event.shown ? 1 : 0;
   message.resize(kMessageSize, ' ');
   // The number it returns says nothing that the message does not say.
-  reinterpret_cast<TextFunction>(found.value())(description.c_str(), message.data(), kMessageSize);
+  reinterpret_cast<EventFunction>(found.value())(&arguments, message.data(), kMessageSize);
   return Done{};
 }
 
-Status LinuxFamily::QuarantineExport(const std::string& description, std::string& message) {
-  return Quarantine("QuarantineExport", description, message);
+Status LinuxFamily::QuarantineExport(const QuarantineEvent& event, std::string& message) {
+  return Quarantine("QuarantineEventExport", event, message);
 }
 
-Status LinuxFamily::UnquarantineExport(const std::string& description, std::string& message) {
-  return Quarantine("UnquarantineExport", description, message);
+Status LinuxFamily::UnquarantineExport(const QuarantineEvent& event, std::string& message) {
+  return Quarantine("UnquarantineEventExport", event, message);
+}
+
+Result<std::vector<QuarantineEntry>> LinuxFamily::QuarantineList() {
+  const auto found = QuarantineFunction("QuarantineListExport");
+  if (!found) return found.error();
+  const auto list = reinterpret_cast<ListFunction>(found.value());
+  std::string text(kMessageSize, '\0');
+  // Asked again while the list grows: another process may put a file away at the same time.
+  for (;;) {
+    const std::int32_t needed = list(text.data(), static_cast<std::int32_t>(text.size()));
+    if (needed < 0) return Error{ErrorKind::kOther, text.substr(0, text.find('\0'))};
+    if (needed < static_cast<std::int32_t>(text.size())) break;
+    text.assign(static_cast<std::size_t>(needed) + 1, '\0');
+  }
+  text.resize(std::min(text.find('\0'), text.size()));
+  return EntriesOfText(text);
+}
+
+Result<std::vector<QuarantineEntry>> LinuxFamily::QuarantineListOf(const std::string& alert) {
+  auto all = QuarantineList();
+  if (!all) return all;
+  return EntriesOf(alert, std::move(all.value()));
+}
+
+Result<bool> LinuxFamily::RestoreExport(const std::string& name, std::string& message) {
+  const auto found = QuarantineFunction("RestoreExport");
+  if (!found) return found.error();
+  message.resize(kMessageSize, ' ');
+  return reinterpret_cast<TextFunction>(found.value())(name.c_str(), message.data(), kMessageSize) == 0;
 }
 
 Result<std::string> LinuxFamily::GetHostIDExport(const std::string& product) {

@@ -27,14 +27,19 @@ class LinuxFamily : public FamilyLibraries {
   LocalTime FromUTC(std::int32_t seconds) override;
   std::int32_t ToUTC(const LocalTime& local) override;
   std::string HashBytes(std::string_view bytes) override;
-  Status QuarantineExport(const std::string& description, std::string& message) override;
-  Status UnquarantineExport(const std::string& description, std::string& message) override;
+  Status QuarantineExport(const QuarantineEvent& event, std::string& message) override;
+  Status UnquarantineExport(const QuarantineEvent& event, std::string& message) override;
+  Result<std::vector<QuarantineEntry>> QuarantineList() override;
+  Result<std::vector<QuarantineEntry>> QuarantineListOf(const std::string& alert) override;
+  Result<bool> RestoreExport(const std::string& name, std::string& message) override;
   Result<std::string> GetHostIDExport(const std::string& product) override;
 
  private:
   // The address of a function of KorvessaIntermediateTypes.
   Result<void*> Function(const char* name);
-  Status Quarantine(const char* function, const std::string& description, std::string& message);
+  // The same for a function of the quarantine, which is told first where that is.
+  Result<void*> QuarantineFunction(const char* name);
+  Status Quarantine(const char* function, const QuarantineEvent& event, std::string& message);
 
   std::string folder_;
   std::string program_folder_ = folder_;

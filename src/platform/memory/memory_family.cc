@@ -6,6 +6,13 @@
 #include "family/korvessa_crypto_services.h"
 
 namespace zendrix::platform {
+namespace {
+
+Error NoLibrary() {
+  return {ErrorKind::kNotFound, "KorvessaIntermediateTypes: no such library"};
+}
+
+}  // namespace
 
 // The calendar comes from the standard library, so that it checks the real library's own arithmetic in tests.
 LocalTime MemoryFamily::FromUTC(std::int32_t seconds) {
@@ -36,28 +43,50 @@ std::string MemoryFamily::HashBytes(std::string_view bytes) {
   return text.data();
 }
 
-Status MemoryFamily::Quarantine(bool quarantine, const std::string& description, std::string& message) {
-  if (library_missing) return Error{ErrorKind::kNotFound, "KorvessaIntermediateTypes: no such library"};
-  quarantine_calls.push_back({quarantine, description});
-  if (messages_.empty()) return Done{};
+void MemoryFamily::Answer(std::string& message) {
+  if (messages_.empty()) return;
   // The library's buffer has 256 characters and ends its text with a NUL; what lies behind it stays.
   const std::string text = messages_.front().substr(0, 255) + '\0';
   messages_.pop_front();
   message.resize(256, ' ');
   message.replace(0, text.size(), text);
+}
+
+Status MemoryFamily::Quarantine(bool quarantine, const QuarantineEvent& event, std::string& message) {
+  if (library_missing) return NoLibrary();
+  quarantine_calls.push_back({quarantine, event.description});
+  quarantine_events.push_back(event);
+  Answer(message);
   return Done{};
 }
 
-Status MemoryFamily::QuarantineExport(const std::string& description, std::string& message) {
-  return Quarantine(true, description, message);
+Status MemoryFamily::QuarantineExport(const QuarantineEvent& event, std::string& message) {
+  return Quarantine(true, event, message);
 }
 
-Status MemoryFamily::UnquarantineExport(const std::string& description, std::string& message) {
-  return Quarantine(false, description, message);
+Status MemoryFamily::UnquarantineExport(const QuarantineEvent& event, std::string& message) {
+  return Quarantine(false, event, message);
+}
+
+Result<std::vector<QuarantineEntry>> MemoryFamily::QuarantineList() {
+  if (library_missing) return NoLibrary();
+  return quarantine_entries;
+}
+
+Result<std::vector<QuarantineEntry>> MemoryFamily::QuarantineListOf(const std::string& alert) {
+  if (library_missing) return NoLibrary();
+  return EntriesOf(alert, quarantine_entries);
+}
+
+Result<bool> MemoryFamily::RestoreExport(const std::string& name, std::string& message) {
+  if (library_missing) return NoLibrary();
+  restore_calls.push_back(name);
+  Answer(message);
+  return std::erase_if(quarantine_entries, [&](const auto& entry) { return entry.name == name; }) > 0;
 }
 
 Result<std::string> MemoryFamily::GetHostIDExport(const std::string& product) {
-  if (library_missing) return Error{ErrorKind::kNotFound, "KorvessaIntermediateTypes: no such library"};
+  if (library_missing) return NoLibrary();
   host_id_calls.push_back(product);
   return host_id;
 }

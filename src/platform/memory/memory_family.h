@@ -26,6 +26,11 @@ class MemoryFamily : public FamilyLibraries {
   bool library_missing = false;
   std::string host_id = "TEST-HOST-ID";
   std::vector<QuarantineCall> quarantine_calls;
+  // The same calls with all that came with them.
+  std::vector<QuarantineEvent> quarantine_events;
+  // What is in quarantine: QuarantineList tells it as it stands here, RestoreExport takes an entry out.
+  std::vector<QuarantineEntry> quarantine_entries;
+  std::vector<std::string> restore_calls;
   // Products that a host identifier was asked for.
   std::vector<std::string> host_id_calls;
   // What the library writes into the message buffer at the next call; several wait in order. Without one it
@@ -35,12 +40,16 @@ class MemoryFamily : public FamilyLibraries {
   LocalTime FromUTC(std::int32_t seconds) override;
   std::int32_t ToUTC(const LocalTime& local) override;
   std::string HashBytes(std::string_view bytes) override;
-  Status QuarantineExport(const std::string& description, std::string& message) override;
-  Status UnquarantineExport(const std::string& description, std::string& message) override;
+  Status QuarantineExport(const QuarantineEvent& event, std::string& message) override;
+  Status UnquarantineExport(const QuarantineEvent& event, std::string& message) override;
+  Result<std::vector<QuarantineEntry>> QuarantineList() override;
+  Result<std::vector<QuarantineEntry>> QuarantineListOf(const std::string& alert) override;
+  Result<bool> RestoreExport(const std::string& name, std::string& message) override;
   Result<std::string> GetHostIDExport(const std::string& product) override;
 
  private:
-  Status Quarantine(bool quarantine, const std::string& description, std::string& message);
+  Status Quarantine(bool quarantine, const QuarantineEvent& event, std::string& message);
+  void Answer(std::string& message);
 
   std::deque<std::string> messages_;
 };

@@ -105,6 +105,28 @@ TEST_F(DecisionsTest, PageBlockActsOnFailedItemsAndAllowOnBlockedOnes) {
               ElementsAre(QuarantineCall{true, "a"}, QuarantineCall{false, "b"}));
 }
 
+TEST_F(DecisionsTest, TheLibraryIsToldMonitorMomentAndAlertOfEachItem) {
+  TwoAlerts();
+  alerts_.DecideFromPage(Answer::kBlock);
+  ASSERT_EQ(world_.platform.family.quarantine_events.size(), 1U);
+  const auto& event = world_.platform.family.quarantine_events[0];
+  EXPECT_EQ(event.monitor, "Running Processes");
+  EXPECT_EQ(event.event_utc, "1795225502");
+  EXPECT_EQ(event.alert, "1795225504");
+  EXPECT_TRUE(event.shown) << "without a dictionary the page tells every description";
+}
+
+// A click acted on entries for which the page had no row.
+TEST_F(DecisionsTest, TheLibraryIsToldWhenThePageHasNoRowForAnItem) {
+  TwoAlerts();
+  world_.state.Desc[2] = {"Windows Folder,1,<description>"};
+  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kAllow);
+  ASSERT_EQ(world_.platform.family.quarantine_events.size(), 2U);
+  EXPECT_FALSE(world_.platform.family.quarantine_events[0].shown);
+  EXPECT_TRUE(world_.platform.family.quarantine_events[1].shown);
+}
+
 TEST_F(DecisionsTest, LibraryMessagesAreShownTogether) {
   TwoAlerts();
   world_.platform.family.ScriptMessage(std::string("moved\0rest", 10));

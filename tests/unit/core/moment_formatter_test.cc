@@ -46,8 +46,21 @@ class FakeZone : public platform::FamilyLibraries {
   }
   std::int32_t ToUTC(const LocalTime&) override { return 0; }
   std::string HashBytes(std::string_view) override { return {}; }
-  platform::Status QuarantineExport(const std::string&, std::string&) override { return platform::Error{}; }
-  platform::Status UnquarantineExport(const std::string&, std::string&) override { return platform::Error{}; }
+  platform::Status QuarantineExport(const platform::QuarantineEvent&, std::string&) override {
+    return platform::Error{};
+  }
+  platform::Status UnquarantineExport(const platform::QuarantineEvent&, std::string&) override {
+    return platform::Error{};
+  }
+  platform::Result<std::vector<platform::QuarantineEntry>> QuarantineList() override {
+    return platform::Error{};
+  }
+  platform::Result<std::vector<platform::QuarantineEntry>> QuarantineListOf(const std::string&) override {
+    return platform::Error{};
+  }
+  platform::Result<bool> RestoreExport(const std::string&, std::string&) override {
+    return platform::Error{};
+  }
   platform::Result<std::string> GetHostIDExport(const std::string&) override { return platform::Error{}; }
 
   const std::vector<Change>& changes() const { return changes_; }

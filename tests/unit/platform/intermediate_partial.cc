@@ -2,7 +2,7 @@
 #include <cstdint>
 #include <cstdio>
 
-extern "C" std::int32_t QuarantineExport(const char*, char* message, std::int32_t size) {
+extern "C" std::int32_t QuarantineEventExport(const void*, char* message, std::int32_t size) {
   std::snprintf(message, static_cast<std::size_t>(size), "partial");
   return 0;
 }

@@ -89,10 +89,10 @@ TEST_F(ExportsTest, ThePlatformFindsTheLibraryBesideTheProgramAndUsesIt) {
   family.ConfigureQuarantine(program_, false);
   const std::string path = Make("tool");
   std::string message;
-  ASSERT_TRUE(family.QuarantineExport(path, message).ok());
+  ASSERT_TRUE(family.QuarantineExport({"Running Processes", path, "", ""}, message).ok());
   EXPECT_TRUE(message.starts_with("\"tool\" was moved to quarantine")) << message;
   EXPECT_FALSE(LookAt(path).there);
-  ASSERT_TRUE(family.UnquarantineExport(path, message).ok());
+  ASSERT_TRUE(family.UnquarantineExport({"Running Processes", path, "", ""}, message).ok());
   EXPECT_TRUE(LookAt(path).there);
 }
 
