@@ -1,9 +1,12 @@
 // A list of listeners. A connection lasts until its Connection is dropped or the signal dies, whichever is
-// first. Listeners run in the order in which they connected, on the caller's thread; a listener may connect
-// or disconnect others while the signal is being raised (new ones are called from the next time on).
+// first. Listeners run in the order in which they connected, on the caller's thread.
+//
+// A listener may do anything meanwhile: connect others (they are called from the next time on), disconnect
+// any (it is not called any more, not even in this round), raise the same signal again (a nested round calls
+// everyone, and the outer one then goes on where it was), or destroy the signal (nobody else is called). What
+// a listener throws ends the round and reaches the caller of Raise.
 #pragma once
 
-#include <algorithm>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -18,6 +21,7 @@ class Connection {
   explicit Connection(std::shared_ptr<bool> alive) : alive_(std::move(alive)) {}
   Connection(Connection&&) noexcept = default;
   Connection& operator=(Connection&& other) noexcept {
+    if (this == &other) return *this;
     Disconnect();
     alive_ = std::move(other.alive_);
     return *this;
@@ -36,36 +40,62 @@ template <class... Args>
 class Signal {
  public:
   Signal() = default;
+  ~Signal() {
+    for (const auto& listener : round_->listeners) listener->alive = false;
+  }
   Signal(const Signal&) = delete;
   Signal& operator=(const Signal&) = delete;
 
   [[nodiscard]] Connection Connect(std::function<void(Args...)> listener) {
-    auto alive = std::make_shared<bool>(true);
-    listeners_->push_back({alive, std::move(listener)});
-    return Connection(alive);
+    const auto& added = Add(std::move(listener));
+    return Connection(std::shared_ptr<bool>(added, &added->alive));
   }
 
   // A listener for the signal's whole life.
-  void ConnectForever(std::function<void(Args...)> listener) {
-    listeners_->push_back({std::make_shared<bool>(true), std::move(listener)});
-  }
+  void ConnectForever(std::function<void(Args...)> listener) { Add(std::move(listener)); }
 
   void Raise(Args... args) const {
-    const auto kept = listeners_;  // the signal may be destroyed by a listener
-    std::erase_if(*kept, [](const Listener& listener) { return !*listener.alive; });
-    const std::size_t count = kept->size();
-    for (std::size_t i = 0; i < count && i < kept->size(); ++i) {
-      const Listener listener = (*kept)[i];
-      if (*listener.alive) listener.call(args...);
+    const Turn turn(round_);
+    auto& listeners = turn.round->listeners;
+    const std::size_t count = listeners.size();
+    for (std::size_t i = 0; i < count; ++i) {
+      const auto listener = listeners[i];  // a listener that disconnects itself lives to its end
+      if (listener->alive) listener->call(args...);
     }
   }
 
  private:
   struct Listener {
-    std::shared_ptr<bool> alive;
+    bool alive = true;
     std::function<void(Args...)> call;
   };
-  std::shared_ptr<std::vector<Listener>> listeners_ = std::make_shared<std::vector<Listener>>();
+  struct Round {
+    std::vector<std::shared_ptr<Listener>> listeners;
+    int depth = 0;  // rounds that are under way, one inside the other
+
+    // Places in the list are what a round goes by, so that nothing is removed while one is under way.
+    void Sweep() {
+      if (depth == 0) std::erase_if(listeners, [](const auto& listener) { return !listener->alive; });
+    }
+  };
+  // One round; it keeps the list when the signal is destroyed meanwhile.
+  struct Turn {
+    explicit Turn(std::shared_ptr<Round> of) : round(std::move(of)) {
+      round->Sweep();
+      ++round->depth;
+    }
+    ~Turn() { --round->depth; }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+    const std::shared_ptr<Round> round;
+  };
+
+  const std::shared_ptr<Listener>& Add(std::function<void(Args...)> listener) {
+    round_->Sweep();
+    return round_->listeners.emplace_back(std::make_shared<Listener>(Listener{true, std::move(listener)}));
+  }
+
+  std::shared_ptr<Round> round_ = std::make_shared<Round>();
 };
 
 }  // namespace zendrix::widgets
