@@ -12,12 +12,17 @@ Form::~Form() {
   std::erase(forms_.open_, this);
 }
 
+// Each step may run the message loop or tell others, and one of them may unload or destroy the form.
 bool Form::Unload(UnloadCause cause) {
   if (!loaded_) return true;
-  if (!QueryUnload(cause)) return false;
+  const std::weak_ptr<void> form = alive_;
+  const bool granted = QueryUnload(cause);
+  if (form.expired() || !loaded_) return true;
+  if (!granted) return false;
   loaded_ = false;
   OnUnload();
-  visible = false;
+  if (!form.expired()) visible = false;
+  if (form.expired()) return true;
   std::erase(forms_.open_, this);
   unloaded.Raise();
   return true;

@@ -2,6 +2,7 @@
 // can be refused. The list of open forms is what "is this form loaded" and "close everything" work on.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -33,7 +34,8 @@ class Form {
   Observed<int> left{0}, top{0}, width{0}, height{0};
 
   bool loaded() const { return loaded_; }
-  // Asks QueryUnload, then runs OnUnload and leaves the list. False when the unload was refused.
+  // Asks QueryUnload, then runs OnUnload, hides the form and takes it from the list. False when the unload
+  // was refused. The form may be unloaded or destroyed meanwhile; each step then still happens only once.
   bool Unload(UnloadCause cause = UnloadCause::kCode);
   // Stays above the windows of other programs.
   Observed<bool> on_top{false};
@@ -53,6 +55,7 @@ class Form {
   FormList& forms_;
   std::string name_;
   bool loaded_ = true;
+  std::shared_ptr<void> alive_ = std::make_shared<char>();
 };
 
 class FormList {
