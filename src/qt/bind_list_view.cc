@@ -20,14 +20,7 @@ ListTable::ListTable(widgets::ListView& list, const QString& picture_list, const
   connect(model_, &QAbstractItemModel::modelReset, this, [this] { SizeColumns(); });
   connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& current) {
-            if (applying_ || !current.isValid()) return;
-            kit_.guard(list_.name(), [&] {
-              const auto slot = model_->SlotOf(current.row());
-              applying_ = true;
-              list_.Select(slot);
-              applying_ = false;
-              list_.item_clicked.Raise(slot);
-            });
+            if (!applying_ && current.isValid()) TellClick(current);
           });
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this,
           [this] { list_.SetScrolledRows(static_cast<std::size_t>(std::max(0, rowAt(0)))); });
@@ -66,6 +59,27 @@ void ListTable::SizeColumns() {
 void ListTable::resizeEvent(QResizeEvent* event) {
   TableView::resizeEvent(event);
   SizeColumns();
+}
+
+void ListTable::TellClick(const QModelIndex& row) {
+  ++clicks_told_;
+  kit_.guard(list_.name(), [&] { list_.Click(model_->SlotOf(row.row())); });
+}
+
+// A press on another row makes that the current one, which tells the click; on the current row nothing moves.
+void ListTable::mousePressEvent(QMouseEvent* event) {
+  const unsigned told = clicks_told_;
+  TableView::mousePressEvent(event);
+  const QModelIndex row = indexAt(event->position().toPoint());
+  if (told == clicks_told_ && row.isValid()) TellClick(row);
+}
+
+void ListTable::keyPressEvent(QKeyEvent* event) {
+  const bool presses = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+                       event->key() == Qt::Key_Space || event->key() == Qt::Key_Select;
+  if (!presses || !currentIndex().isValid()) return TableView::keyPressEvent(event);
+  event->accept();
+  if (!event->isAutoRepeat()) TellClick(currentIndex());
 }
 
 void ListTable::mouseReleaseEvent(QMouseEvent* event) {

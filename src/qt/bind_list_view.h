@@ -1,5 +1,7 @@
 // Binds a logical report list: rows through a model, column widths as shares of the list's width, the
-// selection both ways. Only an act of the user counts as a click.
+// selection both ways. Only an act of the user counts as a click: pressing a mouse button on a row or Enter
+// or the space bar on the current one, also when it is selected already, and moving to another row by the
+// keyboard.
 #pragma once
 
 #include "qt/bind.h"
@@ -15,16 +17,20 @@ class ListTable : public TableView {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void SizeColumns();
   void ShowSelection();
+  void TellClick(const QModelIndex& row);
 
   widgets::ListView& list_;
   Toolkit kit_;
   ListModel* model_;
   bool applying_ = false;
+  unsigned clicks_told_ = 0;
 };
 
 }  // namespace zendrix::qt

@@ -58,6 +58,13 @@ void ListView::Select(std::optional<Slot> slot) {
   selection_changed.Raise();
 }
 
+void ListView::Click(Slot slot) {
+  if (slot >= rows_.size()) return;
+  Select(slot);
+  // Who heard of the selection may have changed it or cleared the list.
+  if (selected_ == slot) item_clicked.Raise(slot);
+}
+
 std::optional<ListView::Slot> ListView::first_visible() const {
   if (rows_.empty()) return std::nullopt;
   const std::size_t above = std::min(scrolled_, rows_.size() - 1);

@@ -63,13 +63,16 @@ class ListView : public Control {
   std::optional<Slot> Find(std::string_view key) const;
 
   std::optional<Slot> selected() const { return selected_; }
+  // Marks a row, by the program's own act; marking the one that is marked already is told to nobody.
   void Select(std::optional<Slot> slot);
+  // The user acted on a row: it is selected, and counts as clicked also when it was selected before.
+  void Click(Slot slot);
   // The topmost row that the view shows; nothing only when the list is empty.
   std::optional<Slot> first_visible() const;
   // How many rows lie above the topmost shown one; told by the view as it scrolls.
   void SetScrolledRows(std::size_t rows) { scrolled_ = rows; }
 
-  // The user made this row the current one.
+  // The user clicked this row, or moved to it by the keyboard.
   Signal<Slot> item_clicked;
   Signal<> right_button_up;
 

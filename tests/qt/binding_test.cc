@@ -127,6 +127,11 @@ TEST_F(ListTableTest, RowSelectedInABatchIsShownAtItsEnd) {
 
 TEST_F(ListTableTest, ClearForgetsTheSelection) {
   list_.Select(list_.Find("b"));
+  // A press and a release of a mouse button over a row.
+  void Click(int row, Qt::MouseButton button) {
+    const QPoint where = table_->visualRect(table_->model()->index(row, 0)).center();
+    QTest::mouseClick(table_->viewport(), button, {}, where);
+  }
   list_.Clear();
   EXPECT_FALSE(table_->currentIndex().isValid());
   EXPECT_FALSE(list_.selected());
@@ -145,6 +150,67 @@ class GridTableTest : public BindingTest {
         std::make_unique<GridTable>(grid_, QStringLiteral("grid"), QStringLiteral("Events"), QString(), kit_);
     table_->resize(900, 300);
     table_->show();
+// A click on the row that was selected already moves nothing in the view and went unnoticed.
+TEST_F(ListTableTest, ClickOnTheSelectedRowCountsAgain) {
+  list_.Select(list_.Find("c"));
+  Click(0, Qt::LeftButton);
+  EXPECT_THAT(clicked_, ElementsAre("c"));
+  Click(0, Qt::LeftButton);
+  EXPECT_THAT(clicked_, ElementsAre("c", "c"));
+}
+
+TEST_F(ListTableTest, RightClickOnTheSelectedRowCountsAndThenOpensTheMenu) {
+  list_.right_button_up.ConnectForever([this] { clicked_.push_back("menu"); });
+  list_.Select(list_.Find("c"));
+  Click(0, Qt::RightButton);
+  EXPECT_THAT(clicked_, ElementsAre("c", "menu"));
+}
+
+TEST_F(ListTableTest, ClickOnAnotherRowCountsOnce) {
+  list_.Select(list_.Find("c"));
+  Click(1, Qt::LeftButton);
+  Click(2, Qt::RightButton);
+  EXPECT_THAT(clicked_, ElementsAre("b", "a"));
+  EXPECT_EQ(list_.selected(), list_.Find("a"));
+}
+
+TEST_F(ListTableTest, ClickBelowTheRowsIsNoClickOnOne) {
+  list_.Select(list_.Find("c"));
+  const QPoint below(20, table_->viewport()->height() - 4);
+  QTest::mouseClick(table_->viewport(), Qt::LeftButton, {}, below);
+  EXPECT_THAT(clicked_, ElementsAre());
+}
+
+TEST_F(ListTableTest, EnterAndSpaceClickTheCurrentRow) {
+  list_.Select(list_.Find("b"));
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) QTest::keyClick(table_.get(), key);
+  EXPECT_THAT(clicked_, ElementsAre("b", "b", "b"));
+  EXPECT_EQ(table_->currentIndex().row(), 1);
+}
+
+TEST_F(ListTableTest, EnterWithoutARowDoesNothing) {
+  QTest::keyClick(table_.get(), Qt::Key_Return);
+  EXPECT_THAT(clicked_, ElementsAre());
+}
+
+// The page of the first click may serve the message loop while it waits.
+TEST_F(ListTableTest, ClickWithinTheHandlingOfAClickCountsOnceToo) {
+  bool again = true;
+  list_.item_clicked.ConnectForever([&](widgets::ListView::Slot) {
+    if (std::exchange(again, false)) Click(1, Qt::LeftButton);
+  });
+  Click(0, Qt::LeftButton);
+  EXPECT_THAT(clicked_, ElementsAre("c", "b"));
+  EXPECT_EQ(list_.selected(), list_.Find("b"));
+}
+
+TEST_F(ListTableTest, ListClearedByAClickLeavesNothingSelected) {
+  list_.item_clicked.ConnectForever([&](widgets::ListView::Slot) { list_.Clear(); });
+  Click(1, Qt::LeftButton);
+  EXPECT_THAT(clicked_, ElementsAre("b"));
+  EXPECT_FALSE(table_->currentIndex().isValid());
+}
+
   }
   admin::EventGrid grid_{"EventList"};
   std::unique_ptr<GridTable> table_;

@@ -1,10 +1,12 @@
 #include "core/moments.h"
 #include "home_fixture.h"
+#include "support/fake_page.h"
 
 namespace zendrix::home {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 class AlertListTest : public HomeFixture {};
@@ -169,6 +171,22 @@ TEST_F(AlertListTest, SelectionSurvivesAnUpdate) {
   Append(Alert(3, "0.5"));
   Poll();
   EXPECT_EQ(Selected(), "K1");
+}
+
+// A browser that was busy left the page blank, and clicking the same row again did nothing.
+TEST_F(AlertListTest, PageThatStayedBlankIsShownByAnotherClickOnTheSameRow) {
+  Open(Alert(1, "0.5") + Alert(2, "0.5"));
+  testing::FakePage page(form_->sDesc);
+  const auto on_navigate = std::exchange(page.on_navigate, nullptr);
+  const auto row = *form_->lvAlerts.Find("K2");
+  ASSERT_EQ(Selected(), "K2");
+  form_->lvAlerts.Click(row);
+  EXPECT_EQ(page.events.size(), 1u) << "only the blank page";
+  page.on_navigate = on_navigate;
+  page.events.clear();
+  form_->lvAlerts.Click(row);
+  EXPECT_THAT(page.events, ElementsAre(HasSubstr("navigate"), HasSubstr("<b>told</b>"), HasSubstr("script")));
+  EXPECT_EQ(Selected(), "K2");
 }
 
 TEST_F(AlertListTest, UnknownAndIntrusionRaiseAttention) {

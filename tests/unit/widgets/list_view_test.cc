@@ -80,6 +80,43 @@ TEST_F(ListViewTest, ClearEndsTheSelection) {
   EXPECT_EQ(selected_, 2);
 }
 
+TEST_F(ListViewTest, SelectingTheSelectedRowIsToldToNobody) {
+  const auto row = Insert("a");
+  list_.Select(row);
+  list_.Select(row);
+  EXPECT_EQ(selected_, 1);
+  list_.Select(std::nullopt);
+  list_.Select(std::nullopt);
+  EXPECT_EQ(selected_, 2);
+}
+
+// A click on the row that was selected already went unnoticed, so that a page which had stayed blank could
+// not be shown again.
+TEST_F(ListViewTest, ClickOnTheSelectedRowCountsAgain) {
+  std::vector<ListView::Slot> clicked;
+  list_.item_clicked.ConnectForever([&](ListView::Slot slot) {
+    EXPECT_EQ(list_.selected(), slot);
+    clicked.push_back(slot);
+  });
+  const auto a = Insert("a"), b = Insert("b");
+  for (const auto slot : {a, a, b}) list_.Click(slot);
+  EXPECT_EQ(clicked, (std::vector<ListView::Slot>{a, a, b}));
+  EXPECT_EQ(selected_, 2);
+}
+
+TEST_F(ListViewTest, ClickOnARowThatIsGoneDoesNothing) {
+  const auto a = Insert("a"), b = Insert("b");
+  int clicked = 0;
+  list_.item_clicked.ConnectForever([&](ListView::Slot) { ++clicked; });
+  list_.selection_changed.ConnectForever([&] {
+    if (list_.selected() == b) list_.Clear();
+  });
+  list_.Click(b);
+  list_.Click(a);
+  EXPECT_EQ(clicked, 0);
+  EXPECT_FALSE(list_.selected());
+}
+
 TEST_F(ListViewTest, KeysAreFreeAgainAfterClear) {
   Insert("a");
   list_.Clear();
