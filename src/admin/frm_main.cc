@@ -35,6 +35,7 @@ frmMain::frmMain(AdminParts parts)
       parts_(std::move(parts)),
       app_(parts_.state) {
   Msg.width = 6000;
+  lblRootWarning.visible = app_.seams.host.RunsAsRoot();
   ConnectControls();
 }
 

@@ -19,6 +19,7 @@
 #include "core/error_log.h"
 #include "core/fit_text.h"
 #include "core/moment_formatter.h"
+#include "core/root_warning.h"
 #include "settings/reg_ini.h"
 #include "store/ulist.h"
 #include "widgets/form.h"
@@ -102,6 +103,8 @@ class frmMain : public widgets::Form {
   EventGrid EventList;
   widgets::Panel Msg{"Msg"};
   widgets::Panel Msg2{"Msg2"};
+  // Above the grid; hidden unless the console runs as root.
+  widgets::Label lblRootWarning{"lblRootWarning", core::kRootWarning};
   widgets::Panel Rfrsh{"Rfrsh", "File has changed indicator"};
   widgets::Panel RecCnt{"RecCnt", "Record Count"};
   widgets::ProgressBar DynamicPictureBox{"DynamicPictureBox"};

@@ -78,6 +78,7 @@ void frmNewUI::MakeControls() {
   sShowAll.tip = "Show also deleted alerts";
   sMoreInfo.enabled = false;
   icMore.visible = false;
+  lblRootWarning.visible = app_.seams.host.RunsAsRoot();
 }
 
 void frmNewUI::ConnectControls() {

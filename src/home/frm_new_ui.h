@@ -11,6 +11,7 @@
 
 #include "alerts/answer.h"
 #include "core/date_rules.h"
+#include "core/root_warning.h"
 #include "home/details_pane.h"
 #include "home/home_parts.h"
 #include "platform/message_loop.h"
@@ -117,6 +118,8 @@ class frmNewUI : public widgets::Form {
   std::array<std::unique_ptr<widgets::Label>, kViewCount> ViewItems;
   std::array<std::unique_ptr<widgets::Image>, kViewCount> vArrow;
   std::array<std::unique_ptr<widgets::Image>, kViewCount> Image1;
+  // Above every pane, whichever is on show; hidden unless the console runs as root.
+  widgets::Label lblRootWarning{"lblRootWarning", core::kRootWarning};
   std::array<std::unique_ptr<widgets::Frame>, kViewCount> Frame1;
   std::array<std::unique_ptr<widgets::Frame>, kViewCount> fraDesc;
   widgets::Tray tray;

@@ -12,6 +12,7 @@
 #include <QToolBar>
 
 #include "qt/bind_grid.h"
+#include "qt/bind_label.h"
 #include "qt/bind_menu.h"
 #include "qt/bind_tray.h"
 #include "qt/text_edge.h"
@@ -90,6 +91,7 @@ void AdminWindow::MakeGrid() {
   auto* central = new QWidget;
   auto* column = new QVBoxLayout(central);
   column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  column->addWidget(MakeWarning(ui_.lblRootWarning, kit()));
   column->addWidget(new GridTable(ui_.EventList, QStringLiteral("grid"), QStringLiteral("Events"),
                                   QStringLiteral("No events. The monitoring file has no line yet."), kit()));
   setCentralWidget(central);

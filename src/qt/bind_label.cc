@@ -22,6 +22,15 @@ QLabel* MakeLabel(widgets::Label& label, const Toolkit& kit, bool with_colour) {
   return widget;
 }
 
+QLabel* MakeWarning(widgets::Label& label, const Toolkit& kit) {
+  QLabel* widget = MakeLabel(label, kit);
+  widget->setProperty("role", QStringLiteral("warning"));
+  widget->setFocusPolicy(Qt::TabFocus);
+  Reflect(widget, label.caption,
+          [widget](const std::string& text) { widget->setAccessibleName(ToQt(text)); });
+  return widget;
+}
+
 QPushButton* MakeButton(widgets::Label& label, const char* role, const Toolkit& kit) {
   auto* widget = new QPushButton;
   widget->setProperty("role", QString::fromLatin1(role));

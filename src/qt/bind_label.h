@@ -11,6 +11,9 @@ namespace zendrix::qt {
 
 // Text only. The widget's own colour, unless `with_colour`.
 QLabel* MakeLabel(widgets::Label& label, const Toolkit& kit, bool with_colour = false);
+// A standing warning: the same colours on light and on dark paper, and a stop for the keyboard, where a
+// screen reader reads it.
+QLabel* MakeWarning(widgets::Label& label, const Toolkit& kit);
 // Looks like a link ("link"), a flat button ("flat") or an entry of the navigation ("nav").
 QPushButton* MakeButton(widgets::Label& label, const char* role, const Toolkit& kit);
 

@@ -88,6 +88,7 @@ HomeWindow::HomeWindow(home::frmNewUI& form, const Toolkit& toolkit) : FormWindo
   auto* content = new QVBoxLayout;
   content->setContentsMargins(kMargin, kMargin - 4, kMargin, kMargin);
   content->setSpacing(kGap);
+  content->addWidget(MakeWarning(ui_.lblRootWarning, kit()));
   struct Pane {
     int view;
     widgets::Label& description;

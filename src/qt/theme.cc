@@ -48,6 +48,9 @@ QToolTip { color: @text; background: @base; border: 1px solid @border; padding: 
 QLabel#paneTitle { font-size: 20pt; font-weight: 600; }
 QLabel[role="faint"] { color: @faint; }
 QLabel[role="value"] { font-size: 12pt; }
+QLabel[role="warning"] { color: #3D2A00; background: #FFF0C2; border: 1px solid #B7791F; border-radius: 6px;
+  padding: 8px 12px; font-weight: 600; }
+QLabel[role="warning"]:focus { border: 2px solid #0052A5; }
 QLabel#hAppTitle { font-size: 15pt; font-weight: 600; }
 QWidget#Frame2 { background: @strip; }
 QWidget#Frame2 QLabel { color: @striptext; }

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <cmath>
 
 #include "admin/event_grid.h"
 #include "qt/bind_check_box.h"
@@ -48,6 +49,41 @@ TEST_F(BindingTest, BoundWidgetDoesNotBecomeAWindow) {
   widgets::Label label("x", "x");
   const std::unique_ptr<QLabel> widget(MakeLabel(label, kit_));
   EXPECT_FALSE(widget->isVisible());
+}
+
+TEST_F(BindingTest, WarningIsPlainTextReachedByTheKeyboardAndRead) {
+  widgets::Label label("lblRootWarning", "<i>Careful</i>");
+  const std::unique_ptr<QLabel> widget(MakeWarning(label, kit_));
+  EXPECT_EQ(widget->textFormat(), Qt::PlainText);
+  EXPECT_EQ(widget->accessibleName(), QStringLiteral("<i>Careful</i>"));
+  EXPECT_TRUE(widget->focusPolicy() & Qt::TabFocus);
+}
+
+// Of black on white the contrast is 21; 4.5 is what plain text needs.
+TEST_F(BindingTest, WarningReadsWellOnLightAndOnDarkPaper) {
+  const auto luminance = [](const QColor& colour) {
+    const auto part = [](double value) {
+      return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) + 0.0722 * part(colour.blueF());
+  };
+  widgets::Label label("lblRootWarning", "Careful");
+  const std::unique_ptr<QLabel> widget(MakeWarning(label, kit_));
+  widget->resize(300, 60);
+  for (const bool dark : {false, true}) {
+    theme_.SetDark(dark);
+    const QImage picture = widget->grab().toImage();
+    const double paper = luminance(picture.pixelColor(picture.width() - 6, picture.height() / 2));
+    double ink = paper;
+    for (int y = 4; y < picture.height() - 4; ++y)
+      for (int x = 4; x < picture.width() / 2; ++x) {
+        const double here = luminance(picture.pixelColor(x, y));
+        if (std::abs(here - paper) > std::abs(ink - paper)) ink = here;
+      }
+    EXPECT_GT((std::max(ink, paper) + 0.05) / (std::min(ink, paper) + 0.05), 4.5)
+        << (dark ? "dark" : "light");
+  }
+  theme_.SetDark(false);
 }
 
 TEST_F(BindingTest, ButtonClickReachesTheLogic) {
@@ -91,6 +127,11 @@ class ListTableTest : public BindingTest {
     table_->resize(600, 300);
     table_->show();
   }
+  // A press and a release of a mouse button over a row.
+  void Click(int row, Qt::MouseButton button) {
+    const QPoint where = table_->visualRect(table_->model()->index(row, 0)).center();
+    QTest::mouseClick(table_->viewport(), button, {}, where);
+  }
   widgets::ListView list_{"lvAlerts"};
   std::vector<std::string> clicked_;
   std::unique_ptr<ListTable> table_;
@@ -109,47 +150,6 @@ TEST_F(ListTableTest, KeysMoveTheSelectionAndCountAsClicks) {
   EXPECT_EQ(list_.selected(), list_.Find("b"));
 }
 
-TEST_F(ListTableTest, SelectedRowStaysSelectedWhileRowsArrive) {
-  list_.Select(list_.Find("b"));
-  list_.InsertTop("d", "d", 0, "");
-  EXPECT_EQ(table_->currentIndex().row(), 2);
-  EXPECT_EQ(list_.selected(), list_.Find("b"));
-  EXPECT_THAT(clicked_, ElementsAre());
-}
-
-TEST_F(ListTableTest, RowSelectedInABatchIsShownAtItsEnd) {
-  {
-    const widgets::ListBatch batch(list_);
-    list_.Select(list_.InsertTop("d", "d", 0, ""));
-  }
-  EXPECT_EQ(table_->currentIndex().row(), 0);
-}
-
-TEST_F(ListTableTest, ClearForgetsTheSelection) {
-  list_.Select(list_.Find("b"));
-  // A press and a release of a mouse button over a row.
-  void Click(int row, Qt::MouseButton button) {
-    const QPoint where = table_->visualRect(table_->model()->index(row, 0)).center();
-    QTest::mouseClick(table_->viewport(), button, {}, where);
-  }
-  list_.Clear();
-  EXPECT_FALSE(table_->currentIndex().isValid());
-  EXPECT_FALSE(list_.selected());
-}
-
-TEST_F(ListTableTest, FirstColumnTakesItsShare) {
-  EXPECT_EQ(table_->columnWidth(0), static_cast<int>(table_->viewport()->width() * 0.4));
-}
-
-class GridTableTest : public BindingTest {
- protected:
-  GridTableTest() {
-    grid_.SetFormatString("0|1|2|3|4|5|6|7|8");
-    for (int i = 1; i <= 3; ++i) grid_.InsertTop({i, "t", "h", "System", "A", "the whole text", i, "fit"});
-    table_ =
-        std::make_unique<GridTable>(grid_, QStringLiteral("grid"), QStringLiteral("Events"), QString(), kit_);
-    table_->resize(900, 300);
-    table_->show();
 // A click on the row that was selected already moves nothing in the view and went unnoticed.
 TEST_F(ListTableTest, ClickOnTheSelectedRowCountsAgain) {
   list_.Select(list_.Find("c"));
@@ -211,6 +211,42 @@ TEST_F(ListTableTest, ListClearedByAClickLeavesNothingSelected) {
   EXPECT_FALSE(table_->currentIndex().isValid());
 }
 
+TEST_F(ListTableTest, SelectedRowStaysSelectedWhileRowsArrive) {
+  list_.Select(list_.Find("b"));
+  list_.InsertTop("d", "d", 0, "");
+  EXPECT_EQ(table_->currentIndex().row(), 2);
+  EXPECT_EQ(list_.selected(), list_.Find("b"));
+  EXPECT_THAT(clicked_, ElementsAre());
+}
+
+TEST_F(ListTableTest, RowSelectedInABatchIsShownAtItsEnd) {
+  {
+    const widgets::ListBatch batch(list_);
+    list_.Select(list_.InsertTop("d", "d", 0, ""));
+  }
+  EXPECT_EQ(table_->currentIndex().row(), 0);
+}
+
+TEST_F(ListTableTest, ClearForgetsTheSelection) {
+  list_.Select(list_.Find("b"));
+  list_.Clear();
+  EXPECT_FALSE(table_->currentIndex().isValid());
+  EXPECT_FALSE(list_.selected());
+}
+
+TEST_F(ListTableTest, FirstColumnTakesItsShare) {
+  EXPECT_EQ(table_->columnWidth(0), static_cast<int>(table_->viewport()->width() * 0.4));
+}
+
+class GridTableTest : public BindingTest {
+ protected:
+  GridTableTest() {
+    grid_.SetFormatString("0|1|2|3|4|5|6|7|8");
+    for (int i = 1; i <= 3; ++i) grid_.InsertTop({i, "t", "h", "System", "A", "the whole text", i, "fit"});
+    table_ =
+        std::make_unique<GridTable>(grid_, QStringLiteral("grid"), QStringLiteral("Events"), QString(), kit_);
+    table_->resize(900, 300);
+    table_->show();
   }
   admin::EventGrid grid_{"EventList"};
   std::unique_ptr<GridTable> table_;

@@ -21,4 +21,8 @@ std::string LinuxHostInfo::SystemInformationTool() {
   return {};
 }
 
+bool LinuxHostInfo::RunsAsRoot() {
+  return geteuid() == 0;
+}
+
 }  // namespace zendrix::platform

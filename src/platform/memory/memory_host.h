@@ -11,9 +11,11 @@ class MemoryHost : public HostInfo {
  public:
   std::string ComputerName() override { return computer_name; }
   std::string SystemInformationTool() override { return system_information_tool; }
+  bool RunsAsRoot() override { return runs_as_root; }
 
   std::string computer_name = "TESTHOST";
   std::string system_information_tool;
+  bool runs_as_root = false;
 };
 
 }  // namespace zendrix::platform

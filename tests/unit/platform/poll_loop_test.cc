@@ -188,6 +188,15 @@ TEST(LinuxHostInfoTest, ComputerNameIsTheHostName) {
   EXPECT_EQ(LinuxHostInfo().ComputerName(), name);
 }
 
+TEST(LinuxHostInfoTest, RootIsTheEffectiveUserZero) {
+  EXPECT_EQ(LinuxHostInfo().RunsAsRoot(), geteuid() == 0);
+  test::ChildProcess child([](const auto&) -> int {
+    if (geteuid() == 0 && seteuid(65534) != 0) return 2;
+    return LinuxHostInfo().RunsAsRoot() ? 1 : 0;
+  });
+  EXPECT_EQ(child.Wait(), 0);
+}
+
 TEST(LinuxHostInfoTest, SystemInformationToolIsTheFirstOfTheListOnPath) {
   const test::TemporaryFolder folder;
   const test::EnvironmentVariable path("PATH", "relative:" + folder.path());
