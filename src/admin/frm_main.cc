@@ -58,6 +58,10 @@ void frmMain::ConnectControls() {
   mPopRestore.clicked.ConnectForever([this] { mPopRestore_Click(); });
   mPopMinimize.clicked.ConnectForever([this] { mPopMinimize_Click(); });
   mPopMaximize.clicked.ConnectForever([this] { mPopMaximize_Click(); });
+  // A desktop opens the menu by itself, without a word to the form.
+  enabled.changed.ConnectForever([this] {
+    for (widgets::MenuItem* item : mPopupSys.items) item->enabled = enabled.Get();
+  });
   Timer1_ = app_.seams.timers.MakeTimer([this] { Timer1_Timer(); });
   Timer2_ = app_.seams.timers.MakeTimer([this] { Timer2_Timer(); });
 }
@@ -223,24 +227,33 @@ void frmMain::Tray_Mouse(int message) {
     ShowWindow(WindowState::kNormal);
   } else if (message == widgets::kTrayRightUp) {
     bring_forward.Raise();
-    mPopupSys.popup.Raise();
+    if (enabled) mPopupSys.popup.Raise();
   }
 }
 
+void frmMain::ComeForward() {
+  if (enabled) {
+    if (state.Get() == WindowState::kMinimised) state = WindowState::kNormal;
+    visible = true;
+  }
+  bring_forward.Raise();
+}
+
+// Behind an open question the form is disabled, and its menu then does nothing.
 void frmMain::mPopRestore_Click() {
-  ShowWindow(WindowState::kNormal);
+  if (enabled) ShowWindow(WindowState::kNormal);
 }
 
 void frmMain::mPopMinimize_Click() {
-  ShowWindow(WindowState::kMinimised);
+  if (enabled) ShowWindow(WindowState::kMinimised);
 }
 
 void frmMain::mPopMaximize_Click() {
-  ShowWindow(WindowState::kMaximised);
+  if (enabled) ShowWindow(WindowState::kMaximised);
 }
 
 void frmMain::MnFExit_Click() {
-  if (control::WarningMessage(app_)) Unload(widgets::UnloadCause::kCode);
+  if (enabled && control::WarningMessage(app_)) Unload(widgets::UnloadCause::kCode);
 }
 
 void frmMain::MnVRefresh_Click() {

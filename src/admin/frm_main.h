@@ -76,6 +76,9 @@ class frmMain : public widgets::Form {
   void Timer1_Timer();
   void Timer2_Timer();
   void Tray_Mouse(int message);
+  // Another start of the program asked this one to come forward: the window is shown as it was left, only
+  // never minimised.
+  void ComeForward();
   void mPopRestore_Click();
   void mPopMinimize_Click();
   void mPopMaximize_Click();
@@ -100,11 +103,11 @@ class frmMain : public widgets::Form {
   bool TrayFlashPhase = false;
   bool NotablePending = false;
 
+  // Above the grid; hidden unless the console runs as root.
+  widgets::Label lblRootWarning{"lblRootWarning", core::kRootWarning};
   EventGrid EventList;
   widgets::Panel Msg{"Msg"};
   widgets::Panel Msg2{"Msg2"};
-  // Above the grid; hidden unless the console runs as root.
-  widgets::Label lblRootWarning{"lblRootWarning", core::kRootWarning};
   widgets::Panel Rfrsh{"Rfrsh", "File has changed indicator"};
   widgets::Panel RecCnt{"RecCnt", "Record Count"};
   widgets::ProgressBar DynamicPictureBox{"DynamicPictureBox"};

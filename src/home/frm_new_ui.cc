@@ -106,6 +106,10 @@ void frmNewUI::ConnectControls() {
   mPopMinimize.clicked.ConnectForever([this] { mPopMinimize_Click(); });
   mPopMaximize.clicked.ConnectForever([this] { mPopMaximize_Click(); });
   mPopExit.clicked.ConnectForever([this] { mPopExit_Click(); });
+  // A desktop opens the menu by itself, without a word to the form.
+  enabled.changed.ConnectForever([this] {
+    for (widgets::MenuItem* item : mPopupSys2.items) item->enabled = enabled.Get();
+  });
   new_alert_ = parts_.gKvlF.newAlert.Connect([this] { gKvlF_newAlert(); });
   auto& timers = app_.seams.timers;
   Timer1_ = timers.MakeTimer([this] { Timer1_Timer(); });
@@ -238,6 +242,14 @@ void frmNewUI::Tray_Mouse(int message) {
 }
 
 void frmNewUI::mPopRestore_Click() {
+void frmNewUI::ComeForward() {
+  if (enabled) {
+    if (state.Get() == WindowState::kMinimised) state = WindowState::kNormal;
+    visible = true;
+  }
+  bring_forward.Raise();
+}
+
   ShowWindow(WindowState::kNormal);
 }
 
@@ -250,7 +262,8 @@ void frmNewUI::mPopMaximize_Click() {
 }
 
 bool frmNewUI::mPopExit_Click() {
-  if (!control::WarningMessage(app_)) return false;
+  // Behind an open question the form is disabled; its answer must find the console still there.
+  if (!enabled || !control::WarningMessage(app_)) return false;
   return Unload(widgets::UnloadCause::kCode);
 }
 

@@ -55,6 +55,9 @@ class frmNewUI : public widgets::Form {
   // The one way to change the pane.
   void ViewItems_Click(int index);
   void Tray_Mouse(int message);
+  // Another start of the program asked this one to come forward: the window is shown as it was left, only
+  // never minimised.
+  void ComeForward();
   void mPopRestore_Click();
   void mPopMinimize_Click();
   void mPopMaximize_Click();
@@ -115,11 +118,11 @@ class frmNewUI : public widgets::Form {
 
   // Navigation.
   widgets::Frame Frame2{"Frame2", false};
+  // Above every pane, whichever is on show; hidden unless the console runs as root.
+  widgets::Label lblRootWarning{"lblRootWarning", core::kRootWarning};
   std::array<std::unique_ptr<widgets::Label>, kViewCount> ViewItems;
   std::array<std::unique_ptr<widgets::Image>, kViewCount> vArrow;
   std::array<std::unique_ptr<widgets::Image>, kViewCount> Image1;
-  // Above every pane, whichever is on show; hidden unless the console runs as root.
-  widgets::Label lblRootWarning{"lblRootWarning", core::kRootWarning};
   std::array<std::unique_ptr<widgets::Frame>, kViewCount> Frame1;
   std::array<std::unique_ptr<widgets::Frame>, kViewCount> fraDesc;
   widgets::Tray tray;

@@ -225,6 +225,57 @@ TEST_F(FrmMainTest, ReloadKeepsWidths) {
   EXPECT_EQ(form_->EventList.column(kColDescription).width, 9000);
 }
 
+TEST_F(FrmMainTest, RefreshKeepsTheWidthsOfAGridWithThreeRows) {
+  OpenOn({Line(1, "system"), Line(2, "system")});  // three with the header
+  form_->EventList.SetColWidth(kColHostname, 1234);
+  form_->EventList.SetColWidth(kColDescription, 9000);
+  form_->TbarRefresh.clicked.Raise();
+  EXPECT_EQ(form_->EventList.column(kColHostname).width, 1234);
+  EXPECT_EQ(form_->EventList.column(kColDescription).width, 9000);
+}
+
+TEST_F(FrmMainTest, RefreshOfAGridWithOneRowIsAFirstFill) {
+  OpenOn({Line(1, "system")});
+  const std::vector<int> widths = form_->EventList.ColWidths();
+  form_->EventList.SetColWidth(kColHostname, 1234);
+  form_->EventList.SetColWidth(kColDescription, 9000);
+  form_->MnVRefresh.clicked.Raise();
+  EXPECT_EQ(form_->EventList.ColWidths(), widths);
+}
+
+TEST_F(FrmMainTest, RefreshPutsTheLeftColumnBack) {
+  OpenOn({Line(1, "system"), Line(2, "system")});
+  form_->EventList.LeftCol = 3;
+  form_->EventList.scrolled.Raise();
+  form_->EventList.LeftCol = 0;
+  form_->MnVRefresh.clicked.Raise();
+  EXPECT_EQ(form_->EventList.LeftCol.Get(), 3);
+}
+
+TEST_F(FrmMainTest, FirstTickOnAnUnchangedFileNeitherReloadsNorClears) {
+  OpenOn({Line(1, "system"), Line(2, "system")});
+  std::vector<std::string> told;
+  const auto counts = form_->RecCnt.text.changed.Connect([&] { told.push_back(form_->RecCnt.text); });
+  const auto cleared = form_->EventList.cleared.Connect([&] { told.push_back("cleared"); });
+  const auto rows = form_->EventList.rows_added.Connect([&] { told.push_back("rows"); });
+  Tick();
+  Tick();
+  EXPECT_THAT(told, IsEmpty());
+  EXPECT_THAT(IDs(), ElementsAre("2", "1"));
+  EXPECT_EQ(form_->GridLineCount, 2);
+}
+
+TEST_F(FrmMainTest, UpdateHidesASwitchedOffColumnAgain) {
+  world_.state.settings.ColumnStates = {{"Hostname", "0"}};
+  OpenOn({Line(1, "system")});
+  form_->EventList.SetColWidth(kColHostname, 700);
+  form_->EventList.SetColWidth(kColTimeKey, 700);
+  AppendLine(Line(2, "system"));
+  Tick();
+  EXPECT_EQ(form_->EventList.column(kColHostname).width, 0);
+  EXPECT_EQ(form_->EventList.column(kColTimeKey).width, 0);
+}
+
 TEST_F(FrmMainTest, ReloadOfAGridWithOneRowIsAFirstFill) {
   OpenOn({Line(1, "system", "long text")});
   form_->EventList.SetColWidth(kColDescription, 9000);
@@ -389,6 +440,19 @@ TEST_F(FrmMainTest, NotableEventBehindAHiddenWindowFlashesForItsFourMonitors) {
   EXPECT_EQ(form_->tray.icon.Get(), widgets::TrayIcon::kForm);
 }
 
+TEST_F(FrmMainTest, IconAlternatesForAsLongAsTheEventWaits) {
+  Open();
+  form_->Unload(widgets::UnloadCause::kCloseBox);
+  AppendLine(Line(1, "monitoring agent", "x", "N"));
+  Tick();
+  std::vector<bool> notable;
+  for (int tick = 0; tick < 4; ++tick) {
+    world_.platform.timers.Advance(1000);
+    notable.push_back(form_->tray.icon.Get() == widgets::TrayIcon::kNotableSystemTrayIcon);
+  }
+  EXPECT_THAT(notable, ElementsAre(true, false, true, false));
+}
+
 TEST_F(FrmMainTest, OtherMonitorBehindAHiddenWindowStaysPendingWithoutFlashing) {
   Open();
   form_->Unload(widgets::UnloadCause::kCloseBox);
@@ -409,6 +473,54 @@ TEST_F(FrmMainTest, ExitAnsweredNoStays) {
   EXPECT_TRUE(form_->loaded());
 }
 
+TEST_F(FrmMainTest, NothingInTheTrayMenuWorksUnderAnOpenQuestion) {
+  OpenOn({Line(1, "system")});
+  int menus = 0;
+  const auto menu = form_->mPopupSys.popup.Connect([&] { ++menus; });
+  form_->state = widgets::WindowState::kMaximised;
+  form_->enabled = false;
+  for (widgets::MenuItem* item : form_->mPopupSys.items) {
+    EXPECT_FALSE(item->enabled) << item->name();
+    item->clicked.Raise();
+  }
+  form_->MnFExit.clicked.Raise();
+  form_->Tray_Mouse(widgets::kTrayRightUp);
+  EXPECT_THAT(Boxes().shown, IsEmpty());
+  EXPECT_EQ(menus, 0);
+  EXPECT_TRUE(form_->loaded());
+  EXPECT_EQ(form_->state.Get(), widgets::WindowState::kMaximised);
+  form_->enabled = true;
+  for (widgets::MenuItem* item : form_->mPopupSys.items) EXPECT_TRUE(item->enabled) << item->name();
+  form_->Tray_Mouse(widgets::kTrayRightUp);
+  EXPECT_EQ(menus, 1);
+}
+
+TEST_F(FrmMainTest, AnotherStartBringsAMaximisedWindowForwardMaximised) {
+  OpenOn({Line(1, "system")});
+  int forward = 0;
+  const auto front = form_->bring_forward.Connect([&] { forward += form_->visible ? 1 : 0; });
+  form_->state = widgets::WindowState::kMaximised;
+  form_->visible = false;
+  form_->ComeForward();
+  EXPECT_EQ(form_->state.Get(), widgets::WindowState::kMaximised);
+  EXPECT_EQ(forward, 1);
+  form_->state = widgets::WindowState::kMinimised;
+  form_->ComeForward();
+  EXPECT_EQ(form_->state.Get(), widgets::WindowState::kNormal);
+  form_->visible = false;
+  form_->enabled = false;
+  form_->ComeForward();
+  EXPECT_FALSE(form_->visible);
+}
+
+TEST_F(FrmMainTest, OnlyRootIsWarned) {
+  EXPECT_FALSE(OpenOn({Line(1, "system")}).lblRootWarning.visible);
+  world_.platform.host.runs_as_root = true;
+  frmMain& as_root = Open();
+  EXPECT_TRUE(as_root.lblRootWarning.visible);
+  EXPECT_THAT(as_root.lblRootWarning.caption.Get(), HasSubstr("(as root)"));
+}
+
 TEST_F(FrmMainTest, ExitAnsweredYesSavesPlacesAndEndsTheProcess) {
   OpenOn({Line(1, "system")});
   form_->width = 800;
@@ -420,6 +532,15 @@ TEST_F(FrmMainTest, ExitAnsweredYesSavesPlacesAndEndsTheProcess) {
   EXPECT_THAT(ini, HasSubstr("[EventList Colwidths]"));
   EXPECT_THAT(ini, HasSubstr("2=777"));
   EXPECT_THAT(ini, HasSubstr("Width=800"));
+}
+
+TEST_F(FrmMainTest, InstanceLockIsReleasedAtTheEnd) {
+  ASSERT_TRUE(world_.platform.instance_lock.Acquire("Global\\zendrix"));
+  OpenOn({Line(1, "system")});
+  form_->Unload(widgets::UnloadCause::kCloseBox);
+  EXPECT_EQ(world_.platform.instance_lock.held(), "Global\\zendrix") << "a hidden console still runs";
+  EXPECT_EQ(world_.EndOf([&] { form_->Unload(); }), 0);
+  EXPECT_EQ(world_.platform.instance_lock.held(), "");
 }
 
 TEST_F(FrmMainTest, SavedWidthsComeBack) {
