@@ -179,11 +179,12 @@ void frmNewUI::LoadDescTips() {
 
 void frmNewUI::FillHelpFra() {
   Guarded("FillHelpFra", [&] {
-    htopDesc.caption = core::DescAt(app_.Desc[0], 5);
     hAppTitle.caption = app_.ProductName;
     hVersion.caption = "Version " + FormattedVersion();
     hDescription.caption = kDescription;
     hDisclaimer.caption = kDisclaimer;
+    // Last, since a short description file ends the procedure here.
+    htopDesc.caption = core::DescAt(app_.Desc[0], 5);
   });
 }
 
@@ -241,7 +242,6 @@ void frmNewUI::Tray_Mouse(int message) {
   }
 }
 
-void frmNewUI::mPopRestore_Click() {
 void frmNewUI::ComeForward() {
   if (enabled) {
     if (state.Get() == WindowState::kMinimised) state = WindowState::kNormal;
@@ -250,6 +250,7 @@ void frmNewUI::ComeForward() {
   bring_forward.Raise();
 }
 
+void frmNewUI::mPopRestore_Click() {
   ShowWindow(WindowState::kNormal);
 }
 

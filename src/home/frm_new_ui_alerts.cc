@@ -102,10 +102,10 @@ void frmNewUI::FillRows(store::EventCursor& clone, int picture) {
 void frmNewUI::FillRowsBehind(store::EventCursor& clone, int picture) {
   if (const auto last = parts_.gKvlF.LastBookmark) {
     if (*last >= clone.table().RowCount()) core::Raise(core::kBadCriterion);
-    // The position may be that of a row which is no alert; the first alert from there on is where the new
-    // part begins.
+    // The position may be that of a row which is no alert; the first alert behind it is where the new part
+    // begins. The row itself is old, also when the user has cleared the list since.
     clone.MoveLast();
-    while (!clone.Bof() && clone.bookmark() >= *last) clone.MovePrevious();
+    while (!clone.Bof() && clone.bookmark() > *last) clone.MovePrevious();
     if (clone.Bof())
       clone.MoveFirst();
     else

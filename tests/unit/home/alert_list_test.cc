@@ -240,6 +240,26 @@ TEST_F(AlertListTest, ClearAllEmptiesUntilTheNextFullLoad) {
   EXPECT_TRUE(form_->sMoreInfo.enabled);
 }
 
+// The reader's bookmark stands on the last row that was there before; only what lies behind it is new.
+TEST_F(AlertListTest, UpdateBehindAClearAllDoesNotBringTheLastOldAlertBack) {
+  Open(Alert(1, "0.5") + Alert(2, "0.5"));
+  form_->sClearAll.clicked.Raise();
+  Append(Alert(3, "0.5"));
+  Poll();
+  EXPECT_THAT(Rows(), ElementsAre("K3 Normal:23"));
+  EXPECT_THAT(alerts_.pop_ups, ElementsAre("1 silent", "2 silent", "3"));
+}
+
+TEST_F(AlertListTest, UpdateDoesNotListABlockedAlertThatIsHidden) {
+  alerts_.decisions = {{Tag(2), "A"}};
+  Open(Alert(1, "0.5") + Alert(2, "0.5"));
+  form_->sckShowAll.checked = false;
+  form_->sckShowAll.clicked.Raise();
+  Append(Alert(3, "0.5"));
+  Poll();
+  EXPECT_THAT(Rows(), ElementsAre("K3 Normal:23", "K1 Normal:23"));
+}
+
 TEST_F(AlertListTest, TickWhileAListIsBuiltIsLost) {
   Open(Alert(1, "0.5"));
   const auto hours = form_->HourTicks;

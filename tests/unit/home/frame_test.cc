@@ -98,6 +98,48 @@ TEST_F(FrameTest, HeadingsWithoutDescriptionsSaySo) {
     EXPECT_EQ(label->caption.Get(), "Description Not Available");
 }
 
+// The look-up by position does not test the length of the file.
+TEST_F(FrameTest, ShortDescriptionFileCostsALogLineAndTheStartGoesOn) {
+  const std::vector<std::string> whole = {"-1,x",      "0,open", "1,b", "2,advanced",
+                                          "3,options", "4,help", "5,e", "6,summary"};
+  for (std::size_t lines = 1; lines <= whole.size(); ++lines) {
+    state_.Desc[0].assign(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(lines));
+    if (lines < 8) world_.quiet.Expect("'frmNewUI:LoadDescTips': 9: Subscript out of range");
+    // The first fill of the list clears it, which shows the opening page again.
+    if (lines < 2) world_.quiet.Expect("'frmNewUI:ClearAlertList': 9: Subscript out of range");
+    Open(Alert(1, "0"));
+    EXPECT_EQ(form_->icDesc[kOptionsView]->caption.Get(), form_->eTitleDesc.caption.Get());
+    EXPECT_EQ(form_->aDesc.caption.Get(), lines > 3 ? "advanced" : "") << lines;
+    EXPECT_EQ(form_->etopDesc.caption.Get(), lines > 4 ? "options" : "") << lines;
+    EXPECT_EQ(form_->icShortDesc.caption.Get(), lines > 7 ? "summary" : "") << lines;
+    EXPECT_EQ(form_->lvAlerts.size(), 1u);
+    EXPECT_TRUE(form_->tray.shown);
+    EXPECT_THAT(ShownPanes(), ElementsAre(kSummaryView));
+    EXPECT_EQ(screen_.MousePointer, widgets::kPointerDefault);
+  }
+}
+
+TEST_F(FrameTest, HelpOfAShortDescriptionFileStillShowsTheVersion) {
+  state_.Desc[0] = {"-1,x", "0,open", "1,b", "2,c", "3,d"};
+  world_.quiet.Expect("'frmNewUI:LoadDescTips': 9: Subscript out of range");
+  Open(Alert(1, "0"));
+  world_.quiet.Expect("'frmNewUI:FillHelpFra': 9: Subscript out of range");
+  form_->ViewItems_Click(kHelpView);
+  EXPECT_THAT(ShownPanes(), ElementsAre(kHelpView));
+  EXPECT_EQ(form_->htopDesc.caption.Get(), "");
+  EXPECT_EQ(form_->hAppTitle.caption.Get(), state_.ProductName);
+  EXPECT_THAT(form_->hVersion.caption.Get(), HasSubstr("Version "));
+}
+
+TEST_F(FrameTest, ListIsClearedWithADescriptionFileOfOneLineToo) {
+  Open(Alert(1, "0"));
+  state_.Desc[0] = {"-1,x"};
+  world_.quiet.Expect("'frmNewUI:ClearAlertList': 9: Subscript out of range");
+  form_->sClearAll.clicked.Raise();
+  EXPECT_EQ(form_->lvAlerts.size(), 0u);
+  EXPECT_FALSE(form_->sMoreInfo.enabled);
+}
+
 TEST_F(FrameTest, MissingTableIsToldAndTheStartGoesOn) {
   Boxes().shown.clear();
   OpenForm();
@@ -135,13 +177,10 @@ TEST_F(FrameTest, QuitAnsweredYesSavesLogsAndEndsTheProcess) {
   form_->width = 900;
   state_.settings.ShowDetailsOpen = false;
   Boxes().Answer(BoxAnswer::kYes);
+  ExpectEnd();
   EXPECT_EQ(world_.EndOf([&] { form_->ViewItems_Click(kQuitView); }), 0);
   EXPECT_FALSE(form_->tray.shown);
   EXPECT_THAT(state_.forms.open(), IsEmpty());
-  const std::string version =
-      core::FormatVersion(core::kVersionMajor, core::kVersionMinor, core::kVersionRevision);
-  EXPECT_THAT(world_.quiet.Take(),
-              ElementsAre("'QueryUnload': Stop UI.", "'Unload': Ending version " + version));
   const std::string ini = world_.platform.files.Get(reg_ini_.IniPath());
   EXPECT_THAT(ini, HasSubstr("DetSho=0"));
   EXPECT_THAT(ini, HasSubstr("Width=900"));
@@ -151,9 +190,9 @@ TEST_F(FrameTest, MinimisedWindowKeepsItsSavedPlace) {
   Open(Alert(1, "0"));
   form_->width = 901;
   form_->state = WindowState::kMinimised;
+  ExpectEnd();
   EXPECT_EQ(world_.EndOf([&] { form_->Unload(); }), 0);
   EXPECT_EQ(world_.platform.files.Get(reg_ini_.IniPath()).find("Width=901"), std::string::npos);
-  world_.quiet.Take();
 }
 
 TEST_F(FrameTest, FirstRunAfterAnUpdateShowsOnlyTheTrayIcon) {
@@ -193,6 +232,76 @@ TEST_F(FrameTest, ModalDialogKeepsTheTrayMenuShut) {
   form_->Tray_Mouse(widgets::kTrayLeftDouble);
   form_->mPopMaximize_Click();
   EXPECT_FALSE(form_->visible);
+}
+
+// The desktop opens the icon's menu without asking the form: Quit asked its question on top of an open one,
+// and the answer to that came back to a console that was gone.
+TEST_F(FrameTest, NothingInTheTrayMenuWorksUnderAnOpenQuestion) {
+  Open(Alert(1, "0"));
+  form_->state = WindowState::kMaximised;
+  form_->enabled = false;
+  for (widgets::MenuItem* item : form_->mPopupSys2.items) {
+    EXPECT_FALSE(item->enabled) << item->name();
+    item->clicked.Raise();
+  }
+  EXPECT_THAT(Boxes().shown, IsEmpty());
+  EXPECT_TRUE(form_->loaded());
+  EXPECT_EQ(form_->state.Get(), WindowState::kMaximised);
+  form_->enabled = true;
+  for (widgets::MenuItem* item : form_->mPopupSys2.items) EXPECT_TRUE(item->enabled) << item->name();
+}
+
+TEST_F(FrameTest, QuitInTheTrayMenuAsksFirst) {
+  Open(Alert(1, "0"));
+  Boxes().Answer(BoxAnswer::kNo);
+  form_->mPopExit.clicked.Raise();
+  ASSERT_EQ(Boxes().shown.size(), 1u);
+  EXPECT_EQ(Boxes().shown[0].buttons, platform::BoxButtons::kYesNo);
+  EXPECT_THAT(Boxes().shown[0].text, HasSubstr("Are you sure you want to exit?"));
+  EXPECT_TRUE(form_->loaded());
+  Boxes().Answer(BoxAnswer::kYes);
+  ExpectEnd();
+  EXPECT_EQ(world_.EndOf([&] { form_->mPopExit.clicked.Raise(); }), 0);
+}
+
+// The second start acted as a double click on the tray icon, which puts the window back to its normal size.
+TEST_F(FrameTest, AnotherStartBringsAMaximisedWindowForwardMaximised) {
+  Open(Alert(1, "0"));
+  std::vector<bool> shown_when_brought_forward;
+  const auto front =
+      form_->bring_forward.Connect([&] { shown_when_brought_forward.push_back(form_->visible); });
+  form_->state = WindowState::kMaximised;
+  form_->visible = false;
+  form_->ComeForward();
+  EXPECT_EQ(form_->state.Get(), WindowState::kMaximised);
+  form_->state = WindowState::kMinimised;
+  form_->ComeForward();
+  EXPECT_EQ(form_->state.Get(), WindowState::kNormal);
+  EXPECT_THAT(shown_when_brought_forward, ElementsAre(true, true));
+}
+
+TEST_F(FrameTest, AnotherStartUnderAnOpenQuestionShowsNothingNew) {
+  Open(Alert(1, "0"));
+  form_->state = WindowState::kMinimised;
+  form_->visible = false;
+  form_->enabled = false;
+  form_->ComeForward();
+  EXPECT_FALSE(form_->visible);
+  EXPECT_EQ(form_->state.Get(), WindowState::kMinimised);
+}
+
+TEST_F(FrameTest, RunningAsRootWarnsOnEveryPane) {
+  world_.platform.host.runs_as_root = true;
+  Open(Alert(1, "0"));
+  for (const int view : {kAlertsView, kAdvancedView, kOptionsView, kHelpView, kSummaryView}) {
+    form_->ViewItems_Click(view);
+    EXPECT_TRUE(form_->lblRootWarning.visible) << view;
+  }
+  EXPECT_THAT(form_->lblRootWarning.caption.Get(), HasSubstr("(as root)"));
+}
+
+TEST_F(FrameTest, OrdinaryUserIsNotWarned) {
+  EXPECT_FALSE(Open(Alert(1, "0")).lblRootWarning.visible);
 }
 
 TEST_F(FrameTest, TrayMenuSetsTheWindowsState) {

@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "core/text_rules.h"
+#include "core/version.h"
+#include "core/version_text.h"
 #include "home/frm_new_ui.h"
 #include "support/console_world.h"
 
@@ -72,8 +74,6 @@ class HomeFixture : public ::testing::Test {
     state_.Desc[9] = {"010,Events: <NumEvents>", "011,Alerts: <NumAlerts>"};
     world_.platform.services.SetRunning("ZENDRIX");
   }
-  ~HomeFixture() override { world_.quiet.Take(); }
-
   std::string Path() const { return world_.InFolder("KorvessaMonitoring.kvl"); }
   static std::string Line(int second, const std::string& monitor, const std::string& change,
                           const std::string& description = "text") {
@@ -85,7 +85,7 @@ class HomeFixture : public ::testing::Test {
   }
   static std::string Tag(int second) { return std::to_string(kStart + second); }
 
-  // The first load, then the form as Main opens it. Lines of the log that a start writes are taken away.
+  // The first load, then the form as Main opens it.
   frmNewUI& Open(const std::string& bytes) {
     world_.platform.files.Put(Path(), bytes);
     reader_.InitClass(Path());
@@ -94,11 +94,18 @@ class HomeFixture : public ::testing::Test {
   frmNewUI& OpenForm() {
     form_ = std::make_unique<frmNewUI>(
         HomeParts{state_, world_.log, reader_, reg_ini_, agent_, screen_, alerts_, services_});
+    world_.quiet.Expect("'Load': UI started.");
     form_->Form_Load();
     form_->visible = true;
     form_->Form_Activate();
-    world_.quiet.Take();
     return *form_;
+  }
+  // Announces what an end writes into the log.
+  void ExpectEnd() {
+    world_.quiet.Expect("'QueryUnload': Stop UI.");
+    world_.quiet.Expect("'Unload': Ending version " + core::FormatVersion(core::kVersionMajor,
+                                                                          core::kVersionMinor,
+                                                                          core::kVersionRevision));
   }
   void Append(const std::string& bytes) { world_.platform.files.PutMore(Path(), bytes); }
   void Replace(const std::string& bytes) { world_.platform.files.Put(Path(), bytes); }

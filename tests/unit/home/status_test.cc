@@ -103,6 +103,40 @@ TEST_F(StatusTest, CountsAndDateOfTheTable) {
   EXPECT_EQ(form_->icDate.caption.Get(), "Tuesday, November 09, 2004");
 }
 
+// (Su + 0.5) x 0.99 / 100: the floor of the count lies a little above the ceiling of Suspicious.
+TEST_F(StatusTest, AlertCountBeginsExactlyAtItsFloor) {
+  state_.settings.SuspiciousTop = 90;  // 0.89595
+  Open(Alert(1, "0.895949") + Alert(2, "0.89595") + Alert(3, "0.895951"));
+  EXPECT_EQ(form_->icAlertCount.caption.Get(), "Alerts: 2");
+}
+
+TEST_F(StatusTest, OnlyAggregationRowsAreCountedAsAlerts) {
+  Open(Line(1, "Community", "0.99") + Line(2, "System", "0.99"));
+  EXPECT_EQ(form_->icAlertCount.caption.Get(), "Alerts: 0");
+}
+
+TEST_F(StatusTest, FlagOfTheOptionsFollowsTheMailSettings) {
+  Open(Line(1, "System", "0"));
+  EXPECT_EQ(form_->Flag[kOptionsView]->picture.Get(), "FlagG");
+  EXPECT_EQ(form_->StaImg[kOptionsView]->picture.Get(), "FlagG");
+  state_.settings.enblAlr = "1";
+  form_->CheckEmlSta();
+  EXPECT_EQ(form_->Flag[kOptionsView]->picture.Get(), "FlagY");
+  EXPECT_EQ(form_->StaImg[kOptionsView]->picture.Get(), "FlagY");
+}
+
+TEST_F(StatusTest, ClickOnOptionsChecksTheMailSettingsAgain) {
+  Open(Line(1, "System", "0"));
+  EXPECT_EQ(form_->eTitleDesc.caption.Get(), "Mail is fine.");
+  state_.settings.enblAlr = "1";
+  form_->ViewItems[kOptionsView]->clicked.Raise();
+  EXPECT_EQ(form_->eTitleDesc.caption.Get(), "Mail is incomplete.");
+  EXPECT_EQ(form_->icDesc[kOptionsView]->caption.Get(), "Mail is incomplete.");
+  settings::SaveSMTPData(state_, world_.log, {"a@b.c", "mail.b.c", "25"});
+  form_->ViewItems[kOptionsView]->clicked.Raise();
+  EXPECT_EQ(form_->eTitleDesc.caption.Get(), "Mail is fine.");
+}
+
 TEST_F(StatusTest, EmptyTableHasNoDateAndNoCounts) {
   Open("");
   EXPECT_EQ(form_->icDate.caption.Get(), "N/A");
