@@ -44,7 +44,7 @@ struct HomeConsole {
   settings::RegIni reg_ini{state, log};
   widgets::Screen screen;
   control::AgentControl agent{state, screen};
-  alerts::ConsoleAlerts alerts{state, log, [this] { return reader.EventTable.get(); }};
+  alerts::ConsoleAlerts alerts{state, log, [this] { return reader.EventTable; }};
   std::unique_ptr<home::frmNewUI> form;
 };
 

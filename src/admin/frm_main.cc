@@ -5,6 +5,7 @@
 
 #include "admin/header_codes.h"
 #include "control/agent_control.h"
+#include "core/about_window.h"
 #include "core/fit_text.h"
 #include "core/guards.h"
 #include "platform/windows_1252.h"
@@ -261,7 +262,8 @@ void frmMain::MnVRefresh_Click() {
 }
 
 void frmMain::MnHAbout_Click() {
-  if (parts_.ShowAbout) parts_.ShowAbout();
+  core::frmAbout about(app_);
+  app_.host().ShowModal(about, this);
 }
 
 bool frmMain::QueryUnload(widgets::UnloadCause cause) {

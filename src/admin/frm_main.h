@@ -49,7 +49,6 @@ struct AdminParts {
   settings::RegIni& reg_ini;
   widgets::Screen& screen;
   TextMetrics metrics;
-  std::function<void()> ShowAbout;
   std::size_t grid_capacity = kGridCapacity;
 };
 
@@ -128,6 +127,7 @@ class frmMain : public widgets::Form {
   widgets::Menu mPopupSys{"mPopupSys", "&SysTray", {&mPopRestore, &mPopMinimize, &mPopMaximize, &mPopExit}};
 
  protected:
+  void OnLoad() override { Form_Load(); }
   bool QueryUnload(widgets::UnloadCause cause) override;
   void OnUnload() override;
 

@@ -16,7 +16,8 @@ std::optional<std::string> CodeOf(store::EventTable& table, const NotableRecord&
   store::EventCursor& rows = table.cursor();
   rows.MoveFirst();
   rows.Find("ID = '" + std::to_string(alert.ID) + "' ", 0, store::Direction::kForward);
-  if (rows.Eof()) return std::nullopt;
+  // The file may have been replaced since the alert was looked up: its ID is another row's then.
+  if (rows.Eof() || rows.Text(store::kDateUTC) != alert.DateUTC) return std::nullopt;
   const std::string criterion = "Change = '" + alert.Change + "' ";
   do {
     rows.Find(criterion, 1, store::Direction::kBackward);

@@ -7,13 +7,12 @@
 
 namespace zendrix::alerts {
 
-ConsoleAlerts::ConsoleAlerts(core::AppState& state, core::ErrorLog& log,
-                             std::function<store::EventTable*()> table)
+ConsoleAlerts::ConsoleAlerts(core::AppState& state, core::ErrorLog& log, TableSource table)
     : state_(state),
       log_(log),
       table_(std::move(table)),
       renderer_(state, log, context_),
-      decisions_(state, log, context_, checked_) {}
+      decisions_(state, log, table_, context_, checked_) {}
 
 void ConsoleAlerts::LoadChkAlrColl() {
   alerts::LoadChkAlrColl(state_, log_, checked_);
@@ -38,15 +37,16 @@ std::string ConsoleAlerts::RenderDetails(const std::string& id) {
 }
 
 void ConsoleAlerts::GetNotableInfo(const std::string& id) {
-  alerts::GetNotableInfo(state_, log_, table_(), id, context_);
+  const auto table = table_();
+  alerts::GetNotableInfo(state_, log_, table.get(), id, context_);
 }
 
-bool ConsoleAlerts::DecideFromMenu(Answer answer, const std::string& item_text, const std::string& date_utc) {
-  return decisions_.FromMenu(answer, table_(), item_text, date_utc);
+bool ConsoleAlerts::DecideFromMenu(Answer answer, const ListedAlert& alert) {
+  return decisions_.FromMenu(answer, alert);
 }
 
-void ConsoleAlerts::DecideFromPage(Answer answer) {
-  decisions_.FromPage(answer, table_());
+void ConsoleAlerts::DecideFromPage(Answer answer, const ListedAlert& alert) {
+  decisions_.FromPage(answer, alert);
 }
 
 }  // namespace zendrix::alerts

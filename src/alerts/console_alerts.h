@@ -2,7 +2,6 @@
 // decisions.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -16,16 +15,17 @@ namespace zendrix::alerts {
 
 class ConsoleAlerts : public AlertServices {
  public:
-  // `table` gives the event table of the moment, or null; the reader replaces it when the file was replaced.
-  ConsoleAlerts(core::AppState& state, core::ErrorLog& log, std::function<store::EventTable*()> table);
+  ConsoleAlerts(core::AppState& state, core::ErrorLog& log, TableSource table);
 
   void LoadChkAlrColl() override;
   std::optional<std::string> Decision(const std::string& date_utc) override;
   bool HasDetails(const std::string& id) override;
   void ForgetNotableInfo() override;
+  // Nothing pops up.
+  void ShowAlertPopUp(const store::EventCursor&, bool) override {}
   std::string RenderDetails(const std::string& id) override;
-  bool DecideFromMenu(Answer answer, const std::string& item_text, const std::string& date_utc) override;
-  void DecideFromPage(Answer answer) override;
+  bool DecideFromMenu(Answer answer, const ListedAlert& alert) override;
+  void DecideFromPage(Answer answer, const ListedAlert& alert) override;
 
   // Looks the alert up; everything below speaks of the alert looked up last.
   void GetNotableInfo(const std::string& id);
@@ -36,7 +36,7 @@ class ConsoleAlerts : public AlertServices {
  private:
   core::AppState& state_;
   core::ErrorLog& log_;
-  std::function<store::EventTable*()> table_;
+  TableSource table_;
   AlertContext context_;
   CheckedAlerts checked_;
   Renderer renderer_;

@@ -1,13 +1,23 @@
 #include "alerts/decisions.h"
 
 #include "alerts/activations.h"
+#include "alerts/lookup.h"
 #include "alerts/summary_table.h"
 #include "core/letter_case.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
+#include "platform/windows_1252.h"
 
 namespace zendrix::alerts {
 namespace {
+
+constexpr std::size_t kMessageSize = 256;
+
+// The library's message as a line. One that the library did not end is not told at all.
+std::string TextOf(const std::string& message) {
+  const auto end = message.find('\0');
+  return end == std::string::npos ? std::string() : message.substr(0, end) + "\r\n";
+}
 
 std::string Question(Answer answer, const std::string& item_text) {
   if (answer == Answer::kBlock)
@@ -23,43 +33,79 @@ std::string Question(Answer answer, const std::string& item_text) {
 
 }  // namespace
 
-bool Decisions::FromMenu(Answer answer, store::EventTable* table, const std::string& item_text,
-                         const std::string& tag) {
+// The alert's records, or one blank entry when the table holds it no more (or another row has its ID by now).
+AlertContext Decisions::LookUp(const ListedAlert& alert) {
+  const auto table = table_();
+  GetNotableInfo(state_, log_, table.get(), alert.id, context_);
+  if (context_.NotableInfo.front().DateUTC != alert.date_utc) context_.Reset();
+  return context_;
+}
+
+void Decisions::File(Answer answer, const AlertContext& records) {
+  const auto table = table_();
+  UpdateActivations(state_, log_, table.get(), records,
+                    answer == Answer::kBlock ? kBlockAction : kAllowAction);
+}
+
+bool Decisions::FromMenu(Answer answer, const ListedAlert& alert) {
+  const AlertContext records = LookUp(alert);
   const auto said = state_.seams.message_boxes.Show(
-      {"", Question(answer, item_text), platform::BoxIcon::kQuestion, platform::BoxButtons::kYesNo});
+      {"", Question(answer, alert.text), platform::BoxIcon::kQuestion, platform::BoxButtons::kYesNo});
   if (said != platform::BoxAnswer::kYes) return false;
-  const bool block = answer == Answer::kBlock;
-  UpdateActivations(state_, log_, table, context_, block ? kBlockAction : kAllowAction);
-  if (block)
-    checked_.MarkBlocked(tag);
+  File(answer, records);
+  if (answer == Answer::kBlock)
+    checked_.MarkBlocked(alert.date_utc);
   else
-    checked_.MarkAllowed(tag);
+    checked_.MarkAllowed(alert.date_utc);
+  if (answer == Answer::kAllow) OfferBack(alert);
   return true;
 }
 
-void Decisions::FromPage(Answer answer, store::EventTable* table) {
-  const bool block = answer == Answer::kBlock;
+void Decisions::FromPage(Answer answer, const ListedAlert& alert) {
+  const AlertContext records = LookUp(alert);
+  const char* const wanted = answer == Answer::kBlock ? "failed" : "success";
   std::string collected;
-  for (std::size_t i = 1; i < context_.NotableInfo.size(); ++i) {
-    const NotableRecord& record = context_.NotableInfo[i];
-    if (core::Contains(core::LowerCase(record.Reaction), block ? "failed" : "success"))
-      collected += ActOn(record, answer);
+  for (std::size_t i = 1; i < records.NotableInfo.size(); ++i) {
+    const NotableRecord& record = records.NotableInfo[i];
+    if (core::Contains(core::LowerCase(record.Reaction), wanted)) collected += ActOn(record, alert, answer);
   }
   if (!collected.empty())
     state_.seams.message_boxes.Show(
         {state_.ProductName, collected, platform::BoxIcon::kInformation, platform::BoxButtons::kOk});
-  UpdateActivations(state_, log_, table, context_, block ? kBlockAction : kAllowAction);
+  File(answer, records);
+  if (answer == Answer::kAllow) OfferBack(alert);
 }
 
-// What is to be told of one item: the failure of the call, if it failed, and the library's message. A message
-// that the library did not end is not told at all.
-std::string Decisions::ActOn(const NotableRecord& record, Answer answer) {
-  constexpr std::size_t kMessageSize = 256;
+// What an earlier Block put away for this alert would stay away behind an Allow, and nothing would say so.
+void Decisions::OfferBack(const ListedAlert& alert) {
+  auto& family = state_.seams.family;
+  auto& boxes = state_.seams.message_boxes;
+  const auto entries = family.QuarantineListOf(alert.date_utc);
+  if (!entries || entries.value().empty()) return;
+  std::string question = "In quarantine because of this alert:\r\n";
+  for (const platform::QuarantineEntry& entry : entries.value())
+    question += platform::BytesFromUtf8(entry.path) + "\r\n";
+  question += "Put back in place?";
+  const auto said =
+      boxes.Show({state_.ProductName, question, platform::BoxIcon::kQuestion, platform::BoxButtons::kYesNo});
+  if (said != platform::BoxAnswer::kYes) return;
+  std::string told;
+  for (const platform::QuarantineEntry& entry : entries.value()) {
+    std::string message(kMessageSize, ' ');
+    const auto done = family.RestoreExport(entry.name, message);
+    told += TextOf(message);
+    if (!done) told += core::FromPlatform(done.error()).description + "\r\n";
+  }
+  if (!told.empty())
+    boxes.Show({state_.ProductName, told, platform::BoxIcon::kInformation, platform::BoxButtons::kOk});
+}
+
+// What is to be told of one item: the failure of the call, if it failed, and the library's message.
+std::string Decisions::ActOn(const NotableRecord& record, const ListedAlert& alert, Answer answer) {
   std::string message(kMessageSize, ' ');
   auto& family = state_.seams.family;
   const bool block = answer == Answer::kBlock;
-  const platform::QuarantineEvent event{record.Monitor, record.Description, record.DateUTC,
-                                        context_.NotableInfo[0].DateUTC,
+  const platform::QuarantineEvent event{record.Monitor, record.Description, record.DateUTC, alert.date_utc,
                                         HasRow(state_, record, block ? "failed" : "success")};
   const platform::Status done =
       block ? family.QuarantineExport(event, message) : family.UnquarantineExport(event, message);
@@ -69,9 +115,7 @@ std::string Decisions::ActOn(const NotableRecord& record, Answer answer) {
     log_.WriteLog("frmNewUI:sDesc:beforeNavigate2", std::to_string(error.number) + ": " + error.description);
     told += error.description + "\r\n";
   }
-  const auto end = message.find('\0');
-  if (end != std::string::npos) told += message.substr(0, end) + "\r\n";
-  return told;
+  return told + TextOf(message);
 }
 
 PageCommand PageCommandOf(std::string_view url) {

@@ -10,9 +10,6 @@
 namespace zendrix::home {
 class frmNewUI;
 }
-namespace zendrix::admin {
-class frmMain;
-}
 
 namespace zendrix::app {
 
@@ -28,9 +25,8 @@ class Console {
   void Start();
 
   core::AppState& state();
-  // The main window's form; null in the other edition.
+  // The Home edition's main form; null in the other edition.
   home::frmNewUI* home();
-  admin::frmMain* administrator();
 
  private:
   struct Parts;

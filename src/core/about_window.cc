@@ -5,9 +5,11 @@
 
 namespace zendrix::core {
 
-frmAbout::frmAbout(AppState& app) : Form(app.forms, "frmAbout"), app_(app) {
-  title = "About " + app.ProductName;
-  lblTitle.caption = app.ProductName;
+frmAbout::frmAbout(AppState& app) : Form(app.forms, "frmAbout"), app_(app) {}
+
+void frmAbout::OnLoad() {
+  title = "About " + app_.ProductName;
+  lblTitle.caption = app_.ProductName;
   lblVersion.caption = "Version " + FormatVersion(kVersionMajor, kVersionMinor, kVersionRevision);
 }
 

@@ -10,6 +10,7 @@ namespace zendrix::core {
 class frmAbout : public widgets::Form {
  public:
   explicit frmAbout(AppState& app);
+  ~frmAbout() override { Unload(); }
 
   widgets::Label lblTitle{"lblTitle"};
   widgets::Label lblVersion{"lblVersion"};
@@ -19,6 +20,8 @@ class frmAbout : public widgets::Form {
   void cmdOK_Click() { Unload(); }
 
  private:
+  void OnLoad() override;
+
   AppState& app_;
 };
 

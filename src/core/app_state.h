@@ -6,20 +6,36 @@
 #include <string>
 #include <vector>
 
+#include "core/modal_dialogs.h"
 #include "core/settings_values.h"
 #include "platform/seams.h"
 #include "widgets/form.h"
+#include "widgets/form_host.h"
 
 namespace zendrix::core {
 
 // Lines of a description file; empty means that there is no data.
 using DescArray = std::vector<std::string>;
 
-struct AppState {
-  explicit AppState(platform::Seams& the_seams) : seams(the_seams) {}
+class AppState {
+ public:
+  // `outside` outlives the state.
+  explicit AppState(const platform::Seams& outside)
+      : seams{outside.files,         outside.clock,    outside.locale, outside.host,   outside.shell,
+              outside.instance_lock, outside.services, outside.loop,   outside.timers, message_boxes_,
+              file_dialogs_,         outside.family,   outside.process},
+        message_boxes_(outside.message_boxes, forms),
+        file_dialogs_(outside.file_dialogs, forms) {}
+  AppState(const AppState&) = delete;
+  AppState& operator=(const AppState&) = delete;
 
-  platform::Seams& seams;
+  // What was given, with dialogs that disable the open forms.
+  platform::Seams seams;
   widgets::FormList forms;  // all open windows, in the order of opening
+  // Puts forms on the screen. Until UseHost nothing is shown.
+  widgets::FormHost& host() { return *host_; }
+  // `host` is used until the end.
+  void UseHost(widgets::FormHost& host) { host_ = &host; }
 
   std::string ProductEdition = "Home";  // "Home", or anything else for the Administrator console
   std::string ProductName;              // empty until Main has set it from the edition
@@ -40,6 +56,12 @@ struct AppState {
   std::array<DescArray, 11> Desc;  // Desc[n] is the array of description file n
 
   bool IsHome() const { return ProductEdition == "Home"; }
+
+ private:
+  ModalMessageBoxes message_boxes_;
+  ModalFileDialogs file_dialogs_;
+  widgets::HiddenForms hidden_;
+  widgets::FormHost* host_ = &hidden_;
 };
 
 }  // namespace zendrix::core

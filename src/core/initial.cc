@@ -79,8 +79,8 @@ void Start::ShowSplash() {
   }
   Log("Show Splash screen.");
   splash_ = std::make_unique<frmSplash>(state_.forms, state_.ProductName);
-  splash_->visible = true;
-  hooks_.ShowSplash(*splash_);
+  state_.host().Show(*splash_);
+  splash_->repaint.Raise();
 }
 
 void Start::GreetAfterUpdate() {
@@ -96,7 +96,7 @@ void Start::GreetAfterUpdate() {
         version.empty() || version == "0.0.0.0" ? greeting + "." : greeting + " to version " + version;
     log_.WriteLog(state_.ProductName, message.Message);
     message.Seconds = kUpdatedMessageSeconds;
-    message.Display(hooks_.ShowMessageWindow);
+    message.Display();
   });
 }
 
@@ -115,11 +115,12 @@ void Start::RegisterMonitors() {
 void Start::OpenMainWindow() {
   Log("Start UI.");
   if (!state_.IsHome()) {
-    hooks_.Show_frmMain();
+    state_.host().Show(hooks_.frmMain());
     return;
   }
-  hooks_.Show_frmNewUI();
-  if (state_.settings.TTour == "N" && !state_.NoSplash) hooks_.Show_frmTour();
+  state_.host().Show(hooks_.frmNewUI());
+  if (state_.settings.TTour != "N" || state_.NoSplash) return;
+  if (widgets::Form* tour = hooks_.frmTour()) state_.host().Show(*tour);
 }
 
 }  // namespace

@@ -8,16 +8,14 @@
 
 #include "core/app_state.h"
 #include "core/error_log.h"
+#include "widgets/form.h"
 
 namespace zendrix::core {
-
-class frmSplash;
-class frmMsg;
 
 inline constexpr char kMonitoringFileName[] = "KorvessaMonitoring.kvl";
 inline constexpr char kUpdateFileName[] = "Zendrix Update.exe";
 
-// The steps that belong to rooms which stand to the right of this one; the executable fills them all in.
+// The steps that belong to rooms which stand to the right of this one.
 struct MainHooks {
   std::function<void()> ReadRegInfo;
   std::function<void()> LoadDescArrays;
@@ -30,13 +28,11 @@ struct MainHooks {
       SaveSetwChk;
   // File version of an executable ("1.2.0.3"), or empty.
   std::function<std::string(const std::string& path)> FileVersion;
-  // Puts a logical splash on the screen; repainted at once.
-  std::function<void(frmSplash&)> ShowSplash;
-  // Shows the message window modally and returns when it has gone.
-  std::function<void(frmMsg&)> ShowMessageWindow;
-  std::function<void()> Show_frmMain;
-  std::function<void()> Show_frmNewUI;
-  std::function<void()> Show_frmTour;
+  // The main window of each edition; it comes into being when it is asked for and lives until the end.
+  std::function<widgets::Form&()> frmMain;
+  std::function<widgets::Form&()> frmNewUI;
+  // The tour, or null where there is none.
+  std::function<widgets::Form*()> frmTour;
 };
 
 // Runs the start. `command_line` is the program's arguments joined by blanks. ProductEdition, ProgramFolder,

@@ -17,15 +17,13 @@ frmMsg::frmMsg(AppState& app)
       app_(app),
       TimerClose(app.seams.timers.MakeTimer([this] { TimerClose_Timer(); })) {}
 
-void frmMsg::Display(const std::function<void(frmMsg&)>& show_modally) {
+void frmMsg::Display() {
   displayed_ = true;
-  Form_Load();
-  visible = true;
-  show_modally(*this);
+  app_.host().ShowModal(*this);
   Unload();
 }
 
-void frmMsg::Form_Load() {
+void frmMsg::OnLoad() {
   title = Title.empty() ? app_.ProductName : Title;
   lblMsg.caption = Message;
   const int seconds = std::min<int>(Seconds, kMostSeconds);
@@ -35,7 +33,7 @@ void frmMsg::Form_Load() {
   TimerClose->StartOnce(interval);
 }
 
-void frmMsg::Form_Activate() {
+void frmMsg::OnActivate() {
   if (displayed_) return;
   app_.seams.message_boxes.Show(
       {"frmMsg", "invalid way to show this Dialog Box.\r\nMust be called using the Display method",

@@ -6,11 +6,9 @@
 namespace zendrix::core {
 
 frmSplash::frmSplash(widgets::FormList& forms, std::string the_title)
-    : Form(forms, kSplashName), Title(std::move(the_title)) {
-  Form_Load();
-}
+    : Form(forms, kSplashName), Title(std::move(the_title)) {}
 
-void frmSplash::Form_Load() {
+void frmSplash::OnLoad() {
   title = Title;
   PBar.value = 0;
   lblVersion.caption = "Version " + FormatVersion(kVersionMajor, kVersionMinor, kVersionRevision);

@@ -24,8 +24,10 @@ class frmSplash : public widgets::Form {
   widgets::Label lblWarranty{
       "lblWarranty", "Free software under the GNU General Public License, version 3 or later. No warranty."};
 
+  ~frmSplash() override { Unload(); }
+
  private:
-  void Form_Load();
+  void OnLoad() override;
 };
 
 // Moves the bar of the splash, if it is open, to a percentage.

@@ -19,27 +19,41 @@ constexpr int kScriptFile = 8;
 constexpr std::int64_t kLongestWaitMs = 10000;
 constexpr std::int64_t kRestMs = 50;
 
+// The alert that a page explains, as the page carries it: "179 1795225500".
+std::string SubjectOf(const alerts::ListedAlert& alert) {
+  return alert.id + " " + alert.date_utc;
+}
+
+alerts::ListedAlert AlertOf(const std::string& subject) {
+  const std::size_t blank = subject.find(' ');
+  return {subject.substr(0, blank), subject.substr(blank + 1), ""};
+}
+
 }  // namespace
 
 DetailsPane::DetailsPane(DetailsParts parts, widgets::BrowserView& view)
     : parts_(parts), app_(parts.state), view_(view) {
   view_.NavigationComplete.ConnectForever([this] { DocumentReady = true; });
-  view_.BeforeNavigate = [this](const std::string& url) { return BeforeNavigate(url); };
+  view_.BeforeNavigate = [this](const std::string& url, const std::string& subject) {
+    return BeforeNavigate(url, subject);
+  };
 }
 
 void DetailsPane::ShowText(const std::string& text) {
   view_.Navigate(kPageHead + text + kPageTail);
 }
 
-void DetailsPane::ShowAlert(const std::string& id) {
-  const std::string html = parts_.alerts.RenderDetails(id);
+void DetailsPane::ShowAlert(const alerts::ListedAlert& alert) {
+  const std::string html = parts_.alerts.RenderDetails(alert.id);
   if (html.empty()) {
     ShowText(kNoDescription);
+    view_.SetSubject(SubjectOf(alert));
   } else {
     DocumentReady = false;
     ShowText(" ");
     if (!WaitForDocument()) return;
     if (widgets::BrowserPage* page = view_.page()) page->SetBodyHtml(kBodyHead + html + kBodyTail);
+    view_.SetSubject(SubjectOf(alert));
   }
   AddScripts();
 }
@@ -76,22 +90,26 @@ void DetailsPane::AddScripts() {
   }
 }
 
-bool DetailsPane::BeforeNavigate(const std::string& url) {
-  if (url.starts_with("http://")) {
+void DetailsPane::Decide(alerts::Answer answer, const std::string& subject) {
+  if (subject.empty()) return;
+  parts_.screen.MousePointer = widgets::kPointerHourglass;
+  parts_.alerts.DecideFromPage(answer, AlertOf(subject));
+  parts_.screen.MousePointer = widgets::kPointerDefault;
+}
+
+bool DetailsPane::BeforeNavigate(const std::string& url, const std::string& subject) {
+  // Both are links of the portal: its address may be either.
+  if (url.starts_with("http://") || url.starts_with("https://")) {
     core::OrLog(parts_.log, "frmNewUI:sDesc:beforeNavigate2",
                 [&] { core::ValueOrRaise(app_.seams.shell.Open(url)); });
     return true;
   }
   switch (alerts::PageCommandOf(url)) {
     case alerts::PageCommand::kUndo:
-      parts_.screen.MousePointer = widgets::kPointerHourglass;
-      parts_.alerts.DecideFromPage(alerts::Answer::kAllow);
-      parts_.screen.MousePointer = widgets::kPointerDefault;
+      Decide(alerts::Answer::kAllow, subject);
       return true;
     case alerts::PageCommand::kDo:
-      parts_.screen.MousePointer = widgets::kPointerHourglass;
-      parts_.alerts.DecideFromPage(alerts::Answer::kBlock);
-      parts_.screen.MousePointer = widgets::kPointerDefault;
+      Decide(alerts::Answer::kBlock, subject);
       return true;
     case alerts::PageCommand::kShowHide:
       ToggleDetails();

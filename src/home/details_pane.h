@@ -29,11 +29,13 @@ class DetailsPane {
 
   // The standard about-page for a plain text.
   void ShowText(const std::string& text);
-  // Looks the alert up and shows its explanation. Serves the message loop until the blank page is there, ten
+  // Looks the alert up and shows its explanation. Serves the event loop until the blank page is there, ten
   // seconds at the most; then the page stays blank.
-  void ShowAlert(const std::string& id);
-  // What a navigation of the view means; true cancels it.
-  bool BeforeNavigate(const std::string& url);
+  void ShowAlert(const alerts::ListedAlert& alert);
+  // What a person's click in the page means; true cancels the navigation. A command is about the alert that
+  // the page explained when it was clicked (`subject`), whatever has been shown or looked up since; the click
+  // of a page that explained nothing commands nothing.
+  bool BeforeNavigate(const std::string& url, const std::string& subject);
   void Stop();
 
   // The view reached the end of a navigation.
@@ -41,6 +43,7 @@ class DetailsPane {
 
  private:
   bool WaitForDocument();
+  void Decide(alerts::Answer answer, const std::string& subject);
   void AddScripts();
   void ToggleDetails();
 

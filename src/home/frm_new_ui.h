@@ -186,6 +186,8 @@ class frmNewUI : public widgets::Form {
   std::array<std::unique_ptr<widgets::Image>, kViewCount> StaImg;
 
  protected:
+  void OnLoad() override { Form_Load(); }
+  void OnActivate() override { Form_Activate(); }
   bool QueryUnload(widgets::UnloadCause cause) override;
   void OnUnload() override;
 

@@ -22,6 +22,11 @@ int PictureOfLevel(const std::string& level) {
   return alerts::kPictureIntrusion;
 }
 
+// An item's key is "K" and the ID of its row.
+alerts::ListedAlert ListedIn(const widgets::ListRow& item) {
+  return {item.key.substr(1), item.tag, item.text};
+}
+
 std::string TextOf(const store::EventCursor& row, store::Column column) {
   return std::string(row.Text(column));
 }
@@ -165,7 +170,7 @@ void frmNewUI::ClearAlertList() {
 
 void frmNewUI::lvAlerts_ItemClick(widgets::ListView::Slot item) {
   core::OrLog(parts_.log, "frmNewUI:lvAlerts_ItemClick",
-              [&] { details_.ShowAlert(lvAlerts.in_slot(item).key.substr(1)); });
+              [&] { details_.ShowAlert(ListedIn(lvAlerts.in_slot(item))); });
 }
 
 void frmNewUI::lvAlerts_MouseUp() {
@@ -185,12 +190,11 @@ void frmNewUI::Decide(alerts::Answer answer, const char* procedure) {
     const auto asked = lvAlerts.selected();
     if (!asked) return;
     const std::string key = lvAlerts.in_slot(*asked).key;
-    const std::string text = lvAlerts.in_slot(*asked).text;
-    const std::string tag = lvAlerts.in_slot(*asked).tag;
-    const bool yes = parts_.alerts.DecideFromMenu(answer, text, tag);
-    // The list may have been built anew while the question stood open.
+    const alerts::ListedAlert alert = ListedIn(lvAlerts.in_slot(*asked));
+    const bool yes = parts_.alerts.DecideFromMenu(answer, alert);
+    // The list may have been built anew while the question stood open, and the key be another alert's.
     const auto item = lvAlerts.Find(key);
-    if (yes && item) {
+    if (yes && item && lvAlerts.in_slot(*item).tag == alert.date_utc) {
       const bool blocked = answer == alerts::Answer::kBlock;
       const std::string mark = blocked ? kBlocked : kAllowed;
       const int picture = blocked ? alerts::kPictureBlocked : alerts::kPictureAllowed;

@@ -9,16 +9,17 @@
 #include "core/error_log.h"
 #include "settings/reg_ini.h"
 #include "store/reader.h"
+#include "widgets/form.h"
 #include "widgets/screen.h"
 
 namespace zendrix::home {
 
-// Windows and requests that the refresh cycle starts. One that is not set is not there.
+// Requests that the refresh cycle starts. One that is not set is not there.
 struct HomeServices {
   std::function<void()> CheckUpdate;
   std::function<void()> PostSurvey;
-  std::function<void()> ShowNotifyMsg;
-  std::function<void()> ShowTour;
+  // The notification that no intrusion was seen; shown through the form host.
+  std::function<widgets::Form&()> frmNotifyMsg;
 };
 
 struct HomeParts {

@@ -4,9 +4,9 @@
 #include "alerts/activations.h"
 #include "alerts/console_alerts.h"
 #include "alerts/links.h"
+#include "console/console.h"
 #include "control/portal.h"
 #include "core/text_rules.h"
-#include "home/frm_new_ui.h"
 #include "inspect/commands.h"
 #include "inspect/console.h"
 #include "store/descriptions.h"
@@ -15,55 +15,47 @@
 namespace zendrix::inspect {
 namespace {
 
-// The Home console up to its open window, step for step as the executable starts it.
+// The Home console, started as the executable starts it, and the acts of its user.
 class HomeConsole {
  public:
   explicit HomeConsole(Console& console)
-      : console_(console),
-        reg_ini_(console.state(), console.log()),
-        agent_(console.state(), screen_),
-        reader_(console.state(), console.log()),
-        alerts_(console.state(), console.log(), [this] { return reader_.EventTable.get(); }) {
-    auto& state = console.state();
-    reg_ini_.ReadRegInfo();
-    store::LoadDescArrays(state, console.log());
-    reader_.InitClass(platform::JoinPath(state.ProgramFolder, "KorvessaMonitoring.kvl"));
-    for (const auto& monitor : reader_.MonitorList.ColList())
-      reg_ini_.SaveSetwChk("Monitors", monitor.item, "1");
-    reg_ini_.ReadRegInfo();
+      : home_(console.state(), console.log(), [] { return admin::TextMetrics(); }) {
+    // The alert list is the Home console's, whatever edition was asked for.
+    console.state().ProductEdition = "Home";
+    home_.Start("");
   }
 
-  alerts::ConsoleAlerts& alerts() { return alerts_; }
-  store::EventTable* table() { return reader_.EventTable.get(); }
+  home::frmNewUI& form() { return *home_.home(); }
+  alerts::ConsoleAlerts& alerts() { return home_.alerts(); }
 
-  home::frmNewUI& Open() {
-    form_ = std::make_unique<home::frmNewUI>(home::HomeParts{
-        console_.state(), console_.log(), reader_, reg_ini_, agent_, screen_, alerts_, home::HomeServices{}});
-    form_->Form_Load();
-    return *form_;
-  }
-
-  // Looks up the row with this ID as an alert; there must be such a row.
-  store::Bookmark LookUp(const std::string& id) {
+  // The row with this ID; there must be one.
+  store::Bookmark Row(const std::string& id) {
     std::int32_t number = 0;
     const auto [end, error] = std::from_chars(id.data(), id.data() + id.size(), number);
     const bool whole = error == std::errc() && end == id.data() + id.size();
-    for (store::Bookmark row = 0; whole && table() && row < table()->RowCount(); ++row) {
-      if (table()->ID(row) != number) continue;
-      alerts_.GetNotableInfo(id);
-      return row;
-    }
+    const auto& table = home_.gKvlF().EventTable;
+    for (store::Bookmark row = 0; whole && table && row < table->RowCount(); ++row)
+      if (table->ID(row) == number) return row;
     throw NoSuchThing("Row " + id + " not found.");
   }
 
+  // Clicks on this row in the alert list, and returns its tag. A row that the list does not show is put
+  // there.
+  std::string Click(const std::string& id) {
+    const store::Bookmark row = Row(id);
+    const store::EventTable& table = *home_.gKvlF().EventTable;
+    const std::string tag(table.Text(row, store::kDateUTC));
+    auto& list = form().lvAlerts;
+    const std::string key = "K" + std::to_string(table.ID(row));
+    auto slot = list.Find(key);
+    if (!slot) slot = list.InsertTop(key, std::string(table.Text(row, store::kDateTime)), 0, tag);
+    list.Select(*slot);
+    list.item_clicked.Raise(*slot);
+    return tag;
+  }
+
  private:
-  Console& console_;
-  settings::RegIni reg_ini_;
-  widgets::Screen screen_;
-  control::AgentControl agent_;
-  store::CMkvlf reader_;
-  alerts::ConsoleAlerts alerts_;
-  std::unique_ptr<home::frmNewUI> form_;
+  console::Console home_;
 };
 
 Json ItemOf(const widgets::ListRow& row) {
@@ -91,6 +83,23 @@ Json RecordOf(const alerts::NotableRecord& record) {
           {"TimesObserved", record.TimesObserved ? Json(*record.TimesObserved) : Json(nullptr)}};
 }
 
+// What the renderers make of the alert looked up last.
+Json TextsOf(alerts::ConsoleAlerts& alerts, alerts::Purpose purpose) {
+  auto& renderer = alerts.renderer();
+  Json page = {{"short", Text(renderer.GetCurrDesc(true, purpose))},
+               {"long", Text(renderer.GetCurrDesc(false, purpose))}};
+  const auto table = [&](const char* kind) -> Json {
+    return {{"short", Text(renderer.GetSummaryTable(kind, true, purpose))},
+            {"long", Text(renderer.GetSummaryTable(kind, false, purpose))}};
+  };
+  Json explanations = Json::array();
+  for (std::size_t i = 0; i < alerts.context().NotableInfo.size(); ++i)
+    explanations.push_back(Text(renderer.GetMonitorDesc(i, purpose)));
+  return {{"GetCurrDesc", std::move(page)},
+          {"GetSummaryTable", {{"success", table("success")}, {"failed", table("failed")}}},
+          {"GetMonitorDesc", std::move(explanations)}};
+}
+
 Json ActivationsOf(Console& console) {
   auto& files = console.state().seams.files;
   const auto text =
@@ -106,7 +115,7 @@ Json ActivationsOf(Console& console) {
 void Alerts(Console& console, const Words& words) {
   RequireWords(words, 0, 0, "alerts");
   HomeConsole home(console);
-  const home::frmNewUI& form = home.Open();
+  const home::frmNewUI& form = home.form();
   Json items = Json::array();
   for (std::size_t i = 0; i < form.lvAlerts.size(); ++i) items.push_back(ItemOf(form.lvAlerts.at(i)));
   const auto& locale = console.state().seams.locale.Current();
@@ -121,38 +130,25 @@ void Alerts(Console& console, const Words& words) {
 void Alert(Console& console, const Words& words) {
   RequireWords(words, 1, 1, "alert ID");
   HomeConsole home(console);
-  home.LookUp(words[0]);
+  home.Row(words[0]);
+  home.alerts().GetNotableInfo(words[0]);
   const auto& context = home.alerts().context();
-  auto& renderer = home.alerts().renderer();
-  constexpr auto kExact = alerts::Purpose::kExact;
   Json records = Json::array();
   for (const auto& record : context.NotableInfo) records.push_back(RecordOf(record));
-  Json page = {{"short", Text(renderer.GetCurrDesc(true, kExact))},
-               {"long", Text(renderer.GetCurrDesc(false, kExact))}};
-  const auto table = [&](const char* kind) -> Json {
-    return {{"short", Text(renderer.GetSummaryTable(kind, true, kExact))},
-            {"long", Text(renderer.GetSummaryTable(kind, false, kExact))}};
-  };
-  Json explanations = Json::array();
-  for (std::size_t i = 0; i < context.NotableInfo.size(); ++i)
-    explanations.push_back(Text(renderer.GetMonitorDesc(i, kExact)));
-  console.Print({{"NotableInfo", std::move(records)},
-                 {"FirstEventDateTime", Text(context.FirstEventDateTime)},
-                 {"FirstEventDateUTC", Text(context.FirstEventDateUTC)},
-                 {"GetCurrDesc", std::move(page)},
-                 {"GetSummaryTable", {{"success", table("success")}, {"failed", table("failed")}}},
-                 {"GetMonitorDesc", std::move(explanations)}});
+  Json document = {{"NotableInfo", std::move(records)},
+                   {"FirstEventDateTime", Text(context.FirstEventDateTime)},
+                   {"FirstEventDateUTC", Text(context.FirstEventDateUTC)}};
+  document.update(TextsOf(home.alerts(), alerts::Purpose::kExact));
+  document["shown"] = TextsOf(home.alerts(), alerts::Purpose::kShown);
+  console.Print(std::move(document));
 }
 
 void Decide(Console& console, const Words& words) {
   RequireWords(words, 2, 2, "decide ID block|allow");
   if (words[1] != "block" && words[1] != "allow") throw WrongUsage("decide: say block or allow");
   HomeConsole home(console);
-  home.alerts().LoadChkAlrColl();
-  const auto row = home.LookUp(words[0]);
-  const std::string tag(home.table()->Text(row, store::kDateUTC));
-  home.alerts().DecideFromMenu(words[1] == "block" ? alerts::Answer::kBlock : alerts::Answer::kAllow,
-                               std::string(home.table()->Text(row, store::kDateTime)), tag);
+  const std::string tag = home.Click(words[0]);
+  (words[1] == "block" ? home.form().mPopRAbnormal : home.form().mPopRNormal).clicked.Raise();
   const auto decision = home.alerts().Decision(tag);
   console.Print(
       {{"activations", ActivationsOf(console)}, {"decision", decision ? Text(*decision) : Json(nullptr)}});
@@ -162,8 +158,9 @@ void Act(Console& console, const Words& words) {
   RequireWords(words, 2, 2, "act ID do|undo");
   if (words[1] != "do" && words[1] != "undo") throw WrongUsage("act: say do or undo");
   HomeConsole home(console);
-  home.LookUp(words[0]);
-  home.alerts().DecideFromPage(words[1] == "do" ? alerts::Answer::kBlock : alerts::Answer::kAllow);
+  home.Click(words[0]);
+  const auto& page = home.form().sDesc;
+  page.BeforeNavigate("about:" + words[1], page.subject());
   console.Print({{"activations", ActivationsOf(console)}});
 }
 

@@ -13,10 +13,10 @@ class BrowserWidget : public QWebEngineView {
   BrowserWidget(widgets::BrowserView& view, const Toolkit& kit)
       : view_(view),
         page_(
-            kit.pictures.folder(),
-            [&view, guard = &kit.guard](const std::string& url) {
+            kit.pictures.folder(), [&view] { return view.subject(); },
+            [&view, guard = &kit.guard](const std::string& url, const std::string& subject) {
               (*guard)(view.name(), [&] {
-                if (view.BeforeNavigate) view.BeforeNavigate(url);
+                if (view.BeforeNavigate) view.BeforeNavigate(url, subject);
               });
             },
             [&view, guard = &kit.guard] {

@@ -73,8 +73,8 @@ void FormWindow::closeEvent(QCloseEvent* event) {
 
 void FormWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::ActivationChange && isActiveWindow() && on_activate) {
-    kit_.guard(form_.name(), on_activate);
+  if (event->type() == QEvent::ActivationChange && isActiveWindow() && form_.loaded()) {
+    kit_.guard(form_.name(), [&] { form_.Activate(); });
   } else if (event->type() == QEvent::WindowStateChange && !applying_) {
     applying_ = true;
     form_.state = isMinimized()   ? WindowState::kMinimised
@@ -109,6 +109,32 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
     close();
   else
     QMainWindow::keyPressEvent(event);
+}
+
+FormDialog::FormDialog(widgets::Form& form, const Toolkit& kit) : form_(form), kit_(kit) {
+  setObjectName(ToQt(form.name()));
+  setWindowIcon(kit_.pictures.Icon(QStringLiteral("icon")));
+  Reflect(this, form_.title, [this](const std::string& text) { setWindowTitle(ToQt(text)); });
+  Keep(this, form_.visible.changed.Connect([this] { setVisible(form_.visible); }));
+  Keep(this, form_.bring_forward.Connect([this] {
+    raise();
+    activateWindow();
+  }));
+}
+
+void FormDialog::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  reject();
+}
+
+void FormDialog::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::ActivationChange && isActiveWindow() && form_.loaded())
+    kit_.guard(form_.name(), [&] { form_.Activate(); });
+}
+
+void FormDialog::reject() {
+  kit_.guard(form_.name(), [&] { form_.Unload(widgets::UnloadCause::kCloseBox); });
 }
 
 }  // namespace zendrix::qt

@@ -2,8 +2,8 @@
 // asks the form, which usually hides.
 #pragma once
 
+#include <QDialog>
 #include <QMainWindow>
-#include <functional>
 
 #include "qt/bind.h"
 #include "widgets/form.h"
@@ -13,8 +13,6 @@ namespace zendrix::qt {
 class FormWindow : public QMainWindow {
  public:
   FormWindow(widgets::Form& form, const Toolkit& kit, Qt::WindowFlags flags = Qt::Window);
-  // Called when the window becomes the active one.
-  std::function<void()> on_activate;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -34,6 +32,21 @@ class FormWindow : public QMainWindow {
   widgets::Form& form_;
   Toolkit kit_;
   bool applying_ = false;
+};
+
+// A dialog that stands for a form: closing it in any way unloads the form.
+class FormDialog : public QDialog {
+ public:
+  FormDialog(widgets::Form& form, const Toolkit& kit);
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void reject() override;
+
+ private:
+  widgets::Form& form_;
+  Toolkit kit_;
 };
 
 }  // namespace zendrix::qt

@@ -103,8 +103,9 @@ void RequestWall::interceptRequest(QWebEngineUrlRequestInfo& info) {
 }
 
 struct DetailsShell::Parts {
-  Parts(const QString& images_folder, std::function<void(const std::string&)> on_click)
-      : source(images_folder), clicked(std::move(on_click)) {
+  Parts(const QString& images_folder, std::function<std::string()> subject_now,
+        std::function<void(const std::string&, const std::string&)> on_click)
+      : source(images_folder), subject(std::move(subject_now)), clicked(std::move(on_click)) {
     profile.setHttpCacheType(QWebEngineProfile::NoCache);
     profile.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
     profile.setUrlRequestInterceptor(&wall);
@@ -114,7 +115,8 @@ struct DetailsShell::Parts {
   PageSource source;
   RequestWall wall;
   QWebEngineProfile profile;  // without a name: nothing of it is kept
-  std::function<void(const std::string&)> clicked;
+  std::function<std::string()> subject;
+  std::function<void(const std::string&, const std::string&)> clicked;
   QString nonce;
   int number = 0;
   bool navigating = false;  // the console itself is on its way to a page
@@ -125,9 +127,10 @@ DetailsShell::DetailsShell(std::unique_ptr<Parts> parts) : shell_(std::move(part
 
 DetailsShell::~DetailsShell() = default;
 
-DetailsPage::DetailsPage(const QString& images_folder, std::function<void(const std::string&)> clicked,
+DetailsPage::DetailsPage(const QString& images_folder, std::function<std::string()> subject,
+                         std::function<void(const std::string&, const std::string&)> clicked,
                          std::function<void()> navigated)
-    : DetailsShell(std::make_unique<Parts>(images_folder, std::move(clicked))),
+    : DetailsShell(std::make_unique<Parts>(images_folder, std::move(subject), std::move(clicked))),
       QWebEnginePage(&shell_->profile),
       acts_(std::make_unique<UserActs>([this] { return QWebEngineView::forPage(this); })) {
   QWebEngineSettings* const rules = settings();
@@ -229,8 +232,11 @@ bool DetailsPage::acceptNavigationRequest(const QUrl& url, NavigationType type, 
   } else {
     address = url.toEncoded().toStdString();
   }
+  if (address.empty()) return false;
+  // A click that was made while the next page was on its way belongs to a document that has gone.
+  const std::string subject = shell_->there && IsThere() ? shell_->subject() : std::string();
   // Behind this call: a command may show a message box, which the browser must not wait for.
-  if (!address.empty()) QTimer::singleShot(0, this, [this, address] { shell_->clicked(address); });
+  QTimer::singleShot(0, this, [this, address, subject] { shell_->clicked(address, subject); });
   return false;
 }
 

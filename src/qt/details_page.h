@@ -58,9 +58,11 @@ class DetailsShell {
 
 class DetailsPage : private DetailsShell, public QWebEnginePage, public widgets::BrowserPage {
  public:
-  // `images_folder`: the pictures. `clicked` gets the address of a clicked link as the logic knows it:
-  // commands as "about:do", links as they stand.
-  DetailsPage(const QString& images_folder, std::function<void(const std::string&)> clicked,
+  // `images_folder`: the pictures. `subject` tells what the document explains at the moment. `clicked` gets
+  // the address of a clicked link as the logic knows it, commands as "about:do", links as they stand, and the
+  // subject of the document that the click was made in.
+  DetailsPage(const QString& images_folder, std::function<std::string()> subject,
+              std::function<void(const std::string& url, const std::string& subject)> clicked,
               std::function<void()> navigated);
   ~DetailsPage() override;
 

@@ -79,7 +79,6 @@ class Band : public QFrame {
 HomeWindow::HomeWindow(home::frmNewUI& form, const Toolkit& toolkit) : FormWindow(form, toolkit), ui_(form) {
   resize(980, 660);
   setMinimumSize(760, 520);
-  on_activate = [this] { ui_.Form_Activate(); };
   auto* central = new QWidget;
   auto* row = new QHBoxLayout(central);
   row->setContentsMargins(0, 0, 0, 0);

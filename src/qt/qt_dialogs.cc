@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QMessageBox>
-#include <algorithm>
 
 #include "qt/text_edge.h"
 
@@ -38,26 +37,8 @@ QString FilterOf(const std::string& filter) {
 
 }  // namespace
 
-ModalScope::ModalScope(widgets::FormList* forms) : forms_(forms) {
-  if (!forms_) return;
-  for (widgets::Form* form : forms_->open()) {
-    if (!form->enabled) continue;
-    form->enabled = false;
-    disabled_.push_back(form);
-  }
-}
-
-ModalScope::~ModalScope() {
-  if (!forms_) return;
-  for (widgets::Form* form : disabled_) {
-    const auto& open = forms_->open();
-    if (std::find(open.begin(), open.end(), form) != open.end()) form->enabled = true;
-  }
-}
-
 platform::BoxAnswer QtMessageBoxes::Show(const platform::BoxRequest& request) {
   using platform::BoxAnswer;
-  const ModalScope modal(forms_);
   QMessageBox box(QApplication::activeWindow());
   box.setObjectName(QStringLiteral("messageBox"));
   box.setTextFormat(Qt::PlainText);
@@ -75,7 +56,6 @@ platform::BoxAnswer QtMessageBoxes::Show(const platform::BoxRequest& request) {
 }
 
 std::string QtFileDialogs::Choose(const platform::FileRequest& request) {
-  const ModalScope modal(forms_);
   QWidget* parent = QApplication::activeWindow();
   const QString start = PathToQt(request.folder) + QLatin1Char('/') + ToQt(request.name);
   const QString path =

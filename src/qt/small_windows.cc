@@ -15,18 +15,6 @@ namespace zendrix::qt {
 
 namespace {
 
-// A modal window that stands for a form: it goes when the form does, and closing it unloads the form.
-void Run(QDialog& dialog, widgets::Form& form, const Toolkit& kit) {
-  dialog.setObjectName(ToQt(form.name()));
-  dialog.setWindowIcon(kit.pictures.Icon(QStringLiteral("icon")));
-  Reflect(&dialog, form.title, [&dialog](const std::string& text) { dialog.setWindowTitle(ToQt(text)); });
-  Keep(&dialog, form.unloaded.Connect([&dialog] { dialog.done(QDialog::Accepted); }));
-  if (!form.loaded()) return;
-  form.visible = true;
-  dialog.exec();
-  kit.guard(form.name(), [&] { form.Unload(widgets::UnloadCause::kCloseBox); });
-}
-
 QPushButton* FlatButton(const char* name, const QString& text) {
   auto* button = new QPushButton(text);
   button->setObjectName(QString::fromLatin1(name));
@@ -60,14 +48,17 @@ SplashWindow::SplashWindow(core::frmSplash& form, const Toolkit& kit) : QWidget(
   column->addSpacing(8);
   for (widgets::Label* line : {&form.lblCopyright, &form.lblWarranty})
     column->addWidget(MakeLabel(*line, kit));
-  Keep(this, form.unloaded.Connect([this] { hide(); }));
+  // The program's title is the task's; the splash has no frame to show it in.
+  Reflect(this, form.title, [this](const std::string& text) { setWindowTitle(ToQt(text)); });
+  Keep(this, form.visible.changed.Connect([this, &form] { setVisible(form.visible); }));
+  // The load behind it serves no events until its first lines are read.
+  Keep(this, form.repaint.Connect([] { QApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }));
   if (const QScreen* on = QGuiApplication::primaryScreen())
     move(on->availableGeometry().center() - rect().center());
 }
 
-void ShowMessageWindow(core::frmMsg& form, const Toolkit& kit) {
-  QDialog dialog(QApplication::activeWindow());
-  auto* column = new QVBoxLayout(&dialog);
+MessageWindow::MessageWindow(core::frmMsg& form, const Toolkit& kit) : FormDialog(form, kit) {
+  auto* column = new QVBoxLayout(this);
   column->setContentsMargins(24, 20, 24, 18);
   column->setSpacing(16);
   QLabel* message = MakeLabel(form.lblMsg, kit);
@@ -75,21 +66,18 @@ void ShowMessageWindow(core::frmMsg& form, const Toolkit& kit) {
   column->addWidget(message);
   QPushButton* ok = FlatButton("cmdOK", QStringLiteral("OK"));
   column->addWidget(ok, 0, Qt::AlignRight);
-  QObject::connect(ok, &QPushButton::clicked, &dialog,
-                   [&] { kit.guard(form.name(), [&] { form.cmdOK_Click(); }); });
-  kit.guard(form.name(), [&] { form.Form_Activate(); });
-  Run(dialog, form, kit);
+  connect(ok, &QPushButton::clicked, this,
+          [&form, guard = &kit.guard] { (*guard)(form.name(), [&] { form.cmdOK_Click(); }); });
 }
 
-void ShowAboutWindow(core::frmAbout& form, const Toolkit& kit) {
-  QDialog dialog(QApplication::activeWindow());
-  auto* column = new QVBoxLayout(&dialog);
+AboutWindow::AboutWindow(core::frmAbout& form, const Toolkit& kit) : FormDialog(form, kit) {
+  auto* column = new QVBoxLayout(this);
   column->setContentsMargins(28, 24, 28, 20);
   column->setSpacing(8);
   auto* head = new QHBoxLayout;
   head->setSpacing(16);
   auto* mark = new QLabel;
-  mark->setPixmap(kit.pictures.Pixmap(QStringLiteral("icon"), 56, dialog.devicePixelRatioF()));
+  mark->setPixmap(kit.pictures.Pixmap(QStringLiteral("icon"), 56, devicePixelRatioF()));
   head->addWidget(mark, 0, Qt::AlignTop);
   auto* words = new QVBoxLayout;
   QLabel* title = MakeLabel(form.lblTitle, kit);
@@ -108,11 +96,10 @@ void ShowAboutWindow(core::frmAbout& form, const Toolkit& kit) {
   buttons->addWidget(info);
   buttons->addWidget(ok);
   column->addLayout(buttons);
-  QObject::connect(info, &QPushButton::clicked, &dialog,
-                   [&] { kit.guard(form.name(), [&] { form.cmdSysInfo_Click(); }); });
-  QObject::connect(ok, &QPushButton::clicked, &dialog,
-                   [&] { kit.guard(form.name(), [&] { form.cmdOK_Click(); }); });
-  Run(dialog, form, kit);
+  connect(info, &QPushButton::clicked, this,
+          [&form, guard = &kit.guard] { (*guard)(form.name(), [&] { form.cmdSysInfo_Click(); }); });
+  connect(ok, &QPushButton::clicked, this,
+          [&form, guard = &kit.guard] { (*guard)(form.name(), [&] { form.cmdOK_Click(); }); });
 }
 
 }  // namespace zendrix::qt

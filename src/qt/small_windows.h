@@ -1,4 +1,4 @@
-// The splash, the short message window and the About window.
+// The windows of the splash, the short message and the About form.
 #pragma once
 
 #include <QDialog>
@@ -6,7 +6,7 @@
 #include "core/about_window.h"
 #include "core/message_window.h"
 #include "core/splash.h"
-#include "qt/bind.h"
+#include "qt/bind_form.h"
 
 namespace zendrix::qt {
 
@@ -15,8 +15,14 @@ class SplashWindow : public QWidget {
   SplashWindow(core::frmSplash& form, const Toolkit& kit);
 };
 
-// Both return when the window has gone.
-void ShowMessageWindow(core::frmMsg& form, const Toolkit& kit);
-void ShowAboutWindow(core::frmAbout& form, const Toolkit& kit);
+class MessageWindow : public FormDialog {
+ public:
+  MessageWindow(core::frmMsg& form, const Toolkit& kit);
+};
+
+class AboutWindow : public FormDialog {
+ public:
+  AboutWindow(core::frmAbout& form, const Toolkit& kit);
+};
 
 }  // namespace zendrix::qt

@@ -40,19 +40,27 @@ class BrowserView : public Control {
   BrowserPage* page() const { return page_; }
 
   void Navigate(const std::string& url) {
+    subject_.clear();
     if (page_)
       page_->Navigate(url);
     else
       NavigationComplete.Raise();
   }
 
+  // What the document on show explains, from now to the next navigation.
+  void SetSubject(std::string subject) { subject_ = std::move(subject); }
+  // Empty when it explains nothing.
+  const std::string& subject() const { return subject_; }
+
   // The browser reached the end of a navigation.
   Signal<> NavigationComplete;
-  // Asked before every navigation that a person's click in the main frame causes; true cancels it.
-  std::function<bool(const std::string& url)> BeforeNavigate;
+  // Asked before every navigation that a person's click in the main frame causes; true cancels it. `subject`
+  // is what the document explained at the moment of the click: another one may be on show by now.
+  std::function<bool(const std::string& url, const std::string& subject)> BeforeNavigate;
 
  private:
   BrowserPage* page_ = nullptr;
+  std::string subject_;
 };
 
 }  // namespace zendrix::widgets

@@ -331,8 +331,8 @@ TEST_F(FormWindowTest, StateGoesBothWays) {
 
 TEST_F(BindingTest, MessageBoxIsPlainTextAndDisablesTheForms) {
   PlainForm form(world_.state.forms);
-  QtMessageBoxes boxes;
-  boxes.SetForms(&world_.state.forms);
+  QtMessageBoxes plain;
+  core::ModalMessageBoxes boxes(plain, world_.state.forms);
   bool enabled_meanwhile = true;
   QTimer::singleShot(0, [&] {
     auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());

@@ -47,6 +47,16 @@ class AlertFixture : public ::testing::Test {
     alerts_.GetNotableInfo(std::to_string(id));
     return alerts_.context().NotableInfo;
   }
+  // The row with this ID, as the list hands it to a decision.
+  alerts::ListedAlert Listed(int id) {
+    const auto& table = *reader_.EventTable;
+    for (store::Bookmark row = 0; row < table.RowCount(); ++row)
+      if (table.ID(row) == id)
+        return {std::to_string(id), std::string(table.Text(row, store::kDateUTC)),
+                std::string(table.Text(row, store::kDateTime))};
+    ADD_FAILURE() << "no row " << id;
+    return {};
+  }
   alerts::NotableRecord& Found(std::size_t index) { return alerts_.context().NotableInfo.at(index); }
   // Contributing events as "Monitor=Description".
   std::vector<std::string> Events() {
@@ -91,7 +101,7 @@ class AlertFixture : public ::testing::Test {
   zendrix::testing::ConsoleWorld world_;
   core::AppState& state_ = world_.state;
   store::CMkvlf reader_{world_.state, world_.log};
-  alerts::ConsoleAlerts alerts_{world_.state, world_.log, [this] { return reader_.EventTable.get(); }};
+  alerts::ConsoleAlerts alerts_{world_.state, world_.log, [this] { return reader_.EventTable; }};
   std::string lines_;
 };
 

@@ -6,6 +6,7 @@
 #include "core/error_log.h"
 #include "platform/memory/memory_platform.h"
 #include "support/quiet_log.h"
+#include "widgets/memory/scripted_form_host.h"
 
 namespace zendrix::testing {
 
@@ -13,6 +14,7 @@ struct ConsoleWorld {
   ConsoleWorld() {
     state.ProgramFolder = "/opt/zendrix";
     state.ProductName = "Korvessa Zendrix Home Edition";
+    state.UseHost(host);
   }
 
   // Runs `body`, which has to end the process, and returns the exit status; -1 when the process went on.
@@ -32,6 +34,7 @@ struct ConsoleWorld {
 
   platform::MemoryPlatform platform;
   platform::Seams seams = platform.seams();
+  widgets::ScriptedFormHost host;
   core::AppState state{seams};
   core::ErrorLog log{state};
   QuietLog quiet{log};

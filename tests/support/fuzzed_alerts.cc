@@ -32,7 +32,7 @@ FuzzedAlerts::FuzzedAlerts()
       state_(seams_),
       log_(state_),
       reader_(state_, log_),
-      alerts_(state_, log_, [this] { return reader_.EventTable.get(); }) {
+      alerts_(state_, log_, [this] { return reader_.EventTable; }) {
   state_.ProgramFolder = "/app";
   state_.settings.NormalTop = 90.909088F;
   state_.settings.SuspiciousTop = 95.454544F;

@@ -52,7 +52,7 @@ std::string WatchedAlerts::RenderDetails(const std::string& id) {
   return shown;
 }
 
-void WatchedAlerts::DecideFromPage(alerts::Answer answer) {
+void WatchedAlerts::DecideFromPage(alerts::Answer answer, const alerts::ListedAlert&) {
   decisions.push_back(answer == alerts::Answer::kBlock ? "block" : "allow");
 }
 
@@ -67,7 +67,7 @@ PageFixture::PageFixture()
       state_(seams_),
       log_(state_),
       quiet_(log_),
-      alerts_(state_, log_, [this] { return reader_ ? reader_->EventTable.get() : nullptr; }),
+      alerts_(state_, log_, [this] { return reader_ ? reader_->EventTable : nullptr; }),
       pane_({state_, log_, alerts_, screen_}, view_),
       guard_(log_),
       pictures_(ZENDRIX_STAGED),
@@ -83,9 +83,9 @@ PageFixture::PageFixture()
   state_.settings.ShowDetailsOpen = true;
 
   const auto logic = view_.BeforeNavigate;
-  view_.BeforeNavigate = [this, logic](const std::string& url) {
+  view_.BeforeNavigate = [this, logic](const std::string& url, const std::string& subject) {
     navigations_.push_back(url);
-    return logic(url);
+    return logic(url, subject);
   };
   const Toolkit kit{guard_, pictures_, theme_};
   widget_.reset(qobject_cast<QWebEngineView*>(MakeBrowserView(view_, QStringLiteral("Details"), kit)));

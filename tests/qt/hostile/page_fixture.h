@@ -56,7 +56,7 @@ class WatchedAlerts : public alerts::ConsoleAlerts {
   using ConsoleAlerts::ConsoleAlerts;
   std::vector<std::string> decisions;
   std::string RenderDetails(const std::string& id) override;
-  void DecideFromPage(alerts::Answer answer) override;
+  void DecideFromPage(alerts::Answer answer, const alerts::ListedAlert& alert) override;
 
   std::string shown;     // what was rendered last
   std::string harmless;  // the same of harmless texts in the place of an event's
@@ -70,7 +70,7 @@ class PageFixture : public ::testing::Test {
   // Reads a monitoring file; the IDs of its alerts.
   std::vector<std::string> Load(const std::string& bytes);
   // Shows the alert and waits until the page has it.
-  void Show(const std::string& id) { pane_.ShowAlert(id); }
+  void Show(const std::string& id) { pane_.ShowAlert({id, "", ""}); }
   // Shows an alert of one event about which the Agent reports this.
   void ShowOne(const std::string& reaction);
 

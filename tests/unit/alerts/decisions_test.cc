@@ -1,6 +1,7 @@
 #include "alerts/decisions.h"
 
 #include "alerts/activations.h"
+#include "core/text_rules.h"
 #include "support/alert_fixture.h"
 
 namespace zendrix::test {
@@ -13,7 +14,7 @@ using QuarantineCall = platform::MemoryFamily::QuarantineCall;
 
 class DecisionsTest : public AlertFixture {
  protected:
-  // Two alerts of the same risk, the first of which carries the code; the second is looked up.
+  // Two alerts of the same risk, the first of which carries the code; the second, row 5, is decided about.
   void TwoAlerts(const std::string& code = "AG,5,1") {
     Event(0, "System", "start");
     Alert(1, "first", "0.99", code);
@@ -22,7 +23,6 @@ class DecisionsTest : public AlertFixture {
     Alert(4, "Running Processes=a;Windows Folder=b", "0.99", "AG,9,9");
     Community(5, "Running Processes=failed;Windows Folder=success");
     Load();
-    LookUp(5);
   }
   std::string Activations() {
     const auto text = world_.platform.files.ReadAll(world_.InFolder(alerts::kActivationsFile));
@@ -45,34 +45,34 @@ class DecisionsTest : public AlertFixture {
 
 TEST_F(DecisionsTest, BlockFilesTheCodeOfTheEarlierAlertLessItsLastField) {
   TwoAlerts();
-  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
   EXPECT_EQ(Activations(), "AG,5,1\r\n");
 }
 
 TEST_F(DecisionsTest, CodeWithoutACommaIsUsedWhole) {
   TwoAlerts("AGGR");
-  alerts_.DecideFromPage(Answer::kAllow);
+  alerts_.DecideFromPage(Answer::kAllow, Listed(5));
   EXPECT_EQ(Activations(), "AGGR,0\r\n");
 }
 
 TEST_F(DecisionsTest, BlockingTwiceLeavesOneLine) {
   TwoAlerts();
-  alerts_.DecideFromPage(Answer::kBlock);
-  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
   EXPECT_EQ(Activations(), "AG,5,1\r\n");
 }
 
 TEST_F(DecisionsTest, DecisionIsReplacedAtItsOldPlace) {
   HaveActivations("X,0\r\nAG,5,0\r\nY,1\r\n");
   TwoAlerts();
-  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
   EXPECT_EQ(Activations(), "X,0\r\nAG,5,1\r\nY,1\r\n");
 }
 
 TEST_F(DecisionsTest, CodeThatBeginsALongerCodeReplacesItsLineToo) {
   HaveActivations("AG,55,0\r\n");
   TwoAlerts();
-  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
   EXPECT_EQ(Activations(), "AG,5,1\r\n");
 }
 
@@ -80,8 +80,7 @@ TEST_F(DecisionsTest, FirstAlertWithItsRiskIsDroppedSilently) {
   Event(0, "System", "start");
   Alert(1, "first");
   Load();
-  LookUp(2);
-  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(2));
   EXPECT_EQ(Activations(), "(none)");
 }
 
@@ -90,7 +89,7 @@ TEST_F(DecisionsTest, FailedWriteLeavesTheOldFileAndIsLogged) {
   TwoAlerts();
   world_.platform.files.FailNext(platform::FileOp::kWriteAll, world_.InFolder(alerts::kActivationsFile),
                                  platform::ErrorKind::kPermissionDenied, 1);
-  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
   EXPECT_EQ(Activations(), "X,0\r\n");
   const auto lines = world_.quiet.Take();
   ASSERT_EQ(lines.size(), 1U);
@@ -99,15 +98,15 @@ TEST_F(DecisionsTest, FailedWriteLeavesTheOldFileAndIsLogged) {
 
 TEST_F(DecisionsTest, PageBlockActsOnFailedItemsAndAllowOnBlockedOnes) {
   TwoAlerts();
-  alerts_.DecideFromPage(Answer::kBlock);
-  alerts_.DecideFromPage(Answer::kAllow);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
+  alerts_.DecideFromPage(Answer::kAllow, Listed(5));
   EXPECT_THAT(world_.platform.family.quarantine_calls,
               ElementsAre(QuarantineCall{true, "a"}, QuarantineCall{false, "b"}));
 }
 
 TEST_F(DecisionsTest, TheLibraryIsToldMonitorMomentAndAlertOfEachItem) {
   TwoAlerts();
-  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
   ASSERT_EQ(world_.platform.family.quarantine_events.size(), 1U);
   const auto& event = world_.platform.family.quarantine_events[0];
   EXPECT_EQ(event.monitor, "Running Processes");
@@ -120,8 +119,8 @@ TEST_F(DecisionsTest, TheLibraryIsToldMonitorMomentAndAlertOfEachItem) {
 TEST_F(DecisionsTest, TheLibraryIsToldWhenThePageHasNoRowForAnItem) {
   TwoAlerts();
   world_.state.Desc[2] = {"Windows Folder,1,<description>"};
-  alerts_.DecideFromPage(Answer::kBlock);
-  alerts_.DecideFromPage(Answer::kAllow);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
+  alerts_.DecideFromPage(Answer::kAllow, Listed(5));
   ASSERT_EQ(world_.platform.family.quarantine_events.size(), 2U);
   EXPECT_FALSE(world_.platform.family.quarantine_events[0].shown);
   EXPECT_TRUE(world_.platform.family.quarantine_events[1].shown);
@@ -130,20 +129,20 @@ TEST_F(DecisionsTest, TheLibraryIsToldWhenThePageHasNoRowForAnItem) {
 TEST_F(DecisionsTest, LibraryMessagesAreShownTogether) {
   TwoAlerts();
   world_.platform.family.ScriptMessage(std::string("moved\0rest", 10));
-  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
   EXPECT_THAT(Boxes(), ElementsAre("moved\r\n"));
 }
 
 TEST_F(DecisionsTest, MessageWithoutAnEndTellsNothing) {
   TwoAlerts();
-  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
   EXPECT_THAT(Boxes(), IsEmpty());
 }
 
 TEST_F(DecisionsTest, MissingLibraryIsToldAndLoggedAndTheDecisionIsFiledAllTheSame) {
   TwoAlerts();
   world_.platform.family.library_missing = true;
-  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
   ASSERT_EQ(Boxes().size(), 1U);
   const auto lines = world_.quiet.Take();
   ASSERT_EQ(lines.size(), 1U);
@@ -157,23 +156,176 @@ TEST_F(DecisionsTest, AlertWithoutCommunityRowCallsNothingButIsFiled) {
   Event(2, "Running Processes", "a");
   Alert(3, "Running Processes=a;");
   Load();
-  LookUp(4);
-  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(4));
   EXPECT_THAT(world_.platform.family.quarantine_calls, IsEmpty());
   EXPECT_THAT(Boxes(), IsEmpty());
   EXPECT_EQ(Activations(), "AG,5,1\r\n");
 }
 
+// Both failing items are told of: the loop goes on behind a message that has no end and a call that failed.
+TEST_F(DecisionsTest, LoopGoesOnBehindAnItemThatFailed) {
+  Event(0, "System", "start");
+  Alert(1, "first");
+  Event(2, "Running Processes", "a");
+  Event(3, "Windows Folder", "b");
+  Alert(4, "Running Processes=a;Windows Folder=b");
+  Community(5, "Running Processes=failed;Windows Folder=failed");
+  Load();
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
+  EXPECT_THAT(world_.platform.family.quarantine_calls,
+              ElementsAre(QuarantineCall{true, "a"}, QuarantineCall{true, "b"}));
+  EXPECT_THAT(Boxes(), IsEmpty());
+  world_.platform.family.library_missing = true;
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
+  EXPECT_EQ(world_.quiet.Take().size(), 2U);
+  ASSERT_EQ(Boxes().size(), 1U);
+  EXPECT_THAT(core::Split(Boxes()[0], "\r\n"),
+              ::testing::SizeIs(3));  // two sentences and the end of the last
+}
+
+// What the Agent did about the alert itself is none of its events.
+TEST_F(DecisionsTest, AlertItselfIsNoItemToActOn) {
+  Event(0, "System", "start");
+  Alert(1, "first");
+  Event(2, "Running Processes", "a");
+  Event(3, "Aggregation", "Running Processes=a;", "0.99", "failed", "AG,9,9");
+  Load();
+  alerts_.DecideFromPage(Answer::kBlock, Listed(4));
+  EXPECT_THAT(world_.platform.family.quarantine_calls, IsEmpty());
+  EXPECT_EQ(Activations(), "AG,5,1\r\n");
+}
+
+// A new row looked up another alert while an older one was on show: the new alert's program went into
+// quarantine.
+TEST_F(DecisionsTest, PageCommandActsOnItsOwnAlertWhateverWasLookedUpLast) {
+  TwoAlerts();
+  alerts_.GetNotableInfo("2");
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
+  EXPECT_THAT(world_.platform.family.quarantine_calls, ElementsAre(QuarantineCall{true, "a"}));
+}
+
+// The list's menu asked about one alert and filed the code of another.
+TEST_F(DecisionsTest, MenuFilesTheCodeOfTheAlertThatItAskedAbout) {
+  TwoAlerts();
+  Event(6, "System", "x");
+  Alert(7, "third", "0.5", "OTHER,1");
+  Alert(8, "fourth", "0.5", "OTHER,2");
+  Load();
+  world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
+  world_.platform.message_boxes.while_open = [this](const auto&) { alerts_.GetNotableInfo("9"); };
+  alerts_.DecideFromMenu(Answer::kBlock, Listed(5));
+  EXPECT_EQ(Activations(), "AG,5,1\r\n");
+}
+
+// A file that was replaced under an open question left a pointer to the old table: a use after free.
+TEST_F(DecisionsTest, FileReplacedUnderTheBoxFilesNothingForAnotherRowOfTheSameId) {
+  TwoAlerts();
+  world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
+  world_.platform.message_boxes.while_open = [this](const auto&) {
+    lines_.clear();
+    for (int second = 20; second < 24; ++second)
+      Alert(second, "new", "0.99", "NEW," + std::to_string(second) + ",1");
+    Alert(25, "new", "0.99", "NEW,25,1");
+    Load();
+  };
+  const alerts::ListedAlert asked = Listed(5);
+  EXPECT_TRUE(alerts_.DecideFromMenu(Answer::kBlock, asked));
+  EXPECT_EQ(Activations(), "(none)");
+  EXPECT_THAT(Checked(), ElementsAre("1795225504=1795225504A"));
+}
+
+TEST_F(DecisionsTest, FileReplacedUnderThePagesBoxFilesNothingForAnotherRowOfTheSameId) {
+  TwoAlerts();
+  world_.platform.family.ScriptMessage(std::string("moved\0", 6));
+  world_.platform.message_boxes.while_open = [this](const auto&) {
+    lines_.clear();
+    for (int second = 20; second < 25; ++second)
+      Alert(second, "new", "0.99", "NEW," + std::to_string(second) + ",1");
+    Load();
+  };
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
+  EXPECT_EQ(Boxes().size(), 1U);
+  EXPECT_EQ(Activations(), "(none)");
+}
+
+TEST_F(DecisionsTest, AlertThatIsNotInTheTableAnyMoreIsLeftAlone) {
+  TwoAlerts();
+  alerts_.DecideFromPage(Answer::kBlock, {"5", "1795225999", ""});
+  EXPECT_THAT(world_.platform.family.quarantine_calls, IsEmpty());
+  EXPECT_EQ(Activations(), "(none)");
+}
+
+class OfferBackTest : public DecisionsTest {
+ protected:
+  void HaveTwoEntries() {
+    TwoAlerts();
+    world_.platform.family.quarantine_entries = {{"0001", "/opt/tool", 1, "", 0, 0, "1795225504"},
+                                                 {"0002", "/opt/other", 1, "", 0, 0, "1795225777"}};
+  }
+  const std::vector<std::string>& Restored() { return world_.platform.family.restore_calls; }
+};
+
+// A Block had put the file away; Allow said that it may run and left it in quarantine without a word.
+TEST_F(OfferBackTest, AllowInThePageOffersBackWhatIsInQuarantineForTheAlert) {
+  HaveTwoEntries();
+  world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
+  alerts_.DecideFromPage(Answer::kAllow, Listed(5));
+  EXPECT_THAT(Restored(), ElementsAre("0001"));
+  EXPECT_THAT(Boxes(),
+              ElementsAre("In quarantine because of this alert:\r\n/opt/tool\r\nPut back in place?"));
+  EXPECT_EQ(world_.platform.message_boxes.shown[0].buttons, platform::BoxButtons::kYesNo);
+}
+
+TEST_F(OfferBackTest, AllowInTheMenuOffersItBackBehindTheDecision) {
+  HaveTwoEntries();
+  world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
+  world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
+  EXPECT_TRUE(alerts_.DecideFromMenu(Answer::kAllow, Listed(5)));
+  EXPECT_THAT(Restored(), ElementsAre("0001"));
+  EXPECT_EQ(Boxes().size(), 2U);
+}
+
+TEST_F(OfferBackTest, ANoLeavesItInQuarantine) {
+  HaveTwoEntries();
+  world_.platform.message_boxes.Answer(platform::BoxAnswer::kNo);
+  alerts_.DecideFromPage(Answer::kAllow, Listed(5));
+  EXPECT_THAT(Restored(), IsEmpty());
+  EXPECT_EQ(Activations(), "AG,5,0\r\n");
+}
+
+TEST_F(OfferBackTest, BlockOffersNothing) {
+  HaveTwoEntries();
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
+  EXPECT_THAT(Boxes(), IsEmpty());
+}
+
+TEST_F(OfferBackTest, AllowWithNothingInQuarantineAsksNothing) {
+  TwoAlerts();
+  alerts_.DecideFromPage(Answer::kAllow, Listed(5));
+  EXPECT_THAT(Boxes(), IsEmpty());
+}
+
+TEST_F(OfferBackTest, WhatTheLibrarySaysOfTheWayBackIsTold) {
+  HaveTwoEntries();
+  world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
+  // The first message is taken by the item that the Agent had blocked.
+  world_.platform.family.ScriptMessage(std::string("none\0", 5));
+  world_.platform.family.ScriptMessage(std::string("It is back.\0", 12));
+  alerts_.DecideFromPage(Answer::kAllow, Listed(5));
+  ASSERT_EQ(Boxes().size(), 3U);
+  EXPECT_EQ(Boxes()[2], "It is back.\r\n");
+}
+
 TEST_F(DecisionsTest, PageCommandsLeaveTheMarkAlone) {
   TwoAlerts();
-  alerts_.DecideFromPage(Answer::kBlock);
+  alerts_.DecideFromPage(Answer::kBlock, Listed(5));
   EXPECT_THAT(Checked(), IsEmpty());
 }
 
 TEST_F(DecisionsTest, MenuBlockAsksFilesAndMarks) {
   TwoAlerts();
   world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
-  EXPECT_TRUE(alerts_.DecideFromMenu(Answer::kBlock, "11/21/2026", "1795225504"));
+  EXPECT_TRUE(alerts_.DecideFromMenu(Answer::kBlock, {"5", "1795225504", "11/21/2026"}));
   EXPECT_THAT(Boxes(),
               ElementsAre("Item 11/21/2026\r\nwill be set as a blocked Alert. This event occurred in the \r\n"
                           "past and can only be blocked from re-occurrence in the future.\r\nAre you sure?"));
@@ -187,7 +339,7 @@ TEST_F(DecisionsTest, MenuAllowReplacesTheEarlierDecision) {
   TwoAlerts();
   alerts_.ChkAlrColl().MarkBlocked("1795225504");
   world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
-  EXPECT_TRUE(alerts_.DecideFromMenu(Answer::kAllow, "x", "1795225504"));
+  EXPECT_TRUE(alerts_.DecideFromMenu(Answer::kAllow, {"5", "1795225504", "x"}));
   EXPECT_THAT(Boxes(),
               ElementsAre("Item x\r\nwill be set as an Allowed Alert.  This event occurred \r\n"
                           "in the past and can only be allowed to occur in the future.\r\nAre you sure?"));
@@ -198,7 +350,7 @@ TEST_F(DecisionsTest, MenuAllowReplacesTheEarlierDecision) {
 TEST_F(DecisionsTest, AnsweringNoLeavesFileAndCollectionAsTheyWere) {
   TwoAlerts();
   world_.platform.message_boxes.Answer(platform::BoxAnswer::kNo);
-  EXPECT_FALSE(alerts_.DecideFromMenu(Answer::kBlock, "x", "1795225504"));
+  EXPECT_FALSE(alerts_.DecideFromMenu(Answer::kBlock, {"5", "1795225504", "x"}));
   EXPECT_EQ(Activations(), "(none)");
   EXPECT_THAT(Checked(), IsEmpty());
 }

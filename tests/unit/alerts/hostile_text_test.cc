@@ -291,7 +291,7 @@ TEST_F(HostileTextTest, NoTextAddsAnythingOnItsWayThroughTheFile) {
     world_.platform.files.Put(world_.InFolder("KorvessaMonitoring.kvl"), lines_);
     reader.InitClass(world_.InFolder("KorvessaMonitoring.kvl"));
     ASSERT_TRUE(reader.EventTable);
-    ConsoleAlerts console(state_, world_.log, [&] { return reader.EventTable.get(); });
+    ConsoleAlerts console(state_, world_.log, [&] { return reader.EventTable; });
     std::size_t events = 0;
     for (store::Bookmark row = 0; row < reader.EventTable->RowCount(); ++row) {
       if (reader.EventTable->Text(row, store::kMonitor) != "Aggregation") continue;

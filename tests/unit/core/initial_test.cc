@@ -38,20 +38,28 @@ class InitialTest : public ::testing::Test {
       steps_.push_back("FileVersion " + path);
       return update_version_;
     };
-    hooks_.ShowSplash = [this](frmSplash& splash) {
-      EXPECT_TRUE(splash.visible);
-      steps_.push_back("ShowSplash " + splash.lblProductName.caption.Get());
-      splash.unloaded.ConnectForever([this] { steps_.push_back("splash unloaded"); });
+    hooks_.frmMain = [this]() -> widgets::Form& { return MakeForm("frmMain"); };
+    hooks_.frmNewUI = [this]() -> widgets::Form& { return MakeForm("frmNewUI"); };
+    hooks_.frmTour = [this] { return has_tour_ ? &MakeForm("frmTour") : nullptr; };
+    world_.host.on_show = [this](widgets::Form& form) {
+      if (form.name() == "frmMsg") return;
+      steps_.push_back(form.name());
+      if (form.name() != kSplashName) return;
+      form.repaint.ConnectForever([this, &form] { steps_.push_back("painted " + form.title.Get()); });
+      form.unloaded.ConnectForever([this] { steps_.push_back("splash unloaded"); });
     };
-    hooks_.ShowMessageWindow = [this](frmMsg& message) {
-      message.Form_Activate();
-      steps_.push_back("message " + message.title.Get() + ": " + message.lblMsg.caption.Get());
-      world_.platform.timers.Advance(message_open_ms_);
-      message_closed_by_itself_ = !message.loaded();
-    };
-    hooks_.Show_frmMain = [this] { steps_.push_back("frmMain"); };
-    hooks_.Show_frmNewUI = [this] { steps_.push_back("frmNewUI"); };
-    hooks_.Show_frmTour = [this] { steps_.push_back("frmTour"); };
+    world_.host.WhileOpen("frmMsg", [this](widgets::Form& form) { Greeting(dynamic_cast<frmMsg&>(form)); });
+  }
+
+  widgets::Form& MakeForm(const std::string& name) {
+    forms_.push_back(std::make_unique<widgets::Form>(world_.state.forms, name));
+    return *forms_.back();
+  }
+  virtual void Greeting(frmMsg& message) {
+    if (at_greeting_) at_greeting_();
+    steps_.push_back("message " + message.title.Get() + ": " + message.lblMsg.caption.Get());
+    world_.platform.timers.Advance(message_open_ms_);
+    message_closed_by_itself_ = !message.loaded();
   }
 
   void Start(const std::string& command_line) { Main(world_.state, world_.log, command_line, hooks_); }
@@ -61,6 +69,9 @@ class InitialTest : public ::testing::Test {
 
   testing::ConsoleWorld world_;
   MainHooks hooks_;
+  std::vector<std::unique_ptr<widgets::Form>> forms_;
+  bool has_tour_ = true;
+  std::function<void()> at_greeting_;
   std::vector<std::string> steps_;
   std::vector<std::string> monitors_;
   std::string update_version_;
@@ -75,8 +86,9 @@ TEST_F(InitialTest, HomeEditionStartsInThisOrder) {
       steps_,
       ElementsAre("'Initial': Loading version " + kVersion, "'Initial': Read .ini file.", "ReadRegInfo",
                   "'Initial': Product name: Korvessa Zendrix Home Edition", "'Initial': Show Splash screen.",
-                  "ShowSplash Korvessa Zendrix Home Edition", "'Initial': Read desc files.", "LoadDescArrays",
-                  "'Initial': Start event reader.", "InitReader /opt/zendrix/KorvessaMonitoring.kvl",
+                  "frmSplash", "painted Korvessa Zendrix Home Edition", "'Initial': Read desc files.",
+                  "LoadDescArrays", "'Initial': Start event reader.",
+                  "InitReader /opt/zendrix/KorvessaMonitoring.kvl",
                   "SaveSetwChk Monitors/Running Processes/1", "SaveSetwChk Monitors/Aggregation/1",
                   "ReadRegInfo", "'Initial': Start UI.", "frmNewUI", "splash unloaded"));
   EXPECT_EQ(state().ProductName, "Korvessa Zendrix Home Edition");
@@ -90,13 +102,13 @@ TEST_F(InitialTest, AdministratorEditionStartsInThisOrder) {
   state().ProductEdition = "Administrator";
   state().settings.TTour = "N";
   Start("");
-  EXPECT_THAT(steps_,
-              ElementsAre("'Initial': Loading version " + kVersion, "'Initial': Read .ini file.",
-                          "ReadRegInfo", "'Initial': Product name: Korvessa Zendrix Administrator",
-                          "'Initial': Show Splash screen.", "ShowSplash Korvessa Zendrix Administrator",
-                          "'Initial': Read desc files.", "LoadDescArrays", "'Initial': Start event reader.",
-                          "InitReader /opt/zendrix/KorvessaMonitoring.kvl", "ReadRegInfo",
-                          "'Initial': Start UI.", "frmMain", "splash unloaded"));
+  EXPECT_THAT(steps_, ElementsAre("'Initial': Loading version " + kVersion, "'Initial': Read .ini file.",
+                                  "ReadRegInfo", "'Initial': Product name: Korvessa Zendrix Administrator",
+                                  "'Initial': Show Splash screen.", "frmSplash",
+                                  "painted Korvessa Zendrix Administrator", "'Initial': Read desc files.",
+                                  "LoadDescArrays", "'Initial': Start event reader.",
+                                  "InitReader /opt/zendrix/KorvessaMonitoring.kvl", "ReadRegInfo",
+                                  "'Initial': Start UI.", "frmMain", "splash unloaded"));
 }
 
 TEST_F(InitialTest, AdministratorEditionCreatesTheReaderToo) {
@@ -149,7 +161,7 @@ TEST_F(InitialTest, NoSplashOptionStartsWithoutASplash) {
   EXPECT_TRUE(state().NoSplash);
   EXPECT_THAT(steps_, Contains("'Initial': Do not show Splash screen."));
   EXPECT_THAT(steps_, Not(Contains("'Initial': Show Splash screen.")));
-  EXPECT_THAT(steps_, Not(Contains("ShowSplash Korvessa Zendrix Home Edition")));
+  EXPECT_THAT(steps_, Not(Contains("frmSplash")));
 }
 
 TEST_F(InitialTest, OptionsCountInUpperCaseTogetherAndInsideLongerWords) {
@@ -200,9 +212,20 @@ TEST_F(InitialTest, TourFollowsTheSecondReading) {
   EXPECT_THAT(steps_, Contains("frmTour"));
 }
 
+TEST_F(InitialTest, StartWithoutATourToShowGoesOn) {
+  has_tour_ = false;
+  hooks_.ReadRegInfo = [&] { state().settings.TTour = "N"; };
+  Start("");
+  EXPECT_THAT(steps_, Contains("frmNewUI"));
+  EXPECT_EQ(world_.host.shown.size(), 2U);
+}
+
 TEST_F(InitialTest, SplashStandsUntilTheMainWindowIsOpen) {
   bool open_at_main_window = false;
-  hooks_.Show_frmNewUI = [&] { open_at_main_window = state().forms.IsFormLoaded("frmSplash"); };
+  hooks_.frmNewUI = [&]() -> widgets::Form& {
+    open_at_main_window = state().forms.IsFormLoaded("frmSplash");
+    return MakeForm("frmNewUI");
+  };
   Start("");
   EXPECT_TRUE(open_at_main_window);
 }
@@ -214,8 +237,9 @@ TEST_F(InitialTest, UpdatedRunGreetsWithTheVersionAndDeletesTheInstaller) {
   const std::string greeting =
       "Congratulations! Korvessa Zendrix has been successfully updated to version 1.2.0.3";
   EXPECT_THAT(
-      std::vector<std::string>(steps_.begin() + 5, steps_.begin() + 10),
-      ElementsAre("ShowSplash Korvessa Zendrix Home Edition", "FileVersion /opt/zendrix/Zendrix Update.exe",
+      std::vector<std::string>(steps_.begin() + 5, steps_.begin() + 11),
+      ElementsAre("frmSplash", "painted Korvessa Zendrix Home Edition",
+                  "FileVersion /opt/zendrix/Zendrix Update.exe",
                   "'Korvessa Zendrix Home Edition': " + greeting,
                   "message Korvessa Zendrix Home Edition: " + greeting, "'Initial': Read desc files."));
   EXPECT_FALSE(platform().files.Has("/opt/zendrix/Zendrix Update.exe"));
@@ -234,11 +258,10 @@ INSTANTIATE_TEST_SUITE_P(EmptyOrZero, NoVersion, ::testing::Values("", "0.0.0.0"
 
 TEST_F(InitialTest, GreetingBlocksTheStartForUpTo30SecondsWithTheSplashOnTheScreen) {
   message_open_ms_ = 30'000;
-  const auto show = hooks_.ShowMessageWindow;
-  hooks_.ShowMessageWindow = [&](frmMsg& message) {
+  at_greeting_ = [&] {
     EXPECT_TRUE(state().forms.IsFormLoaded("frmSplash"));
+    EXPECT_FALSE(state().forms.Find("frmSplash")->enabled);
     EXPECT_THAT(steps_, Not(Contains("LoadDescArrays")));
-    show(message);
   };
   Start("-nv");
   EXPECT_TRUE(message_closed_by_itself_);
@@ -262,7 +285,7 @@ TEST_F(InitialTest, InstallerThatCannotBeReadOrDeletedIsIgnored) {
 }
 
 TEST_F(InitialTest, ErrorOfTheGreetingIsIgnored) {
-  hooks_.ShowMessageWindow = [](frmMsg&) { Raise(kOverflow); };
+  at_greeting_ = [] { Raise(kOverflow); };
   Start("-nv");
   EXPECT_THAT(steps_, Contains("frmNewUI"));
   EXPECT_THAT(platform().message_boxes.shown, IsEmpty());

@@ -19,11 +19,11 @@ class WindowsTest : public ::testing::Test {
     frmMsg message(world_.state);
     message.Seconds = seconds;
     bool open = false;
-    message.Display([&](frmMsg& shown) {
-      shown.Form_Activate();
+    world_.host.WhileOpen("frmMsg", [&](widgets::Form& shown) {
       world_.platform.timers.Advance(open_ms);
       open = shown.loaded();
     });
+    message.Display();
     return open;
   }
 
@@ -32,6 +32,7 @@ class WindowsTest : public ::testing::Test {
 
 TEST_F(WindowsTest, SplashLoadsWithItsTitleVersionAndAnEmptyBar) {
   frmSplash splash(world_.state.forms, "Korvessa Zendrix Administrator");
+  world_.state.host().Show(splash);
   EXPECT_TRUE(world_.state.forms.IsFormLoaded("frmSplash"));
   EXPECT_EQ(splash.lblProductName.caption.Get(), "Korvessa Zendrix Administrator");
   EXPECT_EQ(splash.lblVersion.caption.Get(), "Version " + std::to_string(kVersionMajor) + "." +
@@ -55,22 +56,24 @@ TEST_F(WindowsTest, MessageShowsItsTextUntilOk) {
   frmMsg message(world_.state);
   message.Title = "A title";
   message.Message = "A message";
-  message.Display([&](frmMsg& shown) {
-    shown.Form_Activate();
-    EXPECT_TRUE(shown.visible);
-    EXPECT_EQ(shown.title.Get(), "A title");
-    EXPECT_EQ(shown.lblMsg.caption.Get(), "A message");
+  world_.host.WhileOpen("frmMsg", [&](widgets::Form&) {
+    EXPECT_TRUE(message.visible);
+    EXPECT_EQ(message.title.Get(), "A title");
+    EXPECT_EQ(message.lblMsg.caption.Get(), "A message");
     EXPECT_TRUE(world_.state.forms.IsFormLoaded("frmMsg"));
-    shown.cmdOK_Click();
-    EXPECT_FALSE(shown.loaded());
+    message.cmdOK_Click();
+    EXPECT_FALSE(message.loaded());
   });
+  message.Display();
   EXPECT_FALSE(world_.state.forms.IsFormLoaded("frmMsg"));
   EXPECT_TRUE(world_.platform.message_boxes.shown.empty());
 }
 
 TEST_F(WindowsTest, MessageWithoutATitleTakesTheProductsName) {
   frmMsg message(world_.state);
-  message.Display([&](frmMsg& shown) { EXPECT_EQ(shown.title.Get(), "Korvessa Zendrix Home Edition"); });
+  world_.host.WhileOpen(
+      "frmMsg", [&](widgets::Form& shown) { EXPECT_EQ(shown.title.Get(), "Korvessa Zendrix Home Edition"); });
+  message.Display();
 }
 
 TEST_F(WindowsTest, MessageClosesByItselfAfterItsSeconds) {
@@ -89,7 +92,7 @@ TEST_P(TooManySeconds, OverflowTheTimersInterval) {
   frmMsg message(world_.state);
   message.Seconds = static_cast<std::uint8_t>(GetParam());
   try {
-    message.Display([](frmMsg&) { ADD_FAILURE() << "the window was shown"; });
+    message.Display();
     FAIL() << "nothing was raised";
   } catch (const RunTimeError& error) {
     EXPECT_EQ(error.number, 6);
@@ -100,14 +103,14 @@ INSTANTIATE_TEST_SUITE_P(Above32, TooManySeconds, ::testing::Values(33, 64, 65, 
 TEST_F(WindowsTest, NoTimerIsLeftWhenAMessageWasClosedEarly) {
   frmMsg message(world_.state);
   message.Seconds = 30;
-  message.Display([&](frmMsg& shown) { shown.cmdOK_Click(); });
+  world_.host.WhileOpen("frmMsg", [&](widgets::Form&) { message.cmdOK_Click(); });
+  message.Display();
   EXPECT_EQ(world_.platform.timers.RunningTimers(), 0);
 }
 
 TEST_F(WindowsTest, MessageShownInAnyOtherWaySaysSoAndGoes) {
   frmMsg message(world_.state);
-  message.visible = true;
-  message.Form_Activate();
+  world_.state.host().Show(message);
   ASSERT_EQ(world_.platform.message_boxes.shown.size(), 1U);
   const auto& box = world_.platform.message_boxes.shown[0];
   EXPECT_EQ(box.title, "frmMsg");
@@ -145,6 +148,7 @@ TEST_F(WindowsTest, AboutSaysSoWhenTheToolCannotBeStarted) {
 
 TEST_F(WindowsTest, AboutNamesProductAndVersionAndClosesOnOk) {
   frmAbout about(world_.state);
+  about.Load();
   EXPECT_EQ(about.lblTitle.caption.Get(), "Korvessa Zendrix Home Edition");
   EXPECT_THAT(about.lblVersion.caption.Get(), ::testing::StartsWith("Version "));
   about.cmdOK_Click();

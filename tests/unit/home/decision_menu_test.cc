@@ -35,7 +35,7 @@ TEST_F(DecisionMenuTest, RightButtonOpensNoMenuOnAnEmptyList) {
 TEST_F(DecisionMenuTest, BlockMarksTheItemAndRendersItAnew) {
   OpenTwo();
   form_->mPopRAbnormal.clicked.Raise();
-  EXPECT_THAT(alerts_.asked, ElementsAre("block " + TextOfTop() + " " + Tag(2)));
+  EXPECT_THAT(alerts_.asked, ElementsAre("block 2 " + TextOfTop() + " " + Tag(2)));
   EXPECT_THAT(Rows(), ElementsAre("K2 Intrusion:18 Blocked:19", "K1 Normal:23"));
   EXPECT_THAT(alerts_.rendered, ElementsAre("2"));
 }
@@ -43,7 +43,7 @@ TEST_F(DecisionMenuTest, BlockMarksTheItemAndRendersItAnew) {
 TEST_F(DecisionMenuTest, AllowMarksTheItem) {
   OpenTwo();
   form_->mPopRNormal.clicked.Raise();
-  EXPECT_THAT(alerts_.asked, ElementsAre("allow " + TextOfTop() + " " + Tag(2)));
+  EXPECT_THAT(alerts_.asked, ElementsAre("allow 2 " + TextOfTop() + " " + Tag(2)));
   EXPECT_THAT(Rows(), ElementsAre("K2 Intrusion:18 Allowed:21", "K1 Normal:23"));
 }
 

@@ -2,6 +2,7 @@
 
 #include "support/console_world.h"
 #include "support/fake_page.h"
+#include "support/no_alerts.h"
 
 namespace zendrix::home {
 namespace {
@@ -14,7 +15,7 @@ constexpr char kNotAvailable[] =
     "navigate About: <body bgcolor=#D1DCFA> <font size=1 color='#00009D' face='Tahoma'> <p>Description Not "
     "Available</font> </body>";
 
-class ScriptedAlerts : public alerts::AlertServices {
+class ScriptedAlerts : public testing::NoAlerts {
  public:
   std::string html = "<b>told</b>";
   std::vector<std::string> calls;
@@ -22,8 +23,9 @@ class ScriptedAlerts : public alerts::AlertServices {
     calls.push_back("render " + id);
     return html;
   }
-  void DecideFromPage(alerts::Answer answer) override {
-    calls.push_back(answer == alerts::Answer::kBlock ? "block" : "allow");
+  void DecideFromPage(alerts::Answer answer, const alerts::ListedAlert& alert) override {
+    calls.push_back((answer == alerts::Answer::kBlock ? "block " : "allow ") + alert.id + " of " +
+                    alert.date_utc);
   }
 };
 
@@ -36,6 +38,10 @@ class DetailsPaneTest : public ::testing::Test {
     files.Put(world_.InFolder("KorvessaDesc8.kvh"), hash + "\r\n");
   }
 
+  static alerts::ListedAlert Alert(const std::string& id) { return {id, "110000000" + id, ""}; }
+  // A person clicks on a link of the page on show.
+  bool Click(const std::string& url) { return view_.BeforeNavigate(url, view_.subject()); }
+
   testing::ConsoleWorld world_;
   ScriptedAlerts alerts_;
   widgets::Screen screen_;
@@ -46,7 +52,7 @@ class DetailsPaneTest : public ::testing::Test {
 
 TEST_F(DetailsPaneTest, AlertIsWrittenIntoTheBlankPageAndThenTheScripts) {
   HaveScript("run();");
-  pane_.ShowAlert("7");
+  pane_.ShowAlert(Alert("7"));
   EXPECT_THAT(page_.events,
               ElementsAre(kBlank, "body <font size=1 color='#00009D' face='Tahoma'> <p><b>told</b></font>",
                           "script run();"));
@@ -55,12 +61,12 @@ TEST_F(DetailsPaneTest, AlertIsWrittenIntoTheBlankPageAndThenTheScripts) {
 
 TEST_F(DetailsPaneTest, EmptyExplanationShowsThatThereIsNone) {
   alerts_.html = "";
-  pane_.ShowAlert("7");
+  pane_.ShowAlert(Alert("7"));
   EXPECT_THAT(page_.events, ElementsAre(kNotAvailable, "script "));
 }
 
 TEST_F(DetailsPaneTest, MissingScriptFileGivesAnEmptyBlock) {
-  pane_.ShowAlert("7");
+  pane_.ShowAlert(Alert("7"));
   EXPECT_EQ(page_.events.back(), "script ");
 }
 
@@ -70,22 +76,22 @@ TEST_F(DetailsPaneTest, WrongHashIsLoggedForEachAlertShown) {
       "'frmNewUI:AddScripts': Error: stored hash does not match for /opt/zendrix/KorvessaDesc8.kvl";
   world_.quiet.Expect(line);
   world_.quiet.Expect(line);
-  pane_.ShowAlert("7");
-  pane_.ShowAlert("8");
+  pane_.ShowAlert(Alert("7"));
+  pane_.ShowAlert(Alert("8"));
   EXPECT_EQ(page_.events.back(), "script ");
 }
 
 TEST_F(DetailsPaneTest, PageThatDoesNotComeWithinTenSecondsStaysBlankWithoutScripts) {
   page_.on_navigate = nullptr;
   const auto start = world_.platform.clock.MonotonicMs();
-  pane_.ShowAlert("7");
+  pane_.ShowAlert(Alert("7"));
   EXPECT_THAT(page_.events, ElementsAre(kBlank));
   EXPECT_GE(world_.platform.clock.MonotonicMs() - start, 10000);
 }
 
 TEST_F(DetailsPaneTest, PageMayComeWhileTheMessageLoopRuns) {
   page_.on_navigate = [this] { world_.platform.timers.Post([this] { view_.NavigationComplete.Raise(); }); };
-  pane_.ShowAlert("7");
+  pane_.ShowAlert(Alert("7"));
   EXPECT_EQ(page_.events.size(), 3U);
 }
 
@@ -95,13 +101,13 @@ TEST_F(DetailsPaneTest, SecondClickDuringTheWaitIsShownAndTheFirstGoesOn) {
     world_.platform.timers.Post([&] {
       if (std::exchange(again, false)) {
         alerts_.html = "second";
-        pane_.ShowAlert("8");
+        pane_.ShowAlert(Alert("8"));
       } else {
         view_.NavigationComplete.Raise();
       }
     });
   };
-  pane_.ShowAlert("7");
+  pane_.ShowAlert(Alert("7"));
   EXPECT_THAT(alerts_.calls, ElementsAre("render 7", "render 8"));
   EXPECT_EQ(page_.events.size(), 6U);  // both wrote their page
 }
@@ -110,38 +116,78 @@ TEST_F(DetailsPaneTest, MissingDocumentIsLoggedAndHarmless) {
   page_.has_document = false;
   world_.quiet.Expect(
       "'frmNewUI:AddScripts': Error: Scripts not loaded Object variable or With block variable not set");
-  pane_.ShowAlert("7");
+  pane_.ShowAlert(Alert("7"));
 }
 
 TEST_F(DetailsPaneTest, LinkOpensInTheUsersBrowserAndThePaneStays) {
-  EXPECT_TRUE(pane_.BeforeNavigate("http://portal.example.com/x"));
+  EXPECT_TRUE(Click("http://portal.example.com/x"));
   EXPECT_THAT(world_.platform.shell.opened, ElementsAre("http://portal.example.com/x"));
 }
 
+TEST_F(DetailsPaneTest, SecureLinkOpensInTheUsersBrowserToo) {
+  EXPECT_TRUE(Click("https://portal.example.com/x"));
+  EXPECT_THAT(world_.platform.shell.opened, ElementsAre("https://portal.example.com/x"));
+}
+
+TEST_F(DetailsPaneTest, NoOtherAddressReachesTheUsersBrowser) {
+  for (const char* url :
+       {"ftp://host/x", "file:///etc/passwd", "httpx://host", "mailto:a@b.c", "javascript:x()"})
+    EXPECT_FALSE(Click(url)) << url;
+  EXPECT_THAT(world_.platform.shell.opened, ::testing::IsEmpty());
+}
+
 TEST_F(DetailsPaneTest, SchemeInCapitalsIsNoLink) {
-  EXPECT_FALSE(pane_.BeforeNavigate("HTTP://portal.example.com/x"));
+  EXPECT_FALSE(Click("HTTP://portal.example.com/x"));
   EXPECT_THAT(world_.platform.shell.opened, ::testing::IsEmpty());
 }
 
 TEST_F(DetailsPaneTest, CommandsAreCancelledAndCarriedOut) {
-  EXPECT_TRUE(pane_.BeforeNavigate("about:do"));
-  EXPECT_TRUE(pane_.BeforeNavigate("about:undo"));
-  EXPECT_TRUE(pane_.BeforeNavigate("about:blank?todo"));
-  EXPECT_THAT(alerts_.calls, ElementsAre("block", "allow", "block"));
+  pane_.ShowAlert(Alert("7"));
+  EXPECT_TRUE(Click("about:do"));
+  EXPECT_TRUE(Click("about:undo"));
+  EXPECT_TRUE(Click("about:blank?todo"));
+  EXPECT_THAT(alerts_.calls, ElementsAre("render 7", "block 7 of 1100000007", "allow 7 of 1100000007",
+                                         "block 7 of 1100000007"));
+}
+
+// A click is handed on behind the browser's own call; by then another alert could be on show, and its program
+// was put into quarantine.
+TEST_F(DetailsPaneTest, CommandIsAboutTheAlertThatThePageExplainedWhenItWasClicked) {
+  pane_.ShowAlert(Alert("7"));
+  const std::string clicked = view_.subject();
+  pane_.ShowAlert(Alert("8"));
+  EXPECT_TRUE(view_.BeforeNavigate("about:do", clicked));
+  EXPECT_THAT(alerts_.calls, ElementsAre("render 7", "render 8", "block 7 of 1100000007"));
+}
+
+TEST_F(DetailsPaneTest, PageThatExplainsNoAlertCommandsNothing) {
+  pane_.ShowAlert(Alert("7"));
+  pane_.ShowText("Select an alert.");
+  EXPECT_TRUE(Click("about:do"));
+  EXPECT_TRUE(Click("about:undo"));
+  EXPECT_THAT(alerts_.calls, ElementsAre("render 7"));
+}
+
+TEST_F(DetailsPaneTest, PageLeftBlankByTheTimeOutCommandsNothing) {
+  pane_.ShowAlert(Alert("7"));
+  page_.on_navigate = nullptr;
+  pane_.ShowAlert(Alert("8"));
+  EXPECT_TRUE(Click("about:do"));
+  EXPECT_THAT(alerts_.calls, ElementsAre("render 7", "render 8"));
 }
 
 TEST_F(DetailsPaneTest, OwnPagesGoOn) {
-  EXPECT_FALSE(pane_.BeforeNavigate("About: <body> </body>"));
-  EXPECT_FALSE(pane_.BeforeNavigate("about:blank"));
+  EXPECT_FALSE(Click("About: <body> </body>"));
+  EXPECT_FALSE(Click("about:blank"));
 }
 
 TEST_F(DetailsPaneTest, DetailsAreToggledAndRemembered) {
   page_.display["H2"] = "none";
-  EXPECT_TRUE(pane_.BeforeNavigate("about:showhide"));
+  EXPECT_TRUE(Click("about:showhide"));
   EXPECT_EQ(page_.display["H2"], "");
   EXPECT_EQ(page_.first_child_text["H1"], "[Hide details]");
   EXPECT_TRUE(world_.state.settings.ShowDetailsOpen);
-  pane_.BeforeNavigate("about:showhide");
+  Click("about:showhide");
   EXPECT_EQ(page_.display["H2"], "none");
   EXPECT_EQ(page_.first_child_text["H1"], "[Show details]");
   EXPECT_FALSE(world_.state.settings.ShowDetailsOpen);
@@ -151,7 +197,7 @@ TEST_F(DetailsPaneTest, WithoutAViewNothingWaits) {
   widgets::BrowserView bare("sDesc");
   DetailsPane pane({world_.state, world_.log, alerts_, screen_}, bare);
   const auto start = world_.platform.clock.MonotonicMs();
-  pane.ShowAlert("7");
+  pane.ShowAlert(Alert("7"));
   EXPECT_EQ(world_.platform.clock.MonotonicMs(), start);
 }
 

@@ -355,7 +355,11 @@ TEST_F(FrameTest, UpdateIsLookedForBehindEveryNineHundredthTick) {
 
 TEST_F(FrameTest, WholeDaysWithoutAnIntrusionAreToldToAHiddenWindow) {
   int told = 0;
-  services_.ShowNotifyMsg = [&] { ++told; };
+  std::vector<std::unique_ptr<widgets::Form>> notices;
+  services_.frmNotifyMsg = [&]() -> widgets::Form& {
+    ++told;
+    return *notices.emplace_back(std::make_unique<widgets::Form>(state_.forms, "frmNotifyMsg"));
+  };
   state_.settings.PopNotifyMs = true;
   state_.settings.TSurv = "Y";
   Open(Alert(1, "0"));
@@ -371,6 +375,9 @@ TEST_F(FrameTest, WholeDaysWithoutAnIntrusionAreToldToAHiddenWindow) {
   form_->visible = false;
   at_hours(48.5);
   EXPECT_EQ(told, 1);
+  // It takes the keyboard from nobody.
+  EXPECT_THAT(world_.host.shown,
+              ElementsAre(widgets::ScriptedFormHost::Shown{"frmNotifyMsg", "", true, false, false}));
   at_hours(47);
   EXPECT_EQ(told, 1);
   at_hours(0);

@@ -13,11 +13,12 @@
 #include "core/version_text.h"
 #include "home/frm_new_ui.h"
 #include "support/console_world.h"
+#include "support/no_alerts.h"
 
 namespace zendrix::home {
 
 // Answers what a test told it to; writes down what it was asked.
-class ScriptedAlerts : public alerts::AlertServices {
+class ScriptedAlerts : public testing::NoAlerts {
  public:
   std::optional<std::string> Decision(const std::string& date_utc) override {
     const auto found = decisions.find(date_utc);
@@ -37,9 +38,9 @@ class ScriptedAlerts : public alerts::AlertServices {
     rendered.push_back(id);
     return "<b>told</b>";
   }
-  bool DecideFromMenu(alerts::Answer answer, const std::string& item_text,
-                      const std::string& date_utc) override {
-    asked.push_back((answer == alerts::Answer::kBlock ? "block " : "allow ") + item_text + " " + date_utc);
+  bool DecideFromMenu(alerts::Answer answer, const alerts::ListedAlert& alert) override {
+    asked.push_back((answer == alerts::Answer::kBlock ? "block " : "allow ") + alert.id + " " + alert.text +
+                    " " + alert.date_utc);
     if (on_question) on_question();
     return says_yes;
   }

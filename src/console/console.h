@@ -1,0 +1,67 @@
+// The program put together, without a toolkit: reader, alert logic, control of the Agent and the main
+// window's form of either edition, and the start that opens it. The executable gives it the real platform and
+// windows, the inspector an overlay and no windows, tests the twins; what happens in between is the same for
+// all three.
+//
+// Everything lives until the object goes, the forms first. `state` and `log` outlive it.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "admin/frm_main.h"
+#include "alerts/console_alerts.h"
+#include "control/agent_control.h"
+#include "core/app_state.h"
+#include "core/error_log.h"
+#include "core/initial.h"
+#include "home/frm_new_ui.h"
+#include "settings/reg_ini.h"
+#include "store/reader.h"
+#include "widgets/screen.h"
+
+namespace zendrix::console {
+
+class Console {
+ public:
+  // `metrics` gives the widths of texts in the font of the Administrator's grid; it is asked when that form
+  // comes into being.
+  Console(core::AppState& state, core::ErrorLog& log, std::function<admin::TextMetrics()> metrics);
+  Console(const Console&) = delete;
+  Console& operator=(const Console&) = delete;
+
+  // The entry procedure. When it returns, the main window is open; the process then lives in the event loop.
+  // ProductEdition, ProgramFolder, ExeName and InstanceMutex of the state are set before.
+  void Start(const std::string& command_line);
+  // Another start of the program asked for the window.
+  void ComeForward();
+  // Ends the program as if its main window were closed for good; with none, whatever is open is closed.
+  void End();
+
+  widgets::Screen& screen() { return screen_; }
+  settings::RegIni& reg_ini() { return reg_ini_; }
+  alerts::ConsoleAlerts& alerts() { return alerts_; }
+  store::CMkvlf& gKvlF() { return gKvlF_; }
+  // The main window's form; null in the other edition and before the start has come to it.
+  home::frmNewUI* home() { return home_.get(); }
+  admin::frmMain* administrator() { return administrator_.get(); }
+
+ private:
+  core::MainHooks Hooks();
+  home::frmNewUI& MakeHome();
+  admin::frmMain& MakeAdministrator();
+
+  core::AppState& state_;
+  core::ErrorLog& log_;
+  std::function<admin::TextMetrics()> metrics_;
+  settings::RegIni reg_ini_;
+  widgets::Screen screen_;
+  control::AgentControl agent_;
+  store::CMkvlf gKvlF_;
+  alerts::ConsoleAlerts alerts_;
+  std::unique_ptr<home::frmNewUI> home_;
+  std::unique_ptr<admin::frmMain> administrator_;
+};
+
+}  // namespace zendrix::console

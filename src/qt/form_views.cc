@@ -1,0 +1,32 @@
+#include "qt/form_views.h"
+
+#include "qt/admin_window.h"
+#include "qt/home_window.h"
+#include "qt/small_windows.h"
+
+namespace zendrix::qt {
+namespace {
+
+template <class Form, class View>
+std::unique_ptr<QWidget> Make(widgets::Form& form, const Toolkit& kit) {
+  auto* const wanted = dynamic_cast<Form*>(&form);
+  return wanted ? std::make_unique<View>(*wanted, kit) : nullptr;
+}
+
+constexpr auto kViews = {
+    Make<core::frmSplash, SplashWindow>,  //
+    Make<core::frmMsg, MessageWindow>,    //
+    Make<core::frmAbout, AboutWindow>,    //
+    Make<home::frmNewUI, HomeWindow>,     //
+    Make<admin::frmMain, AdminWindow>,
+};
+
+}  // namespace
+
+std::unique_ptr<QWidget> MakeView(widgets::Form& form, const Toolkit& kit) {
+  for (const auto make : kViews)
+    if (auto view = make(form, kit)) return view;
+  return nullptr;
+}
+
+}  // namespace zendrix::qt

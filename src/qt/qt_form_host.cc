@@ -1,0 +1,76 @@
+#include "qt/qt_form_host.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QWindow>
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "qt/form_views.h"
+
+namespace zendrix::qt {
+namespace {
+
+// Keeps one window above another without making it the other's child, which would go with it.
+void StandAbove(QWidget& view, QWidget* owner) {
+  if (!owner) return;
+  view.winId();
+  owner->winId();
+  view.windowHandle()->setTransientParent(owner->windowHandle());
+  view.adjustSize();
+  view.move(owner->frameGeometry().center() - view.rect().center());
+}
+
+}  // namespace
+
+QtFormHost::~QtFormHost() {
+  for (Window& window : windows_) delete window.view;
+}
+
+QWidget* QtFormHost::Find(const widgets::Form* form) const {
+  const auto found = std::find_if(windows_.begin(), windows_.end(),
+                                  [&](const Window& window) { return window.form == form; });
+  return found == windows_.end() ? nullptr : found->view.data();
+}
+
+void QtFormHost::MakeWindow(widgets::Form& form, const widgets::ShowOptions& options) {
+  QWidget* view = Find(&form);
+  if (!view) {
+    view = MakeView(form, kit_).release();
+    if (!view) throw std::logic_error("no window shows the form " + form.name());
+    windows_.push_back({&form, view, form.unloaded.Connect([this, &form] { LetGo(&form); })});
+  }
+  view->setAttribute(Qt::WA_ShowWithoutActivating, !options.take_focus);
+  if (!options.take_focus) view->setWindowFlag(Qt::WindowDoesNotAcceptFocus);
+  StandAbove(*view, Find(options.owner));
+}
+
+void QtFormHost::RunModal(widgets::Form& form) {
+  const QPointer<QWidget> view = Find(&form);
+  // Only a shown window can be made modal by showing it again.
+  view->hide();
+  view->setWindowModality(Qt::ApplicationModal);
+  view->show();
+  QEventLoop loop;
+  const widgets::Connection hidden = form.visible.changed.Connect([&] {
+    if (!form.visible) loop.quit();
+  });
+  const widgets::Connection gone = form.unloaded.Connect([&] { loop.quit(); });
+  if (form.loaded() && form.visible) loop.exec();
+  // The caller may destroy the form now, so its window goes at once; no handler of its own runs any more.
+  if (!form.loaded()) delete view.data();
+}
+
+void QtFormHost::LetGo(const widgets::Form* form) {
+  const auto found = std::find_if(windows_.begin(), windows_.end(),
+                                  [&](const Window& window) { return window.form == form; });
+  if (found == windows_.end()) return;
+  if (found->view) {
+    found->view->hide();
+    found->view->deleteLater();
+  }
+  windows_.erase(found);
+}
+
+}  // namespace zendrix::qt

@@ -1,0 +1,20 @@
+// Alert logic that knows nothing: what a test of the list or the page does not care about.
+#pragma once
+
+#include "alerts/alert_services.h"
+
+namespace zendrix::testing {
+
+class NoAlerts : public alerts::AlertServices {
+ public:
+  void LoadChkAlrColl() override {}
+  std::optional<std::string> Decision(const std::string&) override { return std::nullopt; }
+  bool HasDetails(const std::string&) override { return false; }
+  void ForgetNotableInfo() override {}
+  void ShowAlertPopUp(const store::EventCursor&, bool) override {}
+  std::string RenderDetails(const std::string&) override { return {}; }
+  bool DecideFromMenu(alerts::Answer, const alerts::ListedAlert&) override { return false; }
+  void DecideFromPage(alerts::Answer, const alerts::ListedAlert&) override {}
+};
+
+}  // namespace zendrix::testing
