@@ -220,26 +220,32 @@ TEST_F(FollowTest, LiveTicksByTheReadersTimerUntilInterrupted) {
   const auto running = Follow({"--live"});
   EXPECT_EQ(running->Document()["tick"], 0);
   Append(kMonitoring, Event(1, "System Users", "b"));
-  Json document = running->Document();
-  EXPECT_EQ(document["tick"], 1);
-  EXPECT_EQ(document["newAlert"], true);
+  // A tick or more may have come before the line did.
+  int tick = 0;
+  Json document;
+  do {
+    document = running->Document();
+    ASSERT_TRUE(document.is_object());
+    EXPECT_EQ(document["tick"], ++tick);
+  } while (document["newAlert"] == false);
   EXPECT_EQ(document["LastBookmark"], 1);
   EXPECT_THAT(Added(document), ElementsAre(2));
   document = running->Document();
-  EXPECT_EQ(document["tick"], 2);
+  EXPECT_EQ(document["tick"], ++tick);
   EXPECT_EQ(document["newAlert"], false);
   EXPECT_EQ(document["added"], Json::array());
   running->Signal(SIGINT);
   EXPECT_EQ(running->Wait(), 0);
 }
 
-TEST_F(FollowTest, LiveEndsOnAnInterruptBeforeTheFirstTick) {
+TEST_F(FollowTest, LiveEndsOnAnInterruptWithoutAFurtherDocument) {
   for (const int signal : {SIGINT, SIGTERM}) {
     const auto running = Follow({"--live"});
     running->Document();
     running->Signal(signal);
     EXPECT_EQ(running->Wait(), 0);
-    EXPECT_TRUE(running->Silent());
+    // Nothing but ticks, where the interrupt came later than the first.
+    while (!running->Silent()) ASSERT_TRUE(running->Document().contains("tick"));
   }
 }
 
@@ -248,7 +254,10 @@ TEST_F(FollowTest, LiveEndsOnTheFatalPath) {
   const auto running = Follow({"--live"});
   running->Document();
   Append(kMonitoring, "no comma here\r\n");
-  EXPECT_EQ(running->Document()["fatal"]["number"], 5);
+  Json document = running->Document();
+  while (document.contains("tick")) document = running->Document();
+  ASSERT_TRUE(document.is_object());
+  EXPECT_EQ(document["fatal"]["number"], 5);
   EXPECT_EQ(running->Wait(), 1);
 }
 

@@ -17,7 +17,7 @@
 namespace zendrix::test {
 namespace {
 
-constexpr int kPatienceMs = 30000;
+constexpr int kPatienceMs = 60000;
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
   std::vector<char*> pointers;

@@ -39,7 +39,7 @@ class Running {
   // A line on its standard input.
   void Line(const std::string& text = "");
   void EndInput();
-  // Waits for the next document; null (and a failed test) when none comes within half a minute.
+  // Waits for the next document; null (and a failed test) when none comes within a minute.
   Json Document();
   // Whether nothing was printed that has not been read.
   bool Silent();

@@ -20,7 +20,7 @@
 namespace zendrix::e2e {
 namespace {
 
-constexpr int kPatienceMs = 20'000;
+constexpr int kPatienceMs = 60'000;
 
 class ConsoleTest : public ::testing::Test {
  protected:

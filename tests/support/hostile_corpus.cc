@@ -70,6 +70,13 @@ std::vector<HostileText> HostileCorpus(const std::string& folder) {
   return texts;
 }
 
+std::vector<HostileText> ShareOf(const std::vector<HostileText>& texts, std::size_t share,
+                                 std::size_t shares) {
+  std::vector<HostileText> taken;
+  for (std::size_t i = share; i < texts.size(); i += shares) taken.push_back(texts[i]);
+  return taken;
+}
+
 std::string Harmless::Of(std::string_view text) {
   static const std::string kLetters = Letters();
   static constexpr std::string_view kKept = " :;=\\.,";

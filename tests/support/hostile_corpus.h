@@ -2,6 +2,7 @@
 // with.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,10 @@ struct HostileText {
 // All texts, by file and line. Throws std::runtime_error when there is none or one is not written as the
 // README.md of the folder tells.
 std::vector<HostileText> HostileCorpus(const std::string& folder);
+
+// The texts that fall to one of `shares` tests which go through the texts together: every text falls to one.
+std::vector<HostileText> ShareOf(const std::vector<HostileText>& texts, std::size_t share,
+                                 std::size_t shares);
 
 // The text with a letter in the place of every character that is neither a blank nor one at which a
 // description is taken apart (":", ";", "=", "\", ".", ","). Equal characters give equal letters, so that two

@@ -15,6 +15,11 @@ bool IsLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
+// Neither text nor a value ends or needs care at such a character.
+bool IsPlain(char c) {
+  return static_cast<unsigned char>(c) >= 32 && c != '<' && c != '>' && c != '&' && c != '\'' && c != '"';
+}
+
 bool IsNameCharacter(char c) {
   static constexpr std::string_view kOthers = "-_:.,\\%";
   return IsLetter(c) || (c >= '0' && c <= '9') || kOthers.find(c) != std::string_view::npos;
@@ -33,6 +38,8 @@ class Reader {
 
   PageElements Run() {
     while (!AtEnd()) {
+      ReadPlain(page_.text);
+      if (AtEnd()) break;
       if (Now() == '<') {
         ReadTag();
       } else {
@@ -49,6 +56,14 @@ class Reader {
   void Error(const std::string& what) {
     page_.errors.push_back(what + " at " + std::to_string(at_) + ": " +
                            std::string(html_.substr(at_ < 40 ? 0 : at_ - 40, 80)));
+  }
+
+  // The characters up to the next that needs a closer look.
+  void ReadPlain(std::string& out) {
+    const std::size_t start = at_;
+    at_ = static_cast<std::size_t>(std::find_if_not(html_.begin() + start, html_.end(), IsPlain) -
+                                   html_.begin());
+    out.append(html_, start, at_ - start);
   }
 
   // One character, decoded. A "&" begins one of the references that the console writes, or is a template's
@@ -124,7 +139,7 @@ class Reader {
       return;
     }
     const char quote = html_[at_++];
-    while (!AtEnd() && Now() != quote) {
+    while (ReadPlain(value), !AtEnd() && Now() != quote) {
       if (Now() == '<' || Now() == '>') Error("markup in a value");
       ReadCharacter(value, "a value");
     }

@@ -1,6 +1,7 @@
 #include "hostile/page_fixture.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QTest>
 #include <QWebEngineProfile>
 #include <fstream>
@@ -13,7 +14,7 @@
 namespace zendrix::qt {
 namespace {
 
-constexpr int kLongestMs = 20000;
+constexpr int kLongestMs = 60000;
 constexpr int kWakeMs = 50;
 constexpr char kPath[] = "/opt/zendrix/KorvessaMonitoring.kvl";
 
@@ -93,7 +94,7 @@ PageFixture::PageFixture()
   page_->profile()->setUrlRequestInterceptor(&wall_);
   widget_->resize(800, 1400);
   widget_->show();
-  EXPECT_TRUE(QTest::qWaitForWindowExposed(widget_.get()));
+  EXPECT_TRUE(QTest::qWaitForWindowExposed(widget_.get(), kLongestMs));
 }
 
 PageFixture::~PageFixture() {
@@ -125,8 +126,9 @@ void PageFixture::ShowOne(const std::string& reaction) {
 }
 
 bool PageFixture::WaitFor(const std::function<bool()>& condition) {
-  const std::int64_t end = clock_.MonotonicMs() + kLongestMs;
-  while (!condition() && clock_.MonotonicMs() < end) loop_.ProcessMessages();
+  QElapsedTimer passed;
+  passed.start();
+  while (!condition() && passed.elapsed() < kLongestMs) loop_.ProcessMessages();
   return condition();
 }
 

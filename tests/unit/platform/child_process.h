@@ -66,11 +66,11 @@ class ChildProcess {
   void Tell(char c) const {
     if (write(out_, &c, 1) != 1) throw std::runtime_error("the child is gone");
   }
-  // The child's next byte; 0 when it has ended or says nothing for ten seconds.
+  // The child's next byte; 0 when it has ended or says nothing for a minute.
   char Hear() const {
     pollfd waiting{in_, POLLIN, 0};
     char c = 0;
-    if (poll(&waiting, 1, 10000) <= 0 || read(in_, &c, 1) != 1) return '\0';
+    if (poll(&waiting, 1, 60000) <= 0 || read(in_, &c, 1) != 1) return '\0';
     return c;
   }
   void Kill() {

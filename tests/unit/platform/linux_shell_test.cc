@@ -17,9 +17,9 @@
 namespace zendrix::platform {
 namespace {
 
-// Looks again and again, for ten seconds at most.
+// Looks again and again, for a minute at the least before it gives up.
 bool Comes(const std::function<bool()>& condition) {
-  for (int i = 0; i < 2000; ++i) {
+  for (int i = 0; i < 12000; ++i) {
     if (condition()) return true;
     poll(nullptr, 0, 5);
   }
