@@ -15,7 +15,7 @@ constexpr int kMostSeconds = 65;
 frmMsg::frmMsg(AppState& app)
     : Form(app.forms, "frmMsg"),
       app_(app),
-      TimerClose(app.seams.timers.MakeTimer([this] { TimerClose_Timer(); })) {}
+      TimerClose_(app.seams.timers.MakeTimer([this] { TimerClose_Timer(); })) {}
 
 void frmMsg::Display() {
   displayed_ = true;
@@ -30,7 +30,7 @@ void frmMsg::OnLoad() {
   if (seconds == 0) return;
   const int interval = seconds * 1000;
   if (interval > std::numeric_limits<std::int16_t>::max()) Raise(kOverflow);
-  TimerClose->StartOnce(interval);
+  TimerClose_->StartOnce(interval);
 }
 
 void frmMsg::OnActivate() {
@@ -42,7 +42,7 @@ void frmMsg::OnActivate() {
 }
 
 void frmMsg::OnUnload() {
-  TimerClose->Stop();
+  TimerClose_->Stop();
 }
 
 }  // namespace zendrix::core

@@ -38,7 +38,7 @@ class frmMsg : public widgets::Form {
 
   AppState& app_;
   bool displayed_ = false;
-  std::unique_ptr<platform::Timer> TimerClose;
+  std::unique_ptr<platform::Timer> TimerClose_;
 };
 
 }  // namespace zendrix::core
