@@ -114,7 +114,6 @@ class frmNewUI : public widgets::Form {
   bool EmailJustSaved = true;
   bool AttentionPending = false;
   std::int32_t DayTicks = 0;
-  bool quitting() const { return quitting_; }
 
   // Navigation.
   widgets::Frame Frame2{"Frame2", false};
@@ -227,7 +226,6 @@ class frmNewUI : public widgets::Form {
   std::string EventCountPicture_;
   std::uint8_t ThreeSecondTicks_ = 0;
   std::uint8_t TwoMinuteTicks_ = 0;
-  bool quitting_ = false;
 };
 
 }  // namespace zendrix::home
