@@ -11,6 +11,39 @@ if grep -rlE '#include <Q[A-Z]' src recorder bench --include='*.h' --include='*.
   complain "Qt is included outside src/qt and src/app"
 fi
 
+# The rooms from left to right: each includes itself and what it is said to see here. The link lines hold the targets
+# apart; this also holds apart what a header alone would carry over.
+placed=" "
+sees() {  # sees ROOM [PATHS]: the paths that the room may include beside its own, with "|" between them
+  local room=$1 paths="$1/${2:+|$2}" others
+  placed+="$room "
+  [ -d "src/$room" ] || return 0
+  others=$(grep -rnE '^ *# *include "[^"]*/' "src/$room" --include='*.h' --include='*.cc' | grep -vE "\"($paths)" || true)
+  [ -z "$others" ] || { echo "$others" >&2; complain "src/$room includes what is not to its left"; }
+}
+sees family
+sees widgets
+sees platform "family/"
+left="platform/|widgets/"
+sees core "$left"; left+="|core/"
+sees settings "$left"; left+="|settings/"
+sees store "$left"; left+="|store/"
+sees control "$left"
+# One reading of a description for the page and for the quarantine: text in, text out, nothing of the family's calls.
+sees alerts "$left|family/description_reading.h"; left+="|alerts/|control/"
+sees home "$left"
+sees admin "$left"; left+="|home/|admin/"
+sees console "$left"; left+="|console/"
+sees inspect "$left"
+sees qt "$left"; left+="|qt/"
+sees app "$left"
+for room in src/*/; do
+  [[ "$placed" == *" $(basename "$room") "* ]] || complain "$room has no place in the order of the rooms"
+done
+if grep -rnE '#include "(qt|app|inspect)/' tests/flow tests/support 2>/dev/null; then
+  complain "tests/flow and tests/support stand left of the windows"
+fi
+
 figures() {  # figures LABEL FILES...: median, 95th percentile and maximum of the line counts
   local label=$1; shift
   [ $# -gt 0 ] || return 0
