@@ -80,10 +80,6 @@ const std::vector<std::string_view>& ItemMonitors() {
   return kNames;
 }
 
-std::string_view MonitorLetters(std::string_view monitor_name) {
-  return MonitorOf(monitor_name).letters;
-}
-
 const RuleFacts& FactsOf(Rule rule) {
   return kRules.at(static_cast<std::size_t>(rule));
 }
