@@ -120,6 +120,25 @@ TEST_F(AgentControlTest, RestartOfAStoppedAgentOnlyStarts) {
   EXPECT_EQ(world_.platform.clock.SleptMs(), 0);
 }
 
+TEST_F(AgentControlTest, RestartSaysNothingWhateverFails) {
+  world_.platform.services.SetRunning("ZENDRIX");
+  world_.platform.services.Script(ServiceMethod::kStop, 7);
+  world_.platform.services.Script(ServiceMethod::kStart, 9);
+  EXPECT_EQ(agent_.RestartAgent(), 9);
+  world_.platform.services.SetStopped("ZENDRIX");
+  world_.platform.services.Script(ServiceMethod::kStart, 14);
+  EXPECT_EQ(agent_.RestartAgent(), 14);
+  EXPECT_THAT(Boxes(), IsEmpty());
+}
+
+TEST_F(AgentControlTest, PointerWaitsWhileTheManagerIsAsked) {
+  world_.platform.services.SetStopped("ZENDRIX");
+  std::vector<int> pointers;
+  screen_.MousePointer.changed.ConnectForever([&] { pointers.push_back(screen_.MousePointer); });
+  agent_.StartAgent(true);
+  EXPECT_THAT(pointers, ElementsAre(widgets::kPointerHourglass, widgets::kPointerDefault));
+}
+
 TEST_F(AgentControlTest, WarningAsksThenTellsTheWayBack) {
   world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
   EXPECT_TRUE(WarningMessage(world_.state));
