@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QScreen>
+#include <QWindow>
 
 #include "qt/text_edge.h"
 
@@ -120,6 +121,13 @@ FormDialog::FormDialog(widgets::Form& form, const Toolkit& kit) : form_(form), k
     raise();
     activateWindow();
   }));
+}
+
+void FormDialog::showEvent(QShowEvent* event) {
+  adjustSize();
+  const QWindow* const owner = windowHandle() ? windowHandle()->transientParent() : nullptr;
+  if (owner) move(owner->frameGeometry().center() - rect().center());
+  QDialog::showEvent(event);
 }
 
 void FormDialog::closeEvent(QCloseEvent* event) {

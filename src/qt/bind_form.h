@@ -40,6 +40,8 @@ class FormDialog : public QDialog {
   FormDialog(widgets::Form& form, const Toolkit& kit);
 
  protected:
+  // In the middle of its owner, as large as its texts ask for: they are known only when the form has loaded.
+  void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
   void reject() override;

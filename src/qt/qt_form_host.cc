@@ -18,8 +18,6 @@ void StandAbove(QWidget& view, QWidget* owner) {
   view.winId();
   owner->winId();
   view.windowHandle()->setTransientParent(owner->windowHandle());
-  view.adjustSize();
-  view.move(owner->frameGeometry().center() - view.rect().center());
 }
 
 }  // namespace
@@ -43,15 +41,13 @@ void QtFormHost::MakeWindow(widgets::Form& form, const widgets::ShowOptions& opt
   }
   view->setAttribute(Qt::WA_ShowWithoutActivating, !options.take_focus);
   if (!options.take_focus) view->setWindowFlag(Qt::WindowDoesNotAcceptFocus);
+  if (options.on_top) view->setWindowFlag(Qt::WindowStaysOnTopHint);
+  view->setWindowModality(options.modal ? Qt::ApplicationModal : Qt::NonModal);
   StandAbove(*view, Find(options.owner));
 }
 
 void QtFormHost::RunModal(widgets::Form& form) {
   const QPointer<QWidget> view = Find(&form);
-  // Only a shown window can be made modal by showing it again.
-  view->hide();
-  view->setWindowModality(Qt::ApplicationModal);
-  view->show();
   QEventLoop loop;
   const widgets::Connection hidden = form.visible.changed.Connect([&] {
     if (!form.visible) loop.quit();

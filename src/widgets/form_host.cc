@@ -20,6 +20,7 @@ void FormHost::Show(Form& form, const ShowOptions& options) {
 void FormHost::ShowModal(Form& form, Form* owner) {
   ShowOptions options;
   options.owner = owner;
+  options.modal = true;
   const ModalScope modal(form.list(), &form);
   if (PutUp(form, options)) RunModal(form);
 }

@@ -13,6 +13,7 @@ struct ShowOptions {
   Form* owner = nullptr;  // the window stays above this form's
   bool on_top = false;    // and above the windows of other programs
   bool take_focus = true;
+  bool modal = false;  // set by ShowModal
 };
 
 class FormHost {

@@ -6,13 +6,12 @@
 namespace zendrix::widgets {
 
 void ScriptedFormHost::MakeWindow(Form& form, const ShowOptions& options) {
-  shown.push_back(
-      {form.name(), options.owner ? options.owner->name() : "", options.on_top, options.take_focus, false});
+  shown.push_back({form.name(), options.owner ? options.owner->name() : "", options.on_top,
+                   options.take_focus, options.modal});
   if (on_show) on_show(form);
 }
 
 void ScriptedFormHost::RunModal(Form& form) {
-  shown.back().modal = true;
   auto& scripts = scripts_[form.name()];
   if (scripts.empty())
     throw std::logic_error("a modal form that no script was announced for: " + form.name());
