@@ -155,14 +155,17 @@ void Log(Console& console, const Words& words) {
   RequireWords(words, 1, 1, "log FILE");
   store::CLog log(console.state());
   log.InitClass(console.ResolveFile(words[0]));
-  if (!log.table()) return console.Print({{"table", nullptr}});
+  const auto table = log.table();
+  if (!table) return console.Print({{"table", nullptr}});
   Json columns = Json::array();
-  for (const auto& column : log.table()->columns) columns.push_back(Text(column));
+  for (std::size_t column = 0; column < table->ColumnCount(); ++column)
+    columns.push_back(Text(table->ColumnName(column)));
   Json rows = Json::array();
-  for (const auto& row : log.table()->rows) {
+  for (std::size_t row = 0; row < table->RowCount(); ++row) {
     Json cells = Json::array();
-    cells.push_back(row.ID);
-    for (const auto& text : row.texts) cells.push_back(Text(text));
+    cells.push_back(table->ID(row));
+    for (std::size_t column = 1; column < table->ColumnCount(); ++column)
+      cells.push_back(Text(table->Text(row, column)));
     rows.push_back(std::move(cells));
   }
   console.Print({{"columns", std::move(columns)}, {"rows", std::move(rows)}});

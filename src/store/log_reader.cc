@@ -1,24 +1,28 @@
 #include "store/log_reader.h"
 
-#include <algorithm>
+#include <array>
 #include <new>
-#include <string_view>
 
 #include "core/date_rules.h"
 #include "core/moments.h"
 #include "core/number_rules.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
+#include "store/line_counter.h"
 #include "store/line_reader.h"
+#include "store/table_errors.h"
 
 namespace zendrix::store {
 namespace {
 
 constexpr int kDateOrderValue = 33;
-constexpr std::size_t kFullLine = 4;      // fields of the line that founds the table
+constexpr std::size_t kFullLine = 4;      // fields of the line that defines the columns
 constexpr std::size_t kShortestLine = 3;  // fields of any other
 constexpr std::size_t kShortText = 50;
 constexpr std::size_t kLongText = 1024;
+
+constexpr std::array<std::string_view, 5> kFixedColumns = {"ID", "Date_Time", "Host", "TID", "Description"};
+constexpr std::size_t kDescription = 4;
 
 std::string CleanTrimmed(std::span<const char> line) {
   return std::string(core::Trim(core::CleanLine({line.data(), line.size()})));
@@ -26,22 +30,50 @@ std::string CleanTrimmed(std::span<const char> line) {
 
 }  // namespace
 
+EventLogTable::EventLogTable(std::size_t fields) : column_count_(fields + 1) {}
+
+std::string EventLogTable::ColumnName(std::size_t column) const {
+  if (column >= column_count_) core::Raise(kNoSuchColumn);
+  if (column < kFixedColumns.size()) return std::string(kFixedColumns[column]);
+  return "Descr" + std::to_string(column);
+}
+
+std::string_view EventLogTable::Text(std::size_t row, std::size_t column) const {
+  if (column < 1 || column >= column_count_) core::Raise(kNoSuchColumn);
+  const std::size_t end = row == 0 ? ends_.size() : At(row - 1).first;
+  const std::size_t field = At(row).first + column - 1;
+  if (field >= end) return {};
+  const std::size_t begin = field == 0 ? 0 : ends_[field - 1];
+  return std::string_view(bytes_).substr(begin, ends_[field] - begin);
+}
+
+void EventLogTable::AddRow(std::int32_t id, std::string_view date_time,
+                           const std::vector<std::string_view>& fields) {
+  rows_.push_back({id, ends_.size()});
+  AddField(date_time, 1);
+  for (std::size_t column = 2; column < column_count_ && column <= fields.size(); ++column)
+    AddField(fields[column - 1], column);
+}
+
+void EventLogTable::AddField(std::string_view text, std::size_t column) {
+  bytes_ += text.substr(0, column < kDescription ? kShortText : kLongText);
+  ends_.push_back(bytes_.size());
+}
+
 void CLog::InitClass(const std::string& path) {
   table_.reset();
   try {
-    Load(path);
+    table_ = Load(path);
   } catch (const core::RunTimeError&) {  // a log that cannot be read through is shown as none
-    table_.reset();
   } catch (const std::bad_alloc&) {
-    table_.reset();
   }
 }
 
-void CLog::Load(const std::string& path) {
+std::shared_ptr<const EventLogTable> CLog::Load(const std::string& path) {
   date_order_ =
       core::CInt(core::GetLocaleValue(kDateOrderValue, state_.seams.locale), state_.seams.locale.Current());
   current_year_ = core::LocalTimeOf(core::Now(state_.seams.clock, state_.seams.family)).year;
-  if (!state_.seams.files.Exists(path)) return;
+  if (!state_.seams.files.Exists(path)) return nullptr;
   const auto stream = core::ValueOrRaise(state_.seams.files.Open(path));
   LineReader lines(*stream);
   std::int32_t counter = 1;
@@ -49,36 +81,21 @@ void CLog::Load(const std::string& path) {
   auto fields = core::Split(line, ",");
   const bool full_at_once = fields.size() >= kFullLine;
   const auto next = [&] {
-    ++counter;
+    CountUp(counter);
     line = CleanTrimmed(lines.ReadLine());
     fields = core::Split(line, ",");
   };
   while (fields.size() < kFullLine && !lines.AtEnd()) next();
-  if (!full_at_once && lines.AtEnd()) return;
+  if (!full_at_once && lines.AtEnd()) return nullptr;
 
-  CreateEventLogTable(fields.size());
-  AddRow(counter, fields, true);
+  auto table = std::make_shared<EventLogTable>(fields.size());
+  table->AddRow(counter, DateTime(std::string(fields[0]), true), fields);
   while (!lines.AtEnd()) {
     next();
-    if (fields.size() >= kShortestLine) AddRow(counter, fields, false);
+    if (fields.size() >= kShortestLine)
+      table->AddRow(counter, DateTime(std::string(fields[0]), false), fields);
   }
-  std::ranges::reverse(table_->rows);
-}
-
-void CLog::CreateEventLogTable(std::size_t fields) {
-  table_ = std::make_unique<EventLogTable>();
-  table_->columns = {"ID", "Date_Time", "Host", "TID", "Description"};
-  for (std::size_t i = table_->columns.size(); i <= fields; ++i)
-    table_->columns.push_back("Descr" + std::to_string(i));
-}
-
-void CLog::AddRow(std::int32_t id, const std::vector<std::string_view>& fields, bool first) {
-  LogRow row{id, std::vector<std::string>(table_->columns.size() - 1)};
-  row.texts[0] = DateTime(std::string(fields[0]), first).substr(0, kShortText);
-  for (std::size_t i = 1; i < std::min(row.texts.size(), fields.size()); ++i) {
-    row.texts[i] = fields[i].substr(0, i < 3 ? kShortText : kLongText);
-  }
-  table_->rows.push_back(std::move(row));
+  return table;
 }
 
 // The first line's date must be readable or a number; later ones may be anything.

@@ -24,17 +24,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   platform.files.Put("/log", bytes);
   zendrix::store::CLog log(state);
   log.InitClass("/log");
-  const auto* const table = log.table();
+  const auto table = log.table();
   if (table == nullptr) return 0;
-  Require(!table->rows.empty() && table->columns.size() >= 5);
-  std::int32_t last = table->rows.front().ID + 1;
-  for (const auto& row : table->rows) {
-    Require(row.ID < last && row.ID >= 1);
-    last = row.ID;
-    Require(row.texts.size() == table->columns.size() - 1);
-    for (std::size_t i = 0; i < row.texts.size(); ++i) {
-      Require(row.texts[i].size() <= (i < 3 ? 50 : 1024));
-      for (const char c : row.texts[i]) Require(static_cast<unsigned char>(c) >= 32 && c != ',');
+  Require(table->RowCount() > 0 && table->ColumnCount() >= 5);
+  std::int32_t last = table->ID(0) + 1;
+  for (std::size_t row = 0; row < table->RowCount(); ++row) {
+    Require(table->ID(row) < last && table->ID(row) >= 1);
+    last = table->ID(row);
+    for (std::size_t column = 1; column < table->ColumnCount(); ++column) {
+      const std::string_view text = table->Text(row, column);
+      Require(text.size() <= (column < 4 ? 50 : 1024));
+      for (const char c : text) Require(static_cast<unsigned char>(c) >= 32 && c != ',');
     }
   }
   return 0;

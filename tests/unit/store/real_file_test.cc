@@ -193,7 +193,7 @@ TEST_F(RealFileTest, LogOfARealFolder) {
   store::CLog log(state_);
   log.InitClass(path_);
   ASSERT_NE(log.table(), nullptr);
-  EXPECT_EQ(log.table()->rows[0].texts[3], "b");
+  EXPECT_EQ(log.table()->Text(0, 4), "b");
 }
 
 }  // namespace
