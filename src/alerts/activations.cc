@@ -13,7 +13,8 @@ constexpr char kLineEnd[] = "\r\n";
 
 // The code that the decision is filed under, or nothing when this is the first alert with its Change.
 std::optional<std::string> CodeOf(store::EventTable& table, const NotableRecord& alert) {
-  store::EventCursor& rows = table.cursor();
+  const auto cursor = table.cursor();
+  store::EventCursor& rows = *cursor;
   rows.MoveFirst();
   rows.Find("ID = '" + std::to_string(alert.ID) + "' ", 0, store::Direction::kForward);
   // The file may have been replaced since the alert was looked up: its ID is another row's then.

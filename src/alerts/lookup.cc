@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <string_view>
 
 #include "core/date_rules.h"
@@ -21,7 +22,7 @@ constexpr double kSecondsPerDay = 86400;
 class Lookup {
  public:
   Lookup(core::AppState& state, store::EventTable& table, AlertContext& context)
-      : state_(state), rows_(table.cursor()), context_(context) {}
+      : state_(state), cursor_(table.cursor()), context_(context) {}
 
   void Run(const std::string& id) {
     rows_.MoveFirst();
@@ -131,7 +132,8 @@ class Lookup {
   }
 
   core::AppState& state_;
-  store::EventCursor& rows_;
+  const std::shared_ptr<store::EventCursor> cursor_;
+  store::EventCursor& rows_ = *cursor_;
   AlertContext& context_;
 };
 
@@ -147,7 +149,7 @@ void GetNotableInfo(core::AppState& state, core::ErrorLog& log, store::EventTabl
     log.WriteLog("EventUtils:GetNotableInfo",
                  "Error retrieving Alert details. '" + context.NotableInfo.back().Description + "' ");
   }
-  if (table && table->RowCount() > 0) table->cursor().MoveFirst();
+  if (table && table->RowCount() > 0) table->cursor()->MoveFirst();
 }
 
 }  // namespace zendrix::alerts

@@ -1,5 +1,5 @@
 // A growing list whose elements never move: it is made of chunks of 2^kBits elements, so growth copies
-// nothing and a pointer to an element stays good for the life of the list. Elements are plain data.
+// nothing and a pointer to an element stays valid for the life of the list. Elements are plain data.
 #pragma once
 
 #include <cstddef>
@@ -23,7 +23,7 @@ class ChunkedVector {
   const T& back() const { return (*this)[size_ - 1]; }
 
   void push_back(const T& value) {
-    // The memory of a chunk is left untouched until its elements arrive.
+    // A chunk is not initialised, so its pages are not touched before they are used.
     if ((size_ & kMask) == 0 && (size_ >> kBits) == chunks_.size()) {
       chunks_.push_back(std::make_unique_for_overwrite<T[]>(kMask + 1));
     }

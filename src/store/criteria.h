@@ -1,8 +1,8 @@
 // The little language of finds and filters:
 //   criteria = comparison { blanks AND blanks comparison } blanks
 //   comparison = Column op value        op: = <> < <= > >=     value: '...' or a number
-// "and" counts in any case; blanks around the operator do not matter. A quoted value ends at the next quote,
-// so a value that holds one leaves text that no rule takes, and the whole is malformed.
+// AND is read in any case; blanks around the operator do not matter. A quoted value ends at the next quote,
+// so a value that contains one leaves text that does not parse, and the whole criterion is malformed.
 #pragma once
 
 #include <string>

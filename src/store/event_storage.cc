@@ -4,16 +4,12 @@
 #include <charconv>
 
 #include "core/number_rules.h"
-#include "core/run_time_error.h"
 
 namespace zendrix::store {
 namespace {
 
 // Defined size of the columns DateUTC, DateTime, Hostname, ThreadID, Monitor, Original and Change.
 constexpr std::size_t kShortColumn = 50;
-
-// "Item cannot be found": a column that the table does not have.
-constexpr int kNoSuchColumn = 3265;
 
 using Digits = std::array<char, 12>;
 
@@ -107,7 +103,6 @@ std::string_view EventStorage::Text(Bookmark number, int column) const {
     default:
       break;
   }
-  if (column < 0) core::Raise(kNoSuchColumn);
   return texts_.Text(Id(number, column));
 }
 

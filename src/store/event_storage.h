@@ -1,4 +1,4 @@
-// Where the rows of an EventTable lie: small fixed records that refer to texts of one pool. Only the reader's
+// The storage behind an EventTable: small fixed records that refer to texts of one pool. Only the reader's
 // RowMaker adds to it; cursors read it. The display form of a numeric date is made when it is first asked
 // for, because almost no row is ever shown.
 #pragma once
@@ -49,7 +49,7 @@ class EventStorage {
   EventStorage();
 
   using Display = std::function<std::string_view(std::int32_t seconds)>;
-  // How a numeric date is shown. The view that it gives need only last until the next call.
+  // How a numeric date is shown. The view that it returns is used before the next call.
   void SetDisplay(Display display) { display_ = std::move(display); }
 
   std::uint32_t row_count() const { return static_cast<std::uint32_t>(rows_.size()); }
@@ -82,6 +82,7 @@ class EventStorage {
 
   // The text id of a column whose texts are interned (from Hostname on).
   TextId Id(Bookmark row, int column) const;
+  // The text of any column that the table has.
   std::string_view Text(Bookmark row, int column) const;
 
   // The rows that hold this text in this column, or this description with this change. Ascending.

@@ -6,13 +6,13 @@
 #include "core/letter_case.h"
 #include "core/run_time_error.h"
 #include "store/event_storage.h"
+#include "store/row_order.h"
 #include "store/selection.h"
+#include "store/table_errors.h"
 
 namespace zendrix::store {
 namespace {
 
-constexpr int kNoCurrentRow = 3021;
-constexpr int kNoSuchColumn = 3265;
 constexpr int kFirstDescrNumber = 10;
 
 constexpr std::array<std::string_view, kFirstDescr> kFixedColumns = {
@@ -61,24 +61,15 @@ std::string_view EventTable::Text(Bookmark row, int column) const {
 }
 
 EventCursor EventTable::Clone() const {
-  EventCursor clone(*this);
-  clone.keep_ = shared_from_this();
-  clone.MoveFirst();
-  return clone;
+  return EventCursor(shared_from_this());
 }
 
 EventCursor::EventCursor(const EventTable& table) : table_(&table) {}
-EventCursor::~EventCursor() = default;
-EventCursor::EventCursor(EventCursor&&) noexcept = default;
-
-EventCursor& EventCursor::operator=(EventCursor&& other) noexcept {
-  filter_ = std::move(other.filter_);  // before the table that it reads may go
-  table_ = other.table_;
-  keep_ = std::move(other.keep_);
-  place_ = other.place_;
-  row_ = other.row_;
-  return *this;
+EventCursor::EventCursor(std::shared_ptr<const EventTable> table)
+    : keep_(std::move(table)), table_(keep_.get()) {
+  MoveFirst();
 }
+EventCursor::~EventCursor() = default;
 
 EventCursor EventCursor::Clone() const {
   return table_->Clone();
@@ -87,6 +78,38 @@ EventCursor EventCursor::Clone() const {
 Selection& EventCursor::Filtered() const {
   filter_->Refresh();
   return *filter_;
+}
+
+const RowOrder& EventCursor::Ordered() const {
+  order_->Refresh();
+  return *order_;
+}
+
+// The place of the present row in the cursor's order.
+inline std::int64_t EventCursor::Here() const {
+  return order_ ? std::int64_t{Ordered().PlaceOf(row_)} : row_;
+}
+
+// The row at this place, or the nearest one on that side of it, that passes the filter; -1 when there is
+// none.
+inline std::int64_t EventCursor::Nearest(std::int64_t place, Direction direction) const {
+  if (order_) return NearestInOrder(place, direction, nullptr);
+  if (filter_)
+    return direction == Direction::kForward ? Filtered().AtOrAfter(place) : Filtered().AtOrBefore(place);
+  return place >= 0 && place < table_->RowCount() ? place : -1;
+}
+
+// The same in a sorted cursor; the row must be one of `also` too, if that is given.
+std::int64_t EventCursor::NearestInOrder(std::int64_t place, Direction direction,
+                                         const Selection* also) const {
+  const RowOrder& order = Ordered();
+  const Selection* const filter = filter_ ? &Filtered() : nullptr;
+  const int step = direction == Direction::kForward ? 1 : -1;
+  for (; place >= 0 && place < table_->RowCount(); place += step) {
+    const Bookmark row = order.RowAt(static_cast<std::uint32_t>(place));
+    if ((!filter || filter->Holds(row)) && (!also || also->Holds(row))) return row;
+  }
+  return -1;
 }
 
 // Stands on the row, or at the given end when it is -1; nowhere at all when no row passes.
@@ -101,27 +124,34 @@ void EventCursor::Land(std::int64_t row, Place otherwise) {
 }
 
 void EventCursor::MoveFirst() {
-  const std::int64_t first = table_->RowCount() == 0 ? -1 : 0;
-  Land(filter_ ? Filtered().AtOrAfter(0) : first, Place::kEof);
+  Land(Nearest(0, Direction::kForward), Place::kEof);
 }
 
 void EventCursor::MoveLast() {
-  const std::int64_t last = std::int64_t{table_->RowCount()} - 1;
-  Land(filter_ ? Filtered().AtOrBefore(last) : last, Place::kBof);
+  Land(Nearest(std::int64_t{table_->RowCount()} - 1, Direction::kBackward), Place::kBof);
 }
 
 void EventCursor::MoveNext() {
   if (place_ == Place::kEof) return;
   if (place_ != Place::kRow) return MoveFirst();
-  const std::int64_t next = std::int64_t{row_} + 1;
-  Land(filter_ ? Filtered().AtOrAfter(next) : next < table_->RowCount() ? next : -1, Place::kEof);
+  Land(Nearest(Here() + 1, Direction::kForward), Place::kEof);
 }
 
 void EventCursor::MovePrevious() {
   if (place_ == Place::kBof) return;
   if (place_ != Place::kRow) return MoveLast();
-  const std::int64_t previous = std::int64_t{row_} - 1;
-  Land(filter_ ? Filtered().AtOrBefore(previous) : previous, Place::kBof);
+  Land(Nearest(Here() - 1, Direction::kBackward), Place::kBof);
+}
+
+void EventCursor::SetSort(int column, SortOrder order) {
+  if (column < 0 || column >= table_->ColumnCount()) core::Raise(kNoSuchColumn);
+  order_ = std::make_unique<RowOrder>(table_->storage(), column, order);
+  MoveFirst();
+}
+
+void EventCursor::ClearSort() {
+  order_.reset();
+  MoveFirst();
 }
 
 void EventCursor::SetFilter(std::string_view filter) {
@@ -132,6 +162,20 @@ void EventCursor::SetFilter(std::string_view filter) {
 
 std::uint32_t EventCursor::RecordCount() const {
   return filter_ ? Filtered().Count() : table_->RowCount();
+}
+
+// The row that satisfies the criterion found last, from the present one on.
+inline std::int64_t EventCursor::NearestFound(Direction direction) const {
+  found_->Refresh();
+  if (order_) return NearestInOrder(Here(), direction, found_.get());
+  const bool forward = direction == Direction::kForward;
+  std::int64_t row = row_;
+  do {
+    row = forward ? found_->AtOrAfter(row) : found_->AtOrBefore(row);
+    if (row < 0 || !filter_ || Filtered().Holds(static_cast<Bookmark>(row))) return row;
+    row += forward ? 1 : -1;
+  } while (row >= 0);
+  return -1;
 }
 
 void EventCursor::Find(std::string_view criterion, std::uint32_t skip, Direction direction) {
@@ -146,14 +190,7 @@ void EventCursor::Find(std::string_view criterion, std::uint32_t skip, Direction
   if (place_ == Place::kNowhere || place_ == (forward ? Place::kEof : Place::kBof)) return;
   if (place_ != Place::kRow) forward ? MoveFirst() : MoveLast();
 
-  found_->Refresh();
-  std::int64_t row = row_;
-  do {
-    row = forward ? found_->AtOrAfter(row) : found_->AtOrBefore(row);
-    if (row < 0 || !filter_ || Filtered().Holds(static_cast<Bookmark>(row))) break;
-    row += forward ? 1 : -1;
-  } while (row >= 0);
-  Land(row, forward ? Place::kEof : Place::kBof);
+  Land(NearestFound(direction), forward ? Place::kEof : Place::kBof);
 }
 
 Bookmark EventCursor::bookmark() const {
@@ -173,10 +210,6 @@ std::int32_t EventCursor::ID() const {
 
 std::string_view EventCursor::Text(int column) const {
   return table_->Text(bookmark(), column);
-}
-
-std::string_view EventCursor::Text(std::string_view column_name) const {
-  return table_->Text(bookmark(), table_->ColumnIndex(column_name));
 }
 
 }  // namespace zendrix::store

@@ -1,12 +1,12 @@
 // EventTable: all events in memory, append-only. Rows are numbered from 0 in the order of arrival and keep
 // their number for the life of the table, so a row number is a bookmark. Repeated texts are stored once; all
 // texts live in the table's arena and every view handed out stays valid as long as the table does. A table is
-// held by shared_ptr: its clones keep it alive, so a clone goes on reading the old events when the reader has
-// replaced its table.
+// held by shared_ptr, and so is everything that reads it: clones and the handle of the shared cursor keep it
+// alive, so whoever holds one goes on reading the old events when the reader has replaced its table.
 //
-// Reading goes through cursors. Each has its own position and filter; the table has one shared cursor, which
-// consumers move under the rules that they state, and gives any number of clones. Criteria are texts of the
-// form
+// Reading goes through cursors. Each has its own position, filter and order; the table has one shared cursor,
+// which consumers move under the rules that they state, and gives any number of clones. Criteria are texts of
+// the form
 //   Column op value [AND Column op value ...]      op: = <> < <= > >=
 // with the value a text in single quotes (compared as bytes) or a plain number (the column is then read as a
 // number in the user's locale; a text that is no number never matches). ID is always compared as a number.
@@ -45,16 +45,19 @@ enum Column : int {
 using Bookmark = std::uint32_t;
 
 enum class Direction { kForward, kBackward };
+enum class SortOrder { kAscending, kDescending };
 
 class EventTable;
 class EventStorage;
+class RowOrder;
 class Selection;
 
+// Bound to the table that it was made on, and so neither movable nor assignable.
 class EventCursor {
  public:
   ~EventCursor();
-  EventCursor(EventCursor&&) noexcept;
-  EventCursor& operator=(EventCursor&&) noexcept;
+  EventCursor(EventCursor&&) = delete;
+  EventCursor& operator=(EventCursor&&) = delete;
 
   void MoveFirst();
   void MoveLast();
@@ -69,6 +72,13 @@ class EventCursor {
   void SetFilter(std::string_view filter);
   // Rows that pass the filter.
   std::uint32_t RecordCount() const;
+  // Walks the rows in the order of this column from now on, and moves to the first of them. ID is compared as
+  // a number, every other column as the bytes of its text; equal rows stay in their order of arrival,
+  // descending too. Rows that arrive later take their places. Raises 3265 for a column that the table does
+  // not have.
+  void SetSort(int column, SortOrder order);
+  // Back to the order of arrival, on the first row.
+  void ClearSort();
   // Starts `skip` rows away from the present one in the given direction and moves to the first row that
   // satisfies the criterion; past the last row (Eof) or before the first (Bof) when there is none. The
   // criterion is one comparison; anything else raises 3001.
@@ -82,9 +92,8 @@ class EventCursor {
   // Columns of the present row; raise 3021 at Bof or Eof, 3265 for a column that the table does not have.
   std::int32_t ID() const;
   std::string_view Text(int column) const;
-  std::string_view Text(std::string_view column_name) const;
 
-  // A cursor of its own on the same table, without filter, on the first row.
+  // A cursor of its own on the same table, without filter and sort, on the first row.
   EventCursor Clone() const;
   // The table this cursor reads.
   const EventTable& table() const { return *table_; }
@@ -94,15 +103,23 @@ class EventCursor {
   enum class Place : std::uint8_t { kBof, kRow, kEof, kNowhere };
 
   explicit EventCursor(const EventTable& table);
-  Selection& Filtered() const;  // the filter's rows, up to date with the table
+  explicit EventCursor(std::shared_ptr<const EventTable> table);
+  // The filter's rows and the order, up to date with the table.
+  Selection& Filtered() const;
+  const RowOrder& Ordered() const;
+  std::int64_t Here() const;
+  std::int64_t Nearest(std::int64_t place, Direction direction) const;
+  std::int64_t NearestInOrder(std::int64_t place, Direction direction, const Selection* also) const;
+  std::int64_t NearestFound(Direction direction) const;
   void Land(std::int64_t row, Place otherwise);
 
-  const EventTable* table_;
-  std::shared_ptr<const EventTable> keep_;  // empty for the table's own cursor
+  const std::shared_ptr<const EventTable> keep_;  // empty for the table's own cursor
+  const EventTable* const table_;
   Place place_ = Place::kNowhere;
   Bookmark row_ = 0;
-  mutable std::unique_ptr<Selection> filter_;  // null: all rows
-  // The criterion found last: searches go on with the same one again and again.
+  std::unique_ptr<Selection> filter_;  // null: all rows
+  std::unique_ptr<RowOrder> order_;    // null: the order of arrival
+  // The last criterion of Find: callers repeat the same one many times.
   std::string criterion_;
   std::unique_ptr<Selection> found_;
 };
@@ -126,13 +143,13 @@ class EventTable : public std::enable_shared_from_this<EventTable> {
   std::int32_t ID(Bookmark row) const;
   std::string_view Text(Bookmark row, int column) const;
 
-  // The shared cursor.
-  EventCursor& cursor() { return cursor_; }
-  // A cursor of its own, without filter, on the first row.
+  // The shared cursor. The handle keeps the table alive.
+  std::shared_ptr<EventCursor> cursor() { return {shared_from_this(), &cursor_}; }
+  // A cursor of its own, without filter and sort, on the first row.
   EventCursor Clone() const;
 
   const platform::LocaleInfo& locale() const { return locale_; }
-  // Where the rows lie; only the reader adds to it.
+  // The rows themselves; only the reader adds to it.
   EventStorage& storage() const { return *storage_; }
 
  private:

@@ -36,7 +36,7 @@ bool LineFields::ScanBytes(const char* text, std::size_t from, std::size_t size)
 }
 
 #ifdef __SSE2__
-// Sixteen bytes at a time. The last sixteen overlap those before them, whose hits are then left out.
+// Sixteen bytes at a time. The last sixteen overlap those before them, whose hits are masked out.
 bool LineFields::Scan(const char* text, std::size_t size) {
   if (size < 16) return ScanBytes(text, 0, size);
   const __m128i bar = _mm_set1_epi8('|');

@@ -13,7 +13,7 @@ namespace zendrix::store {
 
 class LineFields {
  public:
-  // Cleans the line where it lies (control characters become blanks), leaves out blanks at both ends and
+  // Cleans the line in place (control characters become blanks), leaves out blanks at both ends and
   // splits the rest. The fields are views of the line.
   void Split(std::span<char> line);
 
@@ -36,7 +36,7 @@ class LineFields {
   bool ScanBytes(const char* text, std::size_t from, std::size_t size);
   void NoteBars(std::size_t at, std::uint64_t hits);
 
-  const char* base_ = nullptr;  // where the places of bars count from
+  const char* base_ = nullptr;  // the positions of bars count from here
   std::string_view line_;
   std::vector<std::uint32_t> bars_;  // the first bar_count_ are this line's
   std::size_t bar_count_ = 0;

@@ -1,6 +1,6 @@
 // Reads a text file line by line in large blocks. A line ends at LF, and a CR right before it belongs to the
-// end; the last line may lack its end. The file may grow while it is read: the end is where nothing more can
-// be read at the time of asking.
+// end; the last line may lack its end. The file may grow while it is read: the end is where a read returns
+// nothing at that moment.
 #pragma once
 
 #include <cstddef>
@@ -18,9 +18,9 @@ class LineReader {
 
   // The next line begins at this byte. Before the first read only.
   void Skip(std::int64_t bytes);
-  // Whether nothing is left. Ends the life of the line read last. Raises what the stream refuses.
+  // Whether nothing is left. Invalidates the line read last. Raises what the stream refuses.
   bool AtEnd();
-  // The next line without its end, to be changed at will; it lives until the next call of any of these.
+  // The next line without its end. The caller may change it; it is valid until the next call of any of these.
   // Raises 62 when nothing is left.
   std::span<char> ReadLine();
 

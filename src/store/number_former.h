@@ -1,5 +1,5 @@
 // The stored form of Original and Change: the number at the head of the field with 16 decimals. Plain
-// decimals, which nearly all fields are, are put together from their own digits; every other form goes
+// decimals, which nearly all fields are, are formed from their own digits; every other form goes
 // through the general rules once and is remembered.
 #pragma once
 
@@ -27,7 +27,7 @@ class NumberFormer {
   }
 
  private:
-  // Short fields that came lately: nearly all fields of a file are few small numbers.
+  // Cache of short fields: nearly all fields of a file are a few small numbers.
   struct Recent {
     std::uint64_t key;  // 0 for none
     TextId id;

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t kFirstSlots = 256;
 
-// A list of n rows lies in room for the next power of two.
+// A list of n rows has room for the next power of two.
 std::size_t RoomFor(std::uint32_t size) {
   return std::bit_ceil(static_cast<std::size_t>(size));
 }

@@ -1,5 +1,5 @@
 // An index: for each key the ascending list of the rows that have it. Rows are only ever added, in ascending
-// order, and never taken out. A list handed out stays good until the next row is added.
+// order, and never removed. A list handed out stays valid until the next row is added.
 #pragma once
 
 #include <cstddef>
@@ -25,7 +25,7 @@ class Postings {
   // Most keys occur once: such a row stands in the slot itself.
   struct Slot {
     std::uint64_t key;
-    std::uint32_t size;   // 0: a vacant slot
+    std::uint32_t size;   // 0: a free slot
     std::uint32_t place;  // the row itself when size is 1, else the beginning of the list in the pool
   };
 

@@ -9,6 +9,7 @@
 #include "core/moments.h"
 #include "core/number_rules.h"
 #include "core/run_time_error.h"
+#include "store/line_counter.h"
 #include "store/line_fields.h"
 #include "store/line_reader.h"
 #include "store/row_maker.h"
@@ -20,11 +21,6 @@ constexpr int kDateOrderValue = 33;
 constexpr int kNoDescr = 9;
 constexpr std::int32_t kLinesPerYield = 50;
 constexpr std::int64_t kLargestLong = std::numeric_limits<std::int32_t>::max();
-
-void CountUp(std::int32_t& counter) {
-  if (counter == kLargestLong) core::Raise(core::kOverflow);
-  ++counter;
-}
 
 // Counts a line of this length, its end taken as two bytes whatever it was.
 void CountBytes(std::int64_t& running, std::size_t length) {
@@ -83,6 +79,7 @@ void CMkvlf::Load(const std::string& path) {
   HostList.Clear();
   OriginalList.Clear();
   rows_.reset();
+  EventTable.reset();
   if (!state_.seams.files.Exists(path)) {
     CreateEventTable(kNoDescr);
     ReloadedFlag = true;
@@ -104,7 +101,7 @@ void CMkvlf::LoadLines(LineReader& lines) {
   std::int32_t counter = 1;
   std::int64_t running_bytes = 0;
   LineFields fields;
-  // The line in hand is kept apart: asking for the end of the file ends the life of a line.
+  // The current line is copied: asking for the end of the file invalidates it.
   std::vector<char> line;
   const auto next = [&] {
     const auto read = lines.ReadLine();
@@ -131,7 +128,7 @@ void CMkvlf::LoadLines(LineReader& lines) {
     if (counter % kLinesPerYield == 0) Progress(running_bytes);
   }
   LastLineNumber = counter;
-  EventTable->cursor().MoveFirst();
+  EventTable->cursor()->MoveFirst();
   ReloadedFlag = true;
 }
 
@@ -139,7 +136,7 @@ void CMkvlf::LoadLines(LineReader& lines) {
 void CMkvlf::Progress(std::int64_t running_bytes) {
   if (running_bytes * 100 > kLargestLong) core::Raise(core::kOverflow);
   const double percent = static_cast<double>(running_bytes * 100) / LastFileSize;
-  EventTable->cursor().MoveFirst();
+  EventTable->cursor()->MoveFirst();
   if (progress_) progress_(static_cast<int>(std::min(percent, 100.0)));
   state_.seams.loop.ProcessMessages();
 }
@@ -167,7 +164,7 @@ void CMkvlf::Follow() {
     LineReader lines(*stream);
     Append(lines);
     LastFileSize = size;
-    EventTable->cursor().MoveFirst();
+    EventTable->cursor()->MoveFirst();
   }
   newAlert.Raise();
 }
@@ -200,7 +197,7 @@ void CMkvlf::Append(LineReader& lines) {
 
 void CMkvlf::CreateEventTable(int last_descr) {
   EventTable = store::EventTable::CreateEventTable(last_descr, state_.seams.locale.Current());
-  rows_ = std::make_unique<RowMaker>(state_, log_, *EventTable,
+  rows_ = std::make_unique<RowMaker>(state_, log_, EventTable,
                                      RowMaker::Traces{MonitorList, HostList, OriginalList, LastDateUTC},
                                      ReaderDateOrder);
 }

@@ -2,9 +2,9 @@
 // every tick of its own one-shot timer (2500 ms). Polling is the only means: nothing is locked and the file
 // is never held open between reads. Everything runs on the user-interface thread.
 //
-// A full load lets waiting messages be processed now and then, so that other code can run in the middle of it
-// and sees a table that is still being filled. What it finds there is sound, only incomplete: a second load
-// or poll that comes up meanwhile gives way, and the next tick sees what it would have seen.
+// A full load yields to the event loop now and then, so other code can run in the middle of it and sees a
+// table that is still being filled. What it finds there is consistent, only incomplete: a load or poll that
+// re-enters meanwhile returns at once, and the next tick reads what it would have read.
 #pragma once
 
 #include <cstdint>
@@ -47,8 +47,8 @@ class CMkvlf {
   // Raised synchronously after every change of the table.
   widgets::Signal<> newAlert;
 
-  // Null before the first load, or when it failed early. Who lets messages be processed while he reads holds
-  // a clone of the cursor (or a copy of this pointer): a reload puts a new table here.
+  // Null before the first load, or when it failed early. A reload puts a new table here: a caller that yields
+  // to the event loop while it reads keeps a copy of this pointer, a clone or the shared cursor's handle.
   std::shared_ptr<store::EventTable> EventTable;
   std::optional<Bookmark> LastBookmark;  // last row as it stood before the newest batch
   bool ReloadedFlag = false;
@@ -62,7 +62,7 @@ class CMkvlf {
   std::string LastDateUTC;
 
  private:
-  // One one-shot timer of a chain of ticks; spent ones are armed again.
+  // One one-shot timer of a chain of ticks; those that have fired are armed again.
   struct Shot {
     std::unique_ptr<platform::Timer> timer;
     bool armed = false;

@@ -1,13 +1,13 @@
 #include "store/row_maker.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "core/date_rules.h"
 #include "core/moment_formatter.h"
 #include "core/moments.h"
 #include "core/number_rules.h"
 #include "core/run_time_error.h"
+#include "store/line_counter.h"
 
 namespace zendrix::store {
 namespace {
@@ -28,7 +28,7 @@ bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-// The first " * " at or behind `from`. The asterisk is what is rare in it.
+// The first " * " at or behind `from`. The asterisk is its rare character.
 std::size_t FindSeparator(std::string_view text, std::size_t from = 0) {
   for (std::size_t star = text.find('*', from + 1); star != std::string_view::npos;
        star = text.find('*', star + 1)) {
@@ -37,13 +37,7 @@ std::size_t FindSeparator(std::string_view text, std::size_t from = 0) {
   return std::string_view::npos;
 }
 
-void CountUp(std::int32_t& counter) {
-  if (counter == std::numeric_limits<std::int32_t>::max()) core::Raise(core::kOverflow);
-  ++counter;
-}
-
-// Takes what stands before the next separator (or all) from the front; false when the text was used up
-// before.
+// Takes the part before the next separator (or the rest) from the front; false when nothing is left.
 class Pieces {
  public:
   Pieces(std::string_view text, std::string_view separator)
@@ -69,7 +63,7 @@ class Pieces {
 std::string ExpandDesField(std::string_view text, std::size_t wanted) {
   std::string expanded;
   Pieces items(text, ";");
-  // Prefixes repeat, so the result can be far longer than the text: it is not built further than it is
+  // Prefixes repeat, so the result can be far longer than the text: it is built only as far as it is
   // wanted.
   for (std::string_view item; expanded.size() <= wanted && items.Next(item);) {
     const std::size_t equals = item.find('=');
@@ -88,15 +82,16 @@ std::string ExpandDesField(std::string_view text, std::size_t wanted) {
   return expanded;
 }
 
-RowMaker::RowMaker(core::AppState& state, core::ErrorLog& log, EventTable& table, Traces traces,
-                   int date_order)
+RowMaker::RowMaker(core::AppState& state, core::ErrorLog& log, std::shared_ptr<EventTable> table,
+                   Traces traces, int date_order)
     : state_(state),
       log_(log),
-      locale_(table.locale()),
-      storage_(table.storage()),
-      extra_columns_(table.ColumnCount() - kFirstDescr),
+      table_(std::move(table)),
+      locale_(table_->locale()),
+      storage_(table_->storage()),
+      extra_columns_(table_->ColumnCount() - kFirstDescr),
       traces_(traces),
-      numbers_(table.locale(), table.storage().texts()) {
+      numbers_(locale_, storage_.texts()) {
   const auto formatter = std::make_shared<core::MomentFormatter>(locale_, date_order, state.seams.family);
   storage_.SetDisplay([formatter](std::int32_t seconds) { return formatter->Format(seconds); });
 }
@@ -166,7 +161,7 @@ RowMaker::Stamp RowMaker::ReadStamp(std::string_view field) {
 // The known source of "HOST,42,Running Processes"; -1 when that is not three items.
 int RowMaker::SourceOf(std::string_view behind_date) {
   if (behind_date.size() < 8) return FindSource(behind_date);
-  // What tells sources apart most often is the end of the monitor's name.
+  // Sources differ mostly in the end of the monitor's name.
   const std::uint64_t end = Load8(behind_date.data() + behind_date.size() - 8) + behind_date.size();
   RecentSource& recent = recent_sources_[end * 0x9E3779B97F4A7C15 >> 58];
   if (recent.text.size() == behind_date.size() &&

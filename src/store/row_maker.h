@@ -1,5 +1,5 @@
-// Turns full lines of the monitoring file into rows of one table, and offers their names to the reader's
-// lists. The full load and the incremental load both work through it.
+// Turns full lines of the monitoring file into rows of one table, which it keeps alive, and offers their
+// names to the reader's lists. The full load and the incremental load both work through it.
 #pragma once
 
 #include <array>
@@ -25,7 +25,7 @@ std::string ExpandDesField(std::string_view text, std::size_t wanted = std::stri
 
 class RowMaker {
  public:
-  // What the lines leave behind in the reader besides rows.
+  // What the lines add to the reader besides rows.
   struct Traces {
     CUList& monitors;
     CUList& hosts;
@@ -37,7 +37,8 @@ class RowMaker {
   enum class Load { kFull, kIncremental };
 
   // `date_order` is the locale's order of the short date, in which displayed moments are put together.
-  RowMaker(core::AppState& state, core::ErrorLog& log, EventTable& table, Traces traces, int date_order);
+  RowMaker(core::AppState& state, core::ErrorLog& log, std::shared_ptr<EventTable> table, Traces traces,
+           int date_order);
 
   void BeginLoad(Load load) { load_ = load; }
   // The row of the first full line of a file: its description is taken whole.
@@ -58,7 +59,7 @@ class RowMaker {
     bool aggregation;
     bool offered;  // to the lists of hosts and monitors
   };
-  // A source that came lately, by the text in the pool.
+  // Cache of sources, by their text in the pool.
   struct RecentSource {
     std::string_view text;
     int source;
@@ -78,6 +79,7 @@ class RowMaker {
 
   core::AppState& state_;
   core::ErrorLog& log_;
+  const std::shared_ptr<EventTable> table_;
   const platform::LocaleInfo& locale_;
   EventStorage& storage_;
   int extra_columns_;

@@ -62,7 +62,7 @@ void Selection::Plan() {
   ChooseIndex();
 }
 
-// Dates and IDs rise from row to row in a sound file: a comparison of one is then a range of rows.
+// Dates and IDs rise from row to row in an undamaged file: a comparison of one is then a range of rows.
 bool Selection::NarrowByOrder(const Comparison& comparison) {
   const auto rows = storage_.row_count();
   if (comparison.op == Op::kNotEqual) return false;

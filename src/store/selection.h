@@ -1,4 +1,4 @@
-// The rows of a table that satisfy some comparisons, in both directions. It looks for the shortest way to
+// The rows of a table that satisfy some comparisons, in both directions. It takes the shortest way to
 // them: a range of rows where the order of IDs or dates allows it, an index where a text is compared for
 // equality, and only what is left is tested row by row.
 #pragma once
@@ -17,7 +17,7 @@ class Selection {
  public:
   Selection(const EventTable& table, std::vector<Comparison> comparisons);
 
-  // Takes account of the rows that have arrived since the last call. Called before every use below.
+  // Includes the rows that have arrived since the last call. Called before every use below.
   void Refresh();
 
   // The nearest selected row at or behind (before) this one; -1 when there is none.

@@ -1,7 +1,7 @@
 // Texts stored once. A text that is interned gets a number; equal texts get the same one, so that texts of
 // one pool are compared by their numbers. Bytes lie in big blocks that never move: every view handed out
-// stays valid as long as the pool does. Texts come from files that others write, so the hash is seeded anew
-// for every pool.
+// stays valid as long as the pool does. Texts come from files that others write, so every pool has a hash
+// seed of its own.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +22,7 @@ inline constexpr TextId kNoText = 0xFFFFFFFF;
 // A seed that differs from one call to the next.
 std::uint64_t FreshSeed();
 
-// Loads of bytes that lie at any address.
+// Loads from any address, aligned or not.
 inline std::uint64_t Load8(const char* p) {
   std::uint64_t value;
   std::memcpy(&value, p, sizeof value);
@@ -34,8 +34,8 @@ inline std::uint64_t Load4(const char* p) {
   return value;
 }
 
-// Whether `size` bytes, at least one, are the same: for short texts quicker than a call. Loads overlap at the
-// end.
+// Whether `size` bytes, at least one, are the same: for short texts faster than a call. Loads overlap at
+// the end.
 inline bool SameBytes(const char* one, const char* other, std::size_t size) {
   if (size >= 8) {
     for (std::size_t i = 0; i + 8 < size; i += 8) {
@@ -47,7 +47,7 @@ inline bool SameBytes(const char* one, const char* other, std::size_t size) {
   return one[0] == other[0] && one[size / 2] == other[size / 2] && one[size - 1] == other[size - 1];
 }
 
-// Hashes of short texts, as quick as the texts are short.
+// A hash that is fast on short texts.
 class TextHash {
  public:
   TextHash() : one_(FreshSeed()), other_(FreshSeed()) {}
@@ -75,8 +75,7 @@ class TextHash {
   __extension__ using Wide = unsigned __int128;
 
   // The two halves of a full product folded together: each bit of the result depends on all bits of both
-  // factors. Both hold a part that no writer of a file knows, so no file can be made of texts that fall
-  // together.
+  // factors. Both contain secret bits, so no file can be made of texts that collide.
   static std::uint64_t Fold(std::uint64_t a, std::uint64_t b) {
     const Wide product = static_cast<Wide>(a) * b;
     return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
@@ -91,7 +90,7 @@ class TextPool {
  public:
   TextPool();
 
-  // A text on its way into the pool.
+  // A text and its hash, for a later Intern.
   struct Hashed {
     std::string_view text;
     std::uint32_t hash;
@@ -104,7 +103,7 @@ class TextPool {
     const std::size_t slot = SlotOf(hashed.text, hashed.hash);
     return slots_[slot] != 0 ? static_cast<TextId>(slots_[slot]) : Insert(hashed.text, hashed.hash, slot);
   }
-  // Has the text's place fetched from memory while other work is done before its Intern.
+  // Prefetches the text's slot while other work is done before its Intern.
   Hashed Prepare(std::string_view text) const {
     const Hashed hashed{text, hash_(text)};
     __builtin_prefetch(&slots_[hashed.hash & mask_]);
@@ -129,7 +128,7 @@ class TextPool {
     std::uint32_t size;
   };
 
-  // The slot that holds the text, or the vacant one where it belongs.
+  // The slot that holds the text, or the free one where it belongs.
   std::size_t SlotOf(std::string_view text, std::uint32_t hash) const {
     for (std::size_t i = hash & mask_;; i = (i + 1) & mask_) {
       const std::uint64_t slot = slots_[i];
@@ -144,7 +143,7 @@ class TextPool {
 
   TextHash hash_;
   ChunkedVector<Entry, 12> entries_;
-  // Open addressing: hash in the upper half, number of the entry in the lower; 0 is a vacant slot (number 0
+  // Open addressing: hash in the upper half, number of the entry in the lower; 0 is a free slot (number 0
   // is the empty text, which is never looked for here).
   std::vector<std::uint64_t> slots_;
   std::size_t mask_;

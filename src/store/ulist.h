@@ -1,4 +1,4 @@
-// CUList: a list of unique texts with insertion order; keys do not regard case.
+// CUList: a list of unique texts in insertion order; keys ignore case.
 #pragma once
 
 #include <cstddef>
@@ -27,13 +27,13 @@ class CUList {
   void Clear();
 
  private:
-  // The slot that holds the key, or the vacant one where it belongs.
+  // The slot that holds the key, or the free one where it belongs.
   std::size_t SlotOf(std::string_view key) const;
   void Grow();
 
   std::uint64_t seed_;  // keys come from files that others write
   std::vector<Entry> entries_;
-  std::vector<std::uint32_t> slots_;  // open addressing: index of the entry plus 1, 0 vacant
+  std::vector<std::uint32_t> slots_;  // open addressing: index of the entry plus 1, 0 free
 };
 
 }  // namespace zendrix::store

@@ -1,5 +1,7 @@
 // Descriptions of events end up inside criteria, unescaped. An input is a criterion, used as filter and for
-// finds on a fixed table: it is malformed, or the rows that it gives are those that a scan gives.
+// finds on a fixed table, in its own order and sorted: it is malformed, or the rows that it gives are those
+// that a scan gives.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -89,6 +91,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   EventCursor cursor = table.Clone();
   cursor.SetFilter(text);
   CheckFilter(cursor, expected);
+  const int column = static_cast<int>(size) % table.ColumnCount();
+  std::vector<Bookmark> sorted = expected;
+  std::ranges::stable_sort(sorted, [&](Bookmark one, Bookmark other) {
+    if (column == zendrix::store::kID) return table.ID(one) > table.ID(other);
+    return table.Text(one, column) > table.Text(other, column);
+  });
+  cursor.SetSort(column, zendrix::store::SortOrder::kDescending);
+  CheckFilter(cursor, sorted);
   if (comparisons.size() != 1) return 0;
   EventCursor finder = table.Clone();
   for (const Bookmark row : expected) {

@@ -60,7 +60,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const alerts::AlertContext& context = console.alerts().context();
     Require(!context.NotableInfo.empty(), "an entry for the alert");
     Require(context.FirstEventDateUTC == table.Text(0, store::kDateUTC), "the first row's date");
-    Require(table.cursor().bookmark() == 0, "the cursor on the first row");
+    Require(table.cursor()->bookmark() == 0, "the cursor on the first row");
     const auto row = RowOf(table, std::stoi(id));
     if (std::stoi(id) > INT16_MAX) continue;
     Require(context.NotableInfo[0].ID == std::stoi(id), "the alert's ID");

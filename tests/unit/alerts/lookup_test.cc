@@ -138,7 +138,7 @@ TEST_F(LookupTest, CursorStandsOnTheFirstRowAfterwards) {
   Alert(1, "Running Processes=a;");
   Load();
   LookUp(2);
-  EXPECT_EQ(reader_.EventTable->cursor().bookmark(), 0U);
+  EXPECT_EQ(reader_.EventTable->cursor()->bookmark(), 0U);
 }
 
 TEST_F(LookupTest, ApostropheInADescriptionEndsTheLookupWithWhatWasFound) {
@@ -149,7 +149,7 @@ TEST_F(LookupTest, ApostropheInADescriptionEndsTheLookupWithWhatWasFound) {
   world_.quiet.Expect("'EventUtils:GetNotableInfo': Error retrieving Alert details. 'a' ");
   LookUp(3);
   EXPECT_THAT(Events(), ElementsAre("Running Processes=a"));
-  EXPECT_EQ(reader_.EventTable->cursor().bookmark(), 0U);
+  EXPECT_EQ(reader_.EventTable->cursor()->bookmark(), 0U);
 }
 
 TEST_F(LookupTest, IdBeyondSixteenBitsEndsTheLookup) {

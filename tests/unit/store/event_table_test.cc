@@ -64,13 +64,14 @@ TEST_F(EventTableTest, EmptyTableIsAtBothEnds) {
     EXPECT_TRUE(cursor.Eof());
   }
   EXPECT_EQ(NumberRaisedBy([&] { cursor.ID(); }), 3021);
-  EXPECT_EQ(NumberRaisedBy([&] { cursor.Text("Monitor"); }), 3021);
+  EXPECT_EQ(NumberRaisedBy([&] { cursor.Text(store::kMonitor); }), 3021);
   EXPECT_EQ(NumberRaisedBy([&] { cursor.bookmark(); }), 3021);
 }
 
 TEST_F(EventTableTest, CursorWalksBothWays) {
   LoadOf({Line("1", "A", "x"), Line("2", "B", "y"), Line("3", "A", "z")});
-  EventCursor& cursor = reader_->EventTable->cursor();
+  const auto shared = reader_->EventTable->cursor();
+  EventCursor& cursor = *shared;
   EXPECT_EQ(cursor.ID(), 1);
   cursor.MovePrevious();
   EXPECT_TRUE(cursor.Bof());
@@ -91,15 +92,33 @@ TEST_F(EventTableTest, CursorWalksBothWays) {
 
 TEST_F(EventTableTest, ColumnsByNameAndIndex) {
   LoadOf({Line("1", "A", "x") + "|extra"});
-  EventCursor& cursor = reader_->EventTable->cursor();
-  EXPECT_EQ(cursor.Text("description"), "x");
-  EXPECT_EQ(cursor.Text("Descr10"), "extra");
+  const auto shared = reader_->EventTable->cursor();
+  EventCursor& cursor = *shared;
+  const auto& table = cursor.table();
+  EXPECT_EQ(cursor.Text(table.ColumnIndex("description")), "x");
+  EXPECT_EQ(cursor.Text(table.ColumnIndex("Descr10")), "extra");
   EXPECT_EQ(cursor.Text(store::kID), "1");
-  EXPECT_EQ(NumberRaisedBy([&] { cursor.Text("Descr11"); }), 3265);
-  EXPECT_EQ(NumberRaisedBy([&] { cursor.Text("Descr010"); }), 3265);
+  for (const char* name :
+       {"Descr9", "Descr11", "Descr010", "Descr1x", "Descr", "Descr99999999999", "Desc", ""})
+    EXPECT_EQ(table.ColumnIndex(name), -1) << name;
   EXPECT_EQ(NumberRaisedBy([&] { cursor.Text(12); }), 3265);
   EXPECT_EQ(NumberRaisedBy([&] { cursor.Text(-1); }), 3265);
 }
+
+TEST_F(EventTableTest, ColumnNamesOutOfRangeRaise3265) {
+  LoadOf({Line("1", "A", "x") + "|extra"});
+  const auto& table = *reader_->EventTable;
+  EXPECT_EQ(table.ColumnName(0), "ID");
+  EXPECT_EQ(table.ColumnName(11), "Descr10");
+  EXPECT_EQ(NumberRaisedBy([&] { table.ColumnName(-1); }), 3265);
+  EXPECT_EQ(NumberRaisedBy([&] { table.ColumnName(12); }), 3265);
+  EXPECT_EQ(NumberRaisedBy([&] { table.Text(0, 12); }), 3265);
+}
+
+// A cursor that took over another's position kept a selection on its own old table: reading through it was a
+// use after free once that table went.
+static_assert(!std::is_move_assignable_v<EventCursor> && !std::is_copy_assignable_v<EventCursor>);
+static_assert(!std::is_move_constructible_v<EventCursor> && !std::is_copy_constructible_v<EventCursor>);
 
 TEST_F(EventTableTest, ViewsAndBookmarksSurviveAppends) {
   LoadOf({Line("1", "A", "x")});
@@ -120,7 +139,8 @@ TEST_F(EventTableTest, ViewsAndBookmarksSurviveAppends) {
 
 TEST_F(EventTableTest, CloneHasItsOwnPositionAndFilter) {
   LoadOf({Line("1", "A", "x"), Line("2", "B", "y")});
-  EventCursor& shared = reader_->EventTable->cursor();
+  const auto handle = reader_->EventTable->cursor();
+  EventCursor& shared = *handle;
   shared.MoveLast();
   EventCursor clone = shared.Clone();
   EXPECT_EQ(clone.ID(), 1);
@@ -274,6 +294,36 @@ TEST_F(EventTableTest, FindStaysInsideTheFilter) {
   EXPECT_EQ(NumberRaisedBy([&] { cursor.GoTo(1); }), 3001);
   cursor.GoTo(2);
   EXPECT_EQ(cursor.ID(), 3);
+}
+
+TEST_F(EventTableTest, FindStaysInsideAFilterByIdOrDate) {
+  LoadOf({Line("100", "A", "x"), Line("101", "B", "x"), Line("102", "A", "x"), Line("103", "B", "x"),
+          Line("104", "A", "x")});
+  for (const char* filter : {"ID >= 2 AND ID < 5", "DateUTC > '100' AND DateUTC <= '103'"}) {
+    EventCursor cursor = reader_->EventTable->Clone();
+    cursor.SetFilter(filter);
+    EXPECT_EQ(cursor.ID(), 2) << filter;
+    for (const char* criterion : {"Monitor = 'A'", "Description = 'x' "}) {
+      cursor.MoveLast();
+      cursor.Find(criterion, 1, Direction::kForward);
+      EXPECT_TRUE(cursor.Eof()) << filter << criterion;
+      cursor.MoveFirst();
+      cursor.Find(criterion, 1, Direction::kBackward);
+      EXPECT_TRUE(cursor.Bof()) << filter << criterion;
+    }
+    cursor.MoveFirst();
+    cursor.Find("ID = 5", 0, Direction::kForward);
+    EXPECT_TRUE(cursor.Eof()) << filter;
+    cursor.MoveLast();
+    cursor.Find("ID = 1", 0, Direction::kBackward);
+    EXPECT_TRUE(cursor.Bof()) << filter;
+    EXPECT_EQ(NumberRaisedBy([&] { cursor.GoTo(0); }), 3001) << filter;
+    EXPECT_EQ(NumberRaisedBy([&] { cursor.GoTo(4); }), 3001) << filter;
+    cursor.GoTo(1);
+    EXPECT_EQ(cursor.ID(), 2) << filter;
+    cursor.GoTo(3);
+    EXPECT_EQ(cursor.ID(), 4) << filter;
+  }
 }
 
 TEST_F(EventTableTest, RowsThatArriveJoinTheFilter) {

@@ -131,6 +131,21 @@ TEST_F(FullLoadTest, ProgressYieldsWithoutASplash) {
   EXPECT_EQ(platform_.timers.ProcessMessagesCount(), 2);
 }
 
+// Without a splash the screen is the only thing that is missing: everything else goes on at the same lines.
+TEST_F(FullLoadTest, YieldsComeAtEachMultipleOfFiftyLinesWithoutASplash) {
+  reader_ = std::make_unique<store::CMkvlf>(state_, log_);
+  for (int i = 0; i < 249; ++i) AppendLine(i % 7 == 4 ? "short" : Line("1700000000", "System", "x"));
+  std::vector<std::int32_t> last_ids;
+  std::function<void()> look = [&] {
+    last_ids.push_back(reader_->EventTable->RowCount() == 0 ? 0 : ID(reader_->EventTable->RowCount() - 1));
+    platform_.timers.Post(look);
+  };
+  platform_.timers.Post(look);
+  Load();
+  EXPECT_THAT(last_ids, ElementsAre(50, 100, 150, 200));
+  EXPECT_EQ(platform_.timers.ProcessMessagesCount(), 4);
+}
+
 TEST_F(FullLoadTest, PartsOfADescriptionCanPassOverAMultipleOfFifty) {
   for (int i = 0; i < 48; ++i) AppendLine(Line("1700000000", "System", "x"));
   AppendLine(Line("1700000000", "System", "a * b"));  // counter goes from 49 to 51

@@ -347,6 +347,50 @@ TEST_F(IncrementalLoadTest, TimerPollsEveryTwoAndAHalfSeconds) {
   EXPECT_EQ(platform_.timers.RunningTimers(), 1);
 }
 
+// Counts the timers that are made.
+class CountingTimers : public platform::TimerMaker {
+ public:
+  explicit CountingTimers(platform::TimerMaker& maker) : maker_(maker) {}
+  std::unique_ptr<platform::Timer> MakeTimer(std::function<void()> on_tick) override {
+    ++made;
+    return maker_.MakeTimer(std::move(on_tick));
+  }
+  int made = 0;
+
+ private:
+  platform::TimerMaker& maker_;
+};
+
+TEST_F(IncrementalLoadTest, TimersArmedAgainAreTheOnesThatFired) {
+  CountingTimers timers(platform_.timers);
+  platform::Seams seams{platform_.files,  platform_.clock,         platform_.locale,       platform_.host,
+                        platform_.shell,  platform_.instance_lock, platform_.services,     platform_.timers,
+                        timers,           platform_.message_boxes, platform_.file_dialogs, platform_.family,
+                        platform_.process};
+  core::AppState state(seams);
+  reader_ = std::make_unique<store::CMkvlf>(state, log_);
+  LoadOf({Line("1700000000", "System", std::string(300, 'a'))});
+  for (int poll = 0; poll < 1000; ++poll) platform_.timers.Advance(2500);
+  EXPECT_EQ(timers.made, 1);
+  ReplaceFile({Line("1700000000", "System", "b")});  // a second chain
+  for (int poll = 0; poll < 1000; ++poll) platform_.timers.Advance(2500);
+  EXPECT_LE(timers.made, 2);
+  EXPECT_EQ(platform_.timers.RunningTimers(), 2);
+  reader_.reset();
+}
+
+// A second load without a release of the old table left the old one without a way to add to it.
+TEST_F(IncrementalLoadTest, RefusedSecondLoadLeavesNoTableAndTheNextTickAddsOne) {
+  LoadOf({Line("1700000000", "System", "a")});
+  platform_.files.FailNext(platform::FileOp::kOpen, kPath, platform::ErrorKind::kPermissionDenied);
+  Load();
+  ExpectLog("'CMkvlf:InitClass (0).': 70: Permission denied");
+  EXPECT_EQ(reader_->EventTable, nullptr);
+  AppendLine(Line("1700000001", "System", "b"));
+  Tick();
+  EXPECT_THAT(Column(store::kDescription), ElementsAre("b"));
+}
+
 TEST_F(IncrementalLoadTest, EveryReplacedFileAddsAChainOfTicks) {
   LoadOf({Line("1700000000", "System", std::string(300, 'a'))});
   int polls = 0;
@@ -370,12 +414,12 @@ TEST_F(IncrementalLoadTest, TickInsideAReloadGivesWayAndSeesNoDamage) {
   for (int i = 0; i < 200; ++i) lines.push_back(Line("1700000000", "System", std::to_string(i)));
   ReplaceFile(lines);
   std::vector<std::uint32_t> seen;
-  std::vector<store::EventCursor> clones;
+  std::vector<std::unique_ptr<store::EventCursor>> clones;
   reader_.reset();
   reader_ = std::make_unique<store::CMkvlf>(state_, log_, [&](int) {
     seen.push_back(reader_->EventTable->RowCount());
-    clones.push_back(reader_->EventTable->Clone());
-    EXPECT_EQ(reader_->EventTable->cursor().bookmark(), 0u);
+    clones.emplace_back(new store::EventCursor(reader_->EventTable->Clone()));
+    EXPECT_EQ(reader_->EventTable->cursor()->bookmark(), 0u);
     platform_.timers.Post([this] {
       AppendLine(Line("1700000009", "System", "grown"));
       reader_->cbTimer();
@@ -384,7 +428,7 @@ TEST_F(IncrementalLoadTest, TickInsideAReloadGivesWayAndSeesNoDamage) {
   Load();
   EXPECT_EQ(seen.front(), 50u);
   EXPECT_EQ(Rows(), 200u + seen.size());
-  for (store::EventCursor& clone : clones) EXPECT_EQ(clone.RecordCount(), Rows());
+  for (const auto& clone : clones) EXPECT_EQ(clone->RecordCount(), Rows());
   for (std::uint32_t row = 1; row < Rows(); ++row) EXPECT_EQ(ID(row), ID(row - 1) + 1);
 }
 
@@ -397,10 +441,33 @@ TEST_F(IncrementalLoadTest, ListenerThatPollsAgainIsHarmless) {
   EXPECT_EQ(Rows(), 2u);
 }
 
+TEST_F(IncrementalLoadTest, SharedCursorsHandleOutlivesAReload) {
+  LoadOf({Line("1700000000", "System", "old"), Line("1700000001", "System", std::string(300, 'a'))});
+  const auto shared = reader_->EventTable->cursor();
+  shared->SetFilter("Description = 'old'");
+  ReplaceFile({Line("1700000000", "System", "b")});
+  Tick();
+  EXPECT_EQ(shared->RecordCount(), 1u);
+  EXPECT_EQ(shared->Text(store::kDescription), "old");
+  EXPECT_EQ(shared->Clone().RecordCount(), 2u);
+  EXPECT_EQ(reader_->EventTable->cursor()->Text(store::kDescription), "b");
+}
+
+TEST_F(IncrementalLoadTest, LoadGoesOnWhenAListenerDropsTheTable) {
+  LoadOf({Line("1700000000", "System", "a")});
+  const auto kept = reader_->EventTable;
+  reader_->newAlert.ConnectForever([this] { reader_->EventTable.reset(); });
+  AppendLine(Line("1700000001", "System", "b"));
+  Tick();
+  AppendLine(Line("1700000002", "System", "c"));
+  Tick();
+  EXPECT_EQ(kept->RowCount(), 2u);
+}
+
 TEST_F(IncrementalLoadTest, CloneOutlivesAReload) {
   LoadOf({Line("1700000000", "System", std::string(300, 'a'))});
   auto clone = reader_->EventTable->Clone();
-  const auto view = clone.Text("Description");
+  const auto view = clone.Text(store::kDescription);
   ReplaceFile({Line("1700000000", "System", "b")});
   Tick();
   EXPECT_EQ(view, std::string(300, 'a'));
