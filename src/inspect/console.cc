@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "control/agent_control.h"
+#include "core/text_rules.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_family.h"
 #include "platform/linux/linux_files.h"
@@ -192,12 +193,40 @@ void Console::OnTick(std::function<void()> behind) {
 }
 
 void Console::Print(Json document) {
+  std::cout << Finished(std::move(document)) << std::endl;
+}
+
+void Console::PrintWithRows(Json document, std::size_t count, const std::function<Json(std::size_t)>& row) {
+  if (count == 0) {
+    document["rows"] = Json::array();
+    return Print(std::move(document));
+  }
+  // One null stands for all rows. No text can hold this: its quotes would be escaped.
+  document["rows"] = Json::array({nullptr});
+  const std::string_view name = options_.pretty ? "\"rows\": [\n    " : "\"rows\":[";
+  const std::string text = Finished(std::move(document));
+  const std::size_t begin = text.find(std::string(name) + "null") + name.size();
+  std::cout << std::string_view(text).substr(0, begin);
+  for (std::size_t i = 0; i < count; ++i) {
+    if (i > 0) std::cout << (options_.pretty ? ",\n    " : ",");
+    std::string cells = Dump(row(i));
+    if (options_.pretty) cells = core::Replace(cells, "\n", "\n    ");
+    std::cout << cells;
+  }
+  std::cout << std::string_view(text).substr(begin + std::string_view("null").size()) << std::endl;
+}
+
+// The text of the whole document.
+std::string Console::Finished(Json document) {
   document["messages"] = parts_->boxes.Take();
   document["log"] = std::exchange(parts_->lines, Json::array());
+  return Dump(std::move(document));
+}
+
+std::string Console::Dump(Json document) const {
   const std::string decoded = platform::Utf8FromBytes(options_.folder);
   if (decoded != options_.folder) RestoreFolder(document, decoded, options_.folder);
-  std::cout << document.dump(options_.pretty ? 2 : -1, ' ', false, Json::error_handler_t::replace)
-            << std::endl;
+  return document.dump(options_.pretty ? 2 : -1, ' ', false, Json::error_handler_t::replace);
 }
 
 Json Console::FatalDocument() const {

@@ -3,6 +3,7 @@
 // write) every change kept in memory.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -33,6 +34,9 @@ class Console {
 
   // Adds "messages" and "log" (those since the last call) and prints the document as one line, or indented.
   void Print(Json document);
+  // The same for a document with `count` "rows", which are made, printed and dropped one at a time: as a
+  // document the cells of a table can take many times the memory of the table itself.
+  void PrintWithRows(Json document, std::size_t count, const std::function<Json(std::size_t)>& row);
   // The document of the fatal path.
   Json FatalDocument() const;
 
@@ -43,6 +47,10 @@ class Console {
 
  private:
   struct Parts;
+
+  std::string Finished(Json document);
+  std::string Dump(Json document) const;
+
   Options options_;
   std::unique_ptr<Parts> parts_;
 };

@@ -41,19 +41,29 @@ Json ColumnsOf(const store::CMkvlf& reader) {
   return columns;
 }
 
+Json RowOf(const store::EventTable& table, store::Bookmark row) {
+  Json cells = Json::array();
+  cells.push_back(table.ID(row));
+  for (int column = store::kDateUTC; column < table.ColumnCount(); ++column)
+    cells.push_back(Text(table.Text(row, column)));
+  return cells;
+}
+
 // Rows from `first` (counted from 0) to the end.
 Json RowsFrom(const store::CMkvlf& reader, store::Bookmark first) {
   Json rows = Json::array();
   if (!reader.EventTable) return rows;
-  const auto& table = *reader.EventTable;
-  for (store::Bookmark row = first; row < table.RowCount(); ++row) {
-    Json cells = Json::array();
-    cells.push_back(table.ID(row));
-    for (int column = store::kDateUTC; column < table.ColumnCount(); ++column)
-      cells.push_back(Text(table.Text(row, column)));
-    rows.push_back(std::move(cells));
-  }
+  for (store::Bookmark row = first; row < reader.EventTable->RowCount(); ++row)
+    rows.push_back(RowOf(*reader.EventTable, row));
   return rows;
+}
+
+Json RowOf(const store::EventLogTable& table, std::size_t row) {
+  Json cells = Json::array();
+  cells.push_back(table.ID(row));
+  for (std::size_t column = 1; column < table.ColumnCount(); ++column)
+    cells.push_back(Text(table.Text(row, column)));
+  return cells;
 }
 
 // Lets an interrupt end the loop instead of the process.
@@ -128,13 +138,16 @@ void Events(Console& console, const Words& words) {
   Json progress = Json::array();
   store::CMkvlf reader(console.state(), console.log(), [&](int percent) { progress.push_back(percent); });
   reader.InitClass(platform::JoinPath(console.state().ProgramFolder, kMonitoringFile));
-  console.Print({{"columns", ColumnsOf(reader)},
-                 {"rows", RowsFrom(reader, 0)},
-                 {"reader", ReaderOf(reader)},
-                 {"MonitorList", ListOf(reader.MonitorList)},
-                 {"HostList", ListOf(reader.HostList)},
-                 {"OriginalList", ListOf(reader.OriginalList)},
-                 {"progress", std::move(progress)}});
+  const auto table = reader.EventTable;
+  console.PrintWithRows({{"columns", ColumnsOf(reader)},
+                         {"rows", nullptr},  // their place in the document
+                         {"reader", ReaderOf(reader)},
+                         {"MonitorList", ListOf(reader.MonitorList)},
+                         {"HostList", ListOf(reader.HostList)},
+                         {"OriginalList", ListOf(reader.OriginalList)},
+                         {"progress", std::move(progress)}},
+                        table ? table->RowCount() : 0,
+                        [&](std::size_t row) { return RowOf(*table, static_cast<store::Bookmark>(row)); });
 }
 
 void Follow(Console& console, const Words& words) {
@@ -160,15 +173,8 @@ void Log(Console& console, const Words& words) {
   Json columns = Json::array();
   for (std::size_t column = 0; column < table->ColumnCount(); ++column)
     columns.push_back(Text(table->ColumnName(column)));
-  Json rows = Json::array();
-  for (std::size_t row = 0; row < table->RowCount(); ++row) {
-    Json cells = Json::array();
-    cells.push_back(table->ID(row));
-    for (std::size_t column = 1; column < table->ColumnCount(); ++column)
-      cells.push_back(Text(table->Text(row, column)));
-    rows.push_back(std::move(cells));
-  }
-  console.Print({{"columns", std::move(columns)}, {"rows", std::move(rows)}});
+  console.PrintWithRows({{"columns", std::move(columns)}}, table->RowCount(),
+                        [&](std::size_t row) { return RowOf(*table, row); });
 }
 
 void Desc(Console& console, const Words& words) {

@@ -50,6 +50,22 @@ TEST_F(EventsTest, RowsHaveANumberAndTexts) {
                                       {"ReaderFilePath", folder_.Path(kMonitoring)}}));
 }
 
+// Rows are printed one at a time, which must leave the document as if it were printed in one piece.
+TEST_F(EventsTest, DocumentsWithRowsAreOrdinaryDocuments) {
+  WriteHistory(Event(0, "System Users", "null", "2") + Event(1, "System Users", "\"rows\":[null]", "2") +
+               Event(2, "System Users", "\"rows\": [ null ] \\n \xE4", "2"));
+  folder_.Write("KorvessaEventLog.kvl", "1,h,t,null\r\n2,h,\"rows\":[null],\xE4\r\n");
+  for (const Arguments& command : {Arguments{"events"}, Arguments{"log", "KorvessaEventLog.kvl"}}) {
+    const Ended plain = Run(command);
+    EXPECT_GE(plain.document()["rows"].size(), 2U);
+    EXPECT_EQ(plain.out, plain.document().dump() + "\n");
+    Arguments with_option = command;
+    with_option.insert(with_option.begin(), "--pretty");
+    const Ended pretty = Run(with_option);
+    EXPECT_EQ(pretty.out, plain.document().dump(2) + "\n");
+  }
+}
+
 TEST_F(EventsTest, ListsKeepKeysAndItemsInTheOrderMet) {
   WriteHistory(Event(0, "System Users", "a", "2") + Event(1, "Aggregation", "b", "1") +
                Event(2, "SYSTEM users", "c", "2"));
