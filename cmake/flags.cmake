@@ -2,6 +2,8 @@
 add_library(zendrix_flags INTERFACE)
 target_compile_options(zendrix_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align
+  # A function that no header declares belongs to its own file alone: into a nameless namespace with it.
+  -Wmissing-declarations
   # GCC 12 sees overlaps and overruns in its own std::string when texts are joined.
   $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds> $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
   $<$<BOOL:${ZENDRIX_WERROR}>:-Werror>
