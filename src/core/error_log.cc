@@ -55,6 +55,7 @@ std::optional<RunTimeError> ErrorLog::WriteLine(const std::string& message) {
 }
 
 void ErrorLog::WriteError(const std::string& proc, const RunTimeError& error) {
+  fatal_ = true;
   if (on_fatal) on_fatal(proc, error);
   const std::optional<RunTimeError> failed =
       WriteLine("An error has occurred in procedure '" + proc + "'. Error " + NumberAndText(error));
@@ -68,7 +69,7 @@ void ErrorLog::WriteError(const std::string& proc, const RunTimeError& error) {
     state_.seams.message_boxes.Show({state_.ProductName, "Unexpected Error. Zendrix is exiting.",
                                      platform::BoxIcon::kStop, platform::BoxButtons::kOk});
   }
-  CloseAllAndEnd(kFatalStatus);
+  CloseAllAndEnd();
 }
 
 void ErrorLog::CloseAllAndEnd(int exit_status) {
@@ -78,7 +79,7 @@ void ErrorLog::CloseAllAndEnd(int exit_status) {
     const InList unloading(unloading_, form);
     OrFatal(*this, "ErrorLog:CloseAllAndEnd", [&] { form->Unload(widgets::UnloadCause::kCode); });
   }
-  state_.seams.process.End(exit_status);
+  state_.seams.process.End(fatal_ ? kFatalStatus : exit_status);
   std::abort();  // not reached; the compiler does not trust a virtual function's promise never to return
 }
 

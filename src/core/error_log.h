@@ -27,7 +27,8 @@ class ErrorLog {
   [[noreturn]] void WriteError(const std::string& proc, const RunTimeError& error);
   // Unloads the open form at index 0 as many times as there are open forms, then ends the process. A form
   // that is being unloaded already counts as gone. An error inside an unload takes the fatal path once more,
-  // and the process ends all the same.
+  // and the process ends all the same. Behind a fatal error the exit status is 1 whoever asks for the end:
+  // the unload of a main window ends the process by itself, with a status of its own.
   [[noreturn]] void CloseAllAndEnd(int exit_status = 0);
 
   // Called with (procedure, error) before the fatal path shows its box; the inspector reports from it.
@@ -41,6 +42,7 @@ class ErrorLog {
   widgets::Form* FirstOpenForm() const;
 
   AppState& state_;
+  bool fatal_ = false;                           // WriteError has been called
   std::vector<const widgets::Form*> unloading_;  // by CloseAllAndEnd, the outermost first
 };
 

@@ -164,6 +164,35 @@ TEST_F(ErrorLogTest, MainWindowThatClosesEverythingFromItsOwnUnloadIsPassedOver)
   EXPECT_THAT(diary, ElementsAre("main", "other"));
 }
 
+// The unload of a main window closes everything by itself, and the process ended with its status, 0.
+TEST_F(ErrorLogTest, FatalErrorEndsWithOneAlsoWhenAMainWindowIsOpen) {
+  std::vector<std::string> diary;
+  DiaryForm main(world_, "main", diary), other(world_, "other", diary);
+  main.unloaded.ConnectForever([&] { world_.log.CloseAllAndEnd(); });
+  world_.quiet.Expect(kMismatchLine);
+  EXPECT_EQ(world_.EndOf([&] { world_.log.WriteError("Initial : Main", kMismatch); }), 1);
+  EXPECT_THAT(diary, ElementsAre("main", "other"));
+}
+
+// The loop goes on behind the box: a terminal's end signal, say, closes the main window meanwhile.
+TEST_F(ErrorLogTest, MainWindowThatIsClosedUnderTheBoxOfAFatalErrorEndsWithOne) {
+  std::vector<std::string> diary;
+  DiaryForm main(world_, "main", diary);
+  main.unloaded.ConnectForever([&] { world_.log.CloseAllAndEnd(); });
+  world_.platform.message_boxes.while_open = [&](const platform::BoxRequest&) { main.Unload(); };
+  world_.quiet.Expect(kMismatchLine);
+  EXPECT_EQ(world_.EndOf([&] { world_.log.WriteError("Initial : Main", kMismatch); }), 1);
+  EXPECT_THAT(diary, ElementsAre("main"));
+}
+
+TEST_F(ErrorLogTest, StatusAskedForDoesNotHideAFatalError) {
+  std::vector<std::string> diary;
+  DiaryForm main(world_, "main", diary);
+  main.unloaded.ConnectForever([&] { world_.log.CloseAllAndEnd(3); });
+  world_.quiet.Expect(kMismatchLine);
+  EXPECT_EQ(world_.EndOf([&] { world_.log.WriteError("Initial : Main", kMismatch); }), 1);
+}
+
 TEST_F(ErrorLogTest, ErrorInsideAnUnloadTakesTheFatalPathASecondTime) {
   std::vector<std::string> diary;
   DiaryForm one(world_, "one", diary), two(world_, "two", diary);
