@@ -270,13 +270,16 @@ Day FirstOf(std::initializer_list<Day> readings) {
   return std::nullopt;
 }
 
+// The user's order, then others that name a day of the calendar. Behind a year in front stands the month, or
+// the day where the middle number cannot be a month: "2000/31/12".
 Day ThreeNumbers(const std::array<int, 3>& n, int order) {
   const Day month_first = Try(n[2], n[0], n[1]);
   const Day day_first = Try(n[2], n[1], n[0]);
   const Day year_first = Try(n[0], n[1], n[2]);
-  if (order == 1) return FirstOf({day_first, year_first, month_first});
-  if (order == 2) return FirstOf({year_first, month_first, day_first});
-  return FirstOf({month_first, year_first, day_first});
+  const Day year_then_day = Try(n[0], n[2], n[1]);
+  if (order == 1) return FirstOf({day_first, year_first, year_then_day, month_first});
+  if (order == 2) return FirstOf({year_first, month_first, year_then_day, day_first});
+  return FirstOf({month_first, year_first, year_then_day, day_first});
 }
 
 // A day and a month of this year; where there is no such day, a month and a year.

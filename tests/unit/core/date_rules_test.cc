@@ -164,6 +164,30 @@ TEST(ReadDate, TakesAMonthAndAYearWhenThereIsNoSuchDay) {
   EXPECT_EQ(Read("Apr 31"), "1931-04-01 00:00:00");
 }
 
+// Was refused, and a log's line with such a date lost it.
+TEST(ReadDate, TakesADayBehindAYearWhereTheMiddleNumberCannotBeAMonth) {
+  for (const int lcid : kLocaleIds) {
+    const LocaleInfo locale = LocaleOf(lcid);
+    EXPECT_EQ(Read("2000/31/12", locale), "2000-12-31 00:00:00") << lcid;
+    EXPECT_EQ(Read("2000-13-02 3:04:05", locale), "2000-02-13 03:04:05") << lcid;
+    EXPECT_EQ(Read("99 31 12", locale), "1999-12-31 00:00:00") << lcid;
+    EXPECT_EQ(Read("2000/12/31", locale), "2000-12-31 00:00:00") << lcid;
+    EXPECT_EQ(Read("2000/1/2", locale), "2000-01-02 00:00:00") << lcid;
+    EXPECT_EQ(Read("2000/31/4", locale), "nothing") << lcid;
+    EXPECT_EQ(Read("2000/32/12", locale), "nothing") << lcid;
+    EXPECT_EQ(Read("2000/13/13", locale), "nothing") << lcid;
+    EXPECT_EQ(Read("2001/29/2", locale), "nothing") << lcid;
+  }
+}
+
+// Where any of the three could be the year, the user's own order of day and month decides.
+TEST(ReadDate, TakesThreeSmallNumbersInTheNearestOrderThatMakesADay) {
+  EXPECT_EQ(Read("1 31 3", Us()), "2003-01-31 00:00:00");
+  EXPECT_EQ(Read("1/31/3", LocaleOf(test::kJapanese)), "2003-01-31 00:00:00");
+  EXPECT_EQ(Read("1.31.3", LocaleOf(test::kGerman)), "2001-03-31 00:00:00");
+  EXPECT_EQ(Read("31 1 3", LocaleOf(test::kJapanese)), "1931-01-03 00:00:00");
+}
+
 TEST(ReadDate, TakesTheYearOfTheCallOnlyWhenNoneIsNamed) {
   EXPECT_EQ(Read("Jan 2"), "2027-01-02 00:00:00");
   EXPECT_EQ(ReadDate("2/29", Us(), 2028), At(2028, 2, 29));
@@ -217,6 +241,28 @@ TEST(ReadDate, ReadsMarkersWithDots) {
   locale.am = "a.m.";
   locale.pm = "p.m.";
   EXPECT_EQ(Read("02-Jan-1970 03:04 p.m.", locale), "1970-01-02 15:04:00");
+}
+
+TEST(ReadDate, ReadsTheUsersOwnSeparatorOfTimes) {
+  LocaleInfo french = LocaleOf(test::kUkEnglish);
+  french.time_separator = "h";
+  EXPECT_EQ(Read("12h30", french), "1899-12-30 12:30:00");
+  EXPECT_EQ(Read("21/11/2026 12h30h15", french), "2026-11-21 12:30:15");
+  EXPECT_EQ(Read("12:30", french), "1899-12-30 12:30:00");
+  EXPECT_EQ(Read("12h30", Us()), "nothing");
+  french.time_separator = " Uhr ";
+  EXPECT_EQ(Read("12 Uhr 30", french), "nothing")
+      << "blanks in front are passed over before it is looked for";
+  french.time_separator = "Uhr";
+  EXPECT_EQ(Read("12 Uhr 30", french), "1899-12-30 12:30:00");
+}
+
+TEST(ReadDate, ReadsTheUsersOwnSeparatorOfDates) {
+  LocaleInfo locale = Us();
+  locale.date_separator = "de";
+  EXPECT_EQ(Read("11 de 21 de 2026", locale), "2026-11-21 00:00:00");
+  locale.date_separator = locale.time_separator = "~";
+  EXPECT_EQ(Read("11~21~2026 9:05", locale), "2026-11-21 09:05:00") << "it parts dates first";
 }
 
 TEST(ReadDate, RefusesTextsOfManyPieces) {
