@@ -206,6 +206,26 @@ TEST(Val, StaysFiniteForAnyExponent) {
   EXPECT_EQ(Val(std::string(400, '1') + "e-399"), 1.1111111111111112);
 }
 
+// Digits beyond those that can change the value are not kept, but the places in front of the point count.
+TEST(Val, CountsThePlacesOfAnyNumberOfDigits) {
+  const std::string ones(900, '1');
+  EXPECT_EQ(Val(ones + "e-899"), 1.1111111111111112);
+  EXPECT_EQ(Val(ones + "e-900"), 0.11111111111111111);
+  EXPECT_EQ(Val("5" + std::string(850, '0') + "e-850"), 5);
+  EXPECT_EQ(Val(ones + "." + ones + "e-899"), 1.1111111111111112);
+  EXPECT_EQ(Val("0." + ones), 0.11111111111111111);
+  EXPECT_EQ(CDbl(ones + "e-899", Us()), 1.1111111111111112);
+}
+
+// What is beyond sixty-four bits is not read, like any character that cannot continue the number.
+TEST(Val, ReadsNoMoreHexadecimalDigitsThanSixtyFourBitsHold) {
+  EXPECT_EQ(Val("&H" + std::string(16, 'F')), 18446744073709551615.0);
+  EXPECT_EQ(Val("&H" + std::string(17, 'F')), 18446744073709551615.0);
+  EXPECT_EQ(Val("&H1" + std::string(16, '0')), 1152921504606846976.0);
+  EXPECT_EQ(Val("&H0000000000000000F"), 15);
+  EXPECT_EQ(Val("&O1" + std::string(21, '7')), 18446744073709551615.0);
+}
+
 TEST(Val, GivesNoNegativeZero) {
   EXPECT_FALSE(std::signbit(Val("-0")));
 }
@@ -233,6 +253,50 @@ TEST(IsNumeric, FollowsTheLocalesSeparators) {
   EXPECT_EQ(CDbl(" 1 234,5 ", french), 1234.5);
   french.thousands.clear();
   EXPECT_FALSE(IsNumeric("1 234,5", french));
+}
+
+TEST(IsNumeric, TakesANoBreakSpaceAsAMarkOfThousandsOnlyBetweenDigits) {
+  platform::LocaleInfo french = Us();
+  french.decimal = ",";
+  french.thousands = "\xA0";
+  EXPECT_EQ(CDbl("1\xA0"
+                 "234\xA0"
+                 "567",
+                 french),
+            1234567);
+  EXPECT_EQ(CDbl("12\xA0", french), 12) << "at the end it is a blank";
+  EXPECT_EQ(CDbl("\xA0"
+                 "12",
+                 french),
+            12);
+  EXPECT_FALSE(IsNumeric("5\xA0,3", french));
+  EXPECT_FALSE(
+      IsNumeric("5\xA0"
+                "e3",
+                french));
+  EXPECT_FALSE(
+      IsNumeric("1\xA0\xA0"
+                "234",
+                french));
+}
+
+TEST(IsNumeric, RefusesABlankWithinANumber) {
+  platform::LocaleInfo french = Us();
+  french.decimal = ",";
+  french.thousands = " ";
+  for (const platform::LocaleInfo& locale : {Us(), LocaleOf(test::kGerman), french}) {
+    EXPECT_FALSE(IsNumeric("5 ,3", locale));
+    EXPECT_FALSE(IsNumeric("5 e3", locale));
+    EXPECT_FALSE(IsNumeric("5e 3", locale));
+  }
+}
+
+TEST(Conversions, TakeTheLargestSingleAndNoLarger) {
+  const float largest = std::numeric_limits<float>::max();
+  EXPECT_EQ(CSng("340282346638528859811704183484516925440", Us()), largest);
+  EXPECT_EQ(CSng("-340282346638528859811704183484516925440", Us()), -largest);
+  EXPECT_EQ(ErrorOf([] { CSng("3.4028235E+38", Us()); }), kOverflow);
+  EXPECT_EQ(ErrorOf([] { CSng("-3.5E+38", Us()); }), kOverflow);
 }
 
 TEST(IsNumeric, DoesNotSeeWhatStandsBehindANul) {
@@ -287,6 +351,37 @@ TEST(TextOf, WritesNumbersWithTooManyPlacesWithAnExponent) {
   EXPECT_EQ(TextOf(0.00001, Us()), "0.00001");
   EXPECT_EQ(TextOf(1e300, Us()), "1E+300");
   EXPECT_EQ(TextOf(1e7F, Us()), "1E+07");
+}
+
+// The tie went to the even digit: 1234566.5 was shown as 1234566.
+TEST(TextOf, RoundsASingleHalfwayBetweenTwoTextsAwayFromZero) {
+  EXPECT_EQ(TextOf(1234566.5F, Us()), "1234567");
+  EXPECT_EQ(TextOf(1234567.5F, Us()), "1234568");
+  EXPECT_EQ(TextOf(-1234566.5F, Us()), "-1234567");
+  EXPECT_EQ(TextOf(9999998.5F, Us()), "9999998") << "no tie: the single is 9999998";
+  EXPECT_EQ(TextOf(4999999.5F, Us()), "5000000");
+  EXPECT_EQ(TextOf(16777225.0F, Us()), "1.677722E+07") << "no tie: the single is 16777224";
+  EXPECT_EQ(TextOf(12345645.0F, Us()), "1.234565E+07");
+  EXPECT_EQ(TextOf(0.00048828125F, LocaleOf(test::kGerman)), "4,882813E-04");
+  EXPECT_EQ(TextOf(2.62144140625F, Us()), "2.621441");
+}
+
+TEST(TextOf, RoundsADoubleHalfwayBetweenTwoTextsAwayFromZero) {
+  EXPECT_EQ(TextOf(100000000000000.5, Us()), "100000000000001");
+  EXPECT_EQ(TextOf(-562949953421312.5, Us()), "-562949953421313");
+  EXPECT_EQ(TextOf(2.384185791015625E-07, Us()), "2.38418579101563E-07");
+}
+
+// Fifteen digits and a 5 need not lie halfway: these are the nearest doubles below and above such a text.
+TEST(TextOf, RoundsANumberBesideTheHalfwayToTheNearerText) {
+  EXPECT_EQ(TextOf(1.000000000000005, Us()), "1.00000000000001") << "above";
+  EXPECT_EQ(TextOf(3.000000000000005, Us()), "3") << "below";
+}
+
+TEST(TextOf, WritesTheSmallestNumbersWithAllTheirDigits) {
+  EXPECT_EQ(TextOf(4.94065645841247E-324, Us()), "4.94065645841247E-324");
+  EXPECT_EQ(TextOf(std::numeric_limits<double>::min(), Us()), "2.2250738585072E-308");
+  EXPECT_EQ(TextOf(std::numeric_limits<double>::max(), Us()), "1.79769313486232E+308");
 }
 
 TEST(TextOf, GivesNoNegativeZero) {
