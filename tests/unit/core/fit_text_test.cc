@@ -79,6 +79,17 @@ TEST(FitTextToWidth, DropsFromBothSidesUntilItFits) {
   EXPECT_EQ(Fit("abcdefghijklmnop", 1158), "abcd...mnop");
 }
 
+TEST(FitTextToWidth, ATextThatJustReachesTheLimitIsShortenedFurther) {
+  // "abcd...mnop" is 1,100 wide: below 1158 - 57, but not below 1157 - 57.
+  EXPECT_EQ(Fit("abcdefghijklmnop", 1158), "abcd...mnop");
+  EXPECT_EQ(Fit("abcdefghijklmnop", 1157), "abc...nop");
+}
+
+TEST(FitTextToWidth, FiveCharactersAreTheFewestThatAreShortened) {
+  EXPECT_EQ(Fit("abcde", 500), "...e");
+  EXPECT_EQ(Fit("abcde", 501), "abcde");
+}
+
 TEST(FitTextToWidth, StopsWhenTheLeftHasTwoOrTheRightThreeCharacters) {
   // Left is down to two characters, the right keeps three.
   EXPECT_EQ(Fit("abcdefghijklmnop", 1), "ab...nop");

@@ -83,6 +83,13 @@ TEST(CodePage, EveryByteSurvivesTheWayOutAndBack) {
   EXPECT_EQ(BytesFromUtf8(Utf8FromBytes(AllBytes())), AllBytes());
 }
 
+TEST(CodePage, CharacterWithoutAByteGivesOneQuestionMarkHoweverManyBytesItHas) {
+  EXPECT_EQ(BytesFromUtf8("a\u0101z"), "a?z");
+  EXPECT_EQ(BytesFromUtf8("a\u65E5z"), "a?z");
+  EXPECT_EQ(BytesFromUtf8("a\U0001F600z"), "a?z");
+  EXPECT_EQ(BytesFromUtf8("\u65E5\u672C"), "??");
+}
+
 TEST(CodePage, ReplacesBrokenUtf8ByteByByte) {
   EXPECT_EQ(BytesFromUtf8("a\xFFz"), "a?z");
   EXPECT_EQ(BytesFromUtf8("\xC3"), "?");
