@@ -5,6 +5,7 @@
 
 #include "app/end_signals.h"
 #include "console/console.h"
+#include "core/legible_locale.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_family.h"
 #include "platform/linux/linux_files.h"
@@ -31,7 +32,8 @@ struct Console::Parts {
   Options options;
   platform::LinuxFiles files;
   platform::LinuxClock clock;
-  platform::LinuxLocale locale;
+  platform::LinuxLocale users_locale;
+  core::LegibleLocale locale{users_locale, clock};
   platform::LinuxHostInfo host;
   platform::LinuxShell shell;
   platform::LinuxInstanceLock instance_lock;

@@ -22,15 +22,6 @@ std::int64_t WallClock(const platform::LocalTime& local) {
   return ((day * 24 + local.hour) * 60 + local.minute) * 60 + local.second;
 }
 
-std::string OrderedDate(const platform::LocalTime& date, int order) {
-  const std::string day = std::to_string(date.day);
-  const std::string month = std::to_string(date.month);
-  const std::string year = std::to_string(date.year);
-  if (order == 2) return year + "/" + month + "/" + day;
-  if (order == 1) return day + "/" + month + "/" + year;
-  return month + "/" + day + "/" + year;
-}
-
 std::size_t SlotOf(std::int64_t number, std::size_t slots) {
   return static_cast<std::size_t>(static_cast<std::uint64_t>(number) % slots);
 }

@@ -12,21 +12,22 @@ std::string GetLocaleValue(int type, platform::LocaleSource& locale) {
   return std::to_string(locale.Current().date_order);
 }
 
-std::string UTCToText(std::int32_t seconds, int order, platform::FamilyLibraries& family) {
-  const platform::LocalTime local = family.FromUTC(seconds);
+std::string OrderedDate(const platform::LocalTime& local, int order) {
   const std::string day = std::to_string(local.day);
   const std::string month = std::to_string(local.month);
   const std::string year = std::to_string(local.year);
-  std::string text;
-  if (order == 2) {
-    text = year + "/" + month + "/" + day;
-  } else if (order == 1) {
-    text = day + "/" + month + "/" + year;
-  } else {
-    text = month + "/" + day + "/" + year;
-  }
-  return text + " " + std::to_string(local.hour) + ":" + std::to_string(local.minute) + ":" +
-         std::to_string(local.second);
+  if (order == 2) return year + "/" + month + "/" + day;
+  if (order == 1) return day + "/" + month + "/" + year;
+  return month + "/" + day + "/" + year;
+}
+
+std::string OrderedMoment(const platform::LocalTime& local, int order) {
+  return OrderedDate(local, order) + " " + std::to_string(local.hour) + ":" + std::to_string(local.minute) +
+         ":" + std::to_string(local.second);
+}
+
+std::string UTCToText(std::int32_t seconds, int order, platform::FamilyLibraries& family) {
+  return OrderedMoment(family.FromUTC(seconds), order);
 }
 
 std::string DateToUTC(Date date, platform::FamilyLibraries& family) {

@@ -15,8 +15,12 @@ namespace zendrix::core {
 // one used, any other gives the empty text.
 std::string GetLocaleValue(int type, platform::LocaleSource& locale);
 
-// Local date and time of a UTC moment, unpadded, date parts in the order of `order` (2 year/month/day, 1
-// day/month/year, any other month/day/year): "11/21/2026 9:5:0". Meant to be read back by ReadDate.
+// A date, and a date with its time, unpadded, date parts in the order of `order` (2 year/month/day, 1
+// day/month/year, any other month/day/year): "11/21/2026", "11/21/2026 9:5:0". Meant to be read back by
+// ReadDate.
+std::string OrderedDate(const platform::LocalTime& local, int order);
+std::string OrderedMoment(const platform::LocalTime& local, int order);
+// OrderedMoment of a UTC moment in local time.
 std::string UTCToText(std::int32_t seconds, int order, platform::FamilyLibraries& family);
 // A local date as decimal UTC seconds.
 std::string DateToUTC(Date date, platform::FamilyLibraries& family);

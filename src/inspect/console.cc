@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "control/agent_control.h"
+#include "core/legible_locale.h"
 #include "core/text_rules.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_family.h"
@@ -145,7 +146,8 @@ struct Console::Parts {
   platform::LinuxFiles disk;
   platform::OverlayFiles overlay;
   platform::LinuxClock clock;
-  platform::LinuxLocale locale;
+  platform::LinuxLocale users_locale;
+  core::LegibleLocale locale{users_locale, clock};
   platform::LinuxHostInfo host;
   platform::RecordingShell shell;
   // Between commands time stands still: timers can be armed and never fire.

@@ -35,6 +35,8 @@ struct LocaleInfo {
                                              "September", "October",  "November", "December"};
   std::array<std::string, 12> short_month_names = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                    "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+
+  bool operator==(const LocaleInfo&) const = default;
 };
 
 class LocaleSource {

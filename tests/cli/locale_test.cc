@@ -1,15 +1,16 @@
 // The same folder under other locales and time zones.
 #include "cli/inspector.h"
-#include "cli/locale_folder.h"
+#include "support/built_locales.h"
 
 namespace zendrix::test {
 namespace {
 
 class LocaleTest : public InspectorTest {
  protected:
-  void Use(const std::string& locale, const std::string& zone = "UTC") {
-    ASSERT_NE(LocaleFolder(), "") << "neither ZENDRIX_TEST_LOCPATH nor localedef";
-    environment_ = {{"LC_ALL", locale}, {"TZ", zone}, {"LOCPATH", LocaleFolder()}};
+  void Use(const std::string& source) {
+    const std::string locale = BuildLocale(source);
+    ASSERT_NE(locale, "") << "packages libc-bin and locales";
+    environment_ = {{"LC_ALL", locale}, {"TZ", "UTC"}, {"LOCPATH", LocaleFolder()}};
     // The C library never frees what it makes of LOCPATH: no leak of ours, but the leak checker would say so.
     environment_["ASAN_OPTIONS"] = "detect_leaks=0";
   }
@@ -53,7 +54,7 @@ TEST_F(LocaleTest, SummerTimeOfAZone) {
 }
 
 TEST_F(LocaleTest, UsEnglish) {
-  Use("en_US.UTF-8");
+  Use("en_US");
   EXPECT_EQ(TimeOf(Event(0, "System Users", "a", "1234.5")), "11/21/2026 01:45:00 AM");
   EXPECT_EQ(Document({"events"})["rows"][0][7], "1,234.5000000000000000");
   WriteSettings();
@@ -62,7 +63,7 @@ TEST_F(LocaleTest, UsEnglish) {
 }
 
 TEST_F(LocaleTest, German) {
-  Use("de_DE.UTF-8");
+  Use("de_DE");
   EXPECT_EQ(TimeOf(Event(0, "System Users", "a", "1234.5")), "21.11.2026 01:45:00");
   EXPECT_EQ(Document({"events"})["rows"][0][7], "1.234,5000000000000000");
   const Json settings = Document({"settings"});
@@ -71,13 +72,13 @@ TEST_F(LocaleTest, German) {
 }
 
 TEST_F(LocaleTest, GermanDatesOfALogAreRead) {
-  Use("de_DE.UTF-8");
+  Use("de_DE");
   folder_.Write("a.kvl", "21.11.2026 13:45:00,Host,0,text\r\n");
   EXPECT_EQ(Document({"log", folder_.Path("a.kvl")})["rows"][0][1], "21.11.2026 13:45:00");
 }
 
 TEST_F(LocaleTest, AlertsAreFoundUnderTheirNumbersInEveryLocale) {
-  Use("de_DE.UTF-8");
+  Use("de_DE");
   WriteSettings();
   WriteAlertHistory();
   const Json alerts = Document({"alerts"});
@@ -87,6 +88,38 @@ TEST_F(LocaleTest, AlertsAreFoundUnderTheirNumbersInEveryLocale) {
   EXPECT_EQ(alert["NotableInfo"].size(), 4U);
   EXPECT_EQ(alert["NotableInfo"][1]["Reaction"], "success");
 }
+
+// The dates of these locales have words, commas or no seconds. The console's own log was then shown without
+// its times or not at all, and alerts lost the Agent's reaction and the time of the last intrusion.
+class UnusualDates : public LocaleTest, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(UnusualDates, LogOfTheConsoleIsShownWithItsTimes) {
+  Use(GetParam());
+  WriteHistory("1795225500,Host|1|1|short stamp|||0\r\n" + Event(0, "System Users", "a"));
+  const std::string line = "'CMkvlf_InitClass': Error in line: 1795225500";
+  ASSERT_EQ(LogLines(DocumentWriting({"events"})).size(), 1U);
+  const Json log = Document({"log", "KorvessaAdministratorEventLog.kvl"});
+  ASSERT_EQ(log["rows"].size(), 1U) << log;
+  const std::string written = folder_.Read("KorvessaAdministratorEventLog.kvl");
+  EXPECT_EQ(log["rows"][0][1], written.substr(0, written.find(',')));
+  EXPECT_EQ(log["rows"][0][4], line);
+}
+
+TEST_P(UnusualDates, AlertsKeepTheirEventsAndTheLastIntrusionItsTime) {
+  Use(GetParam());
+  WriteSettings();
+  WriteAlertHistory();
+  const Json alerts = Document({"alerts"});
+  EXPECT_EQ(alerts["items"].size(), 2U);
+  EXPECT_EQ(alerts["LastIntrusionTime"], alerts["items"][0]["Time"]);
+  const Json alert = Document({"alert", "6"});
+  ASSERT_EQ(alert["NotableInfo"].size(), 4U);
+  EXPECT_EQ(alert["NotableInfo"][1]["Reaction"], "success");
+}
+
+INSTANTIATE_TEST_SUITE_P(LocaleTest, UnusualDates,
+                         ::testing::Values("nb_NO", "is_IS", "eu_ES", "ms_MY", "ar_SA", "ff_SN"),
+                         [](const auto& locale) { return std::string(locale.param); });
 
 }  // namespace
 }  // namespace zendrix::test

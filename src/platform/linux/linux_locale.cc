@@ -9,6 +9,7 @@
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "platform/windows_1252.h"
 
@@ -128,22 +129,44 @@ class PictureWriter {
   std::string picture_;
 };
 
-// What stands between the first two parts of a picture.
+// A part of a picture: a run of one letter outside of quotes. The day of the week is no part of a date.
+struct Part {
+  char letter;
+  std::size_t begin, end;
+};
+
+std::vector<Part> PartsOf(const std::string& picture) {
+  std::vector<Part> parts;
+  for (std::size_t i = 0; i < picture.size();) {
+    const char c = picture[i];
+    const std::size_t begin = i;
+    if (c == '\'') {
+      i = std::min(picture.find(c, i + 1), picture.size() - 1) + 1;
+    } else {
+      i = std::min(picture.find_first_not_of(c, i), picture.size());
+      const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+      if (letter && !(c == 'd' && i - begin > 2)) parts.push_back({c, begin, i});
+    }
+  }
+  return parts;
+}
+
+// What stands between the first two parts of a picture, up to the first word.
 std::string SeparatorOf(const std::string& picture) {
-  const auto letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
-  const auto first = std::find_if(picture.begin(), picture.end(), letter);
-  const auto end = std::find_if_not(first, picture.end(), letter);
-  const auto next = std::find_if(end, picture.end(), [&](char c) { return letter(c) || c == '\''; });
-  if (next == picture.end() || next == end) return {};
-  return {end, next};
+  const std::vector<Part> parts = PartsOf(picture);
+  if (parts.size() < 2) return {};
+  const std::string between = picture.substr(parts[0].end, parts[1].begin - parts[0].end);
+  return between.substr(0, between.find_first_of("'d"));
 }
 
 // 0 month-day-year, 1 day-month-year, 2 year-month-day; nothing when a part is missing.
 std::optional<int> OrderOf(const std::string& picture) {
-  const std::size_t day = picture.find('d');
-  const std::size_t month = picture.find('M');
-  const std::size_t year = picture.find('y');
-  if (std::max({day, month, year}) == std::string::npos) return std::nullopt;
+  const std::vector<Part> parts = PartsOf(picture);
+  const auto place = [&](char letter) {
+    return std::ranges::find(parts, letter, &Part::letter) - parts.begin();
+  };
+  const auto day = place('d'), month = place('M'), year = place('y');
+  if (std::max({day, month, year}) == std::ssize(parts)) return std::nullopt;
   if (year < day && year < month) return 2;
   return day < month ? 1 : 0;
 }

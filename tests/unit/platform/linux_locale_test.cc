@@ -1,16 +1,13 @@
 #include "platform/linux/linux_locale.h"
 
 #include <gtest/gtest.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <utility>
 #include <vector>
 
 #include "child_process.h"
-#include "platform/linux/posix.h"
+#include "support/built_locales.h"
 #include "support/temporary_folder.h"
 
 namespace zendrix::platform {
@@ -67,6 +64,24 @@ TEST(TakeTimeTextsTest, OrderAndLongDateFollowTheShortDate) {
   EXPECT_EQ(FromTime("%Y-%m-%d", "%T").date_order, 2);
   EXPECT_EQ(FromTime("%d/%m/%Y", "%T").long_date, "dddd, dd MMMM yyyy");
   EXPECT_EQ(FromTime("%Y-%m-%d", "%T").long_date, "dddd, yyyy MMMM dd");
+}
+
+// The day of the week was taken for the day: Basque dates, year first, were read day first.
+TEST(TakeTimeTextsTest, DayOfTheWeekAndWordsSayNothingOfTheOrder) {
+  EXPECT_EQ(FromTime("%a, %Y.eko %bren %da", "%T").date_order, 2);
+  EXPECT_EQ(FromTime("%A, %B %d, %Y", "%T").date_order, 0);
+  EXPECT_EQ(FromTime("%Y de %m de %d", "%T").date_order, 2);
+  EXPECT_EQ(FromTime("%m de %d de %Y", "%T").date_order, 0);
+  EXPECT_EQ(FromTime("%A %B %Y", "%T").short_date, "MM/dd/yyyy") << "no day";
+}
+
+TEST(TakeTimeTextsTest, SeparatorsAreNoWords) {
+  EXPECT_EQ(FromTime("%d de %m de %Y", "%T").date_separator, " ");
+  EXPECT_EQ(FromTime("%a, %d.%m.%Y", "kl. %H.%M").date_separator, ".");
+  EXPECT_EQ(FromTime("%a, %d.%m.%Y", "kl. %H.%M").time_separator, ".");
+  EXPECT_EQ(FromTime("%d, %a %m/%Y", "%T").date_separator, ", ");
+  EXPECT_EQ(FromTime("%dth%m/%Y", "%Hh%M").date_separator, "/") << "none of its own";
+  EXPECT_EQ(FromTime("%dth%m/%Y", "%Hh%M").time_separator, ":");
 }
 
 TEST(TakeTimeTextsTest, SeparatorsStandBetweenTheFirstParts) {
@@ -140,40 +155,26 @@ TEST(LinuxLocaleTest, PlainLocalesAreTheDefaults) {
   EXPECT_EQ(Printed({{"LC_ALL", "xx_XX.UTF-8"}}), defaults);
 }
 
-// Locales are compiled into a folder of the test, so that those of the machine play no part.
-void Compile(const test::TemporaryFolder& folder, const std::string& name) {
-  const std::string compiler = FindProgram("localedef");
-  ASSERT_FALSE(compiler.empty()) << "package libc-bin";
-  const std::string to = folder.Path(name + ".UTF-8");
-  const char* arguments[] = {"localedef", "-i", name.c_str(), "-f", "UTF-8", to.c_str(), nullptr};
-  pid_t child = 0;
-  ASSERT_EQ(posix_spawn(&child, compiler.c_str(), nullptr, nullptr, const_cast<char**>(arguments), environ),
-            0);
-  int status = 0;
-  waitpid(child, &status, 0);
-  ASSERT_EQ(access((to + "/LC_TIME").c_str(), R_OK), 0) << "package locales";
-}
-
 TEST(LinuxLocaleTest, InstalledLocalesAreRead) {
-  const test::TemporaryFolder folder;
-  for (const char* name : {"en_US", "de_DE", "fr_FR"}) ASSERT_NO_FATAL_FAILURE(Compile(folder, name));
-  EXPECT_EQ(Printed({{"LOCPATH", folder.path()}, {"LC_ALL", "en_US.UTF-8"}}), Print(LocaleInfo()));
-  EXPECT_EQ(Printed({{"LOCPATH", folder.path()}, {"LC_ALL", "de_DE.UTF-8"}}),
+  for (const char* name : {"en_US", "de_DE", "fr_FR"})
+    ASSERT_NE(test::BuildLocale(name), "") << "package locales";
+  const std::string folder = test::LocaleFolder();
+  EXPECT_EQ(Printed({{"LOCPATH", folder}, {"LC_ALL", "en_US.UTF-8"}}), Print(LocaleInfo()));
+  EXPECT_EQ(Printed({{"LOCPATH", folder}, {"LC_ALL", "de_DE.UTF-8"}}),
             "short date dd.MM.yyyy\nlong date dddd, dd MMMM yyyy\ntime HH:mm:ss\nhalves ,\nseparators .:\n"
             "numbers ,|.|3;0\norder 1\nnames Sonntag Sa M\xE4rz Dez\n");
-  EXPECT_EQ(Printed({{"LOCPATH", folder.path()}, {"LC_ALL", "fr_FR.UTF-8"}}),
+  EXPECT_EQ(Printed({{"LOCPATH", folder}, {"LC_ALL", "fr_FR.UTF-8"}}),
             "short date dd/MM/yyyy\nlong date dddd, dd MMMM yyyy\ntime HH:mm:ss\nhalves ,\nseparators /:\n"
             "numbers ,|\xA0|3;0\norder 1\nnames dimanche sam. mars d\xE9"
             "c.\n");
 }
 
 TEST(LinuxLocaleTest, CategoriesAreReadEachByItself) {
-  const test::TemporaryFolder folder;
-  ASSERT_NO_FATAL_FAILURE(Compile(folder, "de_DE"));
+  ASSERT_NE(test::BuildLocale("de_DE"), "") << "package locales";
   LocaleInfo expected;
   expected.decimal = ",";
   expected.thousands = ".";
-  EXPECT_EQ(Printed({{"LOCPATH", folder.path()}, {"LC_TIME", "C"}, {"LC_NUMERIC", "de_DE.UTF-8"}}),
+  EXPECT_EQ(Printed({{"LOCPATH", test::LocaleFolder()}, {"LC_TIME", "C"}, {"LC_NUMERIC", "de_DE.UTF-8"}}),
             Print(expected));
 }
 
