@@ -16,10 +16,6 @@ int Part(std::int32_t colour, std::size_t index) {
 
 }  // namespace
 
-std::int32_t SystemColorValue(std::int32_t colour, const DesktopColour& desktop) {
-  return colour < 0 ? desktop(colour & 0x7FFFFFFF) : colour;
-}
-
 std::vector<std::int32_t> GradientColors(int steps, std::int32_t from, std::int32_t to) {
   std::vector<std::int32_t> colours;
   if (steps <= 0) return colours;

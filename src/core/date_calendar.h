@@ -13,7 +13,7 @@ inline constexpr int kSecondsPerDay = 86400;
 int DaysInMonth(int year, int month);
 // Day number of a calendar date; nothing when there is no such day or the year is not within 100 to 9999.
 std::optional<int> DayNumber(int year, int month, int day);
-// The calendar date (time of day zero) of a day number, which is brought into the years 100 to 9999.
+// The calendar date (time of day zero) of a day number, clamped to the years 100 to 9999.
 platform::LocalTime DateOfDayNumber(int day_number);
 // Date value of a day and the time on it. The time is added hour, minute and second one after the other, away
 // from zero, so that the result is the platform's to the last bit.

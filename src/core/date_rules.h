@@ -29,7 +29,7 @@ std::string ShortDateLongTime(Date date, const platform::LocaleInfo& locale);
 std::string TextOfDate(Date date, const platform::LocaleInfo& locale);
 
 // Calendar value to date and back. `DateFrom` is exact for years 100 to 9999; what is no day of the calendar
-// gives 0. `LocalTimeOf` rounds to the nearest second and brings any value into these years.
+// gives 0. `LocalTimeOf` rounds to the nearest second and clamps any value to these years.
 Date DateFrom(const platform::LocalTime& local);
 platform::LocalTime LocalTimeOf(Date date);
 

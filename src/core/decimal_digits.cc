@@ -70,9 +70,9 @@ DecimalDigits DigitsOf(double value, int significant) {
   char* const last = text.data() + text.size();
   DecimalDigits result =
       FromScientific(view(std::to_chars(text.data(), last, magnitude, std::chars_format::scientific)));
-  // The shortest digits serve where they are few enough (not those of the smallest numbers, which are close
-  // only for want of neighbours), and where they show a tie, which goes away from zero. Any other number is
-  // rounded from its exact value, which the shortest digits may lie to the other side of.
+  // The shortest digits serve where they are few enough (except those of subnormal numbers, whose neighbours
+  // are far apart), and where they show a tie, which goes away from zero. Any other number is rounded from
+  // its exact value, which the shortest digits may lie to the other side of.
   const bool few = result.count <= significant && std::isnormal(magnitude);
   const bool tie = result.count == significant + 1 &&
                    result.digits[static_cast<std::size_t>(significant)] == '5' &&

@@ -7,7 +7,7 @@
 namespace zendrix::core {
 namespace {
 
-// What stands behind the first `key` in the line; empty when the key is not in it.
+// The text behind the first `key` in the line; empty when the key is not in it.
 std::string Behind(std::string_view line, std::string_view key) {
   const std::size_t at = line.find(key);
   return at == std::string_view::npos ? std::string() : std::string(line.substr(at + key.size()));

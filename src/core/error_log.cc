@@ -34,7 +34,7 @@ class InList {
 }  // namespace
 
 void ErrorLog::WriteLog(const std::string& proc, const std::string& msg) {
-  // The log is the last resort and has none of its own: whatever goes wrong, the caller goes on.
+  // The log is the last resort and has none of its own: on any failure the caller simply continues.
   (void)WriteLine("'" + proc + "': " + msg);
 }
 
@@ -85,9 +85,8 @@ void ErrorLog::CloseAllAndEnd(int exit_status) {
 
 widgets::Form* ErrorLog::FirstOpenForm() const {
   const auto& open = state_.forms.open();
-  // A form whose unload brought us here (a main window's does, and so does an error in any unload) still
-  // stands in the list and must not hide the forms behind it; passing it over is also what ends the
-  // recursion.
+  // A form whose unload led here (a main window's does, and so does an error in any unload) is still in the
+  // list and must not hide the forms behind it; skipping it is also what ends the recursion.
   const auto found = std::find_if(open.begin(), open.end(), [&](const widgets::Form* form) {
     return form->loaded() && std::find(unloading_.begin(), unloading_.end(), form) == unloading_.end();
   });

@@ -26,9 +26,9 @@ class ErrorLog {
   // status 1. When the log cannot be written the user reads both errors instead.
   [[noreturn]] void WriteError(const std::string& proc, const RunTimeError& error);
   // Unloads the open form at index 0 as many times as there are open forms, then ends the process. A form
-  // that is being unloaded already counts as gone. An error inside an unload takes the fatal path once more,
-  // and the process ends all the same. Behind a fatal error the exit status is 1 whoever asks for the end:
-  // the unload of a main window ends the process by itself, with a status of its own.
+  // that is already being unloaded is skipped. An error inside an unload takes the fatal path again, and the
+  // process still ends. Behind a fatal error the exit status is 1 whoever asks for the end: the unload of a
+  // main window ends the process by itself, with a status of its own.
   [[noreturn]] void CloseAllAndEnd(int exit_status = 0);
 
   // Called with (procedure, error) before the fatal path shows its box; the inspector reports from it.

@@ -1,6 +1,6 @@
 // The failure styles of the system, once each. A procedure with the fatal style ends the process through
 // WriteError on any run-time error; one with the logging style writes a line and goes on behind the guard;
-// single steps whose errors the rules ignore stand in a guard of their own.
+// single steps whose errors the rules ignore have a guard of their own.
 #pragma once
 
 #include <new>

@@ -36,7 +36,7 @@ bool ReadsBack(const LocalTime& moment, const LocaleInfo& locale) {
          reads(OrderedMoment(moment, locale.date_order), moment);
 }
 
-// Text in quotes needs no care: a letter in it is read by nobody, so such a picture is lost anyway.
+// Quoted text needs no special case: no letter in it can be read back, so such a picture fails anyway.
 std::string WithFullYears(const std::string& picture) {
   std::string full;
   for (std::size_t i = 0; i < picture.size();) {
@@ -73,7 +73,7 @@ void UseDigitsForTimes(LocaleInfo& locale) {
   locale.time_separator = ":";
 }
 
-// Names that are read where digits or separators stand would hide these.
+// A name that looks like a digit or a separator would be read in its place.
 void UseDefaultNames(LocaleInfo& locale) {
   const LocaleInfo defaults;
   locale.am = defaults.am;

@@ -1,6 +1,6 @@
 // Regional settings in which the console can read its own dates. It writes moments into its log, its settings
 // and its event table by the user's pictures and reads them back later, so a picture with words, without
-// seconds, with a comma or with a year that comes back in another century would cost it those moments. Such a
+// seconds, with a comma or with a year that comes back in another century would lose it those moments. Such a
 // picture gives way to the nearest one that comes back whole; all other settings, and pictures that are no
 // obstacle, stay the user's.
 #pragma once
@@ -21,7 +21,7 @@ bool ReadsItsOwnDates(const platform::LocaleInfo& locale, int year);
 // whatever the settings hold.
 platform::LocaleInfo WithReadableDates(const platform::LocaleInfo& locale, int year);
 
-// Hands out another source's settings with dates that are readable now and in the next years, made anew only
+// Hands out another source's settings with dates that are readable now and in the next years, recomputed only
 // when that source's have changed. Source and clock must outlive it.
 class LegibleLocale : public platform::LocaleSource {
  public:

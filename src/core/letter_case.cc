@@ -10,7 +10,7 @@ unsigned char Code(char character) {
   return static_cast<unsigned char>(character);
 }
 
-// Lower-case letters of Windows-1252 whose capital stands 32 places lower: a to z, and the accented ones
+// Lower-case letters of Windows-1252 whose capital is 32 codes lower: a to z, and the accented ones
 // except the division sign. Sharp s, the micro sign and the florin sign have no capital in the code page.
 bool IsShiftedLower(unsigned char code) {
   return (code >= 'a' && code <= 'z') || (code >= 0xE0 && code <= 0xFE && code != 0xF7);

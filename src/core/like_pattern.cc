@@ -9,7 +9,7 @@ unsigned char Code(char character) {
   return static_cast<unsigned char>(character);
 }
 
-// One "[...]" list of a pattern. `position` stands behind the "[" and is moved behind the "]".
+// One "[...]" list of a pattern. `position` is just behind the "[" and is moved behind the "]".
 enum class ListMatch { kYes, kNo, kEmpty, kBroken };
 
 ListMatch MatchList(std::string_view pattern, std::size_t& position, char character) {
@@ -18,7 +18,7 @@ ListMatch MatchList(std::string_view pattern, std::size_t& position, char charac
   std::string_view list = pattern.substr(position, end - position);
   position = end + 1;
   if (list.empty()) return ListMatch::kEmpty;
-  // A "!" with nothing behind it stands for itself.
+  // A trailing "!" is a literal.
   const bool negated = list.size() > 1 && list.front() == '!';
   if (negated) list.remove_prefix(1);
   bool found = false;
@@ -43,7 +43,7 @@ bool ListsAreClosed(std::string_view pattern) {
 }
 
 // Whether the pattern element at `position` takes `character`; moves `position` behind it. An empty list
-// takes no character and is passed over.
+// matches no character and is skipped.
 bool TakesCharacter(std::string_view pattern, std::size_t& position, char character) {
   while (position < pattern.size()) {
     const char element = pattern[position++];

@@ -11,7 +11,7 @@
 namespace zendrix::core {
 namespace {
 
-// A number whose text would not fit any column is no use; the functions of the platform stop at 99 as well.
+// A longer text would not fit any column; the functions of the platform stop at 99 as well.
 constexpr int kMaxDecimals = 99;
 
 // The places (0 is the ones) in front of which the locale puts a separator.

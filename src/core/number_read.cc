@@ -29,7 +29,7 @@ bool IsBlank(char character) {
 
 class Scanner {
  public:
-  // The functions that this follows take zero-ended texts, so what stands behind a NUL is not seen.
+  // The functions that this follows take zero-ended texts, so nothing behind a NUL is read.
   Scanner(std::string_view text, const platform::LocaleInfo& locale)
       : rest_(text.substr(0, text.find('\0'))), locale_(locale) {}
 
@@ -93,7 +93,7 @@ class Scanner {
     return currency_ = true;
   }
 
-  // Digit separators may stand anywhere behind the first digit, also behind the point and at the end.
+  // Digit separators may appear anywhere behind the first digit, also behind the point and at the end.
   bool ScanDigits() {
     while (!rest_.empty()) {
       if (IsDigit(rest_.front())) {

@@ -11,7 +11,7 @@
 
 namespace zendrix::core {
 
-// Reads leading digits: blanks, tabs and line feeds pass wherever they stand, reading stops at the first
+// Reads leading digits: blanks, tabs and line feeds are skipped anywhere, reading stops at the first
 // other character that cannot continue a number, no digits give 0. The decimal point is always ".". "1.5e3"
 // and "1.5d3" are 1500; "&HFF" is 255 and "&HFFFF" the 16-bit -1. Never fails: what is beyond the range is
 // the largest double.

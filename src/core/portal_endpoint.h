@@ -7,7 +7,7 @@
 
 namespace zendrix::core {
 
-// The address up to and with "/redir.asp": what stands behind "Central," in the first line of description
+// The address up to and with "/redir.asp": the text after "Central," in the first line of description
 // array 10 that holds it, else the configured base.
 std::string PortalEndpoint(const AppState& state);
 

@@ -34,11 +34,11 @@ std::string DescriptionOf(int number);
 
 [[noreturn]] void Raise(int number);
 
-// The error as which a refusal of the outside enters the rules: no permission is 70, a missing thing 53, a
+// The run-time error for a failed call of the platform: no permission is 70, a missing thing 53, a
 // full disk 61, and all else 57 (device I/O error).
 RunTimeError FromPlatform(const platform::Error& error);
 
-// The value of a seam's result, or the run-time error that it stands for.
+// The value of a seam's result; throws the matching run-time error when there is none.
 template <class T>
 T ValueOrRaise(platform::Result<T> result) {
   if (!result) throw FromPlatform(result.error());

@@ -1,4 +1,4 @@
-// The window that stands on the screen while the program loads.
+// The window shown while the program loads.
 #pragma once
 
 #include <string>

@@ -16,16 +16,6 @@ std::string_view FileNamePart(std::string_view path) {
   return path.substr(path.rfind('\\') + 1);  // npos + 1 is the beginning
 }
 
-int CountOf(std::string_view text, std::string_view part) {
-  if (part.empty()) return 0;
-  int count = 0;
-  for (std::size_t at = text.find(part); at != std::string_view::npos;
-       at = text.find(part, at + part.size())) {
-    ++count;
-  }
-  return count;
-}
-
 std::string_view Trim(std::string_view text) {
   const std::size_t first = text.find_first_not_of(' ');
   if (first == std::string_view::npos) return {};
@@ -55,15 +45,6 @@ std::vector<std::string_view> Lines(std::string_view text) {
     start = end + 1;
   }
   return lines;
-}
-
-std::string Join(const std::vector<std::string>& pieces, std::string_view separator) {
-  std::string result;
-  for (std::size_t i = 0; i < pieces.size(); ++i) {
-    if (i > 0) result += separator;
-    result += pieces[i];
-  }
-  return result;
 }
 
 std::string Replace(std::string_view text, std::string_view find, std::string_view by) {

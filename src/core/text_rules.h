@@ -12,13 +12,10 @@ namespace zendrix::core {
 std::string CleanLine(std::string_view text);
 // Text behind the last "\"; the whole text if there is none. A view into `path`.
 std::string_view FileNamePart(std::string_view path);
-// Occurrences of `part` in `text`, without overlap; 0 for an empty text.
-int CountOf(std::string_view text, std::string_view part);
 // Removes blanks (only the character 32) at both ends.
 std::string_view Trim(std::string_view text);
 // Pieces between the separators. An empty text has no pieces at all.
 std::vector<std::string_view> Split(std::string_view text, std::string_view separator);
-std::string Join(const std::vector<std::string>& pieces, std::string_view separator);
 // Lines of a file's text. LF ends a line, a CR in front of it belongs to the end; the last line needs no end.
 std::vector<std::string_view> Lines(std::string_view text);
 // All occurrences, case-sensitive, left to right, not looking again at what was put in. An empty `find`

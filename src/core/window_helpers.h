@@ -13,19 +13,6 @@ void StayOnTop(widgets::Form& form);
 // Asks for the form's place to be the middle of the usable screen area.
 void CentreForm(widgets::Form& form);
 
-// A screen area without task bars, in pixels, and how many of the form's units make one pixel.
-struct ScreenArea {
-  int width = 0;
-  int height = 0;
-  int units_per_pixel = 1;
-};
-struct Place {
-  int left = 0;
-  int top = 0;
-};
-// Where a form of this size has to stand to be in the middle, in the form's units.
-Place CentredPlace(const ScreenArea& area, int form_width, int form_height);
-
 // The bar that an Administrator status bar shows in a panel while the grid loads goes by this name.
 inline constexpr char kDynamicPictureBox[] = "DynamicPictureBox";
 // Shows a percentage in it, 100 at most.

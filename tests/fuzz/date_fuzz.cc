@@ -1,6 +1,6 @@
 // Any bytes as a date, as a format and as the pictures of the regional settings: a date that is read lies
 // within the years, and in settings that show all of it the console's own form of it reads back. The first
-// byte picks the settings.
+// byte picks the settings. Any pictures can be replaced by ones that are read back.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "core/date_rules.h"
+#include "core/legible_locale.h"
 
 namespace {
 
@@ -55,5 +56,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   locale.am = locale.date_separator = text.substr(0, text.size() / 2);
   ShortDateLongTime(date, locale);
   ReadDate(text, locale, 2026);
+  Require(ReadsItsOwnDates(WithReadableDates(locale, 2026), 2026));
   return 0;
 }

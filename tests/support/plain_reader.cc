@@ -64,7 +64,9 @@ std::string Expand(const std::string& text) {
       out.push_back(value.find('=') != std::string::npos ? value : item.substr(0, equals + 1) + value);
     }
   }
-  return core::Join(out, ";");
+  std::string joined;
+  for (const std::string& item : out) joined += (&item == &out.front() ? "" : ";") + item;
+  return joined;
 }
 
 }  // namespace

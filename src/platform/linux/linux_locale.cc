@@ -113,7 +113,7 @@ class PictureWriter {
     }
   }
 
-  // Letters would be read as parts of the picture; they stand between quotes.
+  // Letters would be read as parts of the picture; they are quoted.
   void Literal(char c) {
     const bool separator = static_cast<unsigned char>(c) < 0x80 && std::strchr(" ./:,-", c);
     if (separator) {
@@ -151,7 +151,7 @@ std::vector<Part> PartsOf(const std::string& picture) {
   return parts;
 }
 
-// What stands between the first two parts of a picture, up to the first word.
+// The text between the first two parts of a picture, up to the first word.
 std::string SeparatorOf(const std::string& picture) {
   const std::vector<Part> parts = PartsOf(picture);
   if (parts.size() < 2) return {};
@@ -211,7 +211,7 @@ void TakeTime(const CTimeTexts& texts, LocaleInfo& info) {
   if (std::string separator = SeparatorOf(info.time); !separator.empty()) info.time_separator = separator;
 }
 
-// A locale of the environment for one category; empty when that category is "C", or not to be had.
+// A locale of the environment for one category; empty when that category is "C", or unavailable.
 class Category {
  public:
   Category(int mask, int category) : locale_(newlocale(mask, "", nullptr)) {

@@ -5,18 +5,6 @@ namespace {
 
 using ::testing::ElementsAre;
 
-TEST(SystemColorValue, NegativeNumberIsAskedOfTheDesktop) {
-  const DesktopColour desktop = [](std::int32_t index) { return 1000 + index; };
-  EXPECT_EQ(SystemColorValue(static_cast<std::int32_t>(0x8000000F), desktop), 1015);
-  EXPECT_EQ(SystemColorValue(static_cast<std::int32_t>(0x80000012), desktop), 1018);
-}
-
-TEST(SystemColorValue, OtherNumbersAreColoursAlready) {
-  const DesktopColour desktop = [](std::int32_t) -> std::int32_t { throw std::logic_error("asked"); };
-  EXPECT_EQ(SystemColorValue(0x8080FF, desktop), 0x8080FF);
-  EXPECT_EQ(SystemColorValue(0, desktop), 0);
-}
-
 TEST(GradientColors, BeginsWithFromAndStopsOneStepBeforeTo) {
   EXPECT_THAT(GradientColors(4, 0x000000, 0x0000C8), ElementsAre(0, 50, 100, 150));
 }

@@ -174,12 +174,6 @@ TEST_F(WindowsTest, CentreFormAsksOnce) {
   EXPECT_EQ(asked, 1);
 }
 
-TEST(CentredPlace, IsTheMiddleOfTheAreaInTheFormsUnits) {
-  const Place place = CentredPlace({1024, 740, 15}, 6000, 4500);
-  EXPECT_EQ(place.left, (1024 * 15 - 6000) / 2);
-  EXPECT_EQ(place.top, (740 * 15 - 4500) / 2);
-}
-
 TEST(ShowPanelProgress, IsCappedAt100) {
   widgets::ProgressBar bar(kDynamicPictureBox);
   EXPECT_EQ(bar.name(), "DynamicPictureBox");
