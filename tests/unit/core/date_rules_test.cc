@@ -188,6 +188,15 @@ TEST(ReadDate, TakesThreeSmallNumbersInTheNearestOrderThatMakesADay) {
   EXPECT_EQ(Read("31 1 3", LocaleOf(test::kJapanese)), "1931-01-03 00:00:00");
 }
 
+TEST(ReadDate, TakesTheDayInFrontOfAMonthByNameUnlessTheUsersYearsComeFirst) {
+  EXPECT_EQ(Read("2-Jan-03", Us()), "2003-01-02 00:00:00");
+  EXPECT_EQ(Read("2-Jan-03", LocaleOf(test::kUkEnglish)), "2003-01-02 00:00:00");
+  LocaleInfo year_first = Us();
+  year_first.date_order = 2;
+  EXPECT_EQ(Read("03-Jan-2", year_first), "2003-01-02 00:00:00");
+  EXPECT_EQ(Read("Jan 2 03", year_first), "2003-01-02 00:00:00") << "behind the name the day comes first";
+}
+
 TEST(ReadDate, TakesTheYearOfTheCallOnlyWhenNoneIsNamed) {
   EXPECT_EQ(Read("Jan 2"), "2027-01-02 00:00:00");
   EXPECT_EQ(ReadDate("2/29", Us(), 2028), At(2028, 2, 29));
@@ -278,6 +287,9 @@ TEST(FormatDate, TakesMAsMinuteBehindAnHourAndAsMonthElsewhere) {
   EXPECT_EQ(FormatDate(date, "mm hh:mm:ss", Us()), "11 13:14:15");
   EXPECT_EQ(FormatDate(date, "h-m d-m", Us()), "13-14 12-11");
   EXPECT_EQ(FormatDate(date, "yyyy-mm-dd hh:nn:ss", Us()), "2004-11-12 13:14:15");
+  // Between the two any letter parts them, and nothing else does.
+  EXPECT_EQ(FormatDate(date, "hhzmm hhamm", Us()), "13z11 13a11");
+  EXPECT_EQ(FormatDate(date, "hh{mm hh`mm", Us()), "13{14 13`14");
 }
 
 TEST(FormatDate, KnowsTheFormsOfTheHalfDay) {

@@ -312,6 +312,8 @@ TEST(Conversions, TakeHexadecimalTextsAsBitsOfTheirType) {
   EXPECT_EQ(CInt("&HFFFF", Us()), -1);
   EXPECT_EQ(CLng("&HFFFF", Us()), 65535);
   EXPECT_EQ(CByte("&HFF", Us()), 255);
+  EXPECT_EQ(CLng(" &H1F ", Us()), 31) << "blanks around it";
+  EXPECT_EQ(ErrorOf([] { CLng("&H1 F", Us()); }), kTypeMismatch);
   EXPECT_EQ(ErrorOf([] { CInt("&H10000", Us()); }), kOverflow);
   EXPECT_EQ(ErrorOf([] { CLng("&H100000000", Us()); }), kOverflow);
   EXPECT_EQ(ErrorOf([] { CDbl("&H" + std::string(17, 'F'), Us()); }), kOverflow);
