@@ -1,7 +1,6 @@
 #include "platform/linux/linux_shell.h"
 
 #include <fcntl.h>
-#include <pthread.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,8 +9,6 @@
 #include <cerrno>
 #include <csignal>
 #include <string_view>
-#include <system_error>
-#include <thread>
 
 #include "platform/linux/posix.h"
 #include "platform/windows_1252.h"
@@ -54,22 +51,13 @@ class SpawnSettings {
   posix_spawn_file_actions_t actions_;
 };
 
-// Takes the child's end off the process table whenever it comes. The thread gets no signals, so that handlers
-// stay with the one thread that the program knows of.
+// Takes the child's end off the process table whenever it comes. Without a thread it is taken off when this
+// process ends.
 void ReapInBackground(pid_t child) {
-  sigset_t all;
-  sigset_t before;
-  sigfillset(&all);
-  pthread_sigmask(SIG_SETMASK, &all, &before);
-  try {
-    std::thread([child] {
-      while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
-      }
-    }).detach();
-  } catch (const std::system_error&) {
-    // No thread to be had: the child is taken off when this process ends.
-  }
-  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  RunInBackground([child] {
+    while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
+    }
+  });
 }
 
 Status Start(const std::string& program, const std::vector<std::string>& arguments) {

@@ -1,11 +1,14 @@
 #include "platform/linux/posix.h"
 
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <system_error>
+#include <thread>
 
 #include "platform/files.h"
 
@@ -88,6 +91,22 @@ std::string FindProgram(const std::string& name) {
     if (end == std::string_view::npos) return {};
     rest.remove_prefix(end + 1);
   }
+}
+
+bool RunInBackground(std::function<void()> body) {
+  sigset_t all;
+  sigset_t before;
+  sigfillset(&all);
+  // A thread begins with the mask of the one that makes it.
+  pthread_sigmask(SIG_SETMASK, &all, &before);
+  bool running = true;
+  try {
+    std::thread(std::move(body)).detach();
+  } catch (const std::system_error&) {
+    running = false;
+  }
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  return running;
 }
 
 }  // namespace zendrix::platform

@@ -1,6 +1,7 @@
 // Small helpers around POSIX calls, shared by the units of this folder.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -36,5 +37,10 @@ bool HasNul(std::string_view text);
 
 // First plain executable file of this name on PATH, absolute entries only; empty when there is none.
 std::string FindProgram(const std::string& name);
+
+// Runs `body` on a thread that nobody waits for and that gets no signals, so that handlers stay with the one
+// thread that the program knows of. `body` may touch only what it owns. False when there is no thread to be
+// had.
+bool RunInBackground(std::function<void()> body);
 
 }  // namespace zendrix::platform

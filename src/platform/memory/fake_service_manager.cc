@@ -37,10 +37,16 @@ Result<int> FakeServiceManager::Run(const std::string& service, ServiceMethod me
     answers.pop_front();
     return answer;
   }
-  const bool running = found->second.state == "Running";
-  if (method == ServiceMethod::kStart && running) return 10;
-  if (method == ServiceMethod::kStop && !running) return 5;
-  found->second.state = running ? "Stopped" : "Running";
+  ServiceProperties& properties = found->second;
+  const bool up = properties.state == "Running" || properties.state == "Start Pending";
+  if (method == ServiceMethod::kStart) {
+    if (up) return 10;
+    if (properties.start_mode == "Disabled") return 14;
+    properties.state = "Running";
+  } else {
+    if (!up) return properties.state == "Stop Pending" ? 5 : 6;
+    properties.state = "Stopped";
+  }
   return 0;
 }
 

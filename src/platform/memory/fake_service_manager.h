@@ -1,6 +1,7 @@
 // A service manager with the services that were put into it; none at first. Names are compared without regard
 // to letter case. Run changes the state at once and answers as the real one does (0; 10 for a start of a
-// running service; 5 for a stop of a stopped one), unless an answer was scripted: then the state stays.
+// running service, 14 of a disabled one; 6 for a stop of a stopped one, 5 of one that is stopping), unless an
+// answer was scripted: then the state stays.
 #pragma once
 
 #include <deque>

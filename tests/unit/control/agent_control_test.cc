@@ -59,14 +59,11 @@ TEST_F(AgentControlTest, SuccessIsTold) {
 
 TEST_F(AgentControlTest, StopOfAStoppedAgentShowsWhatTheManagerSays) {
   world_.platform.services.SetStopped("ZENDRIX");
-  EXPECT_EQ(agent_.StopAgent(false), 5);
+  EXPECT_EQ(agent_.StopAgent(false), 6);
   ASSERT_EQ(Boxes().size(), 1u);
   EXPECT_EQ(Boxes()[0].title, "StopService");
   EXPECT_EQ(Boxes()[0].icon, BoxIcon::kExclamation);
-  EXPECT_EQ(Boxes()[0].text,
-            "Zendrix Monitoring failed to stop.\r\nThe requested control code cannot be sent to the service "
-            "because "
-            "the state of the service.");
+  EXPECT_EQ(Boxes()[0].text, "Zendrix Monitoring failed to stop.\r\nThe Zendrix Agent is not running.");
 }
 
 TEST_F(AgentControlTest, FailedStartNamesTheError) {
@@ -89,7 +86,7 @@ TEST_F(AgentControlTest, ResultWithoutAMeaningShowsTheFirstLineAlone) {
 
 TEST_F(AgentControlTest, SilentFailureShowsNothing) {
   world_.platform.services.SetStopped("ZENDRIX");
-  EXPECT_EQ(agent_.StopAgent(true), 5);
+  EXPECT_EQ(agent_.StopAgent(true), 6);
   EXPECT_THAT(Boxes(), IsEmpty());
 }
 

@@ -195,7 +195,7 @@ TEST(FakeServiceManagerTest, StatesFollowTheMethods) {
   EXPECT_EQ(services.Properties("ZENDRIX").error().kind, ErrorKind::kNotFound);
   EXPECT_EQ(services.Run("ZENDRIX", ServiceMethod::kStart).error().kind, ErrorKind::kNotFound);
   services.SetStopped("ZENDRIX");
-  EXPECT_EQ(services.Run("zendrix", ServiceMethod::kStop).value(), 5);
+  EXPECT_EQ(services.Run("zendrix", ServiceMethod::kStop).value(), 6);
   EXPECT_EQ(services.Run("ZENDRIX", ServiceMethod::kStart).value(), 0);
   EXPECT_EQ(services.Properties("ZENDRIX").value().state, "Running");
   EXPECT_EQ(services.Run("ZENDRIX", ServiceMethod::kStart).value(), 10);
