@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <stdexcept>
+#include <utility>
 
 namespace zendrix::test {
 
@@ -26,6 +27,12 @@ class ChildProcess {
       return read(in_, &c, 1) == 1 ? c : '\0';
     }
     int in() const { return in_; }
+    // Goes on as another program, with the line as its input and output. Returns when that fails.
+    void Become(const char* program) const {
+      dup2(in_, STDIN_FILENO);
+      dup2(out_, STDOUT_FILENO);
+      execlp(program, program, nullptr);
+    }
 
    private:
     int in_;
@@ -54,12 +61,16 @@ class ChildProcess {
     in_ = to_parent[0];
     out_ = to_child[1];
   }
+  ChildProcess(ChildProcess&& other) noexcept
+      : pid_(std::exchange(other.pid_, -1)),
+        in_(std::exchange(other.in_, -1)),
+        out_(std::exchange(other.out_, -1)) {}
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
   ~ChildProcess() {
     if (pid_ > 0) Kill();
-    close(in_);
-    close(out_);
+    if (in_ >= 0) close(in_);
+    if (out_ >= 0) close(out_);
   }
 
   pid_t pid() const { return pid_; }
