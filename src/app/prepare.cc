@@ -7,11 +7,15 @@
 #include <cstdlib>
 
 #include "app/end_signals.h"
+#include "platform/linux/clean_environment.h"
 #include "qt/details_page.h"
 
 namespace zendrix::app {
 
 void BeforeApplication() {
+#ifndef ZENDRIX_TEST_BUILD
+  platform::CleanEnvironment();
+#endif
   EndSignals::Block();
   qt::RegisterPageScheme();
   // The browser part refuses to start as the superuser inside its own sandbox.

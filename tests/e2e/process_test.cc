@@ -1,8 +1,10 @@
 // The console as a process of its own: what another process can see of it.
 #include <gmock/gmock.h>
 
+#include <QPluginLoader>
 #include <QProcess>
 #include <QTest>
+#include <filesystem>
 #include <functional>
 
 #include "core/hash_utils.h"
@@ -54,6 +56,41 @@ TEST_F(ProcessTest, StartsAndEndsWhenAskedTo) {
   EXPECT_EQ(console.exitStatus(), QProcess::NormalExit);
   EXPECT_EQ(console.exitCode(), 0);
   EXPECT_TRUE(Logged("'Unload': Ending version"));
+}
+
+// QT_PLUGIN_PATH had the console load a stranger's code, and QTWEBENGINEPROCESS_PATH put a stranger's program
+// in the place of its browser.
+TEST_F(ProcessTest, HostileEnvironmentPlantsNothing) {
+#ifdef ZENDRIX_TEST_BUILD
+  GTEST_SKIP() << "this build keeps the environment";
+#endif
+  folder_.Write("browser", "#!/bin/sh\n: > '" + folder_.Path("browser-mark") + "'\n");
+  std::filesystem::permissions(folder_.Path("browser"), std::filesystem::perms::owner_all);
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  const auto set = [&](const char* name, const std::string& value) {
+    environment.insert(QString::fromLatin1(name), QString::fromStdString(value));
+  };
+  set("QT_PLUGIN_PATH", ZENDRIX_PLANTED_PLUGINS);
+  set("QT_STYLE_OVERRIDE", "planted");
+  set("ZENDRIX_PLANTED_MARK", folder_.Path("plugin-mark"));
+  set("QTWEBENGINEPROCESS_PATH", folder_.Path("browser"));
+  set("QT_QPA_PLATFORM_PLUGIN_PATH", "/nonexistent");
+  set("QT_QPA_PLATFORMTHEME", "planted");
+  set("http_proxy", "http://127.0.0.1:9/");
+  QProcess console;
+  console.setProcessEnvironment(environment);
+  Start(console);
+  ASSERT_TRUE(Wait([&] { return Logged("'Load': UI started."); })) << folder_.Read(kLog);
+  console.terminate();
+  ASSERT_TRUE(console.waitForFinished(kPatienceMs));
+  EXPECT_EQ(console.exitCode(), 0);
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path("plugin-mark")));
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path("browser-mark")));
+  // The plant is a live one: it does leave its mark where it is loaded.
+  qputenv("ZENDRIX_PLANTED_MARK", QByteArray::fromStdString(folder_.Path("plugin-mark")));
+  EXPECT_TRUE(QPluginLoader(QStringLiteral(ZENDRIX_PLANTED_STYLE)).load());
+  EXPECT_TRUE(std::filesystem::exists(folder_.Path("plugin-mark")));
+  qunsetenv("ZENDRIX_PLANTED_MARK");
 }
 
 TEST_F(ProcessTest, AdministratorEditionStarts) {

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <string_view>
 
+#include "platform/linux/clean_environment.h"
 #include "platform/linux/posix.h"
 #include "platform/windows_1252.h"
 
@@ -60,14 +61,20 @@ void ReapInBackground(pid_t child) {
   });
 }
 
-Status Start(const std::string& program, const std::vector<std::string>& arguments) {
+// A list as the system takes it; good while `texts` is.
+std::vector<char*> Pointers(const std::vector<std::string>& texts) {
   std::vector<char*> pointers;
-  for (const std::string& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
+  for (const std::string& text : texts) pointers.push_back(const_cast<char*>(text.c_str()));
   pointers.push_back(nullptr);
+  return pointers;
+}
+
+Status Start(const std::string& program, const std::vector<std::string>& arguments) {
+  const std::vector<std::string> environment = EnvironmentForOthers();
   const SpawnSettings settings;
   pid_t child = 0;
   const int failure = posix_spawn(&child, program.c_str(), settings.actions(), settings.attributes(),
-                                  pointers.data(), environ);
+                                  Pointers(arguments).data(), Pointers(environment).data());
   if (failure != 0) return ErrorFromErrno(failure, program);
   ReapInBackground(child);
   return Done{};

@@ -1,6 +1,7 @@
 // Starting things on the user's desktop. Nothing ever passes through a command interpreter of ours: programs
-// are started with their arguments as they are, in a session of their own, with no input and no output, and
-// are waited for in the background so that none stays behind as a zombie.
+// are started with their arguments as they are, in a session of their own, with no input and no output, with
+// the user's own environment (clean_environment.h), and are waited for in the background so that none stays
+// behind as a zombie.
 #pragma once
 
 #include "platform/shell.h"
