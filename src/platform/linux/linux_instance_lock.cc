@@ -35,9 +35,9 @@ std::string LockPath(const std::string& folder, const std::string& stem) {
   return JoinPath(folder, stem + ".lock");
 }
 
-std::optional<LocalAddress> OwnAddress(const std::string& folder, const std::string& stem) {
-  // The hash's first half will do here: the path of a socket is short.
-  return LocalAddress::OfFile(JoinPath(folder, stem.substr(0, stem.size() - 32)));
+// Half a hash will do here: the path of a socket has to be short.
+std::string SocketPath(const std::string& folder, const std::string& stem) {
+  return JoinPath(folder, stem.substr(0, stem.size() - 32));
 }
 
 LocalAddress GlobalAddress(const std::string& stem, int number) {
@@ -51,14 +51,18 @@ bool LeadsToAConsole(const FileDescriptor& connection) {
   return RunsThisExecutable(peer->process).value_or(peer->user == 0);
 }
 
+void RemoveSocket(const std::string& path) {
+  struct stat status {};
+  if (lstat(path.c_str(), &status) == 0 && S_ISSOCK(status.st_mode)) unlink(path.c_str());
+}
+
 // The socket of the user's own lock. The lock is held, so that a socket file of this name is a dead
 // process's.
 FileDescriptor ListenBeside(const std::string& folder, const std::string& stem) {
-  const auto address = OwnAddress(folder, stem);
+  const std::string path = SocketPath(folder, stem);
+  const auto address = LocalAddress::OfFile(path);
   if (!address) return FileDescriptor();
-  const std::string path = reinterpret_cast<const sockaddr_un*>(address->get())->sun_path;
-  struct stat status {};
-  if (lstat(path.c_str(), &status) == 0 && S_ISSOCK(status.st_mode)) unlink(path.c_str());
+  RemoveSocket(path);
   bool taken = false;
   return ListenAt(*address, taken);
 }
@@ -108,21 +112,25 @@ bool LinuxInstanceLock::Acquire(const std::string& name) {
   if (held_ == name) return true;
   const std::string stem = StemOf(name);
   FileLock lock;
-  FileDescriptor own;
+  std::string own_folder;
   for (const RuntimeFolder& folder : folders_) {
     if (!IsPrivateFolder(folder.path, folder.make)) continue;
     lock = LockFile(LockPath(folder.path, stem));
     if (lock.outcome == LockOutcome::kTaken) return false;
     if (lock.outcome == LockOutcome::kUnusable) continue;
-    own = ListenBeside(folder.path, stem);
+    own_folder = folder.path;
     break;
   }
   GlobalNames names = TakeGlobalName(stem);
-  if (names.taken_by_a_console) return false;
+  if (names.taken_by_a_console) {
+    if (lock.file) unlink(LockPath(own_folder, stem).c_str());
+    return false;
+  }
   // Where neither lock can be had, a second console is a lesser evil than none.
   Release();
   file_ = std::move(lock.file);
-  own_ = std::move(own);
+  if (file_) own_ = ListenBeside(own_folder, stem);
+  folder_ = own_folder;
   global_ = std::move(names.held);
   watch_ = FileDescriptor(epoll_create1(EPOLL_CLOEXEC));
   Watch(own_);
@@ -132,6 +140,11 @@ bool LinuxInstanceLock::Acquire(const std::string& name) {
 }
 
 void LinuxInstanceLock::Release() {
+  if (held_ && file_) {
+    const std::string stem = StemOf(*held_);
+    RemoveSocket(SocketPath(folder_, stem));
+    unlink(LockPath(folder_, stem).c_str());
+  }
   connections_.clear();
   for (FileDescriptor* const descriptor : {&watch_, &own_, &global_, &file_}) descriptor->Close();
   held_.reset();
@@ -142,7 +155,7 @@ void LinuxInstanceLock::AskToComeForward(const std::string& name) {
   // Whether it arrives is nobody's concern: the queue may be full, the holder may be gone.
   for (const RuntimeFolder& folder : folders_) {
     if (!IsPrivateFolder(folder.path, false)) continue;
-    const auto address = OwnAddress(folder.path, stem);
+    const auto address = LocalAddress::OfFile(SocketPath(folder.path, stem));
     const FileDescriptor holder = address ? ConnectTo(*address) : FileDescriptor();
     if (holder && MayAsk(holder)) return Ask(holder);
   }

@@ -42,7 +42,12 @@ class LinuxInstanceLock : public InstanceLock {
   explicit LinuxInstanceLock(std::vector<RuntimeFolder> folders = RuntimeFolders())
       : folders_(std::move(folders)) {}
 
+  LinuxInstanceLock(const LinuxInstanceLock&) = delete;
+  LinuxInstanceLock& operator=(const LinuxInstanceLock&) = delete;
+  ~LinuxInstanceLock() override { Release(); }
+
   bool Acquire(const std::string& name) override;
+  // Takes the files away too. Those of a killed process stay, and are in nobody's way.
   void Release() override;
   void AskToComeForward(const std::string& name) override;
   void OnAskedToComeForward(std::function<void()> handler) override { handler_ = std::move(handler); }
@@ -59,6 +64,7 @@ class LinuxInstanceLock : public InstanceLock {
   std::vector<RuntimeFolder> folders_;
   std::optional<std::string> held_;
   std::function<void()> handler_;
+  std::string folder_;     // where the user's own lock is; empty when it could not be had
   FileDescriptor file_;    // the user's own lock
   FileDescriptor own_;     // its socket
   FileDescriptor global_;  // the name across users

@@ -18,19 +18,23 @@ bool IsPrivateFolder(const std::string& folder, bool make) {
 }
 
 FileLock LockFile(const std::string& path) {
-  FileLock lock;
-  lock.file = FileDescriptor(open(
-      path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, S_IRUSR | S_IWUSR));
-  struct stat status {};
-  if (!lock.file || fstat(lock.file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
-      status.st_uid != geteuid() || status.st_nlink != 1) {
-    return {};
+  // Each turn more means that another holder came and went.
+  constexpr int kTurns = 16;
+  for (int i = 0; i < kTurns; ++i) {
+    FileDescriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC,
+                             S_IRUSR | S_IWUSR));
+    struct stat status {};
+    if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_uid != geteuid() ||
+        status.st_nlink > 1) {
+      return {};
+    }
+    if (flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
+      return {errno == EWOULDBLOCK ? LockOutcome::kTaken : LockOutcome::kUnusable};
+    }
+    // The lock is worth something on the file that others will find under this name.
+    if (fstat(file.get(), &status) == 0 && status.st_nlink == 1) return {LockOutcome::kHeld, std::move(file)};
   }
-  if (flock(lock.file.get(), LOCK_EX | LOCK_NB) == 0) {
-    lock.outcome = LockOutcome::kHeld;
-    return lock;
-  }
-  return {errno == EWOULDBLOCK ? LockOutcome::kTaken : LockOutcome::kUnusable, FileDescriptor()};
+  return {};
 }
 
 }  // namespace zendrix::platform

@@ -1,6 +1,7 @@
 #include "platform/linux/linux_instance_lock.h"
 
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
@@ -191,6 +192,42 @@ TEST_F(LinuxInstanceLockTest, NameThatIsFreeAgainIsNotTheEndOfTheSearch) {
   EXPECT_FALSE(Elsewhere().Acquire(name_));
 }
 
+TEST_F(LinuxInstanceLockTest, FilesGoWithTheirHolder) {
+  {
+    LinuxInstanceLock lock = Lock();
+    ASSERT_TRUE(lock.Acquire(name_));
+    EXPECT_TRUE(IsInFolder(LockFileName()));
+    EXPECT_TRUE(IsInFolder(SocketName()));
+    EXPECT_FALSE(Lock().Acquire(name_));
+  }
+  EXPECT_TRUE(std::filesystem::is_empty(runtime_.path()));
+  LinuxInstanceLock elsewhere = Elsewhere();
+  ASSERT_TRUE(elsewhere.Acquire(name_));
+  EXPECT_FALSE(Lock().Acquire(name_));
+  EXPECT_TRUE(std::filesystem::is_empty(runtime_.path()));
+}
+
+// A lock on a file that its holder has just removed would be a lock on nothing.
+TEST_F(LinuxInstanceLockTest, HoldersThatComeAndGoNeverHoldAtOnce) {
+  const auto work = [&](const ChildProcess::Line&) {
+    int held = 0;
+    for (int i = 0; i < 3000 && held < 100; ++i) {
+      LinuxInstanceLock lock = Lock();
+      if (!lock.Acquire(name_)) continue;
+      ++held;
+      // Only one can make this folder at a time.
+      if (mkdir(runtime_.Path("held").c_str(), 0700) != 0) return 2;
+      rmdir(runtime_.Path("held").c_str());
+    }
+    return held > 0 ? 0 : 3;
+  };
+  ChildProcess one(work);
+  ChildProcess two(work);
+  const std::vector<int> ends = {one.Wait(), two.Wait()};
+  EXPECT_THAT(ends, ::testing::Each(::testing::AnyOf(0, 3)));
+  EXPECT_THAT(ends, ::testing::Contains(0));
+}
+
 TEST_F(LinuxInstanceLockTest, HolderThatNeverListensIsNotBelieved) {
   const LocalAddress address = LocalAddress::OfName(GlobalName(0));
   const FileDescriptor mute(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
@@ -338,14 +375,16 @@ TEST_F(LinuxInstanceLockTest, FullFolderLeavesTheNames) {
     // A file system of this process's own that has room for its root alone, then for the lock file too.
     if (unshare(CLONE_NEWNS) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return 77;
     if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return 77;
+    std::vector<bool> files;
     for (const char* room : {"nr_inodes=1,mode=0700", "nr_inodes=2,mode=0700"}) {
       if (mount("none", runtime_.path().c_str(), "tmpfs", 0, room) != 0) return 77;
       LinuxInstanceLock lock = Lock();
       if (!lock.Acquire(name_)) return 2;
       if (IsInFolder(SocketName())) return 3;
       if (Elsewhere().Acquire(name_)) return 4;
+      files.push_back(IsInFolder(LockFileName()));
     }
-    return IsInFolder(LockFileName()) ? 0 : 5;
+    return files == std::vector<bool>{false, true} ? 0 : 5;
   });
   const int status = child.Wait();
   if (status == 77) GTEST_SKIP() << "no file systems of one's own here";
