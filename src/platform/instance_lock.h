@@ -1,5 +1,6 @@
-// One console per executable, whichever user starts it. The lock lives exactly as long as the process that
-// holds it, however that process ends.
+// One console per executable, whichever user starts it, as far as the holder can be told for a console
+// (docs/decisions/0006-instance-lock.md). The lock lives exactly as long as the process that holds it,
+// however that process ends.
 #pragma once
 
 #include <functional>

@@ -95,7 +95,7 @@ bool Flush(int fd) {
   return fsync(fd) == 0 || errno == EINVAL;
 }
 
-// The rename itself must reach the disk too. A folder that cannot be opened for reading is let be.
+// The rename itself must reach the disk too. A folder that cannot be opened for reading is left as it is.
 void FlushFolder(const std::string& folder) {
   const FileDescriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (opened) fsync(opened.get());

@@ -1,4 +1,4 @@
-// Instance locks of one make-believe machine: objects that share a registry contend for its names. A holder
+// Instance locks of one simulated machine: objects that share a registry contend for its names. A holder
 // that is destroyed lets go, as a process that ends.
 #pragma once
 
