@@ -44,11 +44,8 @@ class Files {
   virtual Status Remove(const std::string& path) = 0;
   // Atomic replacement of `to` by `from`, in one folder.
   virtual Status Rename(const std::string& from, const std::string& to) = 0;
-  // Creates a new empty file under a name of its own in `folder` and returns its path.
-  virtual Result<std::string> CreateTemporary(const std::string& folder) = 0;
   // Names (not paths) of the entries of a folder, in no order.
   virtual Result<std::vector<std::string>> List(const std::string& folder) = 0;
-  virtual Status CreateFolder(const std::string& path) = 0;
 
   // The whole file. Built on Open and Read.
   Result<std::string> ReadAll(const std::string& path);

@@ -47,7 +47,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   platform::Files& files = platform.files;
   core::HashUtils hashes(files, platform.family);
   const std::string path = "/program/zendrix.ini";
-  (void)files.CreateFolder("/program").ok();
   Require(files.WriteAll(path, bytes).ok());
   Require(files.WriteAll(core::SideFilePath(path), side).ok());
   Require(files.WriteAll(path + ".pending", note).ok());

@@ -107,14 +107,14 @@ struct Temporary {
 };
 
 // A fresh file in `folder` that nobody else has under any name.
-Result<Temporary> MakeTemporary(const std::string& folder, const std::string& prefix, mode_t mode) {
-  if (HasNul(folder)) return BadName(folder);
+Result<Temporary> MakeTemporary(const std::string& folder, mode_t mode) {
   for (int tries = 0; tries < 100; ++tries) {
     unsigned long long random = 0;
     if (getrandom(&random, sizeof random, 0) != sizeof random) return ErrorFromErrno(errno, folder);
     char name[17];
     std::snprintf(name, sizeof name, "%016llx", random);
-    Temporary made{JoinPath(folder, prefix + name + kTemporarySuffix), FileDescriptor()};
+    Temporary made{JoinPath(folder, std::string(kTemporaryPrefix) + name + kTemporarySuffix),
+                   FileDescriptor()};
     made.file =
         FileDescriptor(open(made.path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
     if (made.file && ClaimTemporary(made.file.get())) return made;
@@ -178,7 +178,7 @@ Status LinuxFiles::WriteAll(const std::string& path, std::string_view bytes) {
   if (!old) return old.error();
   const std::string folder = FolderOfTarget(path);
   if (swept_.insert(folder).second) SweepLeftOvers(folder);
-  auto temporary = MakeTemporary(folder, kTemporaryPrefix, old.value() ? 0600 : 0644);
+  auto temporary = MakeTemporary(folder, old.value() ? 0600 : 0644);
   if (!temporary) return temporary.error();
   Status replaced = Replace(temporary.value(), path, old.value(), bytes);
   if (!replaced) {
@@ -228,16 +228,6 @@ Status LinuxFiles::Rename(const std::string& from, const std::string& to) {
   return Done{};
 }
 
-Result<std::string> LinuxFiles::CreateTemporary(const std::string& folder) {
-  if (FileStatus status{};
-      !HasNul(folder) && stat(folder.c_str(), &status) == 0 && !S_ISDIR(status.st_mode)) {
-    return NotRegular(folder);
-  }
-  auto temporary = MakeTemporary(folder, "zendrix-", 0644);
-  if (!temporary) return temporary.error();
-  return temporary.value().path;
-}
-
 Result<std::vector<std::string>> LinuxFiles::List(const std::string& folder) {
   if (HasNul(folder)) return BadName(folder);
   if (FileStatus status{}; stat(folder.c_str(), &status) == 0 && !S_ISDIR(status.st_mode))
@@ -255,12 +245,6 @@ Result<std::vector<std::string>> LinuxFiles::List(const std::string& folder) {
   closedir(directory);
   if (failure != 0) return ErrorFromErrno(failure, folder);
   return names;
-}
-
-Status LinuxFiles::CreateFolder(const std::string& path) {
-  if (HasNul(path)) return BadName(path);
-  if (mkdir(path.c_str(), 0755) != 0) return ErrorFromErrno(errno, path);
-  return Done{};
 }
 
 }  // namespace zendrix::platform

@@ -23,9 +23,7 @@ class LinuxFiles : public Files {
   Status Append(const std::string& path, std::string_view bytes) override;
   Status Remove(const std::string& path) override;
   Status Rename(const std::string& from, const std::string& to) override;
-  Result<std::string> CreateTemporary(const std::string& folder) override;
   Result<std::vector<std::string>> List(const std::string& folder) override;
-  Status CreateFolder(const std::string& path) override;
 
  private:
   // Folders whose left-overs this process has taken away.

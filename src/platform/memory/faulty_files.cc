@@ -64,19 +64,9 @@ Status FaultyFiles::Rename(const std::string& from, const std::string& to) {
   return below_.Rename(from, to);
 }
 
-Result<std::string> FaultyFiles::CreateTemporary(const std::string& folder) {
-  if (const Status allowed = Begin(Effect::kChange); !allowed) return allowed.error();
-  return below_.CreateTemporary(folder);
-}
-
 Result<std::vector<std::string>> FaultyFiles::List(const std::string& folder) {
   if (const Status allowed = Begin(Effect::kRead); !allowed) return allowed.error();
   return below_.List(folder);
-}
-
-Status FaultyFiles::CreateFolder(const std::string& path) {
-  if (Status allowed = Begin(Effect::kChange); !allowed) return allowed;
-  return below_.CreateFolder(path);
 }
 
 }  // namespace zendrix::platform

@@ -72,10 +72,6 @@ bool MemoryFiles::HasFolder(const std::string& path) const {
 
 Status MemoryFiles::CheckTarget(const std::string& path) const {
   if (HasFolder(path)) return Refusal(ErrorKind::kNotRegular, path);
-  return CheckParent(path);
-}
-
-Status MemoryFiles::CheckParent(const std::string& path) const {
   const std::string folder = FolderOf(path);
   if (Has(folder) || (strict_folders && !HasFolder(folder))) return Refusal(ErrorKind::kNotFound, path);
   return Done{};
@@ -150,19 +146,6 @@ Status MemoryFiles::Rename(const std::string& from, const std::string& to) {
   return Done{};
 }
 
-Result<std::string> MemoryFiles::CreateTemporary(const std::string& folder) {
-  const std::string normal = NormalPath(folder);
-  if (const Status allowed = Begin(FileOp::kCreateTemporary, normal); !allowed) return allowed.error();
-  if (Has(normal)) return Refusal(ErrorKind::kNotRegular, folder);
-  if (strict_folders && !HasFolder(normal)) return Refusal(ErrorKind::kNotFound, folder);
-  std::string path;
-  do {
-    path = JoinPath(folder, "tmp" + std::to_string(++temporaries_) + ".tmp");
-  } while (Has(path) || HasFolder(NormalPath(path)));
-  Put(path, "");
-  return path;
-}
-
 Result<std::vector<std::string>> MemoryFiles::List(const std::string& folder) {
   const std::string normal = NormalPath(folder);
   if (const Status allowed = Begin(FileOp::kList, normal); !allowed) return allowed.error();
@@ -173,15 +156,6 @@ Result<std::vector<std::string>> MemoryFiles::List(const std::string& folder) {
   for (const std::string& path : folders_) names.insert(ChildName(normal, path));
   names.erase("");
   return std::vector<std::string>(names.begin(), names.end());
-}
-
-Status MemoryFiles::CreateFolder(const std::string& path) {
-  const std::string normal = NormalPath(path);
-  if (Status allowed = Begin(FileOp::kCreateFolder, normal); !allowed) return allowed;
-  if (Has(normal) || HasFolder(normal)) return Refusal(ErrorKind::kAlreadyExists, path);
-  if (Status allowed = CheckParent(normal); !allowed) return allowed;
-  MakeFolders(normal);
-  return Done{};
 }
 
 }  // namespace zendrix::platform

@@ -21,18 +21,7 @@
 
 namespace zendrix::platform {
 
-enum class FileOp {
-  kSize,
-  kOpen,
-  kRead,
-  kWriteAll,
-  kAppend,
-  kRemove,
-  kRename,
-  kCreateTemporary,
-  kList,
-  kCreateFolder
-};
+enum class FileOp { kSize, kOpen, kRead, kWriteAll, kAppend, kRemove, kRename, kList };
 
 class MemoryFiles : public Files {
  public:
@@ -51,7 +40,7 @@ class MemoryFiles : public Files {
   std::vector<std::string> Paths() const;
 
   // Refuses the next `count` operations of this kind on this path (for kRename the path renamed from; for
-  // kCreateTemporary and kList the folder). A path of "*" stands for every path.
+  // kList the folder). A path of "*" stands for every path.
   void FailNext(FileOp op, const std::string& path, ErrorKind kind, int count = 1);
   // Lets every stream on the path read `bytes` bytes, then refuses `count` reads.
   void FailReadAfter(const std::string& path, std::int64_t bytes, ErrorKind kind, int count = 1);
@@ -69,9 +58,7 @@ class MemoryFiles : public Files {
   Status Append(const std::string& path, std::string_view bytes) override;
   Status Remove(const std::string& path) override;
   Status Rename(const std::string& from, const std::string& to) override;
-  Result<std::string> CreateTemporary(const std::string& folder) override;
   Result<std::vector<std::string>> List(const std::string& folder) override;
-  Status CreateFolder(const std::string& path) override;
 
  private:
   struct Fault {
@@ -86,7 +73,6 @@ class MemoryFiles : public Files {
   Status Begin(FileOp op, const std::string& path, std::int64_t position = 0);
   // Whether a file may be written at this path.
   Status CheckTarget(const std::string& path) const;
-  Status CheckParent(const std::string& path) const;
   bool HasFolder(const std::string& path) const;
   // The contents at a normal path, made with their folders when there are none.
   MemoryContent& Reach(const std::string& path);
@@ -95,7 +81,6 @@ class MemoryFiles : public Files {
   std::map<std::string, std::shared_ptr<MemoryContent>> files_;
   std::set<std::string> folders_;
   std::vector<Fault> faults_;
-  std::uint64_t temporaries_ = 0;
 };
 
 }  // namespace zendrix::platform

@@ -32,19 +32,14 @@ class OverlayFiles : public Files {
   Status Append(const std::string& path, std::string_view bytes) override;
   Status Remove(const std::string& path) override;
   Status Rename(const std::string& from, const std::string& to) override;
-  Result<std::string> CreateTemporary(const std::string& folder) override;
   Result<std::vector<std::string>> List(const std::string& folder) override;
-  Status CreateFolder(const std::string& path) override;
 
   // Whether anything differs from the files below.
   bool Changed() const { return !entries_.empty(); }
 
  private:
-  // What the overlay says of a path: a file, a folder, or (with neither) that nothing is there any more.
-  struct Entry {
-    std::shared_ptr<MemoryContent> content;
-    bool folder = false;
-  };
+  // What the overlay says of a path: a file, or (without a content) that nothing is there any more.
+  using Entry = std::shared_ptr<MemoryContent>;
 
   const Entry* Find(const std::string& normal_path) const;
   bool HasFolder(const std::string& normal_path);
@@ -52,7 +47,6 @@ class OverlayFiles : public Files {
   Status CheckTarget(const std::string& normal_path);
   // The content of an existing file, taken up from below when it is not here yet.
   Result<std::shared_ptr<MemoryContent>> TakeUp(const std::string& normal_path);
-  void Put(const std::string& normal_path, std::shared_ptr<MemoryContent> content);
 
   Files& below_;
   std::map<std::string, Entry> entries_;  // by normal path

@@ -116,8 +116,6 @@ TEST_F(LinuxFilesTest, MissingFilesAndFoldersAreNotFound) {
   }
   EXPECT_EQ(files_.WriteAll(Path("none/deeper"), "x").error().kind, ErrorKind::kNotFound);
   EXPECT_EQ(files_.Append(Path("none/deeper"), "x").error().kind, ErrorKind::kNotFound);
-  EXPECT_EQ(files_.CreateTemporary(Path("none")).error().kind, ErrorKind::kNotFound);
-  EXPECT_EQ(files_.CreateFolder(Path("none/deeper")).error().kind, ErrorKind::kNotFound);
 }
 
 TEST_F(LinuxFilesTest, PathIsNotCutAtANul) {
@@ -180,18 +178,8 @@ TEST_F(LinuxFilesTest, RenameReplacesItsTarget) {
   EXPECT_EQ(folder_.Read("b"), "new");
 }
 
-TEST_F(LinuxFilesTest, TemporariesAreEmptyFilesOfTheirOwn) {
-  const std::string first = files_.CreateTemporary(folder_.path()).value();
-  const std::string second = files_.CreateTemporary(folder_.path()).value();
-  EXPECT_NE(first, second);
-  EXPECT_EQ(files_.Size(first).value(), 0);
-  EXPECT_EQ(fs::path(first).parent_path(), folder_.path());
-  EXPECT_EQ(files_.CreateTemporary(first).error().kind, ErrorKind::kNotRegular);
-}
-
-TEST_F(LinuxFilesTest, FoldersAreMadeOnceAndListedWithoutTheirDots) {
-  ASSERT_TRUE(files_.CreateFolder(Path("sub")).ok());
-  EXPECT_EQ(files_.CreateFolder(Path("sub")).error().kind, ErrorKind::kAlreadyExists);
+TEST_F(LinuxFilesTest, FoldersAreListedWithoutTheirDots) {
+  fs::create_directory(Path("sub"));
   EXPECT_TRUE(files_.FolderExists(Path("sub")));
   EXPECT_FALSE(files_.Exists(Path("sub")));
   EXPECT_THAT(files_.List(Path("sub")).value(), IsEmpty());
@@ -216,7 +204,6 @@ TEST_F(LinuxFilesTest, RightsAreRespectedForAnOrdinaryUser) {
     if (!denied(files_.Append(Path("read-only"), "y"))) return 2;
     if (!denied(files_.Open(Path("secret")))) return 3;
     if (!denied(files_.WriteAll(Path("closed/new"), "y"))) return 4;
-    if (!denied(files_.CreateTemporary(Path("closed")))) return 5;
     if (!files_.Exists(Path("secret"))) return 6;
     // A read-only file can be deleted in a folder that may be written.
     if (!files_.Remove(Path("read-only"))) return 7;

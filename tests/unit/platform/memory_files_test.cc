@@ -49,7 +49,6 @@ TEST(MemoryFilesTest, RefusalsSayWhatKindTheyAre) {
   EXPECT_EQ(files.Rename("/p/a", "/p").error().kind, ErrorKind::kNotRegular);
   EXPECT_EQ(files.List("/q").error().kind, ErrorKind::kNotFound);
   EXPECT_EQ(files.List("/p/a").error().kind, ErrorKind::kNotRegular);
-  EXPECT_EQ(files.CreateFolder("/p").error().kind, ErrorKind::kAlreadyExists);
 }
 
 TEST(MemoryFilesTest, MissingFolderIsRefusedOnlyWhenTold) {
@@ -58,10 +57,10 @@ TEST(MemoryFilesTest, MissingFolderIsRefusedOnlyWhenTold) {
   EXPECT_TRUE(files.FolderExists("/new"));
   files.strict_folders = true;
   EXPECT_EQ(files.WriteAll("/other/a", "x").error().kind, ErrorKind::kNotFound);
-  EXPECT_EQ(files.CreateTemporary("/other").error().kind, ErrorKind::kNotFound);
-  ASSERT_TRUE(files.CreateFolder("/other").ok());
+  // A folder stays when its last file goes.
+  files.Put("/other/b", "");
+  files.Vanish("/other/b");
   EXPECT_TRUE(files.WriteAll("/other/a", "x").ok());
-  EXPECT_EQ(files.CreateFolder("/x/y").error().kind, ErrorKind::kNotFound);
 }
 
 TEST(MemoryFilesTest, OpenStreamSeesGrowthAndShrinking) {
@@ -101,15 +100,6 @@ TEST(MemoryFilesTest, RenameReplacesItsTarget) {
   EXPECT_EQ(files.Get("/p/b"), "1");
   ASSERT_TRUE(files.Rename("/p/b", "/p/b").ok());
   EXPECT_EQ(files.Get("/p/b"), "1");
-}
-
-TEST(MemoryFilesTest, TemporariesAreEmptyAndNeverTheSame) {
-  MemoryFiles files;
-  files.CreateFolder("/p").ok();
-  const std::string first = files.CreateTemporary("/p").value();
-  const std::string second = files.CreateTemporary("/p").value();
-  EXPECT_NE(first, second);
-  EXPECT_EQ(files.Size(first).value(), 0);
 }
 
 TEST(MemoryFilesTest, FaultsHitTheirOperationAndPathAndCount) {
