@@ -188,6 +188,23 @@ TEST_F(LinuxFilesTest, FoldersAreListedWithoutTheirDots) {
   EXPECT_EQ(files_.List(Path("a")).error().kind, ErrorKind::kNotRegular);
 }
 
+TEST_F(LinuxFilesTest, SaveOfTheAdministratorLeavesTheFileToItsUser) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs the administrator";
+  struct Owner {
+    uid_t user;
+    gid_t group;
+  };
+  for (const Owner owner : {Owner{65534, 65534}, Owner{65534, getegid()}, Owner{geteuid(), 65534}}) {
+    folder_.Write("theirs", "old");
+    ASSERT_EQ(chown(Path("theirs").c_str(), owner.user, owner.group), 0);
+    ASSERT_TRUE(files_.WriteAll(Path("theirs"), "new").ok());
+    struct stat status {};
+    ASSERT_EQ(stat(Path("theirs").c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, owner.user);
+    EXPECT_EQ(status.st_gid, owner.group);
+  }
+}
+
 TEST_F(LinuxFilesTest, RightsAreRespectedForAnOrdinaryUser) {
   folder_.Write("read-only", "x");
   folder_.Write("secret", "x");

@@ -66,8 +66,14 @@ TEST_F(LinuxShellTest, DocumentIsOneArgumentAndNeverACommand) {
 TEST_F(LinuxShellTest, AddressIsHandedOverInUtf8AndAPathByteByByte) {
   ASSERT_TRUE(shell_.Open("http://x/?d=caf\xE9\x80").ok());
   EXPECT_EQ(Written(), "1\nhttp://x/?d=caf\u00E9\u20AC\n");
-  ASSERT_TRUE(shell_.Open("/home/caf\xE9").ok());
-  EXPECT_EQ(Written(), "1\n/home/caf\xE9\n");
+  ASSERT_TRUE(shell_.Open("a+B-9.c://caf\xE9").ok());
+  EXPECT_EQ(Written(), "1\na+B-9.c://caf\u00E9\n");
+  // No scheme begins with a digit or holds any other character.
+  for (const std::string path :
+       {"/home/caf\xE9", "9a://caf\xE9", "a/b://caf\xE9", "a_b://caf\xE9", "://caf\xE9"}) {
+    ASSERT_TRUE(shell_.Open(path).ok());
+    EXPECT_EQ(Written(), "1\n" + path + "\n");
+  }
 }
 
 TEST_F(LinuxShellTest, OptionsAndControlCharactersAreNoDocuments) {
