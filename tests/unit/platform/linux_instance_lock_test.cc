@@ -163,6 +163,12 @@ TEST_F(LinuxInstanceLockTest, SquatterOfTheNameStopsNobody) {
   // The next name does what the first cannot.
   EXPECT_FALSE(Elsewhere().Acquire(name_));
   EXPECT_FALSE(Lock().Acquire(name_));
+  // A request finds the console, not the squatter.
+  int forward = 0;
+  holder.OnAskedToComeForward([&] { ++forward; });
+  Elsewhere().AskToComeForward(name_);
+  holder.HandleRequests();
+  EXPECT_EQ(forward, 1);
 }
 
 TEST_F(LinuxInstanceLockTest, SquatterOfAllNamesStopsNobodyEither) {
@@ -306,6 +312,19 @@ TEST_F(LinuxInstanceLockTest, ForeignFilesInThePlaceOfItsOwnAreLeftAlone) {
   other.AskToComeForward(name_);
   lock.HandleRequests();
   EXPECT_EQ(forward, 1);
+}
+
+TEST_F(LinuxInstanceLockTest, LinkInThePlaceOfTheSocketStays) {
+  const test::TemporaryFolder elsewhere;
+  elsewhere.Write("precious", "text");
+  std::filesystem::create_symlink(elsewhere.Path("precious"), runtime_.Path(SocketName()));
+  {
+    LinuxInstanceLock lock = Lock();
+    EXPECT_TRUE(lock.Acquire(name_));
+    EXPECT_FALSE(Lock().Acquire(name_));
+  }
+  EXPECT_TRUE(std::filesystem::is_symlink(runtime_.Path(SocketName())));
+  EXPECT_EQ(elsewhere.Read("precious"), "text");
 }
 
 TEST_F(LinuxInstanceLockTest, FileOfAnotherUserIsNoLock) {
