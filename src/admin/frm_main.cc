@@ -59,7 +59,7 @@ void frmMain::ConnectControls() {
   mPopRestore.clicked.ConnectForever([this] { mPopRestore_Click(); });
   mPopMinimize.clicked.ConnectForever([this] { mPopMinimize_Click(); });
   mPopMaximize.clicked.ConnectForever([this] { mPopMaximize_Click(); });
-  // A desktop opens the menu by itself, without a word to the form.
+  // A desktop may open the icon's menu itself, without an event that the form could refuse.
   enabled.changed.ConnectForever([this] {
     for (widgets::MenuItem* item : mPopupSys.items) item->enabled = enabled.Get();
   });
@@ -240,7 +240,7 @@ void frmMain::ComeForward() {
   bring_forward.Raise();
 }
 
-// Behind an open question the form is disabled, and its menu then does nothing.
+// While a modal window is open the form is disabled, and the commands of its menu do nothing.
 void frmMain::mPopRestore_Click() {
   if (enabled) ShowWindow(WindowState::kNormal);
 }

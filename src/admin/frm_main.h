@@ -56,7 +56,7 @@ class frmMain : public widgets::Form {
  public:
   explicit frmMain(AdminParts parts);
 
-  // Everything between coming into being and being shown.
+  // Everything between construction and the first show.
   void Form_Load();
 
   void DisplayData(const std::string& status_text);
@@ -140,7 +140,7 @@ class frmMain : public widgets::Form {
     std::int64_t bytes_total = 0;  // that this load is about
     std::int32_t time_key = 0;
     core::MomentFormatter moments;
-    // Whether a monitor is displayed, by the text of its field; kept for the time of one load.
+    // Whether a monitor is displayed, by the text of its field; cached for one load.
     std::unordered_map<std::string, bool> displayed;
   };
   class LoadScope;

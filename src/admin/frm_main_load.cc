@@ -120,7 +120,7 @@ void frmMain::TakeTime(std::string_view field, Load& load, std::string& time) {
   const double value = core::IsNumeric(field, locale) ? core::CDbl(field, locale) : 0;
   const bool fits = value >= std::numeric_limits<std::int32_t>::min() - 0.5 &&
                     value < std::numeric_limits<std::int32_t>::max() + 0.5;
-  // A number that is no moment is shown as it stands, like a text that is no number.
+  // A number outside the range of times is shown unchanged, like a text that is no number.
   if (!core::IsNumeric(field, locale) || !fits) {
     time = field;
     return;

@@ -106,7 +106,7 @@ void frmNewUI::ConnectControls() {
   mPopMinimize.clicked.ConnectForever([this] { mPopMinimize_Click(); });
   mPopMaximize.clicked.ConnectForever([this] { mPopMaximize_Click(); });
   mPopExit.clicked.ConnectForever([this] { mPopExit_Click(); });
-  // A desktop opens the menu by itself, without a word to the form.
+  // A desktop may open the icon's menu itself, without an event that the form could refuse.
   enabled.changed.ConnectForever([this] {
     for (widgets::MenuItem* item : mPopupSys2.items) item->enabled = enabled.Get();
   });
@@ -263,7 +263,7 @@ void frmNewUI::mPopMaximize_Click() {
 }
 
 bool frmNewUI::mPopExit_Click() {
-  // Behind an open question the form is disabled; its answer must find the console still there.
+  // The form is disabled while a question is open; the code that waits for its answer needs the console.
   if (!enabled || !control::WarningMessage(app_)) return false;
   return Unload(widgets::UnloadCause::kCode);
 }

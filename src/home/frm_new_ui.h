@@ -47,7 +47,7 @@ class frmNewUI : public widgets::Form {
  public:
   explicit frmNewUI(HomeParts parts);
 
-  // Form_Load: everything between coming into being and being shown.
+  // Everything between construction and the first show.
   void Form_Load();
   // The window became the active one.
   void Form_Activate();

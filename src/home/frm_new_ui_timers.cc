@@ -1,4 +1,4 @@
-// The refresh cycle of frmNewUI: its three timers and what the reader's news set off.
+// The refresh cycle of frmNewUI: its three timers and the handler of the reader's new events.
 #include <cmath>
 
 #include "core/guards.h"

@@ -1,6 +1,6 @@
-// The two directions of a binding. Reflect: a logical value shows in a widget, now and after each change.
-// OnAct: an act of the user reaches the logic, and nothing it throws reaches the toolkit. Both end with the
-// widget.
+// What binders share. Reflect shows a logical value in a widget, now and after each change; Keep ties a
+// connection to a widget's lifetime. In the other direction an act of the user calls the logic through the
+// toolkit's guard, so that no exception reaches Qt.
 #pragma once
 
 #include <QObject>

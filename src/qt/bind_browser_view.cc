@@ -7,7 +7,7 @@
 namespace zendrix::qt {
 namespace {
 
-// The view shows the page and gives it up before the page goes.
+// The view shows the page and lets go of it before the page is destroyed.
 class BrowserWidget : public QWebEngineView {
  public:
   BrowserWidget(widgets::BrowserView& view, const Toolkit& kit)

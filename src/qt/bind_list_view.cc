@@ -66,7 +66,8 @@ void ListTable::TellClick(const QModelIndex& row) {
   kit_.guard(list_.name(), [&] { list_.Click(model_->SlotOf(row.row())); });
 }
 
-// A press on another row makes that the current one, which tells the click; on the current row nothing moves.
+// A press on another row makes that the current one, which reports the click; on the current row nothing
+// changes, so the press itself does.
 void ListTable::mousePressEvent(QMouseEvent* event) {
   const unsigned told = clicks_told_;
   TableView::mousePressEvent(event);

@@ -15,7 +15,7 @@ QAction* MakeAction(widgets::MenuItem& item, QObject* owner, const Toolkit& kit)
   Reflect(action, item.caption, [action](const std::string& text) { action->setText(ToQt(text)); });
   Reflect(action, item.visible, [action](bool shown) { action->setVisible(shown); });
   Reflect(action, item.enabled, [action](bool usable) { action->setEnabled(usable); });
-  // Behind the act: a command may open a modal window, and the menu is to be gone by then.
+  // Deferred to the event loop: a command may open a modal window, and the menu must be closed by then.
   QObject::connect(action, &QAction::triggered, action, [&item, action, guard = &kit.guard] {
     QTimer::singleShot(0, action, [&item, guard] { (*guard)(item.name(), [&] { item.clicked.Raise(); }); });
   });

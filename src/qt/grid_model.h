@@ -8,7 +8,7 @@
 
 namespace zendrix::qt {
 
-// The role under which a cell's full text stands, where the cell itself holds a shortened one.
+// The role of a cell's full text, where the cell itself shows a shortened one.
 inline constexpr int kWholeTextRole = Qt::UserRole;
 
 class GridModel : public QAbstractTableModel {

@@ -14,8 +14,7 @@ class QtMessageLoop : public platform::MessageLoop {
 
 class QtTimers : public platform::TimerMaker {
  public:
-  // The guard stands between a tick and the toolkit; it may be given later than the object is made, before
-  // the first timer starts.
+  // The guard keeps a tick's exceptions from the toolkit; it has to be set before the first timer starts.
   void SetGuard(const SlotGuard* guard) { guard_ = guard; }
   std::unique_ptr<platform::Timer> MakeTimer(std::function<void()> on_tick) override;
 

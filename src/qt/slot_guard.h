@@ -1,5 +1,5 @@
-// Keeps exceptions inside slots. What reaches the toolkit's edge has passed both failure styles, so it takes
-// the one fatal path: logged, told to the user, the end.
+// Keeps exceptions inside slots. One that reaches the toolkit's edge was caught by neither guard, so it takes
+// the one fatal path: it is logged, the user is told, and the process ends.
 #pragma once
 
 #include <exception>

@@ -1,5 +1,5 @@
 // The drawing style: Fusion, with pictures that keep their colours in a selected row, buttons of dialogs
-// without pictures, and the program's own signs in message boxes, and check boxes whose frame is seen in a
+// without pictures, the program's own signs in message boxes, and check boxes whose frame is visible in a
 // dark palette too.
 #pragma once
 

@@ -1,5 +1,5 @@
-// The common look of lists and grids: whole rows, one selected, no grid lines, moved through by the keyboard,
-// with a sentence in the middle while there are no rows.
+// The common look of lists and grids: whole rows, one selected, no grid lines, keyboard navigation by row,
+// and a sentence in the middle while there are no rows.
 #pragma once
 
 #include <QTableView>

@@ -14,10 +14,10 @@ namespace zendrix::qt {
 
 class UserActs : public QObject {
  public:
-  // `widget` gives the widget of the moment, or null. Acts on what is in it count as well.
+  // `widget` returns the current widget, or null. Acts on its descendants count as well.
   explicit UserActs(std::function<QWidget*()> widget);
 
-  // Whether there was an act that nobody has taken yet. It is taken by the question.
+  // Whether there was an act since the last call; each is reported once.
   bool Take();
   void Forget() { since_.invalidate(); }
 

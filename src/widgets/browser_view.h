@@ -35,7 +35,7 @@ class BrowserView : public Control {
  public:
   explicit BrowserView(std::string name) : Control(std::move(name)) {}
 
-  // The page must outlive its being set here; null takes it away.
+  // The page is not owned and must stay alive while it is set; null removes it.
   void SetPage(BrowserPage* page) { page_ = page; }
   BrowserPage* page() const { return page_; }
 

@@ -2,9 +2,9 @@
 // knows the columns and what is shown of them; the cells belong to a store that derives from it, and views
 // read them on demand.
 //
-// While `redraw` is off, views are told nothing; when it comes on they hear of everything at once. The store
-// keeps its rows oldest first, so that rows a view knows stay where they are while new ones are pushed on
-// top.
+// While `redraw` is off no signal is raised; when it comes on, views are told of all changes at once. The
+// store keeps its rows oldest first, so that rows a view knows stay where they are while new ones are pushed
+// on top.
 #pragma once
 
 #include <cstdint>

@@ -61,7 +61,7 @@ void ListView::Select(std::optional<Slot> slot) {
 void ListView::Click(Slot slot) {
   if (slot >= rows_.size()) return;
   Select(slot);
-  // Who heard of the selection may have changed it or cleared the list.
+  // A listener of the selection may have changed it or cleared the list.
   if (selected_ == slot) item_clicked.Raise(slot);
 }
 

@@ -2,8 +2,8 @@
 // inserted at the top, so they are stored oldest first: an insertion is a push, a row keeps its storage index
 // ("slot") for the life of the list, and a model can read rows on demand without copying any.
 //
-// Views hear of new rows once per batch: between BeginBatch and EndBatch insertions are silent, so that a
-// view which looks at the list meanwhile (the message loop may run) still sees the rows that it knows.
+// Views are told of new rows once per batch: between BeginBatch and EndBatch insertions raise no signal, so
+// that a view which reads the list meanwhile (the event loop may run) still sees the rows that it knows.
 #pragma once
 
 #include <cstdint>
@@ -63,7 +63,7 @@ class ListView : public Control {
   std::optional<Slot> Find(std::string_view key) const;
 
   std::optional<Slot> selected() const { return selected_; }
-  // Marks a row, by the program's own act; marking the one that is marked already is told to nobody.
+  // Selects a row on the program's behalf; selecting the selected one raises nothing.
   void Select(std::optional<Slot> slot);
   // The user acted on a row: it is selected, and counts as clicked also when it was selected before.
   void Click(Slot slot);

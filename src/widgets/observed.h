@@ -1,4 +1,6 @@
-// A value that tells when it changes. Setting the value it already has tells nobody.
+// A value that raises a signal when it changes. Setting the value it already has raises nothing. A listener
+// may set it again: the nested round tells every listener first, and none is left with a value that is no
+// longer there.
 #pragma once
 
 #include <utility>

@@ -1,4 +1,4 @@
-// What belongs to no window: the shape of the pointer, the beep, the last window brought forward.
+// What belongs to no single window: the shape of the pointer and the beep.
 #pragma once
 
 #include "widgets/observed.h"

@@ -1,10 +1,10 @@
 // A list of listeners. A connection lasts until its Connection is dropped or the signal dies, whichever is
 // first. Listeners run in the order in which they connected, on the caller's thread.
 //
-// A listener may do anything meanwhile: connect others (they are called from the next time on), disconnect
-// any (it is not called any more, not even in this round), raise the same signal again (a nested round calls
-// everyone, and the outer one then goes on where it was), or destroy the signal (nobody else is called). What
-// a listener throws ends the round and reaches the caller of Raise.
+// Re-entry is allowed: during a round a listener may connect others (they are called from the next round on),
+// disconnect any (it is not called again, not even in this round), raise the same signal (the nested round
+// calls every listener, then the outer one continues) or destroy the signal (no further listener is called).
+// An exception of a listener ends the round and reaches the caller of Raise.
 #pragma once
 
 #include <functional>
@@ -73,7 +73,7 @@ class Signal {
     std::vector<std::shared_ptr<Listener>> listeners;
     int depth = 0;  // rounds that are under way, one inside the other
 
-    // Places in the list are what a round goes by, so that nothing is removed while one is under way.
+    // A round counts by index, so nothing is removed while one is under way.
     void Sweep() {
       if (depth == 0) std::erase_if(listeners, [](const auto& listener) { return !listener->alive; });
     }
