@@ -27,6 +27,7 @@ class HomeConsole {
 
   home::frmNewUI& form() { return *home_.home(); }
   alerts::ConsoleAlerts& alerts() { return home_.alerts(); }
+  store::CMkvlf& gKvlF() { return home_.gKvlF(); }
 
   // The row with this ID; there must be one.
   store::Bookmark Row(const std::string& id) {
@@ -131,15 +132,17 @@ void Alert(Console& console, const Words& words) {
   RequireWords(words, 1, 1, "alert ID");
   HomeConsole home(console);
   home.Row(words[0]);
-  home.alerts().GetNotableInfo(words[0]);
-  const auto& context = home.alerts().context();
+  // A look at one row by itself: the list that the start has built leaves nothing in it.
+  alerts::ConsoleAlerts alone(console.state(), console.log(), [&home] { return home.gKvlF().EventTable; });
+  alone.GetNotableInfo(words[0]);
+  const auto& context = alone.context();
   Json records = Json::array();
   for (const auto& record : context.NotableInfo) records.push_back(RecordOf(record));
   Json document = {{"NotableInfo", std::move(records)},
                    {"FirstEventDateTime", Text(context.FirstEventDateTime)},
                    {"FirstEventDateUTC", Text(context.FirstEventDateUTC)}};
-  document.update(TextsOf(home.alerts(), alerts::Purpose::kExact));
-  document["shown"] = TextsOf(home.alerts(), alerts::Purpose::kShown);
+  document.update(TextsOf(alone, alerts::Purpose::kExact));
+  document["shown"] = TextsOf(alone, alerts::Purpose::kShown);
   console.Print(std::move(document));
 }
 

@@ -182,6 +182,15 @@ TEST_F(AlertTest, ShownTextsAreTheExactOnesWithTheEventsCharactersEscaped) {
   EXPECT_THAT(shown, ::testing::HasSubstr("&lt;b&gt;x"));
 }
 
+// The time of the alert that the list shows first stood in the explanation of a row that is no alert.
+TEST_F(AlertTest, RowThatIsNoAlertTakesNoTimeFromTheList) {
+  WriteDescriptions();
+  folder_.Write("KorvessaDesc5.kvl", "System Users,at &lt;time of alert&gt;.\r\n");
+  DocumentWriting({"hash", folder_.Path("KorvessaDesc5.kvl"), "store"});
+  EXPECT_EQ(Document({"alert", "5"})["GetMonitorDesc"][0], "at .");
+  EXPECT_EQ(Document({"alert", "6"})["GetMonitorDesc"][3], "at 01:45:05 AM.");
+}
+
 TEST_F(AlertTest, SummaryTablesToTheCharacter) {
   WriteDescriptions();
   const Json tables = Document({"alert", "6"})["GetSummaryTable"];

@@ -84,6 +84,16 @@ TEST_F(FrameFlow, QuestionDisablesTheWindowInMemoryAsOnTheScreen) {
   EXPECT_TRUE(Home().enabled);
 }
 
+TEST_F(FrameFlow, FatalErrorEndsWithStatusOneThoughTheMainWindowIsOpen) {
+  Write(Alert(0, "/opt/tool"));
+  Start();
+  // A line without a comma where the next one is looked for.
+  Append("nonsense\r\n");
+  EXPECT_EQ(world_.EndOf([&] { Tick(); }), 1);
+  EXPECT_THAT(Boxes().Texts(), ElementsAre("Unexpected Error. Zendrix is exiting."));
+  EXPECT_THAT(world_.quiet.Take(), Contains(::testing::HasSubstr("'CMkvlf:loadNewEvents (")));
+}
+
 TEST_F(FrameFlow, QuitEndsWithStatusZero) {
   Write(Alert(0, "/opt/tool"));
   Start();
