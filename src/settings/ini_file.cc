@@ -29,6 +29,22 @@ std::string_view WithoutTrailingBlanks(std::string_view text) {
   return text;
 }
 
+// The value of a digit or a letter in the number systems that use it; higher than any base for the others.
+std::uint32_t DigitOf(char character) {
+  if (character >= '0' && character <= '9') return static_cast<std::uint32_t>(character - '0');
+  const char letter = core::LowerByte(character);
+  if (letter >= 'a' && letter <= 'f') return static_cast<std::uint32_t>(letter - 'a' + 10);
+  return 99;
+}
+
+// Takes the prefix that tells the base off the front: "0x", "0o" and "0b", lower case only.
+std::uint32_t TakeBase(std::string_view& text) {
+  const std::string_view prefix = text.substr(0, 2);
+  const std::uint32_t base = prefix == "0x" ? 16 : prefix == "0o" ? 8 : prefix == "0b" ? 2 : 10;
+  if (base != 10) text.remove_prefix(2);
+  return base;
+}
+
 std::string CutFor(std::size_t size, std::string_view text) {
   return std::string(text.substr(0, size == 0 ? 0 : size - 1));
 }
@@ -59,20 +75,30 @@ std::string IniFile::GetString(std::string_view section, std::string_view key, s
   const std::size_t at = header == lines_.size() ? header : FindKey(header, key);
   if (at == lines_.size() || lines_[at].kind != Kind::kEntry)
     return CutFor(size, WithoutTrailingBlanks(default_value));
-  return CutFor(size, WithoutQuotes(Strip(std::string_view(lines_[at].text).substr(lines_[at].value_at))));
+  return CutFor(size, ValueOf(lines_[at]));
 }
 
 std::uint32_t IniFile::GetInt(std::string_view section, std::string_view key,
                               std::int32_t default_value) const {
-  const std::string text = GetString(section, key, "", std::string::npos);
-  if (text.empty()) return static_cast<std::uint32_t>(default_value);
-  std::size_t at = text.find_first_not_of(kWhiteSpace);
-  const bool negative = at < text.size() && text[at] == '-';
-  if (at < text.size() && (text[at] == '-' || text[at] == '+')) ++at;
+  const std::string value = GetString(section, key, "", std::string::npos);
+  if (value.empty()) return static_cast<std::uint32_t>(default_value);
+  std::string_view text = Strip(value);
+  const bool negative = text.starts_with('-');
+  if (negative || text.starts_with('+')) text.remove_prefix(1);
+  const std::uint32_t base = TakeBase(text);
   std::uint32_t number = 0;
-  for (; at < text.size() && text[at] >= '0' && text[at] <= '9'; ++at)
-    number = number * 10 + static_cast<std::uint32_t>(text[at] - '0');
+  for (; !text.empty() && DigitOf(text.front()) < base; text.remove_prefix(1))
+    number = number * base + DigitOf(text.front());
   return negative ? 0 - number : number;
+}
+
+std::vector<core::KeyValue> IniFile::Keys(std::string_view section, std::size_t size) const {
+  std::vector<core::KeyValue> keys;
+  const std::size_t header = FindSection(section);
+  const std::size_t end = header == lines_.size() ? header : EndOfSection(header);
+  for (std::size_t i = header; i < end; ++i)
+    if (IsKey(lines_[i])) keys.emplace_back(lines_[i].name, CutFor(size, ValueOf(lines_[i])));
+  return keys;
 }
 
 std::string IniFile::KeyNames(std::string_view section, std::string_view default_value,
@@ -155,17 +181,19 @@ IniFile::Line IniFile::MakeLine(std::string_view text, std::string_view end) {
     return line;
   }
   if (plain.front() == '[') {
-    if (const auto close = plain.find(']'); close != std::string_view::npos) {
-      line.kind = Kind::kSection;  // "[ name ] anything": what stands behind the first "]" does not count
-      line.name = Strip(plain.substr(1, close - 1));
-      return line;
-    }
+    line.kind = Kind::kSection;  // "[ name ] anything": what stands behind the first "]" does not count
+    line.name = Strip(plain.substr(1, plain.find(']') - 1));  // and without a "]" the name runs to the end
+    return line;
   }
   const auto equals = text.find('=');
   line.kind = equals == std::string_view::npos ? Kind::kBareName : Kind::kEntry;
   line.name = Strip(text.substr(0, equals));
   line.value_at = equals == std::string_view::npos ? text.size() : equals + 1;
   return line;
+}
+
+std::string_view IniFile::ValueOf(const Line& line) {
+  return WithoutQuotes(Strip(std::string_view(line.text).substr(line.value_at)));
 }
 
 std::size_t IniFile::FindSection(std::string_view section) const {

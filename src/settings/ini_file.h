@@ -14,6 +14,8 @@
 #include <string_view>
 #include <vector>
 
+#include "core/settings_values.h"
+
 namespace zendrix::settings {
 
 class IniFile {
@@ -28,13 +30,17 @@ class IniFile {
   // default without its trailing blanks, cut to size - 1.
   std::string GetString(std::string_view section, std::string_view key, std::string_view default_value,
                         std::size_t size) const;
-  // Leading digits of the value with an optional sign, modulo 2^32; 0 for a text without digits, the default
-  // for an absent key or an empty value.
+  // Leading digits of the value with an optional sign, modulo 2^32: decimal, or hexadecimal, octal or binary
+  // behind "0x", "0o" or "0b". 0 for a text without digits, the default for an absent key or an empty value.
   std::uint32_t GetInt(std::string_view section, std::string_view key, std::int32_t default_value) const;
   // Names of the keys of a section, or of all sections, each followed by a NUL, cut to size - 2; the default
   // when there are none.
   std::string KeyNames(std::string_view section, std::string_view default_value, std::size_t size) const;
   std::string SectionNames(std::string_view default_value, std::size_t size) const;
+
+  // All keys of a section with their values as GetString gives them, an empty one for a line without "=". Of
+  // two keys of one name the first is the one that counts.
+  std::vector<core::KeyValue> Keys(std::string_view section, std::size_t size) const;
 
   // Replaces a value in place, or adds the key behind the last one of its section, or adds the section at the
   // end. The texts are written as given, but for blanks around a new name.
@@ -55,6 +61,8 @@ class IniFile {
 
   static std::vector<Line> LinesOf(std::string_view bytes);
   static Line MakeLine(std::string_view text, std::string_view end);
+  // The value of an entry, without its outer quotes; nothing for a bare name.
+  static std::string_view ValueOf(const Line& line);
   static bool IsKey(const Line& line) { return line.kind == Kind::kEntry || line.kind == Kind::kBareName; }
 
   // Index of the header; the number of lines when there is none.

@@ -1,5 +1,6 @@
 // Settings files are bytes that anybody with access to the folder may have written. An input is a file's text
 // and, each behind a byte 1F, a section, a key and a value.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -40,6 +41,20 @@ void CheckBuffers(const IniFile& ini, std::string_view section, std::string_view
   (void)ini.GetInt(section, key, 7);
 }
 
+// The list of a section's keys and the question for one of them give one answer.
+void CheckKeys(const IniFile& ini, std::string_view section) {
+  const auto keys = ini.Keys(section, 128);
+  for (std::size_t i = 0; i < keys.size() && i < 20; ++i) {
+    const std::string& name = keys[i].first;
+    if (name.empty() || name.front() == ' ' || name.back() == ' ') continue;
+    const std::string value = ini.GetString(section, name, "", 128);
+    // Of two keys of one name the first counts.
+    if (i == 0) Require(value == keys[i].second);
+    Require(std::any_of(keys.begin(), keys.begin() + static_cast<std::ptrdiff_t>(i) + 1,
+                        [&](const auto& pair) { return pair.second == value; }));
+  }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -52,6 +67,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   IniFile ini(text);
   Require(ini.Bytes() == text);
   CheckBuffers(ini, section, key);
+  CheckKeys(ini, section);
 
   ini.Set(section, key, value);
   const std::string once = ini.Bytes();

@@ -76,9 +76,53 @@ TEST(IniFile, AQuotedValueIsCutBehindItsQuotes) {
   EXPECT_EQ(IniFile("[s]\r\nk=\"123456\"\r\n").GetString("s", "k", "", 6), "12345");
 }
 
-TEST(IniFile, AHeaderWithoutBracketIsNoSection) {
-  EXPECT_EQ(Read("[s\r\nk=v\r\n", "s", "k"), "dflt");
-  EXPECT_EQ(IniFile("[s\r\nk=v\r\n").SectionNames("0", 2048), "0");
+// Such a line was taken for a key line, and the keys below it for keys of the section above.
+TEST(IniFile, AHeaderWithoutBracketIsASectionWhoseNameEndsAtTheLineEnd) {
+  EXPECT_EQ(Read("[s\r\nk=v\r\n", "s", "k"), "v");
+  EXPECT_EQ(Read("[a]\r\nx=1\r\n  [ s t \t\r\nk=v\r\n", "s t", "k"), "v");
+  EXPECT_EQ(Read("[a]\r\nx=1\r\n[s\r\nk=v\r\n", "a", "k"), "dflt");
+  EXPECT_EQ(IniFile("[s\r\nk=v\r\n[t").SectionNames("0", 2048), std::string("s\0t\0", 4));
+  EXPECT_EQ(AfterSet("[s\r\nk=v\r\n", "S", "l", "w"), "[s\r\nk=v\r\nl=w\r\n");
+}
+
+TEST(IniFile, AHeaderOfOnlyABracketHasNoName) {
+  EXPECT_EQ(IniFile("[\r\nk=v\r\n").SectionNames("0", 2048), "0");
+  EXPECT_EQ(Read("[\r\nk=v\r\n", "", "k"), "v");
+}
+
+std::uint32_t Number(const std::string& value) {
+  return IniFile("[s]\r\nk=" + value + "\r\n").GetInt("s", "k", 7);
+}
+
+// "0x1F" read as 0: the digits ended at the x.
+TEST(IniFile, AHexadecimalIntegerIsRead) {
+  EXPECT_EQ(Number("0x1F"), 31U);
+  EXPECT_EQ(Number("0xaBcDeF"), 0xABCDEFU);
+  EXPECT_EQ(Number("-0x10"), 0xFFFFFFF0U);
+  EXPECT_EQ(Number("+0x10"), 16U);
+  EXPECT_EQ(Number("\" 0x9\""), 9U);
+  EXPECT_EQ(Number("0x1FG"), 31U);
+  EXPECT_EQ(Number("0x123456789"), 0x23456789U);  // modulo 2^32
+}
+
+TEST(IniFile, OctalAndBinaryIntegersAreReadBehindTheirPrefixes) {
+  EXPECT_EQ(Number("0o17"), 15U);
+  EXPECT_EQ(Number("0o18"), 1U);
+  EXPECT_EQ(Number("0b101"), 5U);
+  EXPECT_EQ(Number("0b12"), 1U);
+}
+
+TEST(IniFile, APrefixWithoutDigitsOrInCapitalsIsZero) {
+  for (const char* value : {"0x", "0xG", "0X1F", "0B1", "x1F", "0 x1F", "- 0x1"})
+    EXPECT_EQ(Number(value), 0U);
+  EXPECT_EQ(Number("1x1F"), 1U);
+  EXPECT_EQ(Number("1F"), 1U);
+}
+
+TEST(IniFile, KeysComeWithTheirValuesInFileOrderAndCut) {
+  const IniFile ini("[t]\r\nz=1\r\n[s]\r\na=\"1234\"\r\n;c\r\nbare\r\na=2\r\n[u]\r\nx=1\r\n");
+  EXPECT_EQ(ini.Keys("S", 4), (std::vector<core::KeyValue>{{"a", "123"}, {"bare", ""}, {"a", "2"}}));
+  EXPECT_TRUE(ini.Keys("nothing", 4).empty());
 }
 
 TEST(IniFile, SectionNamesAreListedInFileOrderWithTheirSpelling) {
