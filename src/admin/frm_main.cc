@@ -8,7 +8,7 @@
 #include "core/about_window.h"
 #include "core/fit_text.h"
 #include "core/guards.h"
-#include "platform/windows_1252.h"
+#include "core/path_text.h"
 
 namespace zendrix::admin {
 
@@ -104,7 +104,7 @@ void frmMain::ShowPath() {
   path_shown_ = true;
   const int pixels = (Msg.width - kPanelMargin) / parts_.metrics.twips_per_pixel;
   // Paths are compacted by the rules of the other separator.
-  const std::string path = Swapped(platform::BytesFromUtf8(GridFilePath), '/', '\\');
+  const std::string path = Swapped(core::PathText(GridFilePath), '/', '\\');
   Msg.text = Swapped(core::CompactPath(path, pixels, parts_.metrics.pixels), '\\', '/');
 }
 

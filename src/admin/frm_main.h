@@ -142,6 +142,7 @@ class frmMain : public widgets::Form {
     core::MomentFormatter moments;
     // Whether a monitor is displayed, by the text of its field; cached for one load.
     std::unordered_map<std::string, bool> displayed;
+    std::vector<std::string> unknown_monitors;  // those that the settings do not know, each once
   };
   class LoadScope;
 
@@ -153,7 +154,8 @@ class frmMain : public widgets::Form {
   void ReadAddedLines(Load& load, std::int64_t new_size);
   void TakeLine(const std::string& raw, Load& load);
   void TakeTime(std::string_view field, Load& load, std::string& time);
-  bool IsMonitorDisplayed(const std::string& monitor);
+  bool IsMonitorDisplayed(const std::string& monitor, Load& load);
+  void RegisterMonitors(const Load& load);
   void ServeMessages(const Load& load);
   void NoteArrival();
   void ShowPath();

@@ -7,9 +7,9 @@
 #include "core/guards.h"
 #include "core/letter_case.h"
 #include "core/number_rules.h"
+#include "core/path_text.h"
 #include "core/splash.h"
 #include "core/text_rules.h"
-#include "platform/windows_1252.h"
 
 namespace zendrix::admin {
 
@@ -74,6 +74,7 @@ void frmMain::DisplayData(const std::string& status_text) {
       GridIsFull();
     }
     GridLineCount = load.lines;
+    RegisterMonitors(load);
     ShowRecordCount();
   });
 }
@@ -104,7 +105,7 @@ void frmMain::TakeLine(const std::string& raw, Load& load) {
   GridChangeList.SetItemData(fields->code, fields->code);
   GridDescList.SetItemData(fields->description, fields->description);
   const auto [displayed, is_new] = load.displayed.try_emplace(monitor, true);
-  if (is_new) displayed->second = IsMonitorDisplayed(monitor);
+  if (is_new) displayed->second = IsMonitorDisplayed(monitor, load);
   if (!displayed->second) return;
   const std::string fitted =
       core::FitTextToWidth(fields->description, EventList.column(kColDescription).width, parts_.metrics.twips,
@@ -129,12 +130,18 @@ void frmMain::TakeTime(std::string_view field, Load& load, std::string& time) {
   time = load.moments.Format(load.time_key);
 }
 
-bool frmMain::IsMonitorDisplayed(const std::string& monitor) {
+bool frmMain::IsMonitorDisplayed(const std::string& monitor, Load& load) {
   for (const auto& [name, value] : app_.settings.MonitorStates)
     if (core::EqualNoCase(name, monitor)) return value != "0";
-  parts_.reg_ini.SaveSetwChk("Monitors", monitor, "1");
-  parts_.reg_ini.ReadRegInfo();
+  load.unknown_monitors.push_back(monitor);
   return true;
+}
+
+// Once for a whole load: each of thousands of names would have the settings read and verified twice.
+void frmMain::RegisterMonitors(const Load& load) {
+  if (load.unknown_monitors.empty()) return;
+  parts_.reg_ini.RegisterMonitors(load.unknown_monitors);
+  parts_.reg_ini.ReadRegInfo();
 }
 
 void frmMain::ServeMessages(const Load& load) {
@@ -166,6 +173,7 @@ void frmMain::RedisplayData(bool filter_active) {
       }
       GridFileSize = new_size;
       GridLineCount = load.lines;
+      RegisterMonitors(load);
       ShowPath();
       if (sort.SortColumn > 0) {
         SortGrid(EventList, sort.SortColumn);
@@ -263,9 +271,8 @@ bool frmMain::FileIsThere() {
 }
 
 void frmMain::FileMissing() {
-  const std::string text = GridFilePath == DefaultPath()
-                               ? kNoDataFound
-                               : "File " + platform::BytesFromUtf8(GridFilePath) + " not found.";
+  const std::string text =
+      GridFilePath == DefaultPath() ? kNoDataFound : "File " + core::PathText(GridFilePath) + " not found.";
   app_.seams.message_boxes.Show({app_.ProductName, text, platform::BoxIcon::kStop});
   path_shown_ = false;
   Msg.text = std::string("No Zendrix Data Found");
@@ -273,7 +280,7 @@ void frmMain::FileMissing() {
 
 void frmMain::GridIsFull() {
   const std::string text = "The Event View grid is full. The size of the kvl file: \r\n" +
-                           platform::BytesFromUtf8(GridFilePath) + "\r\nneeds to be reduced.";
+                           core::PathText(GridFilePath) + "\r\nneeds to be reduced.";
   app_.seams.message_boxes.Show({app_.ProductName, text, platform::BoxIcon::kInformation});
 }
 

@@ -29,8 +29,8 @@ core::MainHooks Console::Hooks() {
     for (const auto& entry : gKvlF_.MonitorList.ColList()) names.push_back(entry.item);
     return names;
   };
-  hooks.SaveSetwChk = [this](const std::string& section, const std::string& key, const std::string& value) {
-    reg_ini_.SaveSetwChk(section, key, value);
+  hooks.RegisterMonitors = [this](const std::vector<std::string>& names) {
+    reg_ini_.RegisterMonitors(names);
   };
   hooks.FileVersion = [](const std::string&) { return std::string(); };
   hooks.frmMain = [this]() -> widgets::Form& { return MakeAdministrator(); };

@@ -1,7 +1,5 @@
 #include "core/hash_utils.h"
 
-#include <optional>
-
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
 
@@ -65,11 +63,12 @@ std::string SideFilePath(const std::string& path) {
   return Replace(path, extension, ".kvh");
 }
 
-bool HashUtils::VerifyFileHash(const std::string& path) {
+std::optional<std::string> HashUtils::ReadVerified(const std::string& path) {
   FinishInterruptedSave(path);
-  if (!files_.Exists(path)) return false;
-  const auto bytes = files_.ReadAll(path);
-  return bytes && family_.HashBytes(bytes.value()) == ReadStoredHash(SideFilePath(path));
+  if (!files_.Exists(path)) return std::nullopt;
+  auto bytes = files_.ReadAll(path);
+  if (!bytes || family_.HashBytes(bytes.value()) != ReadStoredHash(SideFilePath(path))) return std::nullopt;
+  return std::move(bytes.value());
 }
 
 std::string HashUtils::ComputeFileHash(const std::string& path) {
@@ -85,10 +84,16 @@ std::string HashUtils::ReadStoredHash(const std::string& side_path) {
 }
 
 void HashUtils::StoreFileHash(const std::string& path) {
+  if (!files_.Exists(path)) return;
+  if (const auto bytes = files_.ReadAll(path)) StoreHashOf(path, bytes.value());
+}
+
+void HashUtils::StoreHashOf(const std::string& path, std::string_view bytes) {
   const std::string side_path = SideFilePath(path);
   // A path without any dot is its own side file: hashing it into itself would only destroy it.
-  if (side_path == path || !files_.Exists(path)) return;
-  if (const auto bytes = files_.ReadAll(path)) WriteHashFile(side_path, family_.HashBytes(bytes.value()));
+  if (side_path == path) return;
+  const std::string hash = family_.HashBytes(bytes);
+  if (ReadStoredHash(side_path) != hash) WriteHashFile(side_path, hash);
 }
 
 void HashUtils::WriteHashFile(const std::string& side_path, std::string_view text) {

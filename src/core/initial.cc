@@ -107,7 +107,7 @@ void Start::ReadEvents() {
 }
 
 void Start::RegisterMonitors() {
-  for (const std::string& name : hooks_.MonitorNames()) hooks_.SaveSetwChk("Monitors", name, "1");
+  hooks_.RegisterMonitors(hooks_.MonitorNames());
   // Brings the new keys, and what the first pass wrote, into the application's state.
   hooks_.ReadRegInfo();
 }

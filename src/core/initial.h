@@ -24,8 +24,8 @@ struct MainHooks {
   std::function<void(const std::string& path)> InitReader;
   // Monitor names of the reader, in the order in which they were met.
   std::function<std::vector<std::string>()> MonitorNames;
-  std::function<void(const std::string& section, const std::string& key, const std::string& value)>
-      SaveSetwChk;
+  // Switches on, in the settings, the monitors that are met for the first time.
+  std::function<void(const std::vector<std::string>& names)> RegisterMonitors;
   // File version of an executable ("1.2.0.3"), or empty.
   std::function<std::string(const std::string& path)> FileVersion;
   // The main window of each edition; it comes into being when it is asked for and lives until the end.

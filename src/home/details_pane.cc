@@ -1,8 +1,11 @@
 #include "home/details_pane.h"
 
+#include <utility>
+
 #include "alerts/decisions.h"
 #include "core/guards.h"
 #include "core/hash_utils.h"
+#include "core/path_text.h"
 #include "store/descriptions.h"
 
 namespace zendrix::home {
@@ -78,10 +81,11 @@ void DetailsPane::AddScripts() {
     const std::string path = store::DescPath(app_, kScriptFile);
     std::string script;
     if (files.Exists(path)) {
-      if (core::HashUtils(files, app_.seams.family).VerifyFileHash(path))
-        script = core::ValueOrRaise(files.ReadAll(path));
+      auto verified = core::HashUtils(files, app_.seams.family).ReadVerified(path);
+      if (verified)
+        script = std::move(*verified);
       else
-        parts_.log.WriteLog(kPlace, "Error: stored hash does not match for " + path);
+        parts_.log.WriteLog(kPlace, "Error: stored hash does not match for " + core::PathText(path));
     }
     widgets::BrowserPage* page = view_.page();
     if (page && !page->AddScript(script)) core::Raise(core::kObjectNotSet);

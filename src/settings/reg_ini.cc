@@ -5,8 +5,8 @@
 #include "core/letter_case.h"
 #include "core/moments.h"
 #include "core/number_rules.h"
-#include "settings/ini_file.h"
-#include "settings/setting.h"
+#include "core/path_text.h"
+#include "core/text_rules.h"
 
 namespace zendrix::settings {
 namespace {
@@ -62,9 +62,19 @@ std::string FirstLine(const std::string& text) {
 // Names of monitors come from the monitoring file, that is, from anybody. One that would open a section,
 // become a comment or be split elsewhere is never read back; it would be added again at every start.
 bool CanBeKey(const std::string& name) {
-  const auto first = name.find_first_not_of(" \t\v\f");
-  return first != std::string::npos && name[first] != '[' && name[first] != ';' &&
-         name.find_first_of(std::string_view("=\r\n\0", 4)) == std::string::npos;
+  constexpr std::string_view kStripped =
+      "\t\v\f";  // from a name that is read, but not from one that is sought
+  const std::string_view key = core::Trim(name);
+  const auto is_stripped = [&](char end) { return kStripped.find(end) != std::string_view::npos; };
+  return !key.empty() && key.front() != '[' && key.front() != ';' && !is_stripped(key.front()) &&
+         !is_stripped(key.back()) &&
+         key.find_first_of(std::string_view("=\r\n\0", 4)) == std::string_view::npos;
+}
+
+// Whether there is something to write. What could not be read must not be replaced.
+bool IsChanged(const platform::Result<std::string>& old, const CSetting& file) {
+  if (old) return file.Held() != old.value();
+  return old.error().kind == platform::ErrorKind::kNotFound && !file.Held().empty();
 }
 
 std::string PlaceSection(const std::string& name) {
@@ -108,25 +118,42 @@ std::string RegIni::IniPath() const {
 
 void RegIni::ReadRegInfo() {
   core::OrFatal(log_, "RegIni:ReadRegInfo", [&] {
-    LoadDefaultsIfTampered();
-    ReadCatalogue();
+    const Contents contents = ReadVerified();
+    CSetting file = File();
+    file.Hold(contents);
+    const auto write_back = [&] {
+      if (IsChanged(contents, file)) (void)state_.seams.files.WriteAll(IniPath(), file.Held()).ok();
+    };
+    try {
+      ReadCatalogue(file);
+    } catch (const core::RunTimeError&) {
+      write_back();  // the defaults of the keys in front of the one that cannot be read
+      throw;
+    }
+    write_back();
   });
 }
 
-void RegIni::LoadDefaultsIfTampered() {
-  const std::string path = IniPath();
-  if (hashes_.VerifyFileHash(path)) return;
-  state_.seams.message_boxes.Show({state_.ProductName, "Invalid configuration file. Loading default values",
-                                   platform::BoxIcon::kInformation, platform::BoxButtons::kOk});
-  log_.WriteLog("ReadRegInfo", "Invalid configuration file " + path + ". Loading default values");
-  if (state_.seams.files.Exists(path)) static_cast<void>(state_.seams.files.Remove(path));
-}
-
-void RegIni::ReadCatalogue() {
-  const platform::LocaleInfo& locale = state_.seams.locale.Current();
-  core::Settings& settings = state_.settings;
+CSetting RegIni::File() const {
   CSetting file(state_);
   file.Init(state_.ExeName, 1);
+  return file;
+}
+
+RegIni::Contents RegIni::ReadVerified() {
+  const std::string path = IniPath();
+  if (auto verified = hashes_.ReadVerified(path)) return std::move(*verified);
+  state_.seams.message_boxes.Show({state_.ProductName, "Invalid configuration file. Loading default values",
+                                   platform::BoxIcon::kInformation, platform::BoxButtons::kOk});
+  log_.WriteLog("ReadRegInfo",
+                "Invalid configuration file " + core::PathText(path) + ". Loading default values");
+  if (state_.seams.files.Exists(path)) static_cast<void>(state_.seams.files.Remove(path));
+  return state_.seams.files.ReadAll(path);
+}
+
+void RegIni::ReadCatalogue(CSetting& file) {
+  const platform::LocaleInfo& locale = state_.seams.locale.Current();
+  core::Settings& settings = state_.settings;
   Catalogue catalogue(file, locale);
 
   settings.MonitorStates = file.GetSettingAll("Monitors").value_or(std::vector<core::KeyValue>());
@@ -179,15 +206,28 @@ void RegIni::SaveSettingHashed(const std::string& section, const std::string& ke
 }
 
 void RegIni::SaveSetwChk(const std::string& section, const std::string& key, const std::string& value) {
-  core::OrFatal(log_, "RegIni:SaveSetwChk", [&] {
-    hashes_.FinishInterruptedSave(IniPath());
-    CSetting file(state_);
-    file.Init(state_.ExeName, 1);
-    if (file.GetSettingStr(section, key, "").empty() && CanBeKey(key))
-      Store({{section, key, value}});
-    else
-      RefreshHash();
-  });
+  core::OrFatal(log_, "RegIni:SaveSetwChk", [&] { SaveMissing(section, {key}, value); });
+}
+
+void RegIni::RegisterMonitors(const std::vector<std::string>& names) {
+  if (names.empty()) return;
+  core::OrFatal(log_, "RegIni:SaveSetwChk", [&] { SaveMissing("Monitors", names, "1"); });
+}
+
+void RegIni::SaveMissing(const std::string& section, const std::vector<std::string>& keys,
+                         const std::string& value) {
+  hashes_.FinishInterruptedSave(IniPath());
+  CSetting file = File();
+  const Contents old = file.Hold();
+  std::vector<std::string> missing = file.KeysWithoutValue(section, keys);
+  std::erase_if(missing, [](const std::string& key) { return !CanBeKey(key); });
+  if (missing.size() > kMostNewMonitors) {
+    log_.WriteLog("RegisterMonitors", std::to_string(missing.size()) + " new monitor names are more than " +
+                                          std::to_string(kMostNewMonitors) + ". They are not stored.");
+    missing.clear();
+  }
+  for (const auto& key : missing) file.SaveSettingStr(section, key, FirstLine(value));
+  Replace(old, file);
 }
 
 void RegIni::SaveSection(const std::string& section, const std::vector<core::KeyValue>& values) {
@@ -214,9 +254,7 @@ void RegIni::LoadFormPlace(widgets::Form& form) {
 }
 
 void RegIni::LoadFormPlace(const std::string& control_name, Place& place) {
-  CSetting file(state_);
-  file.Init(state_.ExeName, 1);
-  const auto pairs = file.GetSettingAll(PlaceSection(control_name));
+  const auto pairs = File().GetSettingAll(PlaceSection(control_name));
   if (!pairs) return;
   for (const auto& [key, value] : *pairs)
     if (int* property = PropertyOf(place, key)) *property = core::RoundToLong(core::Val(value));
@@ -230,9 +268,7 @@ void RegIni::SaveWindowState(const widgets::Form& form) {
 }
 
 void RegIni::LoadWindowState(widgets::Form& form) {
-  CSetting file(state_);
-  file.Init(state_.ExeName, 1);
-  if (core::Val(file.GetSettingStr(PlaceSection(form.name()), "WState", "")) == 2)
+  if (core::Val(File().GetSettingStr(PlaceSection(form.name()), "WState", "")) == 2)
     form.state = widgets::WindowState::kMaximised;
   else
     LoadFormPlace(form);
@@ -247,9 +283,7 @@ void RegIni::SaveColWidths(const std::string& grid_name, const std::vector<int>&
 }
 
 bool RegIni::LoadColWidths(const std::string& grid_name, std::vector<int>& widths) {
-  CSetting file(state_);
-  file.Init(state_.ExeName, 1);
-  const auto pairs = file.GetSettingAll(grid_name + " ColWidths");
+  const auto pairs = File().GetSettingAll(grid_name + " ColWidths");
   if (!pairs) return false;
   const platform::LocaleInfo& locale = state_.seams.locale.Current();
   for (std::size_t i = 0; i < pairs->size() && i < widths.size(); ++i)
@@ -258,28 +292,27 @@ bool RegIni::LoadColWidths(const std::string& grid_name, std::vector<int>& width
 }
 
 void RegIni::Store(const std::vector<Write>& writes) {
-  const std::string path = IniPath();
-  hashes_.FinishInterruptedSave(path);
-  const auto old = state_.seams.files.ReadAll(path);
-  const bool missing = !old && old.error().kind == platform::ErrorKind::kNotFound;
-  if (!old && !missing) return;  // what cannot be read must not be replaced
-  IniFile ini(old ? std::string_view(old.value()) : std::string_view());
+  hashes_.FinishInterruptedSave(IniPath());
+  CSetting file = File();
+  const Contents old = file.Hold();
   // What stands behind a line break would become a line of its own, and is never read back as part of the
   // value.
-  for (const auto& write : writes) ini.Set(write.section, write.key, FirstLine(write.value));
-  const std::string bytes = ini.Bytes();
-  if (old && bytes == old.value()) return RefreshHash();
-  try {
-    hashes_.SaveWithHash(path, bytes);
-  } catch (const core::RunTimeError&) {
-    // The outcome of a write is not examined; the hash is refreshed all the same.
-    RefreshHash();
-  }
+  for (const auto& write : writes) file.SaveSettingStr(write.section, write.key, FirstLine(write.value));
+  Replace(old, file);
 }
 
-void RegIni::RefreshHash() {
+void RegIni::Replace(const Contents& old, const CSetting& changed) {
   const std::string path = IniPath();
-  if (!hashes_.VerifyFileHash(path)) hashes_.StoreFileHash(path);
+  if (!IsChanged(old, changed)) {
+    if (old) hashes_.StoreHashOf(path, old.value());
+    return;
+  }
+  try {
+    hashes_.SaveWithHash(path, changed.Held());
+  } catch (const core::RunTimeError&) {
+    // The outcome of a write is not examined; the hash is refreshed all the same.
+    if (!hashes_.VerifyFileHash(path)) hashes_.StoreFileHash(path);
+  }
 }
 
 }  // namespace zendrix::settings

@@ -2,8 +2,10 @@
 // file.
 //
 // Every operation but ReadRegInfo changes the file and its hash as one: a kill at any instant leaves, for the
-// next start, the old pair or the new one. A file that cannot be written keeps what it has, and nobody is
-// told; only a number or a text that cannot be read raises. Texts are single-byte (Windows-1252).
+// next start, the old pair or the new one. The file is read once and written once by each, and only when it
+// changes: a start that finds everything in its place writes nothing. A file that cannot be written keeps
+// what it has, and nobody is told; only a number or a text that cannot be read raises. Texts are single-byte
+// (Windows-1252).
 #pragma once
 
 #include <string>
@@ -14,8 +16,12 @@
 #include "core/error_log.h"
 #include "core/hash_utils.h"
 #include "core/settings_values.h"
+#include "settings/setting.h"
 
 namespace zendrix::settings {
+
+// More new names than this at one time come from no Agent: they are told in the log, and none is stored.
+inline constexpr std::size_t kMostNewMonitors = 1000;
 
 // A row of the Options dialog's lists.
 struct SelectedText {
@@ -44,9 +50,9 @@ class RegIni {
  public:
   RegIni(core::AppState& state, core::ErrorLog& log);
 
-  // Fills AppState::settings, with defaults, write-backs and thresholds. A file that does not match its hash
-  // is deleted after a message. Does not refresh the hash: the next write through one of the operations below
-  // does. A run-time error is fatal ("RegIni:ReadRegInfo").
+  // Fills AppState::settings from the bytes that were verified, with defaults, write-backs and thresholds. A
+  // file that does not match its hash is deleted after a message. Does not refresh the hash: the next write
+  // through one of the operations below does. A run-time error is fatal ("RegIni:ReadRegInfo").
   void ReadRegInfo();
   // Writes the whole catalogue but for the sensitivity and its thresholds, then refreshes the hash.
   void SaveRegInfo(const std::vector<SelectedText>& monitors, const std::vector<SelectedText>& columns);
@@ -56,6 +62,11 @@ class RegIni {
   // ("RegIni:SaveSetwChk"). A name that could not be read back as a key ("[x]", ";x", "x=y", nothing) is not
   // written.
   void SaveSetwChk(const std::string& section, const std::string& key, const std::string& value);
+
+  // SaveSetwChk("Monitors", name, "1") for all the names as one change of the pair, in a time that grows with
+  // their number and no faster. More than kMostNewMonitors new ones are not stored. No name, no refresh of
+  // the hash.
+  void RegisterMonitors(const std::vector<std::string>& names);
 
   // Several keys of one section as one change of the pair.
   void SaveSection(const std::string& section, const std::vector<core::KeyValue>& values);
@@ -81,11 +92,21 @@ class RegIni {
     std::string section, key, value;
   };
 
-  void LoadDefaultsIfTampered();
-  void ReadCatalogue();
+  using Contents = platform::Result<std::string>;
+
+  // The file of the settings, not read yet.
+  CSetting File() const;
+  // The file's contents if they verify; behind the message, what is left of it.
+  Contents ReadVerified();
+  void ReadCatalogue(CSetting& file);
+  // Those of the keys that have no value, as one change of the pair.
+  void SaveMissing(const std::string& section, const std::vector<std::string>& keys,
+                   const std::string& value);
   // All writes as one change of the pair.
   void Store(const std::vector<Write>& writes);
-  void RefreshHash();
+  // The same of a file that was read and changed: the pair is written if that made a difference, otherwise
+  // only a hash that does not fit.
+  void Replace(const Contents& old, const CSetting& changed);
 
   core::AppState& state_;
   core::ErrorLog& log_;

@@ -1,10 +1,11 @@
 #include "settings/setting.h"
 
 #include <new>
+#include <unordered_map>
 #include <utility>
 
+#include "core/letter_case.h"
 #include "core/text_rules.h"
-#include "settings/ini_file.h"
 
 namespace zendrix::settings {
 namespace {
@@ -32,26 +33,9 @@ auto Guarded(int number, const char* source, const char* text, Body&& body) -> d
   }
 }
 
-// A file that is missing or cannot be read has nothing in it, as for the profile functions.
-IniFile ReadIni(platform::Files& files, const std::string& path) {
-  const auto bytes = files.ReadAll(path);
-  return bytes ? IniFile(bytes.value()) : IniFile();
-}
-
 // Texts cross the border to the profile functions as NUL-ended ones.
 std::string_view CText(const std::string& text) {
   return std::string_view(text).substr(0, text.find('\0'));
-}
-
-// Changes one key, or deletes it without a value; false when the file could not be read or written. A file
-// that cannot be read is not written either: that would lose what stands in it.
-bool WriteIni(platform::Files& files, const std::string& path, const std::string& section,
-              const std::string& key, std::optional<std::string_view> value) {
-  auto bytes = files.ReadAll(path);
-  if (!bytes && bytes.error().kind != platform::ErrorKind::kNotFound) return false;
-  std::optional<std::string> file;
-  if (bytes) file = std::move(bytes.value());
-  return WriteProfileString(CText(section), CText(key), value, file) && files.WriteAll(path, *file).ok();
 }
 
 std::string CleanProfileText(std::string_view text) {
@@ -86,25 +70,57 @@ void CSetting::EnsureInit() {
   if (application_name_.empty()) Init("", 0);
 }
 
-std::string CSetting::ReadString(const std::string& section, const std::string& key,
-                                 const std::string& default_value) {
-  const IniFile ini = ReadIni(state_.seams.files, path_);
-  return CleanProfileText(ini.GetString(CText(section), CText(key), CText(default_value), kValueBuffer));
+void CSetting::Hold(const platform::Result<std::string>& contents) {
+  held_ = true;
+  ini_ = contents ? IniFile(contents.value()) : IniFile();
+}
+
+platform::Result<std::string> CSetting::Hold() {
+  EnsureInit();
+  return Guarded(kReadSettingError, "CSetting.GetSettingStr", kReadSettingText, [&] {
+    auto contents = state_.seams.files.ReadAll(path_);
+    Hold(contents);
+    return contents;
+  });
+}
+
+// A file that is missing or cannot be read has nothing in it, as for the profile functions.
+const IniFile& CSetting::Contents() {
+  if (held_) return ini_;
+  const auto bytes = state_.seams.files.ReadAll(path_);
+  ini_ = bytes ? IniFile(bytes.value()) : IniFile();
+  return ini_;
+}
+
+// A file that cannot be read is not written either: that would lose what stands in it.
+bool CSetting::Write(const std::string& section, const std::string& key,
+                     std::optional<std::string_view> value) {
+  if (held_) {
+    value ? ini_.Set(CText(section), CText(key), *value) : ini_.DeleteKey(CText(section), CText(key));
+    return true;
+  }
+  auto bytes = state_.seams.files.ReadAll(path_);
+  if (!bytes && bytes.error().kind != platform::ErrorKind::kNotFound) return false;
+  std::optional<std::string> file;
+  if (bytes) file = std::move(bytes.value());
+  return WriteProfileString(CText(section), CText(key), value, file) &&
+         state_.seams.files.WriteAll(path_, *file).ok();
 }
 
 std::string CSetting::GetSettingStr(const std::string& section, const std::string& key,
                                     const std::string& default_value) {
   EnsureInit();
-  return Guarded(kReadSettingError, "CSetting.GetSettingStr", kReadSettingText,
-                 [&] { return ReadString(section, key, default_value); });
+  return Guarded(kReadSettingError, "CSetting.GetSettingStr", kReadSettingText, [&] {
+    return CleanProfileText(
+        Contents().GetString(CText(section), CText(key), CText(default_value), kValueBuffer));
+  });
 }
 
 std::int16_t CSetting::GetSettingInt(const std::string& section, const std::string& key,
                                      std::int16_t default_value) {
   EnsureInit();
   return Guarded(kReadSettingError, "CSetting.GetSettingInt", kReadSettingText, [&] {
-    const IniFile ini = ReadIni(state_.seams.files, path_);
-    return static_cast<std::int16_t>(ini.GetInt(CText(section), CText(key), default_value));
+    return static_cast<std::int16_t>(Contents().GetInt(CText(section), CText(key), default_value));
   });
 }
 
@@ -113,7 +129,7 @@ std::optional<std::vector<core::KeyValue>> CSetting::GetSettingAll(const std::st
   EnsureInit();
   return Guarded(
       kReadSectionError, "CSetting.GetSettingAll", kReadSectionText, [&]() -> std::optional<Pairs> {
-        const IniFile ini = ReadIni(state_.seams.files, path_);
+        const IniFile& ini = Contents();
         const auto names = NamesOf(ini.KeyNames(CText(section), "0", kListBuffer));
         if (!names) return std::nullopt;
         Pairs pairs;
@@ -126,27 +142,44 @@ std::optional<std::vector<core::KeyValue>> CSetting::GetSettingAll(const std::st
 std::optional<std::vector<std::string>> CSetting::GetSectionNames() {
   EnsureInit();
   return Guarded(kReadSectionError, "CSetting.GetSectionNames", kReadSectionText,
-                 [&] { return NamesOf(ReadIni(state_.seams.files, path_).SectionNames("0", kListBuffer)); });
+                 [&] { return NamesOf(Contents().SectionNames("0", kListBuffer)); });
+}
+
+std::vector<std::string> CSetting::KeysWithoutValue(const std::string& section,
+                                                    const std::vector<std::string>& keys) {
+  EnsureInit();
+  return Guarded(kReadSettingError, "CSetting.GetSettingStr", kReadSettingText, [&] {
+    std::unordered_map<std::string, bool> has_value;
+    for (const auto& [name, value] : Contents().Keys(CText(section), kValueBuffer))
+      has_value.try_emplace(core::LowerCase(name), !CleanProfileText(value).empty());
+    std::vector<std::string> without;
+    for (const auto& key : keys) {
+      bool& answered = has_value[core::LowerCase(core::Trim(CText(key)))];
+      if (!answered) without.push_back(key);
+      answered = true;
+    }
+    return without;
+  });
 }
 
 void CSetting::SaveSettingStr(const std::string& section, const std::string& key, const std::string& value) {
   EnsureInit();
   Guarded(kWriteSettingError, "CSetting.SaveSettingStr", kWriteSettingText, [&] {
     // The outcome is not examined: a protected file keeps what it has.
-    WriteIni(state_.seams.files, path_, section, key, CText(value));
+    Write(section, key, CText(value));
   });
 }
 
 void CSetting::SaveSettingInt(const std::string& section, const std::string& key, std::int16_t value) {
   EnsureInit();
   Guarded(kWriteSettingError, "CSetting.SaveSettingInt", kWriteSettingText,
-          [&] { WriteIni(state_.seams.files, path_, section, key, std::to_string(value)); });
+          [&] { Write(section, key, std::to_string(value)); });
 }
 
 void CSetting::DeleteKey(const std::string& section, const std::string& key) {
   EnsureInit();
   Guarded(kDeleteKeyError, "CSetting.DeleteKey", kDeleteKeyText, [&] {
-    if (!WriteIni(state_.seams.files, path_, section, key, std::nullopt))
+    if (!Write(section, key, std::nullopt))
       throw SettingError(kDeleteKeyError, "CSetting.DeleteKey", kProtectedText);
   });
 }

@@ -1,7 +1,7 @@
 // CSetting: reading and writing one sectioned INI file with the rules of the platform's profile functions
 // (see ini_file.h). Nothing is kept in memory: every read goes to the file, every write replaces it as a
-// whole. Section and key names do not regard case. Texts are single-byte (Windows-1252) and end at their
-// first NUL.
+// whole. Only one that is told to hold the contents works on these, and whoever told it so writes them.
+// Section and key names do not regard case. Texts are single-byte (Windows-1252) and end at their first NUL.
 #pragma once
 
 #include <cstdint>
@@ -13,6 +13,7 @@
 #include "core/app_state.h"
 #include "core/run_time_error.h"
 #include "core/settings_values.h"
+#include "settings/ini_file.h"
 
 namespace zendrix::settings {
 
@@ -43,6 +44,12 @@ class CSetting {
   void Init(const std::string& application_name = "", int save_mode = 1);
   // Works on exactly this file.
   void InitFile(const std::string& path);
+  // From here on every operation works on these contents instead of the file; without any it is an empty
+  // file. The one without an argument reads the file, once, and hands back what it read.
+  void Hold(const platform::Result<std::string>& contents);
+  platform::Result<std::string> Hold();
+  // The contents held, with all changes.
+  std::string Held() const { return ini_.Bytes(); }
   // 0 stands for a per-user store of the platform. There is none here: the file serves every mode.
   int SaveMode() const { return save_mode_; }
   void SetSaveMode(int mode) { save_mode_ = mode; }
@@ -56,6 +63,9 @@ class CSetting {
   // Keys with their values, or nothing when the section has none.
   std::optional<std::vector<core::KeyValue>> GetSettingAll(const std::string& section);
   std::optional<std::vector<std::string>> GetSectionNames();
+  // Those of the keys, each once, for which GetSettingStr gives nothing. One pass over the section, however
+  // many keys are asked for.
+  std::vector<std::string> KeysWithoutValue(const std::string& section, const std::vector<std::string>& keys);
   // A file that cannot be written stays as it is, without an error.
   void SaveSettingStr(const std::string& section, const std::string& key, const std::string& value);
   void SaveSettingInt(const std::string& section, const std::string& key, std::int16_t value);
@@ -64,13 +74,17 @@ class CSetting {
 
  private:
   void EnsureInit();
-  std::string ReadString(const std::string& section, const std::string& key,
-                         const std::string& default_value);
+  // What is held, or else the file as it is now.
+  const IniFile& Contents();
+  // Changes one key, or deletes it without a value; false when the file could not be read or written.
+  bool Write(const std::string& section, const std::string& key, std::optional<std::string_view> value);
 
   core::AppState& state_;
   std::string application_name_;
   std::string path_;
   int save_mode_ = 1;
+  bool held_ = false;
+  IniFile ini_;  // what is held, or the file as the last operation read it
 };
 
 }  // namespace zendrix::settings

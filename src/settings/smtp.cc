@@ -62,14 +62,15 @@ SmtpData LoadSMTPData(core::AppState& state, core::ErrorLog& log) {
     core::HashUtils hashes(state.seams.files, state.seams.family);
     hashes.FinishInterruptedSave(path);
     if (!state.seams.files.Exists(path)) return;
-    if (!hashes.VerifyFileHash(path)) {
+    const auto text = hashes.ReadVerified(path);
+    if (!text) {
       state.seams.message_boxes.Show({state.ProductName,
                                       "Invalid SMTP configuration file. Loading default values",
                                       platform::BoxIcon::kInformation, platform::BoxButtons::kOk});
       core::ValueOrRaise(state.seams.files.Remove(path));
       return;
     }
-    data = ParseSmtpText(core::ValueOrRaise(state.seams.files.ReadAll(path)));
+    data = ParseSmtpText(*text);
   });
   return data;
 }

@@ -4,7 +4,7 @@
 
 #include "core/guards.h"
 #include "core/hash_utils.h"
-#include "core/run_time_error.h"
+#include "core/path_text.h"
 #include "core/text_rules.h"
 
 namespace zendrix::store {
@@ -18,12 +18,12 @@ void LoadOne(core::AppState& state, core::ErrorLog& log, int n) {
   if (!state.seams.files.Exists(path)) return;
   core::DescArray& lines = state.Desc[static_cast<std::size_t>(n)];
   lines.clear();
-  if (!core::HashUtils(state.seams.files, state.seams.family).VerifyFileHash(path)) {
-    log.WriteLog(kProcedure, "Error: stored hash does not match for " + path);
+  const auto text = core::HashUtils(state.seams.files, state.seams.family).ReadVerified(path);
+  if (!text) {
+    log.WriteLog(kProcedure, "Error: stored hash does not match for " + core::PathText(path));
     return;
   }
-  const std::string text = core::ValueOrRaise(state.seams.files.ReadAll(path));
-  for (const std::string_view line : core::Split(text, "\r\n")) lines.emplace_back(line);
+  for (const std::string_view line : core::Split(*text, "\r\n")) lines.emplace_back(line);
 }
 
 }  // namespace

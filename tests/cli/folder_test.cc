@@ -15,6 +15,7 @@
 namespace zendrix::test {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -131,6 +132,35 @@ TEST_F(FolderTest, StartRegistersTheMonitorsInTheSettings) {
   EXPECT_EQ(values["Monitors"], Json::parse(R"([["Aggregation", "0"], ["System Users", "1"]])"));
   EXPECT_THAT(FilesIn(folder_.path()),
               ElementsAre("KorvessaAdministratorEventLog.kvl", kMonitoring, "zendrix.ini", "zendrix.kvh"));
+}
+
+// The settings file was written five times by each start, whatever stood in it.
+TEST_F(FolderTest, UnchangedStartChangesNoFileButTheLog) {
+  WriteAlertHistory();
+  WriteDescriptions();
+  DocumentWriting({"alerts"});
+  auto before = Listing(folder_.path());
+  const Json document = DocumentWriting({"alerts"});
+  EXPECT_THAT(BoxTexts(document), IsEmpty());
+  auto after = Listing(folder_.path());
+  EXPECT_EQ(before.erase("KorvessaAdministratorEventLog.kvl"), 1U);
+  EXPECT_EQ(after.erase("KorvessaAdministratorEventLog.kvl"), 1U);
+  EXPECT_EQ(after, before);
+}
+
+// Each new name had the settings read and written by itself: 4,000 took 25 seconds.
+TEST_F(FolderTest, ThousandsOfMonitorsAreToldAndNotStored) {
+  std::string lines;
+  for (int i = 0; i < 4000; ++i) lines += Event(i, "Monitor " + std::to_string(i), "x");
+  WriteHistory(lines);
+  WriteSettings("[Monitors]\r\nMonitor 7=0\r\n");
+  const Json document = DocumentWriting({"alerts"});
+  EXPECT_THAT(LogLines(document),
+              Contains("'RegisterMonitors': 3999 new monitor names are more than 1000. They are not stored.")
+                  .Times(1));
+  const Json settings = Document({"settings"});
+  EXPECT_THAT(BoxTexts(settings), IsEmpty());
+  EXPECT_EQ(settings["values"]["Monitors"], Json::parse(R"([["Monitor 7", "0"]])"));
 }
 
 TEST_F(FolderTest, WritingNeverGoesThroughALink) {

@@ -135,6 +135,25 @@ TEST_F(FrmMainTest, MonitorThatTheSettingsDoNotKnowIsShownAndAdded) {
   EXPECT_EQ(Setting("Custom Sensor"), "1");
 }
 
+// Each unknown monitor had the settings saved and read again in the middle of the load.
+TEST_F(FrmMainTest, ThousandsOfUnknownMonitorsCostTheSettingsTwoReadingsALoad) {
+  std::vector<std::string> lines;
+  for (int i = 0; i < 4000; ++i) lines.push_back(Line(i, "sensor " + std::to_string(i)));
+  int readings = 0;
+  world_.platform.files.before = [&](platform::FileOp op, const std::string& path) {
+    if (op == platform::FileOp::kOpen && path == reg_ini_.IniPath()) ++readings;
+  };
+  world_.quiet.Expect("'RegisterMonitors': 4000 new monitor names are more than 1000. They are not stored.");
+  OpenOn(lines);
+  EXPECT_EQ(form_->EventList.Rows(), 4001);
+  const int at_start = readings;
+  AppendLine(Line(5000, "one more"));
+  Tick();
+  EXPECT_EQ(readings - at_start, 3);  // two, and one of the save
+  EXPECT_EQ(Setting("One More"), "1");
+  EXPECT_LE(at_start, 6);  // the form's own place and widths too
+}
+
 TEST_F(FrmMainTest, MonitorSetToZeroGivesNoRowAndLeavesAGap) {
   reg_ini_.SaveSettingHashed("Monitors", "System", "0");
   reg_ini_.ReadRegInfo();

@@ -99,6 +99,31 @@ TEST_F(HashUtilsTest, FileWithItsHashVerifies) {
   EXPECT_TRUE(hashes_.VerifyFileHash("/a.kvl"));
 }
 
+TEST_F(HashUtilsTest, VerificationHandsBackTheBytesThatItVerified) {
+  PutPair(kOld);
+  EXPECT_EQ(hashes_.ReadVerified(kFile), kOld);
+  files_.Put(kFile, kNew);
+  EXPECT_EQ(hashes_.ReadVerified(kFile), std::nullopt);
+  EXPECT_EQ(hashes_.ReadVerified("/nothing.kvl"), std::nullopt);
+}
+
+// Users read the file once more behind its verification, and could be given another one then.
+TEST_F(HashUtilsTest, FileIsReadOnceForItsVerificationAndItsUse) {
+  PutPair(kOld);
+  int opened = 0;
+  files_.before = [&](FileOp op, const std::string& path) {
+    if (op == FileOp::kOpen && path == kFile && ++opened > 1) files_.Put(kFile, kNew);
+  };
+  EXPECT_EQ(hashes_.ReadVerified(kFile), kOld);
+  EXPECT_EQ(opened, 1);
+}
+
+TEST_F(HashUtilsTest, VerificationFinishesAnInterruptedSaveFirst) {
+  PutPair(kOld);
+  SaveKilledAt(3);
+  EXPECT_EQ(hashes_.ReadVerified(kFile), kNew);
+}
+
 TEST_F(HashUtilsTest, MissingFileDoesNotVerify) {
   files_.Put("/a.kvh", std::string(kHashOfAbc) + "\n");
   EXPECT_FALSE(hashes_.VerifyFileHash("/a.kvl"));
@@ -139,6 +164,18 @@ TEST_F(HashUtilsTest, StoringWritesTheSideFileWithALineEnd) {
   files_.Put("/a.kvh", "old\r\nrest\r\n");
   hashes_.StoreFileHash("/a.kvl");
   EXPECT_EQ(files_.Get("/a.kvh"), std::string(kHashOfAbc) + "\r\n");
+}
+
+TEST_F(HashUtilsTest, StoringTheHashThatIsThereWritesNothing) {
+  PutPair(kOld);
+  FaultyFiles counting(files_);
+  HashUtils hashes(counting, family_);
+  hashes.StoreFileHash(kFile);
+  hashes.StoreHashOf(kFile, kOld);
+  EXPECT_EQ(counting.Operations(), 0);
+  hashes.StoreHashOf(kFile, kNew);
+  EXPECT_EQ(counting.Operations(), 1);
+  EXPECT_EQ(files_.Get(kSide), family_.HashBytes(kNew) + "\r\n");
 }
 
 TEST_F(HashUtilsTest, StoringPassesOverAMissingFile) {

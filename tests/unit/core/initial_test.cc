@@ -30,9 +30,8 @@ class InitialTest : public ::testing::Test {
     hooks_.LoadDescArrays = [this] { steps_.push_back("LoadDescArrays"); };
     hooks_.InitReader = [this](const std::string& path) { steps_.push_back("InitReader " + path); };
     hooks_.MonitorNames = [this] { return monitors_; };
-    hooks_.SaveSetwChk = [this](const std::string& section, const std::string& key,
-                                const std::string& value) {
-      steps_.push_back("SaveSetwChk " + section + "/" + key + "/" + value);
+    hooks_.RegisterMonitors = [this](const std::vector<std::string>& names) {
+      steps_.push_back("RegisterMonitors " + Join(names, "/"));
     };
     hooks_.FileVersion = [this](const std::string& path) {
       steps_.push_back("FileVersion " + path);
@@ -82,15 +81,14 @@ class InitialTest : public ::testing::Test {
 TEST_F(InitialTest, HomeEditionStartsInThisOrder) {
   monitors_ = {"Running Processes", "Aggregation"};
   Start("");
-  EXPECT_THAT(
-      steps_,
-      ElementsAre("'Initial': Loading version " + kVersion, "'Initial': Read .ini file.", "ReadRegInfo",
-                  "'Initial': Product name: Korvessa Zendrix Home Edition", "'Initial': Show Splash screen.",
-                  "frmSplash", "painted Korvessa Zendrix Home Edition", "'Initial': Read desc files.",
-                  "LoadDescArrays", "'Initial': Start event reader.",
-                  "InitReader /opt/zendrix/KorvessaMonitoring.kvl",
-                  "SaveSetwChk Monitors/Running Processes/1", "SaveSetwChk Monitors/Aggregation/1",
-                  "ReadRegInfo", "'Initial': Start UI.", "frmNewUI", "splash unloaded"));
+  EXPECT_THAT(steps_, ElementsAre("'Initial': Loading version " + kVersion, "'Initial': Read .ini file.",
+                                  "ReadRegInfo", "'Initial': Product name: Korvessa Zendrix Home Edition",
+                                  "'Initial': Show Splash screen.", "frmSplash",
+                                  "painted Korvessa Zendrix Home Edition", "'Initial': Read desc files.",
+                                  "LoadDescArrays", "'Initial': Start event reader.",
+                                  "InitReader /opt/zendrix/KorvessaMonitoring.kvl",
+                                  "RegisterMonitors Running Processes/Aggregation", "ReadRegInfo",
+                                  "'Initial': Start UI.", "frmNewUI", "splash unloaded"));
   EXPECT_EQ(state().ProductName, "Korvessa Zendrix Home Edition");
   EXPECT_EQ(state().MonitoringFilePath, "/opt/zendrix/KorvessaMonitoring.kvl");
   EXPECT_FALSE(state().NoSplash);
@@ -107,8 +105,8 @@ TEST_F(InitialTest, AdministratorEditionStartsInThisOrder) {
                                   "'Initial': Show Splash screen.", "frmSplash",
                                   "painted Korvessa Zendrix Administrator", "'Initial': Read desc files.",
                                   "LoadDescArrays", "'Initial': Start event reader.",
-                                  "InitReader /opt/zendrix/KorvessaMonitoring.kvl", "ReadRegInfo",
-                                  "'Initial': Start UI.", "frmMain", "splash unloaded"));
+                                  "InitReader /opt/zendrix/KorvessaMonitoring.kvl", "RegisterMonitors ",
+                                  "ReadRegInfo", "'Initial': Start UI.", "frmMain", "splash unloaded"));
 }
 
 TEST_F(InitialTest, AdministratorEditionCreatesTheReaderToo) {
@@ -128,8 +126,8 @@ TEST_F(InitialTest, AnyEditionButHomeIsTheAdministrators) {
 TEST_F(InitialTest, ReadRegInfoRunsTwiceAndTheSecondPicksUpTheNewMonitors) {
   monitors_ = {"Memory Utilization"};
   std::vector<core::KeyValue> file;
-  hooks_.SaveSetwChk = [&](const std::string&, const std::string& key, const std::string& value) {
-    file.emplace_back(key, value);
+  hooks_.RegisterMonitors = [&](const std::vector<std::string>& names) {
+    for (const auto& name : names) file.emplace_back(name, "1");
   };
   int calls = 0;
   hooks_.ReadRegInfo = [&] {

@@ -81,6 +81,33 @@ TEST_F(DetailsPaneTest, WrongHashIsLoggedForEachAlertShown) {
   EXPECT_EQ(page_.events.back(), "script ");
 }
 
+// The script was read once for its hash and once more for the page: whoever exchanged it in between had his
+// own run there.
+TEST_F(DetailsPaneTest, ScriptThatChangesBehindItsVerificationIsUsedAsItWasVerified) {
+  HaveScript("run();");
+  int opened = 0;
+  auto& files = world_.platform.files;
+  files.before = [&](platform::FileOp op, const std::string& path) {
+    if (op == platform::FileOp::kOpen && path == world_.InFolder("KorvessaDesc8.kvl") && ++opened > 1)
+      files.Put(path, "evil();");
+  };
+  pane_.ShowAlert("7");
+  EXPECT_EQ(page_.events.back(), "script run();");
+  EXPECT_EQ(opened, 1);
+}
+
+// The log is single-byte text, and the folder's name stood in it in the host's own bytes.
+TEST_F(DetailsPaneTest, FolderWithLettersBeyondAsciiIsLoggedInTheLogsCodePage) {
+  world_.state.ProgramFolder =
+      "/Gr\xC3\xBC\xC3\x9F"
+      "e";
+  HaveScript("evil();", "0000");
+  world_.quiet.Expect(
+      "'frmNewUI:AddScripts': Error: stored hash does not match for /Gr\xFC\xDF"
+      "e/KorvessaDesc8.kvl");
+  pane_.ShowAlert("7");
+}
+
 TEST_F(DetailsPaneTest, PageThatDoesNotComeWithinTenSecondsStaysBlankWithoutScripts) {
   page_.on_navigate = nullptr;
   const auto start = world_.platform.clock.MonotonicMs();

@@ -66,7 +66,8 @@ TEST_F(RegIniSaveTest, SaveSetwChkLeavesAValueButRefreshesTheHash) {
 
 TEST_F(RegIniSaveTest, SaveSetwChkDoesNotWriteNamesThatCouldNotBeReadBack) {
   PutIni("[Monitors]\r\nm=0\r\n");
-  for (const std::string name : {"[Misc]", "  [Misc]", ";m", "a=b", "", " ", "a\r\n[Misc]", "a\nb"})
+  for (const std::string name :
+       {"[Misc]", "  [Misc]", ";m", "a=b", "", " ", "a\r\n[Misc]", "a\nb", "\tm", "n\f", " \vo "})
     reg_ini_.SaveSetwChk("Monitors", name, "1");
   EXPECT_EQ(Ini(), "[Monitors]\r\nm=0\r\n");
   EXPECT_TRUE(Verifies());

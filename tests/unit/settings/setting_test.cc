@@ -140,6 +140,41 @@ TEST_F(SettingTest, MoreThan2048CharactersOfSectionNamesAreCut) {
   EXPECT_EQ(names->back(), "sec125");
 }
 
+TEST_F(SettingTest, ContentsThatAreHeldAreReadAndWrittenInsteadOfTheFile) {
+  platform_.files.Put(kIni, "[s]\r\nk=file\r\n");
+  EXPECT_EQ(file_.Hold().value(), "[s]\r\nk=file\r\n");
+  platform_.files.Put(kIni, "[s]\r\nk=later\r\n");
+  EXPECT_EQ(file_.GetSettingStr("s", "k", ""), "file");
+  file_.SaveSettingStr("s", "k", "held");
+  file_.SaveSettingInt("s", "n", 0x7F);
+  EXPECT_EQ(file_.GetSettingStr("s", "k", ""), "held");
+  EXPECT_EQ(file_.GetSettingInt("s", "n", 0), 127);
+  EXPECT_EQ(file_.GetSettingAll("s")->size(), 2U);
+  file_.DeleteKey("s", "k");
+  EXPECT_EQ(file_.Held(), "[s]\r\nn=127\r\n");
+  EXPECT_EQ(Ini(), "[s]\r\nk=later\r\n");
+}
+
+TEST_F(SettingTest, HoldingAFileThatDoesNotExistHoldsNothing) {
+  EXPECT_EQ(file_.Hold().error().kind, platform::ErrorKind::kNotFound);
+  EXPECT_EQ(file_.Held(), "");
+  file_.SaveSettingStr("s", "k", "v");
+  EXPECT_EQ(file_.Held(), "[s]\r\nk=v\r\n");
+  EXPECT_FALSE(platform_.files.Has(kIni));
+}
+
+TEST_F(SettingTest, HoldingBeforeInitTakesTheExecutablesFile) {
+  platform_.files.Put(kIni, "[s]\r\n");
+  CSetting file(state_);
+  EXPECT_EQ(file.Hold().value(), "[s]\r\n");
+}
+
+TEST_F(SettingTest, KeysWithoutAValueAreThoseThatReadAsEmptyEachOnce) {
+  platform_.files.Put(kIni, "[s]\r\na=1\r\nb=\r\nb=2\r\nc=\" \"\r\nbare\r\n[t]\r\nd=1\r\n");
+  EXPECT_EQ(file_.KeysWithoutValue("S", {"A", " a ", "B", "b", "c", "bare", "d", "D", "e"}),
+            (std::vector<std::string>{"B", "c", "bare", "d", "e"}));
+}
+
 TEST_F(SettingTest, SavingUpdatesInPlaceAndKeepsTheOtherLines) {
   platform_.files.Put(kIni, ";top\r\n[Misc]\r\nSe=1.1\r\n\r\n[Grid]\r\nSelColor=1\r\n");
   file_.SaveSettingStr("misc", "SE", "2");
@@ -240,6 +275,10 @@ TEST_F(SettingTest, EveryOperationWrapsTheErrorItMeetsInItsOwn) {
   CSetting file(state);
   const std::string old = "(7, Out of memory)";
   EXPECT_EQ(RaisedBy([&] { file.GetSettingStr("s", "k", ""); }),
+            (Raised{0x80040203, "CSetting.GetSettingStr", "Error al leer el Setting " + old}));
+  EXPECT_EQ(RaisedBy([&] { file.KeysWithoutValue("s", {"k"}); }),
+            (Raised{0x80040203, "CSetting.GetSettingStr", "Error al leer el Setting " + old}));
+  EXPECT_EQ(RaisedBy([&] { (void)file.Hold(); }),
             (Raised{0x80040203, "CSetting.GetSettingStr", "Error al leer el Setting " + old}));
   EXPECT_EQ(RaisedBy([&] { file.GetSettingInt("s", "k", 0); }),
             (Raised{0x80040203, "CSetting.GetSettingInt", "Error al leer el Setting " + old}));

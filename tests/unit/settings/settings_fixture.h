@@ -48,6 +48,20 @@ class SettingsTest : public ::testing::Test {
   bool Verifies(const std::string& path = kIni) {
     return core::HashUtils(platform_.files, platform_.family).VerifyFileHash(path);
   }
+  // Counts, from here on, what is done to the program folder's files but for the log; Changes() tells what
+  // was changed, in order.
+  void Count() {
+    readings_ = 0;
+    changes_.clear();
+    platform_.files.before = [this](platform::FileOp op, const std::string& path) {
+      using platform::FileOp;
+      if (op == FileOp::kOpen && path == kIni) ++readings_;
+      if (op == FileOp::kWriteAll || op == FileOp::kRename || op == FileOp::kRemove)
+        changes_.push_back((op == FileOp::kRemove ? "-" : "") + path.substr(sizeof "/program"));
+    };
+  }
+  std::vector<std::string> Changes() const { return changes_; }
+  int readings() const { return readings_; }
   std::vector<std::string> TakeLog() { return std::exchange(log_lines_, {}); }
   std::vector<std::string> Boxes() const { return platform_.message_boxes.Texts(); }
 
@@ -57,6 +71,8 @@ class SettingsTest : public ::testing::Test {
   core::ErrorLog log_{state_};
   RegIni reg_ini_{state_, log_};
   std::vector<std::string> log_lines_;
+  std::vector<std::string> changes_;
+  int readings_ = 0;  // of the settings file
   // Procedure and error of the fatal path.
   std::pair<std::string, std::string> fatal_;
 };

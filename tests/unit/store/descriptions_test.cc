@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <new>
+
 #include "core/desc_lookup.h"
 #include "core/hash_utils.h"
 #include "core/run_time_error.h"
@@ -75,14 +77,47 @@ TEST_F(DescriptionsTest, ChangedFileIsABadHashAndTheOthersAreLoaded) {
   EXPECT_THAT(state_.Desc[2], ElementsAre("two"));
 }
 
-TEST_F(DescriptionsTest, FileThatCannotBeReadAfterItsHashIsFatal) {
+TEST_F(DescriptionsTest, FileThatCannotBeReadIsABadHash) {
+  PutDesc(1, "0,1,text");
+  platform_.files.FailNext(platform::FileOp::kRead, store::DescPath(state_, 1),
+                           platform::ErrorKind::kPermissionDenied);
+  LoadArrays();
+  ExpectLog("'Initial:LoadDescArrays': Error: stored hash does not match for /app/KorvessaDesc1.kvl");
+  EXPECT_THAT(state_.Desc[1], IsEmpty());
+}
+
+// The file was read once for its hash and once more for its lines: whoever exchanged it in between had his
+// own words shown.
+TEST_F(DescriptionsTest, FileThatChangesBehindItsVerificationIsUsedAsItWasVerified) {
   PutDesc(1, "0,1,text");
   int opened = 0;
   platform_.files.before = [&](platform::FileOp op, const std::string& path) {
-    if (op != platform::FileOp::kOpen || path != store::DescPath(state_, 1)) return;
-    if (++opened == 2) platform_.files.FailNext(op, path, platform::ErrorKind::kPermissionDenied);
+    if (op == platform::FileOp::kOpen && path == store::DescPath(state_, 1) && ++opened > 1)
+      platform_.files.Put(path, "0,1,other");
   };
-  ExpectFatal([this] { LoadArrays(); }, "Initial:LoadDescArrays", 70);
+  LoadArrays();
+  EXPECT_THAT(state_.Desc[1], ElementsAre("0,1,text"));
+  EXPECT_EQ(opened, 1);
+}
+
+TEST_F(DescriptionsTest, RunTimeErrorIsFatal) {
+  PutDesc(1, "0,1,text");
+  platform_.files.before = [&](platform::FileOp op, const std::string& path) {
+    if (op == platform::FileOp::kOpen && path == store::DescPath(state_, 1)) throw std::bad_alloc();
+  };
+  ExpectFatal([this] { LoadArrays(); }, "Initial:LoadDescArrays", 7);
+}
+
+// The log is single-byte text, and the folder's name stood in it in the host's own bytes.
+TEST_F(DescriptionsTest, FolderWithLettersBeyondAsciiIsLoggedInTheLogsCodePage) {
+  state_.ProgramFolder =
+      "/Gr\xC3\xBC\xC3\x9F"
+      "e";
+  platform_.files.Put(store::DescPath(state_, 1), "0,1,text");
+  LoadArrays();
+  ExpectLog(
+      "'Initial:LoadDescArrays': Error: stored hash does not match for /Gr\xFC\xDF"
+      "e/KorvessaDesc1.kvl");
 }
 
 TEST_F(DescriptionsTest, ExtensionIsReplacedInTheWholePath) {
