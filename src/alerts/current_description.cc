@@ -95,8 +95,10 @@ class AlertText {
     }
   }
 
-  std::string ActionFace(const std::string& image, const std::string& caption) const {
-    return "<IMG SRC='" + AppPath(state_) + image + "' ALIGN=bottom HSPACE=4>" + caption;
+  MarkedText ActionFace(std::string_view image, std::string_view caption) const {
+    MarkedText face(purpose_, "<IMG SRC='");
+    face.Append(AppPath(state_), Origin::kEventInLink).Append(image);
+    return face.Append("' ALIGN=bottom HSPACE=4>").Append(caption);
   }
 
   std::string DetailsText() const {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/path_text.h"
 #include "core/text_rules.h"
 
 namespace zendrix::alerts {
@@ -20,12 +21,15 @@ MarkedText IconTag(const core::AppState& state, Purpose purpose, std::string_vie
 MarkedText IconTag(const core::AppState& state, Purpose purpose, std::string_view image,
                    const MarkedText& behind) {
   MarkedText tag(purpose, "<p><p><IMG SRC='");
-  tag.Append(AppPath(state)).Append(image).Append(behind).Append("' ALIGN=bottom HSPACE=4>");
+  tag.Append(AppPath(state), Origin::kEventInLink)
+      .Append(image)
+      .Append(behind)
+      .Append("' ALIGN=bottom HSPACE=4>");
   return tag;
 }
 
 std::string AppPath(const core::AppState& state) {
-  return state.ProgramFolder;
+  return core::PathText(state.ProgramFolder);
 }
 
 }  // namespace zendrix::alerts

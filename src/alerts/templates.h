@@ -22,7 +22,8 @@ MarkedText IconTag(const core::AppState& state, Purpose purpose, std::string_vie
 MarkedText IconTag(const core::AppState& state, Purpose purpose, std::string_view image,
                    const MarkedText& behind);
 
-// The folder of the program as pages name it: AppPath.
+// The folder of the program as pages name it: AppPath. In front of a picture it is appended as what stands
+// inside a link: a folder may be named with quotes, "?" or "#".
 std::string AppPath(const core::AppState& state);
 
 }  // namespace zendrix::alerts

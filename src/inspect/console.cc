@@ -90,18 +90,6 @@ std::string ExecutableFolder() {
   return error ? std::string(".") : path.parent_path().string();
 }
 
-// Texts that name the program folder were decoded as a whole, but the folder's name came from the terminal
-// and is UTF-8 already: puts it back.
-void RestoreFolder(Json& value, const std::string& decoded, const std::string& folder) {
-  if (value.is_structured()) {
-    for (Json& part : value) RestoreFolder(part, decoded, folder);
-  } else if (value.is_string()) {
-    auto& text = value.get_ref<std::string&>();
-    for (std::size_t at = 0; (at = text.find(decoded, at)) != std::string::npos; at += folder.size())
-      text.replace(at, decoded.size(), folder);
-  }
-}
-
 void SetAgent(platform::FakeServiceManager& services, const std::string& agent_state) {
   if (agent_state == "running") services.SetRunning(control::kServiceName);
   if (agent_state == "stopped") services.SetStopped(control::kServiceName);
@@ -226,8 +214,6 @@ std::string Console::Finished(Json document) {
 }
 
 std::string Console::Dump(Json document) const {
-  const std::string decoded = platform::Utf8FromBytes(options_.folder);
-  if (decoded != options_.folder) RestoreFolder(document, decoded, options_.folder);
   return document.dump(options_.pretty ? 2 : -1, ' ', false, Json::error_handler_t::replace);
 }
 

@@ -8,6 +8,7 @@
 namespace zendrix::test {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
@@ -143,6 +144,29 @@ TEST_F(ArgumentsTest, FolderWithLettersBeyondAsciiIsToldAsGiven) {
   EXPECT_THAT(LogLines(document), ElementsAre(HasSubstr(" " + name + "/zendrix.ini. ")));
   EXPECT_THAT(FilesIn(name),
               ElementsAre("KorvessaAdministratorEventLog.kvl", "KorvessaMonitoring.kvl", "zendrix.ini"));
+  // The log is single-byte text, and the folder's name stood in it in the terminal's encoding.
+  EXPECT_THAT(folder_.Read("z\xC3\xBCrich\xE2\x82\xAC/KorvessaAdministratorEventLog.kvl"),
+              HasSubstr("/z\xFCrich\x80/zendrix.ini. "));
+}
+
+TEST_F(ArgumentsTest, FolderWithLettersBeyondAsciiStandsInPagesAndMessagesAsGiven) {
+  WriteAlertHistory();
+  WriteDescriptions();
+  Append("KorvessaDesc5.kvl", "no longer what was hashed");
+  const std::string name = folder_.Path(
+      "Gr\xC3\xBC\xC3\x9F"
+      "e");
+  const auto files = FilesIn(folder_.path());
+  std::filesystem::create_directory(name);
+  for (const auto& file : files) std::filesystem::copy_file(folder_.Path(file), name + "/" + file);
+  const Json document = RunPlain({"--folder", name, "alert", "6"}).document();
+  EXPECT_THAT(document["GetCurrDesc"]["short"].get<std::string>(),
+              HasSubstr("<IMG SRC='" + name + "\\Images\\bug_red.png'"));
+  EXPECT_THAT(document["GetCurrDesc"]["long"].get<std::string>(),
+              HasSubstr("<IMG SRC='" + name + "\\Images\\undo.png'"));
+  EXPECT_THAT(LogLines(document),
+              Contains("'Initial:LoadDescArrays': Error: stored hash does not match for " + name +
+                       "/KorvessaDesc5.kvl"));
 }
 
 TEST_F(ArgumentsTest, UsageIsCheckedBeforeTheFolder) {

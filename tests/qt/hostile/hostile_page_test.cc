@@ -174,5 +174,21 @@ TEST_F(HostilePageTest, PageAsksForItsPicturesOnly) {
   ExpectNothingDone();
 }
 
+// A "?" or "#" in the name of the program folder ended the picture's path, and a quote its attribute.
+TEST_F(HostilePageTest, PicturesAreFoundInAProgramFolderOfAnyName) {
+  for (const char* folder : {"/opt/Gr\xC3\xBC\xC3\x9F"
+                             "e \xE2\x82\xAC",
+                             "/opt/it's #1? 100% <b>", "/opt/\xE6\x97\xA5"}) {
+    SCOPED_TRACE(folder);
+    state_.ProgramFolder = folder;
+    ShowOne("failed");
+    EXPECT_TRUE(WaitFor([&] {
+      return Ask(QStringLiteral("document.images.length > 1 && [...document.images].every(i => i.complete)"))
+          .toBool();
+    }));
+    EXPECT_EQ(Ask(QStringLiteral("[...document.images].filter(i => !i.naturalWidth).length")).toInt(), 0);
+  }
+}
+
 }  // namespace
 }  // namespace zendrix::qt
