@@ -170,6 +170,7 @@ TEST_F(ReadRegInfoTest, SensitivityOneGivesTheCeilings96And98) {
 }
 
 TEST_F(ReadRegInfoTest, SensitivityTwoGivesTheCeilings50And75) {
+  state_.settings.NormalFrom = 7;
   const auto& settings = ReadMisc("Se=2\r\n");
   EXPECT_EQ(Stored("Misc", "No"), "50");
   EXPECT_EQ(Stored("Misc", "Su"), "75");

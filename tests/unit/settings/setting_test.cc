@@ -169,6 +169,12 @@ TEST_F(SettingTest, HoldingBeforeInitTakesTheExecutablesFile) {
   EXPECT_EQ(file.Hold().value(), "[s]\r\n");
 }
 
+TEST_F(SettingTest, KeysWithoutAValueAreSoughtInTheExecutablesFileBeforeInit) {
+  platform_.files.Put(kIni, "[s]\r\na=1\r\n");
+  CSetting file(state_);
+  EXPECT_EQ(file.KeysWithoutValue("s", {"a", "b"}), std::vector<std::string>{"b"});
+}
+
 TEST_F(SettingTest, KeysWithoutAValueAreThoseThatReadAsEmptyEachOnce) {
   platform_.files.Put(kIni, "[s]\r\na=1\r\nb=\r\nb=2\r\nc=\" \"\r\nbare\r\n[t]\r\nd=1\r\n");
   EXPECT_EQ(file_.KeysWithoutValue("S", {"A", " a ", "B", "b", "c", "bare", "d", "D", "e"}),

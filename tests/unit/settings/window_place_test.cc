@@ -124,6 +124,20 @@ TEST_F(WindowPlaceTest, ColumnWidthsAreReadByThePositionOfThePair) {
   EXPECT_EQ(widths, (std::vector<int>{10, 11, 12}));
 }
 
+TEST_F(WindowPlaceTest, WidthsBeyondTheGridsColumnsAreNotRead) {
+  PutIni("[EventList ColWidths]\r\n0=10\r\n1=11\r\n2=wide\r\n");
+  std::vector<int> widths(2, 1);
+  EXPECT_TRUE(reg_ini_.LoadColWidths("EventList", widths));
+  EXPECT_EQ(widths, (std::vector<int>{10, 11}));
+}
+
+TEST_F(WindowPlaceTest, ColumnsBeyondTheWidthsKeepTheirs) {
+  PutIni("[EventList ColWidths]\r\n0=10\r\n");
+  std::vector<int> widths(3, 1);
+  EXPECT_TRUE(reg_ini_.LoadColWidths("EventList", widths));
+  EXPECT_EQ(widths, (std::vector<int>{10, 1, 1}));
+}
+
 TEST_F(WindowPlaceTest, WithoutASectionOfWidthsNothingChanges) {
   PutIni("[Other ColWidths]\r\n0=10\r\n");
   std::vector<int> widths(3, 1);
