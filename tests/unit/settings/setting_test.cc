@@ -35,6 +35,15 @@ TEST_F(SettingTest, AnOperationBeforeInitInitialisesWithTheExecutablesNameAndMod
   EXPECT_EQ(file.path(), kIni);
 }
 
+TEST_F(SettingTest, InitFileTakesExactlyThisFile) {
+  platform_.files.Put("/elsewhere/any.txt", "[s]\r\nk=v\r\n");
+  CSetting file(state_);
+  file.InitFile("/elsewhere/any.txt");
+  EXPECT_EQ(file.GetSettingStr("s", "k", ""), "v");
+  file.SaveSettingStr("s", "k", "w");
+  EXPECT_EQ(platform_.files.Get("/elsewhere/any.txt"), "[s]\r\nk=w\r\n");
+}
+
 TEST_F(SettingTest, SaveModeCanBeSet) {
   file_.SetSaveMode(7);
   EXPECT_EQ(file_.SaveMode(), 7);
