@@ -27,9 +27,15 @@ class OwnLog : public ::testing::TestWithParam<const char*> {
     world_.quiet.Expect("'proc': " + message);
     world_.log.WriteLog("proc", message);
   }
-  const EventLogTable* Read() {
+  std::shared_ptr<const EventLogTable> Read() {
     log_.InitClass(world_.InFolder(core::kConsoleLogName));
     return log_.table();
+  }
+  static std::vector<std::string> Texts(const EventLogTable& table, std::size_t row) {
+    std::vector<std::string> texts;
+    for (std::size_t column = 1; column < table.ColumnCount(); ++column)
+      texts.emplace_back(table.Text(row, column));
+    return texts;
   }
 
   static constexpr std::int32_t kMoment = 1795225507;  // 2026-11-21 01:45:07 UTC
@@ -41,41 +47,42 @@ class OwnLog : public ::testing::TestWithParam<const char*> {
 
 TEST_P(OwnLog, LineComesBackWithItsTimeAndMessage) {
   Write("Start UI.");
-  const auto* table = Read();
+  const auto table = Read();
   ASSERT_NE(table, nullptr);
   EXPECT_NE(shown_.find("07"), std::string::npos) << shown_ << " has no seconds";
-  EXPECT_THAT(table->columns, ElementsAre("ID", "Date_Time", "Host", "TID", "Description"));
-  ASSERT_EQ(table->rows.size(), 1U);
-  EXPECT_THAT(table->rows[0].texts, ElementsAre(shown_, "Testhost", "0", "'proc': Start UI."));
+  ASSERT_EQ(table->ColumnCount(), 5U);
+  EXPECT_EQ(table->ColumnName(4), "Description");
+  ASSERT_EQ(table->RowCount(), 1U);
+  EXPECT_THAT(Texts(*table, 0), ElementsAre(shown_, "Testhost", "0", "'proc': Start UI."));
 }
 
 TEST_P(OwnLog, RestOfAMessageBehindALineBreakIsPassedOver) {
   Write("one\r\ntwo, too short");
   Write("three");
-  const auto* table = Read();
+  const auto table = Read();
   ASSERT_NE(table, nullptr);
-  ASSERT_EQ(table->rows.size(), 2U);
-  EXPECT_EQ(table->rows[0].ID, 3);
-  EXPECT_THAT(table->rows[0].texts, ElementsAre(shown_, "Testhost", "0", "'proc': three"));
-  EXPECT_EQ(table->rows[1].ID, 1);
-  EXPECT_THAT(table->rows[1].texts, ElementsAre(shown_, "Testhost", "0", "'proc': one"));
+  ASSERT_EQ(table->RowCount(), 2U);
+  EXPECT_EQ(table->ID(0), 3);
+  EXPECT_THAT(Texts(*table, 0), ElementsAre(shown_, "Testhost", "0", "'proc': three"));
+  EXPECT_EQ(table->ID(1), 1);
+  EXPECT_THAT(Texts(*table, 1), ElementsAre(shown_, "Testhost", "0", "'proc': one"));
 }
 
 TEST_P(OwnLog, RestOfAMessageWithEnoughCommasIsARowWithoutATime) {
   Write("one\r\ntwo,three,four,five");
-  const auto* table = Read();
+  const auto table = Read();
   ASSERT_NE(table, nullptr);
-  ASSERT_EQ(table->rows.size(), 2U);
-  EXPECT_EQ(table->rows[0].ID, 2);
-  EXPECT_THAT(table->rows[0].texts, ElementsAre("", "three", "four", "five"));
+  ASSERT_EQ(table->RowCount(), 2U);
+  EXPECT_EQ(table->ID(0), 2);
+  EXPECT_THAT(Texts(*table, 0), ElementsAre("", "three", "four", "five"));
 }
 
 TEST_P(OwnLog, LoneLineFeedEndsALineAndALoneCarriageReturnIsABlank) {
   Write("one\rtwo\nthree");
-  const auto* table = Read();
+  const auto table = Read();
   ASSERT_NE(table, nullptr);
-  ASSERT_EQ(table->rows.size(), 1U);
-  EXPECT_THAT(table->rows[0].texts, ElementsAre(shown_, "Testhost", "0", "'proc': one two"));
+  ASSERT_EQ(table->RowCount(), 1U);
+  EXPECT_THAT(Texts(*table, 0), ElementsAre(shown_, "Testhost", "0", "'proc': one two"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Locales, OwnLog,
