@@ -329,6 +329,18 @@ TEST_F(FormWindowTest, StateGoesBothWays) {
   EXPECT_EQ(form_.state.Get(), widgets::WindowState::kMinimised);
 }
 
+TEST_F(FormWindowTest, MaximisedWindowThatWasHiddenComesForwardMaximised) {
+  form_.visible = true;
+  form_.state = widgets::WindowState::kMaximised;
+  form_.visible = false;
+  EXPECT_FALSE(window_.isVisible());
+  form_.visible = true;
+  form_.bring_forward.Raise();
+  EXPECT_TRUE(window_.isVisible());
+  EXPECT_TRUE(window_.isMaximized());
+  EXPECT_EQ(form_.state.Get(), widgets::WindowState::kMaximised);
+}
+
 TEST_F(BindingTest, MessageBoxIsPlainTextAndDisablesTheForms) {
   PlainForm form(world_.state.forms);
   QtMessageBoxes plain;

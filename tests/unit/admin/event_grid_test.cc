@@ -78,6 +78,57 @@ TEST_F(EventGridTest, TimeKeysSortAsNumbers) {
   EXPECT_THAT(Column(kColTimeKey), ElementsAre("-5", "9", "100"));
 }
 
+TEST_F(EventGridTest, EqualTimeKeysKeepTheirOrderInBothDirections) {
+  Add(1, "h", "A", 5);
+  Add(2, "h", "A", 5);
+  Add(3, "h", "A", 7);
+  grid_.SortByTimeKey(true);
+  EXPECT_THAT(Column(kColEventID), ElementsAre("2", "1", "3"));
+  grid_.SortByTimeKey(false);
+  EXPECT_THAT(Column(kColEventID), ElementsAre("3", "2", "1"));
+}
+
+TEST_F(EventGridTest, EveryTextColumnSortsByItsOwnTexts) {
+  grid_.InsertTop({1, "t2", "h1", "m1", "c1", "w2", 0, "f1"});
+  grid_.InsertTop({2, "t1", "h2", "m2", "c2", "w1", 0, "f2"});
+  for (const int col : {kColDateTime, kColWhole}) {
+    grid_.SortByText(kColHostname, true);
+    grid_.SortByText(col, true);
+    EXPECT_THAT(Column(kColEventID), ElementsAre("2", "1")) << col;
+  }
+  for (const int col : {kColHostname, kColMonitor, kColCode, kColDescription}) {
+    grid_.SortByText(kColDateTime, true);
+    grid_.SortByText(col, true);
+    EXPECT_THAT(Column(kColEventID), ElementsAre("1", "2")) << col;
+  }
+}
+
+TEST_F(EventGridTest, ClearIsToldAndFreesTheWholeRoom) {
+  int cleared = 0;
+  grid_.cleared.ConnectForever([&] { ++cleared; });
+  for (int id = 1; id <= 5; ++id) Add(id, "h");
+  grid_.Clear();
+  EXPECT_EQ(cleared, 1);
+  EXPECT_EQ(grid_.Rows(), 1);
+  for (int id = 1; id <= 5; ++id) Add(id, "other " + std::to_string(id));
+  EXPECT_EQ(grid_.Text(1, kColHostname), "other 5");
+  EXPECT_EQ(grid_.Text(5, kColHostname), "other 1");
+}
+
+TEST_F(EventGridTest, TipsSayInWordsWhatACellHolds) {
+  Add(1, "h", "A", 0, "the whole");
+  Add(2, "h", "R");
+  Add(3, "h", "N");
+  Add(4, "h", "B");
+  EXPECT_EQ(grid_.Tip(4, kColChange), "Added");
+  EXPECT_EQ(grid_.Tip(3, kColChange), "Removed");
+  EXPECT_EQ(grid_.Tip(2, kColChange), "Notable");
+  EXPECT_EQ(grid_.Tip(1, kColChange), "B");
+  EXPECT_EQ(grid_.Tip(4, kColMonitor), "Running Processes");
+  EXPECT_EQ(grid_.Tip(4, kColDescription), "the whole");
+  EXPECT_EQ(grid_.Tip(4, kColEventID), "1");
+}
+
 TEST_F(EventGridTest, NewRowGoesOnTopOfASortedGrid) {
   Add(1, "b");
   Add(2, "a");
@@ -169,6 +220,28 @@ TEST_F(GridLinesTest, SkippedLinesAreNotRead) {
   EXPECT_EQ(skipped_, 2);
   EXPECT_THAT(Lines("a\r\nb", 5), ElementsAre());
   EXPECT_EQ(skipped_, 2);
+}
+
+TEST_F(GridLinesTest, CarriageReturnInsideALineStays) {
+  EXPECT_THAT(Lines("a\rb\r\n\r"), ElementsAre("a\rb", "\r"));
+}
+
+TEST_F(GridLinesTest, SkippingEndsBetweenTheLines) {
+  EXPECT_THAT(Lines("a\nb\n", 0), ElementsAre("a", "b"));
+  EXPECT_EQ(skipped_, 0);
+  EXPECT_THAT(Lines("a\nb\n", 1), ElementsAre("b"));
+  EXPECT_EQ(skipped_, 1);
+  EXPECT_THAT(Lines("a\nb\n", 2), ElementsAre());
+  EXPECT_EQ(skipped_, 2);
+  EXPECT_THAT(Lines("a\nb\n", 3), ElementsAre());
+  EXPECT_EQ(skipped_, 2);
+}
+
+TEST_F(GridLinesTest, LineThatEndsExactlyWithABlock) {
+  const std::string block(256 * 1024 - 1, 'x');
+  EXPECT_THAT(Lines(block + "\nend\n"), ElementsAre(block, "end"));
+  EXPECT_THAT(Lines(block + "\nend\n", 1), ElementsAre("end"));
+  EXPECT_THAT(Lines(block + "xx\nend\n", 1), ElementsAre("end"));
 }
 
 TEST_F(GridLinesTest, LinesLongerThanABlockComeWhole) {

@@ -1,5 +1,6 @@
 #include "admin/frm_main.h"
 #include "core/moments.h"
+#include "core/splash.h"
 
 #include "support/console_world.h"
 
@@ -341,6 +342,67 @@ TEST_F(FrmMainTest, TickInTheMiddleOfALoadStartsNoOther) {
   EXPECT_EQ(IDs().size(), 120u);
 }
 
+TEST_F(FrmMainTest, GridIsOutOfUseUnderAnHourglassWhileALoadRuns) {
+  std::vector<std::string> lines;
+  for (int i = 0; i < 60; ++i) lines.push_back(Line(i, "system"));
+  OpenOn(lines);
+  bool seen = false;
+  const auto link = form_->DynamicPictureBox.value.changed.Connect([&] {
+    if (form_->DynamicPictureBox.value == 0) return;
+    seen = true;
+    EXPECT_EQ(screen_.MousePointer, widgets::kPointerHourglass);
+    EXPECT_FALSE(form_->EventList.enabled);
+    EXPECT_FALSE(form_->EventList.redraw());
+    form_->EventList.header_clicked.Raise(kColHostname);
+  });
+  form_->MnVRefresh.clicked.Raise();
+  EXPECT_TRUE(seen);
+  EXPECT_EQ(form_->sort.SortColumn, 0) << "no sort in the middle of a load";
+  EXPECT_EQ(form_->DynamicPictureBox.value.Get(), 0);
+  EXPECT_EQ(screen_.MousePointer, widgets::kPointerDefault);
+  EXPECT_TRUE(form_->EventList.enabled);
+  EXPECT_TRUE(form_->EventList.redraw());
+  EXPECT_FALSE(form_->RefreshBusy);
+}
+
+TEST_F(FrmMainTest, SizesAreCheckedAgainBehindAnUpdateAndBehindARefresh) {
+  OpenOn({Line(1, "system")});
+  AppendLine(Line(2, "system"));
+  Tick();
+  AppendLine(Line(3, "system"));
+  Tick();
+  EXPECT_THAT(IDs(), ElementsAre("3", "2", "1"));
+  form_->MnVRefresh.clicked.Raise();
+  AppendLine(Line(4, "system"));
+  Tick();
+  EXPECT_THAT(IDs(), ElementsAre("4", "3", "2", "1"));
+  EXPECT_FALSE(form_->BackgroundUpdate);
+  EXPECT_FALSE(form_->UpdateBusy);
+}
+
+TEST_F(FrmMainTest, SortMarksTheFirstRow) {
+  OpenOn({Line(1, "system"), Line(2, "system")});
+  form_->EventList.Row = 2;
+  form_->EventList.header_clicked.Raise(kColHostname);
+  EXPECT_EQ(form_->EventList.Row.Get(), 1);
+  EXPECT_EQ(form_->HeaderColumn, kColHostname);
+}
+
+TEST_F(FrmMainTest, ScrolledPlaceIsRemembered) {
+  OpenOn({Line(1, "system"), Line(2, "system")});
+  EXPECT_EQ(form_->SavedTopRow, 1);
+  EXPECT_EQ(form_->SavedLeftCol, 1);
+  form_->EventList.TopRow = 2;
+  form_->EventList.LeftCol = 4;
+  form_->EventList.scrolled.Raise();
+  EXPECT_EQ(form_->SavedTopRow, 2);
+  EXPECT_EQ(form_->SavedLeftCol, 4);
+  form_->EventList.LeftCol = 0;
+  AppendLine(Line(3, "system"));
+  Tick();
+  EXPECT_EQ(form_->EventList.LeftCol.Get(), 4);
+}
+
 TEST_F(FrmMainTest, SortedGridStaysInItsOrderWhenLinesArrive) {
   OpenOn({"1,beta,system,A,x", "2,alpha,system,A,x"});
   form_->EventList.header_clicked.Raise(kColHostname);  // descending
@@ -512,6 +574,41 @@ TEST_F(FrmMainTest, NothingInTheTrayMenuWorksUnderAnOpenQuestion) {
   EXPECT_EQ(menus, 1);
 }
 
+TEST_F(FrmMainTest, TrayMenuSetsTheWindowsState) {
+  OpenOn({Line(1, "system")});
+  int forward = 0;
+  const auto front = form_->bring_forward.Connect([&] { ++forward; });
+  form_->visible = false;
+  form_->mPopMinimize.clicked.Raise();
+  EXPECT_EQ(form_->state.Get(), widgets::WindowState::kMinimised);
+  EXPECT_TRUE(form_->visible);
+  form_->mPopMaximize.clicked.Raise();
+  EXPECT_EQ(form_->state.Get(), widgets::WindowState::kMaximised);
+  form_->mPopRestore.clicked.Raise();
+  EXPECT_EQ(form_->state.Get(), widgets::WindowState::kNormal);
+  EXPECT_EQ(forward, 3);
+}
+
+TEST_F(FrmMainTest, TrayMenuQuitAsksFirst) {
+  OpenOn({Line(1, "system")});
+  Boxes().Answer(platform::BoxAnswer::kNo);
+  form_->mPopExit.clicked.Raise();
+  ASSERT_EQ(Boxes().shown.size(), 1u);
+  EXPECT_THAT(Boxes().shown[0].text, HasSubstr("Are you sure you want to exit?"));
+  EXPECT_TRUE(form_->loaded());
+}
+
+TEST_F(FrmMainTest, LeftClickOnTheIconShowsTheWindowAndOtherMouseActsDoNothing) {
+  OpenOn({Line(1, "system")});
+  form_->visible = false;
+  form_->state = widgets::WindowState::kMaximised;
+  form_->tray.mouse.Raise(512);
+  EXPECT_FALSE(form_->visible);
+  form_->tray.mouse.Raise(widgets::kTrayLeftUp);
+  EXPECT_TRUE(form_->visible);
+  EXPECT_EQ(form_->state.Get(), widgets::WindowState::kNormal);
+}
+
 TEST_F(FrmMainTest, AnotherStartBringsAMaximisedWindowForwardMaximised) {
   OpenOn({Line(1, "system")});
   int forward = 0;
@@ -571,6 +668,33 @@ TEST_F(FrmMainTest, RefreshReadsTheWholeFileAgain) {
   Put({Line(1, "system", "bbb")});
   form_->MnVRefresh.clicked.Raise();
   EXPECT_THAT(Column(kColWhole), ElementsAre("bbb"));
+}
+
+TEST_F(FrmMainTest, SavedPlaceComesBackAndAMinimisedOneIsNotSaved) {
+  OpenOn({Line(1, "system")});
+  form_->width = 811;
+  EXPECT_EQ(world_.EndOf([&] { form_->Unload(); }), 0);
+  Open();
+  EXPECT_EQ(form_->width.Get(), 811);
+  form_->width = 822;
+  form_->EventList.SetColWidth(kColHostname, 778);
+  form_->state = widgets::WindowState::kMinimised;
+  EXPECT_EQ(world_.EndOf([&] { form_->Unload(); }), 0);
+  const std::string ini = world_.platform.files.Get(reg_ini_.IniPath());
+  EXPECT_THAT(ini, HasSubstr("Width=811"));
+  EXPECT_THAT(ini, ::testing::Not(HasSubstr("2=778")));
+}
+
+TEST_F(FrmMainTest, SplashGoesWhenTheFormIsLoaded) {
+  core::frmSplash splash(world_.state.forms, "x");
+  OpenOn({Line(1, "system")});
+  EXPECT_FALSE(splash.loaded());
+}
+
+TEST_F(FrmMainTest, TrayTipNamesTheProduct) {
+  OpenOn({Line(1, "system")});
+  EXPECT_EQ(form_->tray.tip.Get(), "Korvessa Zendrix Administrator");
+  EXPECT_TRUE(form_->tray.shown);
 }
 
 TEST_F(FrmMainTest, TitleNamesTheProductAndAboutOpens) {

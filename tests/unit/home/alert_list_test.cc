@@ -277,6 +277,35 @@ TEST_F(AlertListTest, TickWhileAListIsBuiltIsLost) {
   EXPECT_EQ(form_->HourTicks, hours + 1);
 }
 
+TEST_F(AlertListTest, EveryCommandThatRebuildsTheListChecksTheOverallLevel) {
+  Open(Alert(1, "0.99"));
+  form_->AgentLevel = 1;
+  const auto repaints = [&](widgets::Signal<>& clicked) {
+    form_->OSFlag.picture = std::string("stale");
+    clicked.Raise();
+    return form_->OSFlag.picture.Get() != "stale";
+  };
+  EXPECT_TRUE(repaints(form_->sckShowAll.clicked));
+  EXPECT_TRUE(repaints(form_->sShowAll.clicked));
+  EXPECT_TRUE(repaints(form_->sClearAll.clicked));
+}
+
+TEST_F(AlertListTest, ReplacedFileRepaintsTheOverallLevel) {
+  Open(Alert(1, "0.5") + Alert(2, "0.5"));
+  form_->OSFlag.picture = std::string("stale");
+  Replace(Alert(9, "0.99"));
+  Poll();
+  EXPECT_NE(form_->OSFlag.picture.Get(), "stale");
+}
+
+TEST_F(AlertListTest, ClearedListShowsTheOpeningPage) {
+  state_.Desc[0] = {"-1,x", "0,opening words", "1,b", "2,c", "3,d", "4,e", "5,f", "6,g"};
+  Open(Alert(1, "0.5"));
+  testing::FakePage page(form_->sDesc);
+  form_->sClearAll.clicked.Raise();
+  EXPECT_THAT(page.events, ElementsAre(HasSubstr("opening words")));
+}
+
 TEST_F(AlertListTest, ViewsHearOfABuildOnce) {
   Open(Alert(1, "0.5") + Alert(2, "0.5"));
   int told = 0;

@@ -1,4 +1,8 @@
+#include <cmath>
+
+#include "core/date_rules.h"
 #include "core/moments.h"
+#include "core/splash.h"
 #include "core/version.h"
 #include "core/version_text.h"
 #include "home_fixture.h"
@@ -71,6 +75,156 @@ TEST_F(FrameTest, AlertListGetsTheKeyboard) {
   EXPECT_EQ(focused, 1);
 }
 
+TEST_F(FrameTest, EveryNavigationControlLeadsToItsPane) {
+  Open(Alert(1, "0"));
+  const auto leads_to = [&](widgets::Signal<>& clicked, int view) {
+    form_->ViewItems_Click(view == kHelpView ? kSummaryView : kHelpView);
+    clicked.Raise();
+    return ShownPanes() == std::vector<int>{view};
+  };
+  for (const int view : {kAlertsView, kAdvancedView, kOptionsView, kHelpView, kSummaryView}) {
+    const auto at = static_cast<std::size_t>(view);
+    EXPECT_TRUE(leads_to(form_->ViewItems[at]->clicked, view)) << view;
+    EXPECT_TRUE(leads_to(form_->Image1[at]->clicked, view)) << view;
+  }
+  for (const int view : {kAlertsView, kOptionsView}) {
+    const auto at = static_cast<std::size_t>(view);
+    EXPECT_TRUE(leads_to(form_->Flag[at]->clicked, view)) << view;
+    EXPECT_TRUE(leads_to(form_->icView[at]->clicked, view)) << view;
+    EXPECT_TRUE(leads_to(form_->icDesc[at]->clicked, view)) << view;
+  }
+  EXPECT_TRUE(leads_to(form_->icClick.clicked, kAlertsView));
+  EXPECT_TRUE(leads_to(form_->OSRiskLevel.clicked, kSummaryView));
+}
+
+TEST_F(FrameTest, PaneOnShowAndItsHeadingComeToTheFront) {
+  Open(Alert(1, "0"));
+  int front = 0;
+  const auto pane = form_->Frame1[kHelpView]->to_front.Connect([&] { ++front; });
+  const auto heading = form_->fraDesc[kHelpView]->to_front.Connect([&] { ++front; });
+  form_->ViewItems_Click(kHelpView);
+  EXPECT_EQ(front, 2);
+  form_->ViewItems_Click(kAlertsView);
+  EXPECT_EQ(front, 2);
+  EXPECT_FALSE(form_->Frame1[kHelpView]->enabled);
+}
+
+TEST_F(FrameTest, PointerIsAnHourglassWhileThePaneChangesAndWhileTheFormLoads) {
+  std::vector<int> shapes;
+  const auto link = screen_.MousePointer.changed.Connect([&] { shapes.push_back(screen_.MousePointer); });
+  Open(Alert(1, "0"));
+  EXPECT_EQ(shapes.front(), widgets::kPointerHourglass);
+  EXPECT_EQ(shapes.back(), widgets::kPointerDefault);
+  shapes.clear();
+  form_->ViewItems_Click(kHelpView);
+  EXPECT_THAT(shapes, ElementsAre(widgets::kPointerHourglass, widgets::kPointerDefault));
+}
+
+TEST_F(FrameTest, NothingIsMarkedBeforeTheLoad) {
+  const frmNewUI form(HomeParts{state_, world_.log, reader_, reg_ini_, agent_, screen_, alerts_, services_});
+  EXPECT_FALSE(form.visible);
+  EXPECT_FALSE(form.Frame2.visible);
+  EXPECT_FALSE(form.icMore.visible);
+  EXPECT_FALSE(form.sMoreInfo.enabled);
+  EXPECT_FALSE(form.tray.shown);
+  for (const int i : kViews) {
+    const auto at = static_cast<std::size_t>(i);
+    EXPECT_FALSE(form.vArrow[at]->visible);
+    EXPECT_EQ(form.ViewItems[at]->fore_colour.Get(), widgets::kSystemHighlight);
+  }
+  EXPECT_EQ(form.sClearAll.tip.Get(), "Mark as deleted");
+  EXPECT_EQ(form.sShowAll.tip.Get(), "Show also deleted alerts");
+}
+
+TEST_F(FrameTest, LoadTakesWhatTheSettingsAndTheDecisionsSay) {
+  state_.settings.ShRskLvl = 42.7F;
+  Open(Alert(1, "0"));
+  EXPECT_EQ(form_->eSbRiskLevel.value.Get(), 42);
+  EXPECT_EQ(alerts_.loaded, 1);
+  EXPECT_TRUE(form_->sckShowAll.checked);
+  EXPECT_FALSE(form_->PopupsSuppressed);
+  EXPECT_EQ(form_->tray.icon.Get(), TrayIcon::kForm);
+}
+
+TEST_F(FrameTest, SavedPlaceComesBack) {
+  Open(Alert(1, "0"));
+  form_->width = 911;
+  form_->height = 611;
+  ExpectEnd();
+  EXPECT_EQ(world_.EndOf([&] { form_->Unload(); }), 0);
+  Open(Alert(1, "0"));
+  EXPECT_EQ(form_->width.Get(), 911);
+  EXPECT_EQ(form_->height.Get(), 611);
+}
+
+TEST_F(FrameTest, SplashGoesWhenTheFormIsLoaded) {
+  core::frmSplash splash(state_.forms, "x");
+  Open(Alert(1, "0"));
+  EXPECT_FALSE(splash.loaded());
+}
+
+TEST_F(FrameTest, FirstAlertIsSelectedAndExplainedAtTheStart) {
+  Open(Alert(1, "0") + Alert(2, "0"));
+  EXPECT_EQ(Selected(), "K2");
+  ASSERT_FALSE(alerts_.rendered.empty());
+  EXPECT_EQ(alerts_.rendered.back(), "2");
+}
+
+TEST_F(FrameTest, DayIsCountedInTensOfSeconds) {
+  Open(Alert(1, "0"));
+  Seconds(9);
+  EXPECT_EQ(form_->DayTicks, 0);
+  Seconds(11);
+  EXPECT_EQ(form_->DayTicks, 2);
+}
+
+TEST_F(FrameTest, SurveyWaitsForTheThirdDay) {
+  int posts = 0;
+  services_.PostSurvey = [&] { ++posts; };
+  Open(Alert(1, "0"));
+  state_.settings.TSurv = "N";
+  const auto installed = [&](int days_back) {
+    const core::Date now = core::Now(world_.platform.clock, world_.platform.family);
+    state_.settings.IniDate =
+        core::FormatDate(std::floor(now) - days_back, "Short Date", world_.platform.locale.info);
+    form_->CheckSurvey();
+  };
+  installed(2);
+  EXPECT_EQ(posts, 0);
+  installed(3);
+  EXPECT_EQ(posts, 1);
+  state_.settings.TSurv = "Y";
+  installed(4);
+  EXPECT_EQ(posts, 1);
+}
+
+TEST_F(FrameTest, MinimisedWindowGoesOnBlinkingAndIsTold) {
+  widgets::Form notice(state_.forms, "frmNotifyMsg");
+  services_.frmNotifyMsg = [&]() -> widgets::Form& { return notice; };
+  state_.settings.PopNotifyMs = true;
+  Open(Alert(1, "0"));
+  form_->state = WindowState::kMinimised;
+  form_->AttentionPending = true;
+  Seconds(9);
+  EXPECT_TRUE(form_->TrayBlinking);
+  EXPECT_TRUE(form_->AttentionPending);
+  form_->HourTicks = 3600;
+  form_->LastIntrusionTime = core::Now(world_.platform.clock, world_.platform.family) + 1.0 / 86400 - 2;
+  EXPECT_EQ(world_.host.shown.size(), 0u);
+  Seconds(1);
+  EXPECT_EQ(world_.host.shown.size(), 1u);
+}
+
+TEST_F(FrameTest, BlinkBeginsWithTheNotableIcon) {
+  Open(Alert(1, "0"));
+  form_->visible = false;
+  form_->AttentionPending = true;
+  form_->TrayIconAlternate = false;
+  form_->CheckRiskLevel();
+  Seconds(1);
+  EXPECT_EQ(form_->tray.icon.Get(), TrayIcon::kNotableSystemTrayIcon);
+}
+
 TEST_F(FrameTest, HelpHasNoArrowAndShowsTheVersion) {
   state_.Desc[0] = {"-1,x", "0,a", "1,b", "2,c", "3,d", "4,help text", "5,e", "6,f"};
   Open(Alert(1, "0"));
@@ -82,6 +236,8 @@ TEST_F(FrameTest, HelpHasNoArrowAndShowsTheVersion) {
       form_->hVersion.caption.Get(),
       "Version " + core::FormatVersion(core::kVersionMajor, core::kVersionMinor, core::kVersionRevision));
   EXPECT_EQ(form_->hAppTitle.caption.Get(), state_.ProductName);
+  EXPECT_THAT(form_->hDescription.caption.Get(), HasSubstr("Zendrix Agent"));
+  EXPECT_THAT(form_->hDisclaimer.caption.Get(), HasSubstr("no warranty"));
 }
 
 TEST_F(FrameTest, HeadingsComeFromTheirPlaces) {

@@ -20,6 +20,7 @@ namespace zendrix::home {
 // Answers what a test told it to; writes down what it was asked.
 class ScriptedAlerts : public testing::NoAlerts {
  public:
+  void LoadChkAlrColl() override { ++loaded; }
   std::optional<std::string> Decision(const std::string& date_utc) override {
     const auto found = decisions.find(date_utc);
     if (found == decisions.end()) return std::nullopt;
@@ -51,7 +52,7 @@ class ScriptedAlerts : public testing::NoAlerts {
   std::function<void()> on_question;
   bool says_yes = true;
   std::vector<std::string> asked_details, pop_ups, rendered, asked;
-  int forgotten = 0;
+  int loaded = 0, forgotten = 0;
 };
 
 class HomeFixture : public ::testing::Test {

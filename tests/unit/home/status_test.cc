@@ -36,6 +36,56 @@ TEST_F(StatusTest, LinkOfAStoppedAgentStartsIt) {
   EXPECT_EQ(form_->aClick.caption.Get(), "[Disable]");
 }
 
+TEST_F(StatusTest, LinkOfARunningAgentStopsIt) {
+  Open(Line(1, "System", "0"));
+  EXPECT_EQ(form_->StaImg[kAdvancedView]->picture.Get(), "FlagG");
+  EXPECT_EQ(form_->aTitleDesc.caption.Get(), "Agent watches.");
+  EXPECT_EQ(form_->aStatus.caption.Get(), "Monitoring is Enabled");
+  form_->aClick.clicked.Raise();
+  EXPECT_EQ(form_->AgentLevel, 3);
+  EXPECT_EQ(form_->StaImg[kAdvancedView]->picture.Get(), "FlagR");
+  EXPECT_EQ(form_->aTitleDesc.caption.Get(), "Agent rests.");
+  EXPECT_EQ(form_->aClick.caption.Get(), "[Enable]");
+}
+
+TEST_F(StatusTest, AgentThatStopsWarnsOnceUntilItIsStartedByHand) {
+  Open(Line(1, "System", "0"));
+  EXPECT_FALSE(form_->AttentionPending);
+  world_.platform.services.SetStopped("ZENDRIX");
+  form_->CheckAgnSta();
+  EXPECT_TRUE(form_->AttentionPending);
+  form_->AttentionPending = false;
+  form_->CheckAgnSta();
+  EXPECT_FALSE(form_->AttentionPending);
+  form_->aClick.clicked.Raise();
+  EXPECT_TRUE(form_->AgentJustStarted);
+}
+
+TEST_F(StatusTest, SentenceComesInFrontOfItsBand) {
+  Open(Line(1, "System", "0"));
+  int front = 0;
+  const auto link = form_->OSRiskLevel.to_front.Connect([&] { ++front; });
+  form_->CheckRiskLevel();
+  EXPECT_EQ(front, 1);
+}
+
+TEST_F(StatusTest, SecondLineIsClearedWhenItsDescriptionsAreGone) {
+  Open(Line(1, "System", "0"));
+  EXPECT_NE(form_->icStatus.caption.Get(), "");
+  state_.Desc[1].clear();
+  form_->CheckRiskLevel();
+  EXPECT_EQ(form_->icStatus.caption.Get(), "");
+}
+
+TEST_F(StatusTest, UndecidedStatusKeepsTheLastColour) {
+  Open(Alert(1, "0.92"));
+  ASSERT_EQ(form_->OSFlag.picture.Get(), "FlagY");
+  form_->AlertLevel = 0;
+  form_->CheckRiskLevel();
+  EXPECT_EQ(form_->OSFlag.picture.Get(), "FlagY");
+  EXPECT_FALSE(form_->icMore.visible);
+}
+
 TEST_F(StatusTest, IntrusionLeadsToTheList) {
   Open(Alert(1, "0.99"));
   EXPECT_EQ(form_->icMore.caption.Get(), "[Details...]");

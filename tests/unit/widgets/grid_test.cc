@@ -77,5 +77,45 @@ TEST_F(GridTest, WidthThatStaysIsNotTold) {
   EXPECT_THAT(told_, ElementsAre());
 }
 
+TEST_F(GridTest, ChangedWidthIsTold) {
+  grid_.SetFormatString("a|b");
+  told_.clear();
+  grid_.SetColWidth(1, 0);
+  EXPECT_THAT(told_, ElementsAre("columns"));
+  EXPECT_THAT(grid_.ColWidths(), ElementsAre(960, 0));
+}
+
+TEST_F(GridTest, FormatStringThatIsThereAlreadyIsNotTold) {
+  grid_.SetFormatString(">a|<b");
+  told_.clear();
+  grid_.SetFormatString(">a|<b");
+  EXPECT_THAT(told_, ElementsAre());
+}
+
+TEST_F(GridTest, HeadingIsToldWhenItsTextOrItsAlignmentChanges) {
+  grid_.SetFormatString("a|b");
+  told_.clear();
+  grid_.SetHeading(1, "c", Align::kLeft);
+  EXPECT_EQ(told_.size(), 1u);
+  grid_.SetHeading(1, "c", Align::kRight);
+  EXPECT_EQ(told_.size(), 2u);
+  grid_.SetHeading(1, "c", Align::kRight);
+  EXPECT_EQ(told_.size(), 2u);
+  EXPECT_EQ(grid_.column(1).heading, "c");
+  EXPECT_EQ(grid_.column(1).align, Align::kRight);
+  EXPECT_EQ(grid_.column(0).heading, "a");
+}
+
+TEST_F(GridTest, ArrowIsToldWhenItChanges) {
+  grid_.SetFormatString("a|b");
+  told_.clear();
+  grid_.SetArrow(0, SortArrow::kNone);
+  EXPECT_THAT(told_, ElementsAre());
+  grid_.SetArrow(0, SortArrow::kUp);
+  EXPECT_THAT(told_, ElementsAre("columns"));
+  EXPECT_EQ(grid_.column(0).arrow, SortArrow::kUp);
+  EXPECT_EQ(grid_.column(1).arrow, SortArrow::kNone);
+}
+
 }  // namespace
 }  // namespace zendrix::widgets

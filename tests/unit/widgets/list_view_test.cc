@@ -145,5 +145,37 @@ TEST_F(ListViewTest, ChangeOfARowThatNobodyKnowsYetIsNotTold) {
   EXPECT_EQ(list_.Print(), "text a[1] | x |  | y[3]\n");
 }
 
+TEST_F(ListViewTest, ChangeOfARowThatViewsKnowIsTold) {
+  std::vector<ListView::Slot> changed;
+  list_.row_changed.ConnectForever([&](ListView::Slot slot) { changed.push_back(slot); });
+  Insert("a");
+  const auto b = Insert("b");
+  list_.AddSubItem(b, "x");
+  EXPECT_EQ(changed, (std::vector<ListView::Slot>{b}));
+}
+
+TEST_F(ListViewTest, RowsOfABatchBehindAClearAreNotKnownYet) {
+  int changed = 0;
+  list_.row_changed.ConnectForever([&](ListView::Slot) { ++changed; });
+  Insert("a");
+  {
+    const ListBatch batch(list_);
+    list_.Clear();
+    list_.AddSubItem(Insert("b"), "x");
+    EXPECT_EQ(changed, 0);
+    EXPECT_EQ(added_, 1);
+  }
+  EXPECT_EQ(added_, 2);
+  EXPECT_EQ(list_.Print(), "text b[1] | x\n");
+}
+
+TEST_F(ListViewTest, ScrolledPlaceIsForgottenByAClear) {
+  for (const char* key : {"a", "b", "c"}) Insert(key);
+  list_.SetScrolledRows(2);
+  list_.Clear();
+  for (const char* key : {"d", "e", "f"}) Insert(key);
+  EXPECT_EQ(list_.in_slot(*list_.first_visible()).key, "f");
+}
+
 }  // namespace
 }  // namespace zendrix::widgets
