@@ -8,10 +8,12 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "family/intermediate/manifest.h"
 #include "family/intermediate/named_file.h"
 #include "family/intermediate/sha256.h"
+#include "family/intermediate/subject.h"
 
 namespace {
 
@@ -19,26 +21,33 @@ using zendrix::family::LineOf;
 using zendrix::family::Manifest;
 using zendrix::family::ManifestOf;
 
-constexpr std::size_t kMostCandidates = 20;
-constexpr std::size_t kLongestCandidate = 4 * 4096;
+constexpr std::size_t kMostPaths = 4;
+constexpr std::size_t kLongestPath = 4 * 4096;
+constexpr std::size_t kMessage = 255;
 constexpr std::int64_t kNanosecondsPerSecond = 1000000000;
 
 void Require(bool holds) {
   if (!holds) std::abort();
 }
 
-void CheckCandidates(std::string_view description) {
-  const auto paths = zendrix::family::PathCandidates(description);
-  Require(paths.size() <= kMostCandidates);
+void CheckPaths(const std::string& monitor, std::string_view description) {
+  std::vector<std::string> paths;
+  try {
+    paths = zendrix::family::PathsOf({monitor, std::string(description), std::nullopt, "", true});
+  } catch (const zendrix::family::Refused& refused) {
+    Require(!refused.sentence.empty());
+  }
+  Require(paths.size() <= kMostPaths);
   for (const auto& path : paths) {
-    Require(path.size() > 1 && path.size() <= kLongestCandidate && path[0] == '/' && path.back() != '/');
+    Require(path.size() > 1 && path.size() <= kLongestPath && path[0] == '/' && path.back() != '/');
     Require(path.find('\0') == std::string::npos && path.find("//") == std::string::npos);
     const std::string bounded = path + "/";
     Require(bounded.find("/./") == std::string::npos && bounded.find("/../") == std::string::npos);
-    Require(std::count(paths.begin(), paths.end(), path) == 1);
     const auto told = zendrix::family::NameToTell(path);
-    Require(told.size() <= 102 && std::count(told.begin(), told.end(), '"') == 2);
+    Require(std::count(told.begin(), told.end(), '"') == 2);
     Require(std::all_of(told.begin(), told.end(), [](unsigned char c) { return c >= 32 && c != 127; }));
+    const auto fitting = zendrix::family::Fitting(told + " is a folder.", kMessage);
+    Require(fitting.size() <= kMessage && fitting.ends_with("\" is a folder."));
   }
 }
 
@@ -73,10 +82,12 @@ void CheckRoundTrip(std::string_view bytes) {
   Take(bytes, manifest.size);
   manifest.mode &= 07777U;
   manifest.sha256 = zendrix::family::Sha256Of(bytes);
+  if (manifest.size % 2 == 1) manifest.event = static_cast<std::int64_t>(manifest.size);
+  manifest.alert = bytes.substr(0, std::min<std::size_t>(bytes.find('\0'), 8));
   manifest.path = "/" + std::string(bytes.substr(0, bytes.find('\0')));
   const auto read = ManifestOf(LineOf(manifest));
   Require(read && read->path == manifest.path && read->owner == manifest.owner &&
-          read->group == manifest.group);
+          read->group == manifest.group && read->alert == manifest.alert && read->event == manifest.event);
   Require(read->mode == manifest.mode && read->size == manifest.size && read->sha256 == manifest.sha256);
   Require(SameTime(read->accessed, manifest.accessed) && SameTime(read->modified, manifest.modified) &&
           SameTime(read->moved, manifest.moved));
@@ -86,7 +97,9 @@ void CheckRoundTrip(std::string_view bytes) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  CheckCandidates(bytes);
+  for (const char* monitor : {"", "Running Processes", "Listening Ports", "TCP Connections",
+                              "Autorun Registry", "Windows Folder", "System Users"})
+    CheckPaths(monitor, bytes);
   CheckLine(bytes);
   CheckLine(std::string(bytes) + "\t" + zendrix::family::Sha256Of(bytes) + "\n");
   CheckRoundTrip(bytes);

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "family/intermediate/attributes.h"
 #include "family/intermediate/hex.h"
 #include "family/intermediate/sha256.h"
 
@@ -35,14 +36,32 @@ constexpr std::size_t kSmallFile = 1 << 16;
   }
 }
 
-void WriteWhole(int file, const char* bytes, std::size_t size) {
+void WriteAt(int file, const char* bytes, std::size_t size, off_t position) {
   while (size > 0) {
-    const ssize_t written = ::write(file, bytes, size);
+    const ssize_t written = ::pwrite(file, bytes, size, position);
     if (written < 0 && errno == EINTR) continue;
     if (written <= 0) RefuseWrite();
     bytes += written;
+    position += written;
     size -= static_cast<std::size_t>(written);
   }
+}
+
+// The bytes of a hole that begins at the position, which are all 0, added to the hash; where it ends. Costs
+// time and no room.
+off_t AddHole(const Descriptor& file, off_t position, Sha256& hash, const Budget* budget) {
+  static constexpr std::array<char, kBlock> kZeros = {};
+  struct stat status = {};
+  off_t data = ::lseek(file.get(), position, SEEK_DATA);
+  // Behind the last data there may be a hole up to the end. A file system without holes says nothing.
+  if (data < 0 && errno == ENXIO && ::fstat(file.get(), &status) == 0) data = status.st_size;
+  while (position < data) {
+    const auto part = std::min(static_cast<std::size_t>(data - position), kZeros.size());
+    hash.Add(kZeros.data(), part);
+    position += static_cast<off_t>(part);
+    if (budget) budget->SpendTime();
+  }
+  return position;
 }
 
 // The thing itself that a descriptor stands for; opened or changed by this path it cannot be another one.
@@ -73,20 +92,28 @@ std::string RandomName() {
   return Hex(bytes.data(), bytes.size());
 }
 
-std::string HashAndCopy(const Descriptor& file, std::uint64_t size, int copy) {
+std::string HashAndCopy(const Descriptor& file, std::uint64_t size, int copy, Budget* budget) {
   Sha256 hash;
   std::array<char, kBlock> block;
-  std::uint64_t position = 0;
+  off_t position = 0;
   for (;;) {
-    const ssize_t got = ::pread(file.get(), block.data(), block.size(), static_cast<off_t>(position));
+    position = AddHole(file, position, hash, budget);
+    const ssize_t got = ::pread(file.get(), block.data(), block.size(), position);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) throw Refused{"The file could not be read. Nothing was changed."};
     if (got == 0) break;
-    position += static_cast<std::uint64_t>(got);
-    if (position > size) throw Refused{"The file is being written to. Try again in a moment."};
+    if (static_cast<std::uint64_t>(position + got) > size)
+      throw Refused{"The file is being written to. Try again in a moment."};
     hash.Add(block.data(), static_cast<std::size_t>(got));
-    if (copy >= 0) WriteWhole(copy, block.data(), static_cast<std::size_t>(got));
+    if (budget) budget->SpendTime();
+    if (copy >= 0) {
+      if (budget) budget->SpendBytes(static_cast<std::uint64_t>(got));
+      WriteAt(copy, block.data(), static_cast<std::size_t>(got), position);
+    }
+    position += got;
   }
+  // A hole at the end was not written.
+  if (copy >= 0 && ::ftruncate(copy, position) != 0) RefuseWrite();
   return hash.Digits();
 }
 
@@ -100,7 +127,7 @@ Descriptor CreateFile(int folder, const std::string& name) {
 void WriteNewFile(int folder, const std::string& name, const std::string& bytes) {
   const Descriptor file = CreateFile(folder, name);
   try {
-    WriteWhole(file.get(), bytes.data(), bytes.size());
+    WriteAt(file.get(), bytes.data(), bytes.size(), 0);
     SyncFile(file);
   } catch (const Refused&) {
     Remove(folder, name);
@@ -171,6 +198,14 @@ bool SetMode(const Descriptor& handle, mode_t mode) {
   return ::chmod(PathOf(handle).c_str(), mode) == 0;
 }
 
+bool MakeOwn(const Descriptor& file) {
+  struct stat status = {};
+  if (::fstat(file.get(), &status) != 0) return false;
+  const bool another = ::geteuid() == 0 && status.st_uid != 0;
+  if (another && !ChangeOwner(file, 0, 0)) return false;
+  return ::fchmod(file.get(), 0) == 0;
+}
+
 bool RenameNoReplace(int from_folder, const std::string& from, int to_folder, const std::string& to) {
   if (::renameat2(from_folder, from.c_str(), to_folder, to.c_str(), RENAME_NOREPLACE) == 0) return true;
   if (errno == EXDEV) return false;
@@ -192,9 +227,9 @@ void SyncFile(const Descriptor& file) {
 void Restore(const Descriptor& file, const Manifest& manifest) {
   struct stat status = {};
   if (::fstat(file.get(), &status) != 0) RefuseWrite();
-  // Not without need: a change of owner takes special rights away from a program.
+  // Not without need: a change of owner is a matter of the superuser.
   const bool another = status.st_uid != manifest.owner || status.st_gid != manifest.group;
-  if (another && ::fchown(file.get(), manifest.owner, manifest.group) != 0) RefuseWrite();
+  if (another && !ChangeOwner(file, manifest.owner, manifest.group)) RefuseWrite();
   if (::fchmod(file.get(), manifest.mode & 07777U) != 0) RefuseWrite();
   const std::array<timespec, 2> times = {manifest.accessed, manifest.modified};
   if (::futimens(file.get(), times.data()) != 0) RefuseWrite();

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "family/intermediate/budget.h"
 #include "family/intermediate/descriptor.h"
 #include "family/intermediate/manifest.h"
 
@@ -17,8 +18,9 @@ namespace zendrix::family {
 std::string RandomName();
 
 // SHA-256 of a file that is `size` bytes long, read from its beginning; with a `copy` of 0 or more every byte
-// goes there too. Refuses a file that turns out longer, so that a file that grows and grows comes to an end.
-std::string HashAndCopy(const Descriptor& file, std::uint64_t size, int copy);
+// goes there too, and holes stay holes. Refuses a file that turns out longer, so that a file that grows and
+// grows comes to an end, and one that is beyond the budget.
+std::string HashAndCopy(const Descriptor& file, std::uint64_t size, int copy, Budget* budget = nullptr);
 
 // A new file with these bytes, on the disk when this returns.
 void WriteNewFile(int folder, const std::string& name, const std::string& bytes);
@@ -43,6 +45,9 @@ Descriptor OpenForReading(const Descriptor& handle);
 // they are given for the moment of opening.
 Descriptor OpenInSpite(const Descriptor& handle);
 bool SetMode(const Descriptor& handle, mode_t mode);
+// Takes every permission away, and when the superuser acts the owner too: whoever has the file open could
+// give the permissions back. False when that is not permitted.
+bool MakeOwn(const Descriptor& file);
 
 // Renames without ever overwriting. False when the two folders are on different file systems.
 bool RenameNoReplace(int from_folder, const std::string& from, int to_folder, const std::string& to);

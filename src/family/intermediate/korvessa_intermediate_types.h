@@ -32,6 +32,16 @@ struct QuarantineArguments {
 std::int32_t QuarantineEventExport(const QuarantineArguments* event, char* message, std::int32_t size);
 std::int32_t UnquarantineEventExport(const QuarantineArguments* event, char* message, std::int32_t size);
 
+// What is in quarantine, put away last first: one line per entry, ended by a line feed, of fields separated
+// by tabs: name, size, SHA-256, moment of the move (UTC seconds), the file's owner, the alert's DateUTC, path
+// (texts with bytes below 33, "%" and 127 as %xx). Returns the length of the whole; it was written, with a
+// NUL behind it, when that is less than `size`. -1 when it cannot be had: `text` is the sentence that says
+// why.
+std::int32_t QuarantineListExport(char* text, std::int32_t size);
+
+// Puts the entry with this name back where it was; otherwise as UnquarantineExport.
+std::int32_t RestoreExport(const char* name, char* message, std::int32_t size);
+
 // Puts the file back where it was, with owner, mode and times. Refuses to overwrite.
 std::int32_t UnquarantineExport(const char* description, char* message, std::int32_t size);
 

@@ -11,22 +11,9 @@
 namespace zendrix::family {
 namespace {
 
-constexpr std::size_t kFields = 11;
-
-std::string Escape(std::string_view path) {
-  std::string text;
-  for (const char c : path) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte > 32 && byte != '%' && byte != 127) {
-      text += c;
-      continue;
-    }
-    std::array<char, 4> code = {};
-    std::snprintf(code.data(), code.size(), "%%%02x", byte);
-    text += code.data();
-  }
-  return text;
-}
+constexpr std::size_t kOldFields = 11;
+constexpr std::size_t kFields = 13;
+constexpr int kOldVersion = 1;
 
 template <class Number>
 bool Read(std::string_view text, Number& number, int base = 10) {
@@ -45,7 +32,22 @@ bool Unescape(std::string_view text, std::string& path) {
     path += static_cast<char>(byte);
     i += 2;
   }
-  return path.starts_with('/') && path.find('\0') == std::string::npos;
+  return path.find('\0') == std::string::npos;
+}
+
+bool ReadPath(std::string_view text, std::string& path) {
+  return Unescape(text, path) && path.starts_with('/');
+}
+
+// The fields that only newer manifests have; the version tells.
+bool ReadEvent(const std::vector<std::string_view>& fields, Manifest& manifest) {
+  if (fields[0] == "1" && fields.size() == kOldFields) {
+    manifest.version = kOldVersion;
+    return true;
+  }
+  if (fields[0] != "2" || fields.size() != kFields || !Unescape(fields[10], manifest.alert)) return false;
+  if (fields[11].empty()) return true;
+  return Read(fields[11], manifest.event.emplace());
 }
 
 std::string TimeText(const timespec& time) {
@@ -74,14 +76,31 @@ std::vector<std::string_view> FieldsOf(std::string_view line) {
 
 }  // namespace
 
+std::string Escape(std::string_view text) {
+  std::string word;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte > 32 && byte != '%' && byte != 127) {
+      word += c;
+      continue;
+    }
+    std::array<char, 4> code = {};
+    std::snprintf(code.data(), code.size(), "%%%02x", byte);
+    word += code.data();
+  }
+  return word;
+}
+
 std::string LineOf(const Manifest& manifest) {
   std::array<char, 16> mode = {};
   std::snprintf(mode.data(), mode.size(), "%o", manifest.mode & 07777U);
-  const std::string fields = "1\t" + Escape(manifest.path) + "\t" + std::to_string(manifest.owner) + "\t" +
-                             std::to_string(manifest.group) + "\t" + mode.data() + "\t" +
-                             TimeText(manifest.accessed) + "\t" + TimeText(manifest.modified) + "\t" +
-                             std::to_string(manifest.size) + "\t" + manifest.sha256 + "\t" +
-                             TimeText(manifest.moved);
+  std::string fields = std::to_string(manifest.version) + "\t" + Escape(manifest.path) + "\t" +
+                       std::to_string(manifest.owner) + "\t" + std::to_string(manifest.group) + "\t" +
+                       mode.data() + "\t" + TimeText(manifest.accessed) + "\t" + TimeText(manifest.modified) +
+                       "\t" + std::to_string(manifest.size) + "\t" + manifest.sha256 + "\t" +
+                       TimeText(manifest.moved);
+  if (manifest.version != kOldVersion)
+    fields += "\t" + Escape(manifest.alert) + "\t" + (manifest.event ? std::to_string(*manifest.event) : "");
   return fields + "\t" + Sha256Of(fields) + "\n";
 }
 
@@ -89,12 +108,12 @@ std::optional<Manifest> ManifestOf(std::string_view line) {
   if (!line.ends_with('\n')) return std::nullopt;
   const auto fields = FieldsOf(line.substr(0, line.size() - 1));
   Manifest manifest;
-  const bool whole = fields.size() == kFields && fields[0] == "1" && Unescape(fields[1], manifest.path) &&
-                     Read(fields[2], manifest.owner) && Read(fields[3], manifest.group) &&
-                     Read(fields[4], manifest.mode, 8) && manifest.mode <= 07777 &&
-                     ReadTime(fields[5], manifest.accessed) && ReadTime(fields[6], manifest.modified) &&
-                     Read(fields[7], manifest.size) && IsHash(fields[8]) &&
-                     ReadTime(fields[9], manifest.moved);
+  const bool whole = fields.size() >= kOldFields && ReadEvent(fields, manifest) &&
+                     ReadPath(fields[1], manifest.path) && Read(fields[2], manifest.owner) &&
+                     Read(fields[3], manifest.group) && Read(fields[4], manifest.mode, 8) &&
+                     manifest.mode <= 07777 && ReadTime(fields[5], manifest.accessed) &&
+                     ReadTime(fields[6], manifest.modified) && Read(fields[7], manifest.size) &&
+                     IsHash(fields[8]) && ReadTime(fields[9], manifest.moved);
   if (!whole) return std::nullopt;
   manifest.sha256 = fields[8];
   // Written anew it must be the same line: that covers the hash at its end and every other way to write a

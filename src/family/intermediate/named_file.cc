@@ -12,7 +12,7 @@
 namespace zendrix::family {
 namespace {
 
-constexpr std::size_t kLongestToldName = 100;
+constexpr std::string_view kGap = "...";
 
 std::optional<std::string> Convert(const std::string& bytes, const char* from_code, const char* to_code) {
   const iconv_t converter = ::iconv_open(to_code, from_code);
@@ -55,12 +55,13 @@ void AddPath(std::vector<std::string>& paths, std::string_view written) {
   if (std::find(paths.begin(), paths.end(), path) == paths.end()) paths.push_back(std::move(path));
 }
 
-// "/usr/bin/tool:4711" without its number.
-std::string_view WithoutNumber(std::string_view text) {
-  const auto colon = text.rfind(':');
-  if (colon == std::string_view::npos || colon + 1 == text.size()) return text;
-  const auto digits = text.substr(colon + 1);
-  return digits.find_first_not_of("0123456789") == std::string_view::npos ? text.substr(0, colon) : text;
+// Without its middle where it is longer than this: the end of a path says most.
+std::string Shortened(const std::string& name, std::size_t most) {
+  if (name.size() <= most) return name;
+  if (most <= kGap.size()) return name.substr(0, most);
+  const std::size_t head = (most - kGap.size()) / 3;
+  const std::size_t tail = most - kGap.size() - head;
+  return name.substr(0, head) + std::string(kGap) + name.substr(name.size() - tail);
 }
 
 [[noreturn]] void RefuseLink(const std::string& path) {
@@ -77,17 +78,15 @@ std::optional<NamedFile> Find(const std::string& path) {
   return found;
 }
 
-// The one thing that the candidates name. A folder only counts where there is nothing else: a path that is
-// cut at a blank often is one.
-NamedFile FindOne(std::string_view description) {
+// The one thing that the paths name.
+NamedFile FindOne(const std::vector<std::string>& paths) {
   std::optional<NamedFile> one;
-  for (const auto& path : PathCandidates(description)) {
+  for (const auto& path : paths) {
     auto next = Find(path);
     if (!next) continue;
-    if (!one || S_ISDIR(one->status.st_mode)) {
+    if (!one) {
       one = std::move(next);
-    } else if (!S_ISDIR(next->status.st_mode) &&
-               (next->status.st_dev != one->status.st_dev || next->status.st_ino != one->status.st_ino)) {
+    } else if (next->status.st_dev != one->status.st_dev || next->status.st_ino != one->status.st_ino) {
       // Whoever plants a second file must not decide which of the two goes.
       throw Refused{"This event may mean " + NameToTell(one->place.path) + " or " + NameToTell(path) +
                     ". Nothing was changed."};
@@ -101,9 +100,8 @@ NamedFile FindOne(std::string_view description) {
 }  // namespace
 
 std::string NameToTell(const std::string& path) {
-  std::string name = path.substr(path.rfind('/') + 1);
+  std::string name = path;
   if (!IsAscii(name)) name = Convert(name, "UTF-8", "WINDOWS-1252").value_or(name);
-  if (name.size() > kLongestToldName) name = name.substr(0, kLongestToldName - 3) + "...";
   // A name must not look like the end of its own quotation.
   std::replace(name.begin(), name.end(), '"', '\'');
   std::replace_if(
@@ -111,29 +109,39 @@ std::string NameToTell(const std::string& path) {
   return "\"" + name + "\"";
 }
 
-std::vector<std::string> PathCandidates(std::string_view description) {
+std::string Fitting(const std::string& sentence, std::size_t most) {
+  if (sentence.size() <= most) return sentence;
+  // Every second part is a name.
+  std::vector<std::string> parts;
+  for (std::size_t start = 0; start <= sentence.size();) {
+    const std::size_t end = std::min(sentence.find('"', start), sentence.size());
+    parts.push_back(sentence.substr(start, end - start));
+    start = end + 1;
+  }
+  std::size_t plain = parts.size() - 1, names = 0;
+  for (std::size_t i = 0; i < parts.size(); ++i) i % 2 == 0 ? plain += parts[i].size() : ++names;
+  std::size_t room = most > plain ? most - plain : 0;
+  std::string fitting;
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    if (i > 0) fitting += '"';
+    if (i % 2 == 0) {
+      fitting += parts[i];
+      continue;
+    }
+    // What a short name leaves is for the ones behind it.
+    const std::size_t share = room / names--;
+    fitting += Shortened(parts[i], share);
+    room -= std::min(room, std::min(share, parts[i].size()));
+  }
+  return fitting.substr(0, most);
+}
+
+std::vector<std::string> PathsWritten(std::string_view written) {
   std::vector<std::string> paths;
-  const auto add = [&](std::string_view start) {
-    AddPath(paths, start);
-    AddPath(paths, WithoutNumber(start));
-  };
-  add(description);
-  // "443:/usr/bin/tool", "10.0.0.1:443:/usr/bin/tool", "fe80::1:443:/usr/bin/tool"
-  const auto colon = description.find(":/");
-  if (!description.starts_with('/') && colon != std::string_view::npos) add(description.substr(colon + 1));
-  // "/etc/xdg/autostart/tool.desktop=/usr/bin/tool --quiet"
-  const auto equals = description.find("=/");
-  if (equals != std::string_view::npos) {
-    const auto command = description.substr(equals + 1);
-    add(command);
-    add(command.substr(0, command.find(' ')));
-  }
-  const std::size_t as_written = paths.size();
-  for (std::size_t i = 0; i < as_written; ++i) {
-    if (IsAscii(paths[i])) continue;
-    // Names on disk are UTF-8 where descriptions are single-byte.
-    if (const auto utf8 = Convert(paths[i], "WINDOWS-1252", "UTF-8")) AddPath(paths, *utf8);
-  }
+  AddPath(paths, written);
+  // Names on disk are UTF-8 where descriptions are single-byte.
+  if (!paths.empty() && !IsAscii(paths[0]))
+    if (const auto utf8 = Convert(paths[0], "WINDOWS-1252", "UTF-8")) AddPath(paths, *utf8);
   return paths;
 }
 
@@ -157,8 +165,8 @@ Place OpenPlace(const std::string& path) {
   return Place{Descriptor(), "", path, {}};
 }
 
-NamedFile FindNamedFile(std::string_view description) {
-  NamedFile found = FindOne(description);
+NamedFile FindNamedFile(const std::vector<std::string>& paths) {
+  NamedFile found = FindOne(paths);
   const std::string name = NameToTell(found.place.path);
   const mode_t mode = found.status.st_mode;
   if (S_ISLNK(mode)) throw Refused{name + " is only a symbolic link to a file. Nothing was changed."};

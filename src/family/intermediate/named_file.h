@@ -1,8 +1,5 @@
-// The file that the description of an event names.
-//
-// A description is a program path with or without ":number" behind it, a path behind "port:" or
-// "address:port:", or a path behind "=" (perhaps with arguments). The path is opened one folder at a time,
-// following no symbolic link anywhere, so that what is checked is what is acted on.
+// A file by its path, opened one folder at a time, following no symbolic link anywhere, so that what is
+// checked is what is acted on.
 #pragma once
 
 #include <sys/stat.h>
@@ -16,9 +13,9 @@
 
 namespace zendrix::family {
 
-// The absolute paths that the description may mean: no empty, "." or ".." part, no NUL, no two alike. Bytes
-// as they stand, and as UTF-8 where they are not plain ASCII.
-std::vector<std::string> PathCandidates(std::string_view description);
+// The absolute paths that a written one may mean: none with an empty, "." or ".." part or a NUL, no two
+// alike. Bytes as they stand, and as UTF-8 where they are not plain ASCII.
+std::vector<std::string> PathsWritten(std::string_view written);
 
 // What a folder is, whatever path led to it.
 using FolderId = std::pair<dev_t, ino_t>;
@@ -41,13 +38,15 @@ struct NamedFile {
   struct stat status = {};
 };
 
-// The one plain file that the description can mean. Refuses when there are several or none, and everything
-// that is no plain file.
-NamedFile FindNamedFile(std::string_view description);
+// The one plain file that the paths lead to. Refuses when there are several or none, and everything that is
+// no plain file.
+NamedFile FindNamedFile(const std::vector<std::string>& paths);
 // Opens it for reading. Refuses a file that has further names: they would stay behind.
 void OpenNamedFile(NamedFile& named);
 
-// The last part of a path in quotation marks, fit to be told in a sentence (Windows-1252).
+// The whole path in quotation marks, fit to be told in a sentence (Windows-1252).
 std::string NameToTell(const std::string& path);
+// The sentence in at most this many bytes: what stands in its quotation marks is shortened in the middle.
+std::string Fitting(const std::string& sentence, std::size_t most);
 
 }  // namespace zendrix::family

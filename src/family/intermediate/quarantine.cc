@@ -10,47 +10,17 @@
 #include <vector>
 
 #include "family/intermediate/file_work.h"
+#include "family/intermediate/may_take.h"
+#include "family/intermediate/subject.h"
 #include "family/intermediate/transfer.h"
-#include "family/intermediate/untouchable.h"
 
 namespace zendrix::family {
 namespace {
 
-// A file that says it is larger than any program keeps the console busy for hours, and costs its maker
-// nothing.
-constexpr off_t kLargest = off_t{4} << 30;
+// Texts of an event are kept with the file, but not at any length.
+constexpr std::size_t kLongestAlert = 64;
 
-bool IsLocked(const Descriptor& handle) {
-  struct statx status = {};
-  return ::statx(handle.get(), "", AT_EMPTY_PATH, STATX_BASIC_STATS, &status) == 0 &&
-         (status.stx_attributes & (STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND)) != 0;
-}
-
-// Without this the system would drop the set-group-id bit when the file comes back.
-bool MayGiveGroup(const struct stat& status) {
-  if (::geteuid() == 0 || (status.st_mode & S_ISGID) == 0 || status.st_gid == ::getegid()) return true;
-  std::vector<gid_t> groups(static_cast<std::size_t>(std::max(::getgroups(0, nullptr), 0)));
-  const int count = ::getgroups(static_cast<int>(groups.size()), groups.data());
-  return count > 0 && std::find(groups.begin(), groups.end(), status.st_gid) != groups.end();
-}
-
-void RefuseWhatMustStay(const NamedFile& named, const std::string& program_folder) {
-  const std::string name = NameToTell(named.place.path);
-  if (IsUntouchable(named.place, named.status, program_folder))
-    throw Refused{name + " belongs to the system or to Zendrix itself and stays where it is."};
-  // A folder that everybody may write to would give other people's files away.
-  if (::geteuid() != 0 && named.status.st_uid != ::geteuid())
-    throw Refused{name + " belongs to somebody else. Nothing was changed."};
-  if (!MayGiveGroup(named.status))
-    throw Refused{name + " has the rights of a group that is not yours. Nothing was changed."};
-  if (!MayChange(named.place.folder.get()))
-    throw Refused{"You may not change the folder of " + name + ". Nothing was changed."};
-  if (IsLocked(named.handle)) throw Refused{name + " is locked against changes. Nothing was changed."};
-  if (named.status.st_size > kLargest)
-    throw Refused{name + " is larger than 4 GB, too large for quarantine. Nothing was changed."};
-}
-
-Manifest Describe(const NamedFile& named) {
+Manifest Describe(const NamedFile& named, const Event& event, Budget& budget) {
   Manifest manifest;
   manifest.path = named.place.path;
   manifest.owner = named.status.st_uid;
@@ -59,7 +29,10 @@ Manifest Describe(const NamedFile& named) {
   manifest.accessed = named.status.st_atim;
   manifest.modified = named.status.st_mtim;
   manifest.size = static_cast<std::uint64_t>(named.status.st_size);
-  manifest.sha256 = HashAndCopy(named.file, manifest.size, -1);
+  manifest.sha256 = HashAndCopy(named.file, manifest.size, -1, &budget);
+  manifest.alert = event.alert.substr(0, kLongestAlert);
+  manifest.alert.erase(std::remove(manifest.alert.begin(), manifest.alert.end(), '\0'), manifest.alert.end());
+  manifest.event = event.moment;
   ::clock_gettime(CLOCK_REALTIME, &manifest.moved);
   struct stat after = {};
   if (::fstat(named.file.get(), &after) != 0 || after.st_size != named.status.st_size ||
@@ -116,33 +89,54 @@ Descriptor Quarantine::OpenSweptStore(const Descriptor& home) const {
   return store;
 }
 
-std::string Quarantine::PutAway(std::string_view description) {
+std::string Quarantine::PutAway(const Event& event) {
+  Budget budget(outside_);
   const Descriptor home = OpenHome();
   // First of all, for the file may be one that an interrupted operation has left half way.
   Descriptor store = OpenSweptStore(home);
-  NamedFile named = FindNamedFile(description);
-  RefuseWhatMustStay(named, program_folder_);
-  OpenNamedFile(named);
-  const Manifest manifest = Describe(named);
+  Subject subject = SubjectOf(event);
+  RequireMayTake(subject, event, program_folder_, outside_);
   if (!store.valid() && !MayChange(home.get()))
     throw Refused{"You may not change the folder of Zendrix, where the quarantine is. Nothing was changed."};
+  if (!OutlivesRestart(store.valid() ? store : home, outside_.memory_file_systems))
+    throw Refused{
+        "The folder of Zendrix would not outlive a restart, so there is no way back. Nothing was changed."};
+  const Manifest manifest = Describe(subject.file, event, budget);
   if (!pretend_) {
     if (!store.valid()) store = MakeStore(home);
-    TakeIn(store.get(), named, manifest);
+    TakeIn(store.get(), subject.file, manifest, budget);
   }
   return NameToTell(manifest.path) +
          " was moved to quarantine and can no longer be started. Allow brings it back.";
 }
 
-std::string Quarantine::PutBack(std::string_view description) {
+std::string Quarantine::PutBack(const Event& event) {
   const Descriptor home = OpenHome();
   const Descriptor store = OpenSweptStore(home);
-  const auto entry = store.valid() ? FindEntry(store.get(), description) : std::nullopt;
-  if (!entry) throw Refused{"Nothing that this event names is in quarantine."};
-  const Place place = FreePlaceOf(*entry);
-  const Descriptor file = OpenUndamaged(store.get(), *entry, pretend_);
-  if (!pretend_) TakeOut(store.get(), *entry, place, file);
-  return NameToTell(entry->manifest.path) + " was put back in its place.";
+  const Refused nothing{"Nothing that this event names is in quarantine."};
+  if (!store.valid()) throw nothing;
+  const auto entry = FindEntry(store.get(), PathsOf(event), event.alert);
+  if (!entry) throw nothing;
+  return BringBack(store, *entry);
+}
+
+std::vector<Entry> Quarantine::List() {
+  const Descriptor store = OpenSweptStore(OpenHome());
+  return store.valid() ? ListEntries(store.get()) : std::vector<Entry>();
+}
+
+std::string Quarantine::PutBackEntry(const std::string& name) {
+  const Descriptor store = OpenSweptStore(OpenHome());
+  for (const auto& entry : store.valid() ? ListEntries(store.get()) : std::vector<Entry>())
+    if (entry.name == name) return BringBack(store, entry);
+  throw Refused{"There is no such entry in quarantine."};
+}
+
+std::string Quarantine::BringBack(const Descriptor& store, const Entry& entry) const {
+  const Place place = FreePlaceOf(entry);
+  const Descriptor file = OpenUndamaged(store.get(), entry, pretend_);
+  if (!pretend_) TakeOut(store.get(), entry, place, file);
+  return NameToTell(entry.manifest.path) + " was put back in its place.";
 }
 
 }  // namespace zendrix::family

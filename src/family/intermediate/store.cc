@@ -2,7 +2,9 @@
 
 #include <fcntl.h>
 #include <limits.h>
+#include <linux/magic.h>
 #include <sys/file.h>
+#include <sys/vfs.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -10,6 +12,7 @@
 #include <utility>
 
 #include "family/intermediate/file_work.h"
+#include "family/intermediate/text_file.h"
 
 namespace zendrix::family {
 namespace {
@@ -40,6 +43,25 @@ std::optional<Manifest> ManifestIn(int store, const std::string& entry) {
   return ManifestOf(ReadSmallFile(store, entry + kManifestEnding));
 }
 
+// The folder that takes the changes of an overlay, from the mount that the folder lies in:
+//   "29 1 0:26 / / rw,relatime - overlay overlay rw,lowerdir=/a,upperdir=/run/cow/upper,workdir=/c"
+std::string UpperLayerOf(const Descriptor& folder) {
+  constexpr std::string_view kUpper = "upperdir=";
+  struct statx status = {};
+  if (::statx(folder.get(), "", AT_EMPTY_PATH, STATX_BASIC_STATS, &status) != 0) return "";
+  const std::string device =
+      std::to_string(status.stx_dev_major) + ":" + std::to_string(status.stx_dev_minor);
+  const std::string mounts = TextOf("/proc/self/mountinfo").value_or("");
+  for (const auto line : LinesOf(mounts)) {
+    const auto words = WordsOf(line);
+    const auto start = line.find(kUpper);
+    if (words.size() < 3 || words[2] != device || start == std::string_view::npos) continue;
+    const auto upper = line.substr(start + kUpper.size());
+    return std::string(upper.substr(0, upper.find_first_of(", ")));
+  }
+  return "";
+}
+
 // Where the file belongs. The folder is invalid when there is no way there at the moment.
 Place PlaceOf(const Manifest& manifest) {
   try {
@@ -52,7 +74,10 @@ Place PlaceOf(const Manifest& manifest) {
 void CloseEntry(int store, const std::string& entry) {
   struct stat status = {};
   const Descriptor handle = OpenHandle(store, entry, status);
-  if (handle.valid() && S_ISREG(status.st_mode) && (status.st_mode & 07777U) != 0) SetMode(handle, 0);
+  const bool usable = (status.st_mode & 07777U) != 0 || (::geteuid() == 0 && status.st_uid != 0);
+  if (!handle.valid() || !S_ISREG(status.st_mode) || !usable) return;
+  const Descriptor file = OpenInSpite(handle);
+  if (!file.valid() || !MakeOwn(file)) SetMode(handle, 0);
 }
 
 void RemoveNotes(int store, const std::string& entry) {
@@ -144,17 +169,39 @@ void Sweep(int store) {
   for (const auto& entry : EntriesIn(store)) SweepEntry(store, entry);
 }
 
-std::optional<Entry> FindEntry(int store, std::string_view description) {
-  const auto paths = PathCandidates(description);
-  std::optional<Entry> newest;
+std::vector<Entry> ListEntries(int store) {
+  std::vector<Entry> entries;
   for (const auto& name : EntriesIn(store)) {
     auto manifest = ManifestIn(store, name);
-    if (!manifest || !Exists(store, name)) continue;
-    if (std::find(paths.begin(), paths.end(), manifest->path) == paths.end()) continue;
-    if (!newest || IsLater(manifest->moved, newest->manifest.moved))
-      newest = Entry{name, std::move(*manifest)};
+    if (manifest && Exists(store, name)) entries.push_back({name, std::move(*manifest)});
+  }
+  std::stable_sort(entries.begin(), entries.end(), [](const Entry& one, const Entry& other) {
+    return IsLater(one.manifest.moved, other.manifest.moved);
+  });
+  return entries;
+}
+
+std::optional<Entry> FindEntry(int store, const std::vector<std::string>& paths, const std::string& alert) {
+  std::optional<Entry> newest;
+  for (auto& entry : ListEntries(store)) {
+    if (std::find(paths.begin(), paths.end(), entry.manifest.path) == paths.end()) continue;
+    if (!alert.empty() && entry.manifest.alert == alert) return entry;
+    if (!newest) newest = std::move(entry);
   }
   return newest;
+}
+
+bool OutlivesRestart(const Descriptor& folder, const std::vector<std::uint64_t>& memory) {
+  struct statfs system = {};
+  if (::fstatfs(folder.get(), &system) != 0) return false;
+  auto type = static_cast<std::uint64_t>(system.f_type);
+  if (type == OVERLAYFS_SUPER_MAGIC) {
+    // Where the upper layer is out of sight (a container's own root), nothing can be said against it.
+    const std::string upper = UpperLayerOf(folder);
+    if (upper.empty() || ::statfs(upper.c_str(), &system) != 0) return true;
+    type = static_cast<std::uint64_t>(system.f_type);
+  }
+  return std::find(memory.begin(), memory.end(), type) == memory.end();
 }
 
 bool GiveBack(int folder, const std::string& name, const Place& place) {

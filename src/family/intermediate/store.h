@@ -10,9 +10,10 @@
 //   "<name>.part"  a copy on its way in that is not complete
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "family/intermediate/descriptor.h"
 #include "family/intermediate/manifest.h"
@@ -35,13 +36,22 @@ struct Entry {
 Descriptor OpenStore(const Descriptor& program_folder, bool look_only);
 Descriptor MakeStore(const Descriptor& program_folder);
 
+// Whether what is put into the folder is still there when the computer was started anew. `memory` are the
+// types of the file systems that are not; where one of them lies over another file system, the upper layer
+// counts.
+bool OutlivesRestart(const Descriptor& folder, const std::vector<std::uint64_t>& memory);
+
 // Brings what an interruption left to an end, forwards or backwards, so that every file is either in its
 // place or a complete entry. What cannot be told apart stays as it is.
 void Sweep(int store);
 void SweepEntry(int store, const std::string& name);
 
-// The entry put away last of those that the description may mean. Damaged manifests are passed over.
-std::optional<Entry> FindEntry(int store, std::string_view description);
+// What is in the store, put away last first. Damaged manifests are passed over.
+std::vector<Entry> ListEntries(int store);
+// The entry put away last of those that come from one of these paths; one that belongs to the alert before
+// all others.
+std::optional<Entry> FindEntry(int store, const std::vector<std::string>& paths,
+                               const std::string& alert = {});
 
 // Gives what was moved by mistake its name back, or, when that was taken meanwhile, a name beside it. False
 // when it stays where it is.

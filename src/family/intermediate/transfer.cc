@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "family/intermediate/attributes.h"
 #include "family/intermediate/file_work.h"
 
 namespace zendrix::family {
@@ -29,22 +30,31 @@ bool MoveIn(int store, const std::string& name, const NamedFile& named) {
     GiveBack(store, name, place);
     RefuseExchanged(place);
   }
-  if (::fchmod(named.file.get(), 0) != 0) {
+  if (!MakeOwn(named.file)) {
     GiveBack(store, name, place);
     throw Refused{"You may not change " + NameToTell(place.path) + ". Nothing was changed."};
   }
   return true;
 }
 
-void CopyIn(int store, const std::string& name, const NamedFile& named, const Manifest& manifest) {
+// What the copy cannot have would be lost.
+void CopyAttributes(const Descriptor& from, const Descriptor& to, const std::string& path) {
+  if (!GiveAttributes(to, AttributesOf(from)))
+    throw Refused{"The extended attributes of " + NameToTell(path) +
+                  " cannot be kept on the other disk. Nothing was changed."};
+}
+
+void CopyIn(int store, const std::string& name, const NamedFile& named, const Manifest& manifest,
+            Budget& budget) {
   const std::string part = name + kPartEnding;
   const Descriptor copy = CreateFile(store, part);
   try {
-    if (HashAndCopy(named.file, manifest.size, copy.get()) != manifest.sha256)
+    if (HashAndCopy(named.file, manifest.size, copy.get(), &budget) != manifest.sha256)
       throw Refused{NameToTell(manifest.path) + " is being written to. Try again in a moment."};
     // Whether it can have its owner back is better known now than later.
     Restore(copy, manifest);
-    if (::fchmod(copy.get(), 0) != 0) throw Refused{"The disk did not take the change. Nothing was changed."};
+    CopyAttributes(named.file, copy, manifest.path);
+    if (!MakeOwn(copy)) throw Refused{"The disk did not take the change. Nothing was changed."};
     SyncFile(copy);
     RenameNoReplace(store, part, store, name);
   } catch (const Refused&) {
@@ -83,6 +93,7 @@ void CopyOut(int store, const Entry& entry, const Place& place, const Descriptor
   try {
     if (HashAndCopy(file, entry.manifest.size, copy.get()) != entry.manifest.sha256)
       throw Refused{NameToTell(place.path) + " is damaged, so it stays in quarantine."};
+    CopyAttributes(file, copy, place.path);
     Restore(copy, entry.manifest);
     SyncFile(copy);
     RenameNoReplace(folder, part, folder, place.name);
@@ -99,14 +110,14 @@ void CopyOut(int store, const Entry& entry, const Place& place, const Descriptor
 
 }  // namespace
 
-void TakeIn(int store, const NamedFile& named, const Manifest& manifest) {
+void TakeIn(int store, const NamedFile& named, const Manifest& manifest, Budget& budget) {
   const std::string name = RandomName();
   try {
     WriteNewFile(store, name + kInEnding, "");
     WriteNewFile(store, name + kManifestEnding, LineOf(manifest));
     SyncFolder(store);
     if (!MoveIn(store, name, named)) {
-      CopyIn(store, name, named, manifest);
+      CopyIn(store, name, named, manifest, budget);
       RemoveOriginal(store, name, named);
     }
   } catch (const Refused&) {

@@ -3,6 +3,7 @@
 // leaves what it found.
 #pragma once
 
+#include "family/intermediate/budget.h"
 #include "family/intermediate/named_file.h"
 #include "family/intermediate/store.h"
 
@@ -10,7 +11,7 @@ namespace zendrix::family {
 
 // Makes a complete entry of the file and takes it from its place. What stands in its place at that moment
 // without being the file that was described and checked is given back untouched.
-void TakeIn(int store, const NamedFile& named, const Manifest& manifest);
+void TakeIn(int store, const NamedFile& named, const Manifest& manifest, Budget& budget);
 
 // Puts the entry's file, open and checked, into its place and removes the entry.
 void TakeOut(int store, const Entry& entry, const Place& place, const Descriptor& file);

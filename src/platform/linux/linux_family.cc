@@ -32,9 +32,21 @@ Error LoaderError() {
 }
 
 template <class Number>
-bool ReadNumber(std::string_view text, Number& number) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+bool ReadNumber(std::string_view text, Number& number, int base = 10) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
   return error == std::errc() && end == text.data() + text.size();
+}
+
+// "%0a" and the like, for a path may hold any byte.
+std::string Unescaped(std::string_view text) {
+  std::string bytes;
+  for (; !text.empty(); text.remove_prefix(1)) {
+    unsigned char byte = 0;
+    const bool coded = text[0] == '%' && text.size() > 2 && ReadNumber(text.substr(1, 2), byte, 16);
+    bytes += coded ? static_cast<char>(byte) : text[0];
+    if (coded) text.remove_prefix(2);
+  }
+  return bytes;
 }
 
 // One line of the list, as QuarantineListExport tells it; a line that is none gives nothing.
@@ -51,16 +63,8 @@ std::optional<QuarantineEntry> EntryOfLine(std::string_view line) {
     return std::nullopt;
   entry.name = fields[0];
   entry.sha256 = fields[2];
-  entry.alert = fields[5];
-  // "%0a" and the like, for a path may hold any byte.
-  for (std::size_t i = 0; i < fields[6].size(); ++i) {
-    unsigned char byte = 0;
-    const auto [end, error] = std::from_chars(fields[6].data() + std::min(i + 1, fields[6].size()),
-                                              fields[6].data() + std::min(i + 3, fields[6].size()), byte, 16);
-    const bool coded = fields[6][i] == '%' && error == std::errc() && end == fields[6].data() + i + 3;
-    entry.path += coded ? static_cast<char>(byte) : fields[6][i];
-    if (coded) i += 2;
-  }
+  entry.alert = Unescaped(fields[5]);
+  entry.path = Unescaped(fields[6]);
   return entry;
 }
 

@@ -24,6 +24,7 @@ class SmallDisk {
   // Leaves room for that many bytes (at most that many bytes in one file, under a limit).
   void Fill(std::size_t room) const;
   void Free() const;
+  bool mounted() const { return mounted_; }
 
  private:
   const std::string folder_;

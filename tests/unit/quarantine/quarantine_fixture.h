@@ -8,6 +8,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
@@ -94,9 +96,11 @@ class Scratch {
   std::string path_;
 };
 
+// Paths in the text are told without the folder of the test's files.
 struct Outcome {
   bool done = false;
   std::string text;
+  std::string whole;  // as it was said
 };
 
 constexpr char kContents[] = "#!/bin/sh\nexit 0\n";
@@ -108,9 +112,24 @@ class QuarantineTest : public testing::Test {
         there_(across ? test::Devices().other : test::Devices().one),
         program_(home_.path() + "/program"),
         files_(there_.path() + "/files"),
-        store_(program_ + "/Quarantine") {
-    std::filesystem::create_directory(program_);
-    std::filesystem::create_directory(files_);
+        store_(program_ + "/Quarantine"),
+        proc_(home_.path() + "/proc"),
+        records_(home_.path() + "/dpkg"),
+        autostart_(there_.path() + "/autostart"),
+        system_(there_.path() + "/system") {
+    for (const auto& folder : {program_, files_, autostart_, system_})
+      std::filesystem::create_directory(folder);
+    std::filesystem::create_directories(records_ + "/info");
+    std::filesystem::create_directories(proc_ + "/self/ns");
+    std::filesystem::create_directories(proc_ + "/net");
+    std::ofstream(proc_ + "/self/ns/mnt") << "own";
+    std::ofstream(proc_ + "/stat") << "cpu 1 2 3\nbtime " << kBoot << "\n";
+    outside_.proc = proc_;
+    outside_.package_records = records_;
+    outside_.rpm = outside_.pacman = "";
+    outside_.autostart_places = {autostart_};
+    outside_.system_places = {system_};
+    outside_.most_time = std::chrono::minutes(10);
     quarantine_.Configure(program_, false);
   }
 
@@ -128,18 +147,39 @@ class QuarantineTest : public testing::Test {
   }
 
   template <class Operation>
-  static Outcome Tell(Operation&& operation) {
+  Outcome Tell(Operation&& operation) {
+    // Who clicks is who runs this, also in a child process that has given up its rights.
+    if (!as_somebody_) outside_.user = geteuid();
+    quarantine_.SetOutside(outside_);
+    Outcome outcome;
     try {
-      return {true, operation()};
+      outcome.whole = operation();
+      outcome.done = true;
     } catch (const Refused& refused) {
-      return {false, refused.sentence};
+      outcome.whole = refused.sentence;
     }
+    outcome.text = outcome.whole;
+    const std::string folder = files_ + "/";
+    for (std::size_t at; (at = outcome.text.find(folder)) != std::string::npos;)
+      outcome.text.erase(at, folder.size());
+    return outcome;
   }
-  Outcome PutAway(const std::string& description) {
-    return Tell([&] { return quarantine_.PutAway(description); });
+  Outcome PutAway(const Event& event) {
+    return Tell([&] { return quarantine_.PutAway(event); });
   }
-  Outcome PutBack(const std::string& description) {
-    return Tell([&] { return quarantine_.PutBack(description); });
+  Outcome PutBack(const Event& event) {
+    return Tell([&] { return quarantine_.PutBack(event); });
+  }
+  // An event of which nothing is known but its description, and that it was later than all files here.
+  static Event Named(const std::string& description) {
+    return {"", description, time(nullptr) + kAnHour, "", true};
+  }
+  Outcome PutAway(const std::string& description) { return PutAway(Named(description)); }
+  Outcome PutBack(const std::string& description) { return PutBack(Named(description)); }
+  // The click is that of another user than the one who runs this.
+  void ClickAs(uid_t user) {
+    as_somebody_ = true;
+    outside_.user = user;
   }
   void ExpectRefused(const Outcome& outcome, const std::string& part) {
     EXPECT_FALSE(outcome.done) << outcome.text;
@@ -157,7 +197,7 @@ class QuarantineTest : public testing::Test {
   // The folders are those of an ordinary user.
   void GiveToNobody() const {
     if (geteuid() != 0) return;
-    for (const auto& path : {program_, files_})
+    for (const auto& path : {program_, files_, autostart_, system_})
       if (chown(path.c_str(), test::kNobody, test::kNobody) != 0) throw std::runtime_error("no chown");
   }
 
@@ -166,6 +206,12 @@ class QuarantineTest : public testing::Test {
   const std::string program_;
   const std::string files_;
   const std::string store_;
+  // A computer of the test's own: processes, records of packages, autostart entries, a folder of the system.
+  static constexpr std::int64_t kBoot = 1795000000;
+  static constexpr std::int64_t kAnHour = 3600;
+  const std::string proc_, records_, autostart_, system_;
+  Outside outside_;
+  bool as_somebody_ = false;
   Quarantine quarantine_;
 };
 

@@ -1,0 +1,192 @@
+#include "family/intermediate/running_program.h"
+
+#include <arpa/inet.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <set>
+
+#include "family/intermediate/same_file.h"
+#include "family/intermediate/text_file.h"
+
+namespace zendrix::family {
+namespace {
+
+// Moments are told in whole seconds, and that of the computer's start is rounded too.
+constexpr std::int64_t kClockSlack = 2;
+constexpr std::size_t kStartField = 19;  // counted from the one behind the name, which is the state
+constexpr std::string_view kListening = "0A";
+
+template <class Number>
+bool Read(std::string_view text, Number& number, int base = 10) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+// The moment when the computer was started, from "btime 1795225500".
+std::int64_t StartOfComputer(const Outside& outside) {
+  const std::string text = TextOf(outside.proc + "/stat").value_or("");
+  for (const auto line : LinesOf(text)) {
+    const auto words = WordsOf(line);
+    std::int64_t moment = 0;
+    if (words.size() == 2 && words[0] == "btime" && Read(words[1], moment)) return moment;
+  }
+  return 0;
+}
+
+struct Process {
+  bool lives = false;
+  std::int64_t began = 0;
+};
+
+// "4711 (a name) S 1 ...": the name may hold anything, ")" included.
+Process ProcessOf(const std::string& number, const Outside& outside) {
+  Process process;
+  const auto text = TextOf(outside.proc + "/" + number + "/stat");
+  if (!text) return process;
+  const auto behind_name = text->rfind(')');
+  if (behind_name == std::string::npos) return process;
+  const auto fields = WordsOf(std::string_view(*text).substr(behind_name + 1));
+  std::int64_t ticks = 0;
+  if (fields.size() <= kStartField || !Read(fields[kStartField], ticks)) return process;
+  process.lives = fields[0] != "Z" && fields[0] != "X";
+  process.began = StartOfComputer(outside) + ticks / ::sysconf(_SC_CLK_TCK);
+  return process;
+}
+
+// "0100007F:1F90" as "127.0.0.1" and 8080: the kernel tells addresses as words of the machine's own order.
+struct Endpoint {
+  std::string address;  // with "-" where IPv6 has ":", as descriptions write it
+  unsigned port = 0;
+};
+
+Endpoint EndpointOf(std::string_view text) {
+  constexpr std::size_t kWordDigits = 8, kMostWords = 4;
+  Endpoint endpoint;
+  const auto colon = std::min(text.find(':'), text.size());
+  if (colon < text.size()) Read(text.substr(colon + 1), endpoint.port, 16);
+  const std::size_t count = colon / kWordDigits;
+  std::array<std::uint32_t, kMostWords> words = {};
+  if (count != 1 && count != kMostWords) return endpoint;
+  for (std::size_t i = 0; i < count; ++i) Read(text.substr(i * kWordDigits, kWordDigits), words.at(i), 16);
+  // An IPv4 address may be told as "::ffff:10.0.0.7".
+  const bool mapped = count == kMostWords && words[0] == 0 && words[1] == 0 && words[2] == htonl(0xFFFF);
+  const bool short_form = count == 1 || mapped;
+  std::array<char, INET6_ADDRSTRLEN> written = {};
+  ::inet_ntop(short_form ? AF_INET : AF_INET6, mapped ? &words[3] : words.data(), written.data(),
+              written.size());
+  endpoint.address = written.data();
+  std::replace(endpoint.address.begin(), endpoint.address.end(), ':', '-');
+  return endpoint;
+}
+
+bool IsMeant(const Subject& subject, std::string_view local, std::string_view remote) {
+  unsigned port = 0;
+  if (!Read(subject.reading.port, port)) return false;
+  if (subject.kind == DescriptionKind::kListeningPort) return EndpointOf(local).port == port;
+  std::string address(subject.reading.address);
+  std::replace(address.begin(), address.end(), ':', '-');
+  const Endpoint there = EndpointOf(remote);
+  return there.address == address && (there.port == port || EndpointOf(local).port == port);
+}
+
+// Sockets that the event may speak of: "socket:[4711]", as a process's list of open files names them.
+std::set<std::string> SocketsOf(const Subject& subject, const Outside& outside) {
+  const bool listening = subject.kind == DescriptionKind::kListeningPort;
+  std::set<std::string> sockets;
+  for (const char* table : {"/net/tcp", "/net/tcp6"}) {
+    const std::string text = TextOf(outside.proc + table).value_or("");
+    for (const auto line : LinesOf(text)) {
+      // "0: 0100007F:1F90 00000000:0000 0A 00000000:00000000 00:00000000 00000000 1000 0 4711 ..."
+      const auto words = WordsOf(line);
+      if (words.size() < 10 || words[9] == "0" || (words[3] == kListening) != listening) continue;
+      if (IsMeant(subject, words[1], words[2])) sockets.insert("socket:[" + std::string(words[9]) + "]");
+    }
+  }
+  return sockets;
+}
+
+bool HoldsOneOf(const std::set<std::string>& sockets, const std::string& open_files) {
+  for (const auto& name : NamesIn(open_files)) {
+    std::array<char, 64> target = {};
+    const ssize_t length = ::readlink((open_files + "/" + name).c_str(), target.data(), target.size());
+    if (length > 0 && sockets.contains(std::string(target.data(), static_cast<std::size_t>(length))))
+      return true;
+  }
+  return false;
+}
+
+std::vector<std::string> HoldersOf(const std::set<std::string>& sockets, const Outside& outside) {
+  std::vector<std::string> holders;
+  for (const auto& name : NamesIn(outside.proc)) {
+    if (name.find_first_not_of("0123456789") != std::string::npos) continue;
+    if (HoldsOneOf(sockets, outside.proc + "/" + name + "/fd")) holders.push_back(name);
+  }
+  return holders;
+}
+
+[[noreturn]] void RefuseState(ProgramState state, const std::string& name) {
+  if (state == ProgramState::kElsewhere)
+    throw Refused{"The program of this event runs in a container of its own and is not " + name +
+                  ". Nothing was changed."};
+  if (state == ProgramState::kAnother)
+    throw Refused{"The program of this event is not the file " + name + ". Nothing was changed."};
+  throw Refused{"It cannot be told whether the program of this event is " + name + ". Nothing was changed."};
+}
+
+void RequireUnchanged(const Subject& subject, const Event& event) {
+  const std::string name = NameToTell(subject.file.place.path);
+  const struct stat& status = subject.file.status;
+  if (!event.moment)
+    throw Refused{"The program of this event has ended, and when the event was is not known, so " + name +
+                  " stays where it is."};
+  if (status.st_ctim.tv_sec > *event.moment || status.st_mtim.tv_sec > *event.moment)
+    throw Refused{name + " was changed after this event. Nothing was changed."};
+}
+
+}  // namespace
+
+ProgramState StateOf(const std::string& process, const struct stat& file, const Event& event,
+                     const Outside& outside) {
+  const Process found = ProcessOf(process, outside);
+  if (!found.lives || (event.moment && found.began > *event.moment + kClockSlack)) return ProgramState::kGone;
+  const std::string folder = outside.proc + "/" + process;
+  struct stat own = {}, its = {}, executable = {};
+  if (::stat((outside.proc + "/self/ns/mnt").c_str(), &own) != 0 ||
+      ::stat((folder + "/ns/mnt").c_str(), &its) != 0)
+    return ProgramState::kUnknown;
+  if (own.st_dev != its.st_dev || own.st_ino != its.st_ino) return ProgramState::kElsewhere;
+  if (::stat((folder + "/exe").c_str(), &executable) != 0) return ProgramState::kUnknown;
+  const bool same = executable.st_dev == file.st_dev && executable.st_ino == file.st_ino;
+  return same ? ProgramState::kThisFile : ProgramState::kAnother;
+}
+
+void RequireTheProgram(const Subject& subject, const Event& event, const Outside& outside) {
+  std::vector<std::string> processes;
+  bool in_use = false;
+  if (subject.kind == DescriptionKind::kRunningProcess) {
+    if (!subject.reading.process.empty()) processes.emplace_back(subject.reading.process);
+  } else if (subject.kind == DescriptionKind::kListeningPort ||
+             subject.kind == DescriptionKind::kConnection) {
+    const auto sockets = SocketsOf(subject, outside);
+    in_use = !sockets.empty();
+    if (in_use) processes = HoldersOf(sockets, outside);
+  } else {
+    return;
+  }
+  const std::string name = NameToTell(subject.file.place.path);
+  auto worst = ProgramState::kGone;
+  for (const auto& process : processes) {
+    const ProgramState state = StateOf(process, subject.file.status, event, outside);
+    if (state == ProgramState::kThisFile) return;
+    if (state != ProgramState::kGone) worst = state;
+  }
+  if (worst != ProgramState::kGone) RefuseState(worst, name);
+  // Somebody holds the port whose open files may not be looked at.
+  if (in_use && processes.empty()) RefuseState(ProgramState::kUnknown, name);
+  RequireUnchanged(subject, event);
+}
+
+}  // namespace zendrix::family
