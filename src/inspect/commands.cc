@@ -9,7 +9,7 @@
 namespace zendrix::inspect {
 
 Command FindCommand(const std::string& name) {
-  static constexpr std::array<std::pair<const char*, Command>, 18> kCommands = {{{"events", Events},
+  static constexpr std::array<std::pair<const char*, Command>, 19> kCommands = {{{"events", Events},
                                                                                  {"follow", Follow},
                                                                                  {"log", Log},
                                                                                  {"desc", Desc},
@@ -26,7 +26,8 @@ Command FindCommand(const std::string& name) {
                                                                                  {"act", Act},
                                                                                  {"checked", Checked},
                                                                                  {"link", Link},
-                                                                                 {"portal", Portal}}};
+                                                                                 {"portal", Portal},
+                                                                                 {"quarantine", Quarantine}}};
   const auto found =
       std::find_if(kCommands.begin(), kCommands.end(), [&](const auto& one) { return name == one.first; });
   return found == kCommands.end() ? nullptr : found->second;
