@@ -4,6 +4,7 @@
 #include <sys/xattr.h>
 
 #include <cerrno>
+#include <tuple>
 
 #include "unit/quarantine/quarantine_fixture.h"
 #include "unit/quarantine/traced_child.h"
@@ -16,10 +17,13 @@ constexpr int kStride = test::kUnderSanitizer ? 11 : 1;
 // An operation has many more.
 constexpr int kFewestStops = 60;
 
-class KillTest : public BothWays {
+// Within one file system and across two, each in parts that take their turns at the stops.
+constexpr int kParts = 4;
+
+class KillTest : public QuarantineTest, public testing::WithParamInterface<std::tuple<bool, int>> {
  protected:
   // Two blocks and a bit, so that there are stops within a copy.
-  KillTest() : contents_(150000, 'z') { contents_[70000] = '\n'; }
+  KillTest() : QuarantineTest(std::get<0>(GetParam())), contents_(150000, 'z') { contents_[70000] = '\n'; }
 
   void Fresh() {
     path_ = Make("tool", contents_, 04755);
@@ -84,9 +88,9 @@ class KillTest : public BothWays {
   }
 
   template <class Prepare, class Operation>
-  void KillAtEveryStop(int first, Prepare&& prepare, Operation&& operation) {
-    int stop = first;
-    for (;; stop += kStride) {
+  void KillAtEveryStop(Prepare&& prepare, Operation&& operation) {
+    int stop = 1 + std::get<1>(GetParam()) * kStride;
+    for (;; stop += kParts * kStride) {
       prepare();
       const bool ended = test::RunTraced(operation, [&](const test::Stop& at) { return at.number != stop; });
       ExpectNothingLost(stop);
@@ -107,13 +111,11 @@ class KillTest : public BothWays {
 };
 
 TEST_P(KillTest, AKillDuringBlockLeavesTheFileInItsPlaceOrAWholeEntry) {
-  KillAtEveryStop(
-      1 + GetParam(), [&] { Fresh(); }, [&] { PutAway(path_); });
+  KillAtEveryStop([&] { Fresh(); }, [&] { PutAway(path_); });
 }
 
 TEST_P(KillTest, AKillDuringAllowLeavesAWholeEntryOrTheFileInItsPlace) {
   KillAtEveryStop(
-      3 + GetParam(),
       [&] {
         Fresh();
         ASSERT_TRUE(PutAway(path_).done);
@@ -121,7 +123,12 @@ TEST_P(KillTest, AKillDuringAllowLeavesAWholeEntryOrTheFileInItsPlace) {
       [&] { PutBack(path_); });
 }
 
-INSTANTIATE_TEST_SUITE_P(Quarantine, KillTest, testing::Bool(), WayName);
+std::string KillName(const testing::TestParamInfo<KillTest::ParamType>& part) {
+  return WayName({std::get<0>(part.param), part.index}) + "Part" + std::to_string(std::get<1>(part.param));
+}
+
+INSTANTIATE_TEST_SUITE_P(Quarantine, KillTest, testing::Combine(testing::Bool(), testing::Range(0, kParts)),
+                         KillName);
 
 }  // namespace
 }  // namespace zendrix::family
