@@ -13,9 +13,16 @@ namespace zendrix::family {
 class Budget {
  public:
   explicit Budget(const Outside& outside)
-      : end_(std::chrono::steady_clock::now() + outside.most_time), left_(outside.most_copied) {}
+      : end_(std::chrono::steady_clock::now() + outside.most_time),
+        free_(outside.free_bytes),
+        left_(outside.most_copied) {}
 
-  void SpendTime() const {
+  // Called behind each part that was read, with its size.
+  void SpendTime(std::uint64_t bytes) {
+    if (bytes <= free_) {
+      free_ -= bytes;
+      return;
+    }
     if (std::chrono::steady_clock::now() > end_)
       throw Refused{"This file takes too long to put away. Nothing was changed."};
   }
@@ -27,6 +34,7 @@ class Budget {
 
  private:
   std::chrono::steady_clock::time_point end_;
+  std::uint64_t free_;
   std::uint64_t left_;
 };
 

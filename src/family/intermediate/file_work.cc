@@ -49,7 +49,7 @@ void WriteAt(int file, const char* bytes, std::size_t size, off_t position) {
 
 // The bytes of a hole that begins at the position, which are all 0, added to the hash; where it ends. Costs
 // time and no room.
-off_t AddHole(const Descriptor& file, off_t position, Sha256& hash, const Budget* budget) {
+off_t AddHole(const Descriptor& file, off_t position, Sha256& hash, Budget* budget) {
   static constexpr std::array<char, kBlock> kZeros = {};
   struct stat status = {};
   off_t data = ::lseek(file.get(), position, SEEK_DATA);
@@ -59,7 +59,7 @@ off_t AddHole(const Descriptor& file, off_t position, Sha256& hash, const Budget
     const auto part = std::min(static_cast<std::size_t>(data - position), kZeros.size());
     hash.Add(kZeros.data(), part);
     position += static_cast<off_t>(part);
-    if (budget) budget->SpendTime();
+    if (budget) budget->SpendTime(part);
   }
   return position;
 }
@@ -105,7 +105,7 @@ std::string HashAndCopy(const Descriptor& file, std::uint64_t size, int copy, Bu
     if (static_cast<std::uint64_t>(position + got) > size)
       throw Refused{"The file is being written to. Try again in a moment."};
     hash.Add(block.data(), static_cast<std::size_t>(got));
-    if (budget) budget->SpendTime();
+    if (budget) budget->SpendTime(static_cast<std::uint64_t>(got));
     if (copy >= 0) {
       if (budget) budget->SpendBytes(static_cast<std::uint64_t>(got));
       WriteAt(copy, block.data(), static_cast<std::size_t>(got), position);

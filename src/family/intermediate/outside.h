@@ -36,6 +36,8 @@ struct Outside {
   std::vector<std::uint64_t> memory_file_systems;
   // What one click may cost: time in all, and bytes copied from one file system to another.
   std::chrono::milliseconds most_time{2000};
+  // Bytes that may always be read: on a busy machine a small file must not be refused for want of time.
+  std::uint64_t free_bytes = std::uint64_t{8} << 20;
   std::uint64_t most_copied = std::uint64_t{256} << 20;
 };
 

@@ -270,6 +270,10 @@ TEST_P(WayBackTest, WhatTakesTooLongStaysAndComesBackAllTheSame) {
   const std::string path = Make("tool");
   const Look before = LookAt(path);
   outside_.most_time = std::chrono::milliseconds(-1);
+  // A small file goes all the same: on a busy machine even looking takes long.
+  ASSERT_TRUE(PutAway(path).done);
+  ASSERT_TRUE(PutBack(path).done);
+  outside_.free_bytes = 10;
   ExpectRefused(PutAway(path), "This file takes too long to put away. Nothing was changed.");
   const std::string hole = Make("hole", "");
   ASSERT_EQ(truncate(hole.c_str(), 100000), 0);
