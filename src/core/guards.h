@@ -5,6 +5,7 @@
 
 #include <new>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "core/error_log.h"
@@ -24,16 +25,18 @@ auto OrFatal(ErrorLog& log, const std::string& proc, Body&& body) -> decltype(bo
 }
 
 // Runs `body`; a run-time error becomes the log line "number: description" under the name `proc`. Returns
-// whether the body came to its end.
+// whether the body came to its end. Memory that runs out is a run-time error like any other.
 template <class Body>
-bool OrLog(ErrorLog& log, const std::string& proc, Body&& body) {
+bool OrLog(ErrorLog& log, std::string_view proc, Body&& body) {
   try {
     std::forward<Body>(body)();
     return true;
   } catch (const RunTimeError& error) {
-    log.WriteLog(proc, std::to_string(error.number) + ": " + error.description);
-    return false;
+    log.WriteLog(std::string(proc), std::to_string(error.number) + ": " + error.description);
+  } catch (const std::bad_alloc&) {
+    log.WriteLog(std::string(proc), std::to_string(kOutOfMemory) + ": " + DescriptionOf(kOutOfMemory));
   }
+  return false;
 }
 
 // Runs `body` where the rules ignore every run-time error; the work goes on behind the guard.
@@ -42,6 +45,8 @@ void OrIgnore(Body&& body) {
   try {
     std::forward<Body>(body)();
   } catch (const RunTimeError&) {
+    return;
+  } catch (const std::bad_alloc&) {
     return;
   }
 }
