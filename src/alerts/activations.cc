@@ -10,6 +10,7 @@ namespace zendrix::alerts {
 namespace {
 
 constexpr char kLineEnd[] = "\r\n";
+constexpr char kPlace[] = "EventUtils:UpdateActivations";
 
 // The code that the decision is filed under, or nothing when this is the first alert with its Change.
 std::optional<std::string> CodeOf(store::EventTable& table, const NotableRecord& alert) {
@@ -45,10 +46,15 @@ std::string WithDecision(const std::string& text, const std::string& code, const
 
 void UpdateActivations(core::AppState& state, core::ErrorLog& log, store::EventTable* table,
                        const AlertContext& context, const std::string& action) {
-  core::OrLog(log, "EventUtils:UpdateActivations", [&] {
+  core::OrLog(log, kPlace, [&] {
     if (!table) core::Raise(core::kObjectNotSet);
     const auto code = CodeOf(*table, context.NotableInfo.front());
     if (!code) return;
+    // Every line of the file holds the empty text: such a decision would take the place of all others.
+    if (code->empty()) {
+      log.WriteLog(kPlace, "The alert has no code. Its decision is not written.");
+      return;
+    }
     auto& files = state.seams.files;
     const std::string path = platform::JoinPath(state.ProgramFolder, kActivationsFile);
     const std::string old_text = files.Exists(path) ? core::ValueOrRaise(files.ReadAll(path)) : std::string();

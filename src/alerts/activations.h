@@ -16,9 +16,10 @@ inline constexpr char kBlockAction[] = "1";
 inline constexpr char kAllowAction[] = "0";
 
 // The code is that of the nearest earlier Aggregation row with the same Change text; without one nothing is
-// written. A line of the file that contains the code anywhere is replaced in place, otherwise the new line
-// goes to the end. The file changes as a whole or not at all. Leaves the table's shared cursor on the row
-// last visited. A failure is logged under "EventUtils:UpdateActivations".
+// written, and neither is anything for an empty code, which a log line then says. A line of the file that
+// contains the code anywhere is replaced in place, otherwise the new line goes to the end. The file changes
+// as a whole or not at all. Leaves the table's shared cursor on the row last visited. A failure is logged
+// under "EventUtils:UpdateActivations".
 void UpdateActivations(core::AppState& state, core::ErrorLog& log, store::EventTable* table,
                        const AlertContext& context, const std::string& action);
 

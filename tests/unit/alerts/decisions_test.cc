@@ -76,6 +76,20 @@ TEST_F(DecisionsTest, CodeThatBeginsALongerCodeReplacesItsLineToo) {
   EXPECT_EQ(Activations(), "AG,5,1\r\n");
 }
 
+// An empty code stands in every line: one such decision once replaced all the others.
+TEST_F(DecisionsTest, EmptyCodeIsNotWrittenAndTheLogSaysSo) {
+  for (const std::string code : {"", ",5"}) {
+    HaveActivations("X,0\r\nY,1\r\n");
+    lines_.clear();
+    TwoAlerts(code);
+    alerts_.DecideFromPage(Answer::kBlock, Listed(5));
+    EXPECT_EQ(Activations(), "X,0\r\nY,1\r\n");
+    EXPECT_THAT(
+        world_.quiet.Take(),
+        ElementsAre("'EventUtils:UpdateActivations': The alert has no code. Its decision is not written."));
+  }
+}
+
 TEST_F(DecisionsTest, FirstAlertWithItsRiskIsDroppedSilently) {
   Event(0, "System", "start");
   Alert(1, "first");
