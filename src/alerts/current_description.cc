@@ -3,6 +3,7 @@
 #include "alerts/risk.h"
 #include "alerts/summary_table.h"
 #include "alerts/templates.h"
+#include "core/guards.h"
 #include "core/number_rules.h"
 
 namespace zendrix::alerts {
@@ -30,15 +31,18 @@ std::string LastCharacters(const std::string& text, std::size_t count) {
 
 class AlertText {
  public:
-  AlertText(const core::AppState& state, AlertContext& context, bool short_form, Purpose purpose)
+  AlertText(const core::AppState& state, core::ErrorLog& log, AlertContext& context, bool short_form,
+            Purpose purpose)
       : state_(state),
+        log_(log),
         context_(context),
         alert_(context.NotableInfo.front()),
         short_form_(short_form),
         purpose_(purpose),
         text_(purpose) {}
 
-  MarkedText Build() {
+  // Fills `result` as soon as there is one, so that a failure behind that leaves it.
+  void Build(MarkedText& result) {
     if (const auto found = FindTemplate(state_.Desc[2], Key())) {
       if (alert_.Monitor == "Aggregation") {
         text_.Append(*found);
@@ -47,8 +51,8 @@ class AlertText {
         text_.Append("* Error with Alert type * ");
       }
     }
-    if (!short_form_) AppendFootnote();
-    return text_;
+    result = std::move(text_);
+    if (!short_form_) result.Append(Footnote());
   }
 
  private:
@@ -64,8 +68,8 @@ class AlertText {
     if (!short_form_) text_.Replace("<time>.<br>", std::string("<time>.") + kEventTableHeader);
     text_.Replace("<time>", context_.AlertTime, Origin::kEvent);
     Frame();
-    const MarkedText corrected = SummaryTable(state_, context_, "success", short_form_, purpose_);
-    const MarkedText not_corrected = SummaryTable(state_, context_, "failed", short_form_, purpose_);
+    const MarkedText corrected = SummaryTable(state_, log_, context_, "success", short_form_, purpose_);
+    const MarkedText not_corrected = SummaryTable(state_, log_, context_, "failed", short_form_, purpose_);
     text_.Replace("<Corrected>", corrected);
     text_.Replace("<NotCorrected>", not_corrected);
     text_.Replace("<risklevel>", GetRiskName(alert_.Change, state_.settings, state_.seams.locale.Current()));
@@ -105,12 +109,15 @@ class AlertText {
     return FindTemplate(state_.Desc[9], "030,").value_or("No Details Available");
   }
 
-  void AppendFootnote() {
-    text_.Append("<font size=1>* Since ").Append(context_.FirstEventDateTime, Origin::kEvent);
-    text_.Append(", which is the earliest date for which Zendrix has historical information</font>");
+  MarkedText Footnote() const {
+    MarkedText footnote(purpose_, "<font size=1>* Since ");
+    footnote.Append(context_.FirstEventDateTime, Origin::kEvent);
+    footnote.Append(", which is the earliest date for which Zendrix has historical information</font>");
+    return footnote;
   }
 
   const core::AppState& state_;
+  core::ErrorLog& log_;
   AlertContext& context_;
   const NotableRecord& alert_;
   bool short_form_;
@@ -120,11 +127,17 @@ class AlertText {
 
 }  // namespace
 
-MarkedText CurrentDescription(const core::AppState& state, AlertContext& context, bool short_form,
-                              Purpose purpose) {
-  if (context.NotableInfo.empty()) return MarkedText(purpose);
-  if (state.Desc[2].empty()) return WithoutDictionary(context, purpose);
-  return AlertText(state, context, short_form, purpose).Build();
+MarkedText CurrentDescription(const core::AppState& state, core::ErrorLog& log, AlertContext& context,
+                              bool short_form, Purpose purpose) {
+  MarkedText text(purpose);
+  core::OrLog(log, kCurrentDescriptionPlace, [&] {
+    if (context.NotableInfo.empty()) return;
+    if (state.Desc[2].empty())
+      text = WithoutDictionary(context, purpose);
+    else
+      AlertText(state, log, context, short_form, purpose).Build(text);
+  });
+  return text;
 }
 
 }  // namespace zendrix::alerts

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "core/guards.h"
 #include "core/number_rules.h"
 #include "core/portal_endpoint.h"
 #include "core/text_rules.h"
@@ -12,10 +13,10 @@ namespace {
 
 // A host name loses its first label: "www.example.org" becomes "example.org". Names of two labels and dotted
 // numeric addresses stay whole.
-std::string HostToLookUp(std::string_view host, const platform::LocaleInfo& locale) {
+std::string_view HostToLookUp(std::string_view host, const platform::LocaleInfo& locale) {
   const auto labels = core::Split(host, ".");
-  if (labels.size() < 3 || core::IsNumeric(labels[0], locale)) return std::string(host);
-  return std::string(host.substr(labels[0].size() + 1));
+  if (labels.size() < 3 || core::IsNumeric(labels[0], locale)) return host;
+  return host.substr(labels[0].size() + 1);
 }
 
 bool HasPage(std::string_view monitor) {
@@ -25,22 +26,62 @@ bool HasPage(std::string_view monitor) {
   return std::find(kMonitors.begin(), kMonitors.end(), monitor) != kMonitors.end();
 }
 
-}  // namespace
+// An address without what would end its quotes or be taken for markup: those characters percent-encoded.
+std::string InQuotes(std::string_view address) {
+  std::string quoted;
+  for (const char character : address) {
+    switch (character) {
+      case '\'':
+        quoted += "%27";
+        break;
+      case '"':
+        quoted += "%22";
+        break;
+      case '<':
+        quoted += "%3C";
+        break;
+      case '>':
+        quoted += "%3E";
+        break;
+      default:
+        quoted += character;
+    }
+  }
+  return quoted;
+}
 
-MarkedText GetLink(const core::AppState& state, Purpose purpose, std::string_view monitor,
-                   std::string_view description) {
-  MarkedText anchor(purpose, "<A HREF='");
+// The portal's address is a template's; in a page it stays inside the quotes.
+std::string Base(const core::AppState& state, Purpose purpose) {
+  std::string base = core::PortalEndpoint(state);
+  return purpose == Purpose::kExact ? base : InQuotes(base);
+}
+
+MarkedText Anchor(const core::AppState& state, Purpose purpose, std::string_view monitor,
+                  std::string_view description) {
+  MarkedText anchor(purpose, "<A HREF='", Origin::kLink);
   const bool is_host = monitor == "TCP Connections";
   if (is_host || HasPage(monitor)) {
     std::string word(monitor);
     std::erase_if(word, [](char character) { return character == ' ' || character == '-'; });
-    anchor.Append(core::PortalEndpoint(state)).Append("?PostType=UserGetDescription&Mon=").Append(word);
-    anchor.Append("&Desc=").Append(
-        is_host ? HostToLookUp(description, state.seams.locale.Current()) : std::string(description),
-        Origin::kEventInLink);
+    anchor.Append(Base(state, purpose) + "?PostType=UserGetDescription&Mon=" + word + "&Desc=",
+                  Origin::kLink);
+    anchor.Append(is_host ? HostToLookUp(description, state.seams.locale.Current()) : description,
+                  Origin::kEvent);
   }
-  anchor.Append("'>");
-  return anchor;
+  return anchor.Append("'>", Origin::kLink);
+}
+
+}  // namespace
+
+MarkedText GetLink(const core::AppState& state, core::ErrorLog& log, Purpose purpose,
+                   std::string_view monitor, std::string_view description) {
+  MarkedText link(purpose);
+  core::OrLog(log, "EventUtils:GetLink", [&] { link = Anchor(state, purpose, monitor, description); });
+  return link;
+}
+
+MarkedText LinkEnd(Purpose purpose) {
+  return MarkedText(purpose, "</A>", Origin::kLink);
 }
 
 }  // namespace zendrix::alerts

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "alerts/page_writer.h"
+
 namespace zendrix::alerts {
 namespace {
 
@@ -9,152 +11,82 @@ constexpr char Mark(Origin origin) {
   return static_cast<char>(origin);
 }
 
-// Bytes without a visible character in Windows-1252.
-bool IsControl(unsigned char byte) {
-  return byte < 32 || byte == 0x7f || byte == 0x81 || byte == 0x8d || byte == 0x8f || byte == 0x90 ||
-         byte == 0x9d;
-}
-
-void AppendEscaped(std::string& out, char character) {
-  switch (character) {
-    case '<':
-      out += "&lt;";
-      return;
-    case '>':
-      out += "&gt;";
-      return;
-    case '&':
-      out += "&amp;";
-      return;
-    case '\'':
-      out += "&#39;";
-      return;
-    case '"':
-      out += "&quot;";
-      return;
-    case '`':
-      out += "&#96;";
-      return;
-    default:
-      break;
-  }
-  // A control character has no meaning on a page, only uses for hiding one.
-  out += IsControl(static_cast<unsigned char>(character)) ? ' ' : character;
-}
-
-// Characters that a link's target keeps: the unreserved ones of RFC 3986 and those that host names, ports and
-// paths are made of.
-bool StaysInLink(char character) {
-  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-         (character >= '0' && character <= '9') ||
-         std::string_view("-._~:/").find(character) != std::string_view::npos;
-}
-
-void AppendPercentEncoded(std::string& out, char character) {
-  static constexpr char kDigits[] = "0123456789ABCDEF";
-  if (StaysInLink(character)) {
-    out += character;
-    return;
-  }
-  const auto byte = static_cast<unsigned char>(character);
-  out += '%';
-  out += kDigits[byte >> 4];
-  out += kDigits[byte & 15];
-}
-
 }  // namespace
-
-bool IsSpecialInText(char character) {
-  std::string escaped;
-  AppendEscaped(escaped, character);
-  return escaped.size() != 1 || escaped[0] != character;
-}
 
 MarkedText::MarkedText(Purpose purpose, std::string_view text, Origin origin) : purpose_(purpose) {
   Append(text, origin);
 }
 
 MarkedText& MarkedText::Append(std::string_view text, Origin origin) {
-  flat_ += text;
-  origins_.append(text.size(), Mark(origin));
+  const bool gap = purpose_ == Purpose::kShown && origin == Origin::kEvent && text.empty();
+  const std::size_t size = flat_.size() + (gap ? 1 : text.size());
+  flat_.reserve(size);
+  origins_.reserve(size);
+  if (gap) {
+    flat_ += '\0';
+    origin = Origin::kEmptyEvent;
+  } else {
+    flat_ += text;
+  }
+  origins_.resize(size, Mark(origin));
   return *this;
 }
 
 MarkedText& MarkedText::Append(const MarkedText& other) {
-  flat_ += other.flat_;
-  origins_ += other.origins_;
+  AppendPart(other, 0, other.flat_.size());
   return *this;
 }
 
-bool MarkedText::Counts(std::size_t at, std::size_t length, Among among, std::string_view in_tags) const {
+void MarkedText::AppendPart(const MarkedText& other, std::size_t from, std::size_t end) {
+  flat_.reserve(flat_.size() + end - from);
+  origins_.reserve(flat_.size() + end - from);
+  flat_.append(other.flat_, from, end - from);
+  origins_.append(other.origins_, from, end - from);
+}
+
+bool MarkedText::Counts(std::size_t at, std::size_t length, Among among, std::string_view readable) const {
   for (std::size_t i = at; i < at + length; ++i) {
-    const bool own = origins_[i] == Mark(Origin::kTemplate);
     switch (among) {
       case Among::kAll:
         return true;
       case Among::kPlaceholders:
-        if (!own && IsSpecialInText(flat_[i])) return false;
+        if (!IsTemplates(i)) return false;
         break;
       case Among::kReadable:
-        if (in_tags[i]) return false;
+        if (!readable[i]) return false;
         break;
       case Among::kEvents:
-        if (own || in_tags[i]) return false;
+        if (IsTemplates(i) || !readable[i]) return false;
         break;
     }
   }
   return true;
 }
 
-std::size_t MarkedText::Find(std::string_view text, std::size_t from, Among among,
-                             std::string_view in_tags) const {
-  std::size_t at = flat_.find(text, from);
-  while (at != std::string::npos && !Counts(at, text.size(), among, in_tags)) at = flat_.find(text, at + 1);
-  return at;
-}
-
-// Only the template opens and closes tags. A placeholder that is still to be filled is written as one, and
-// counts as one.
-std::string MarkedText::InTags() const {
-  if (purpose_ == Purpose::kExact) return {};
-  std::string in_tags(flat_.size(), '\0');
-  bool inside = false;
-  for (std::size_t i = 0; i < flat_.size(); ++i) {
-    const bool own = origins_[i] == Mark(Origin::kTemplate);
-    if (own && flat_[i] == '<') inside = true;
-    in_tags[i] = inside ? 1 : 0;
-    if (own && flat_[i] == '>') inside = false;
+std::vector<std::size_t> MarkedText::Find(std::string_view text, Among among,
+                                          std::string_view readable) const {
+  std::vector<std::size_t> positions;
+  if (text.empty()) return positions;
+  for (std::size_t at = flat_.find(text); at != std::string::npos;) {
+    const bool counts = Counts(at, text.size(), among, readable);
+    if (counts) positions.push_back(at);
+    at = flat_.find(text, at + (counts ? text.size() : 1));
   }
-  return in_tags;
-}
-
-void MarkedText::ReplaceAt(std::size_t position, std::size_t length, const MarkedText& by) {
-  flat_.replace(position, length, by.flat_);
-  origins_.replace(position, length, by.origins_);
-}
-
-void MarkedText::ReplaceAll(std::string_view text, const MarkedText& by, Among among,
-                            std::string_view in_tags) {
-  if (text.empty()) return;
-  MarkedText result(purpose_);
-  std::size_t done = 0;
-  const auto keep = [&](std::size_t end) {
-    result.flat_.append(flat_, done, end - done);
-    result.origins_.append(origins_, done, end - done);
-  };
-  for (std::size_t at; (at = Find(text, done, among, in_tags)) != std::string::npos;
-       done = at + text.size()) {
-    keep(at);
-    result.Append(by);
-  }
-  if (done == 0) return;
-  keep(flat_.size());
-  flat_ = std::move(result.flat_);
-  origins_ = std::move(result.origins_);
+  return positions;
 }
 
 void MarkedText::Replace(std::string_view placeholder, const MarkedText& by) {
-  ReplaceAll(placeholder, by, PlaceholdersAmong());
+  const std::vector<std::size_t> positions = Find(placeholder, PlaceholdersAmong(), {});
+  if (positions.empty()) return;
+  MarkedText result(purpose_);
+  std::size_t done = 0;
+  for (const std::size_t at : positions) {
+    result.AppendPart(*this, done, at);
+    result.Append(by);
+    done = at + placeholder.size();
+  }
+  result.AppendPart(*this, done, flat_.size());
+  *this = std::move(result);
 }
 
 void MarkedText::Replace(std::string_view placeholder, std::string_view by, Origin origin) {
@@ -166,41 +98,99 @@ MarkedText::Among MarkedText::ValuesAmong(std::string_view value) const {
   return std::any_of(value.begin(), value.end(), IsSpecialInText) ? Among::kEvents : Among::kReadable;
 }
 
-void MarkedText::ReplaceValue(std::string_view value, const MarkedText& by) {
-  ReplaceAll(value, by, ValuesAmong(value), InTags());
+void MarkedText::SurroundAt(const std::vector<std::size_t>& positions, std::size_t length,
+                            const MarkedText& before, const MarkedText& behind) {
+  if (positions.empty()) return;
+  MarkedText result(purpose_);
+  std::size_t done = 0;
+  for (const std::size_t at : positions) {
+    result.AppendPart(*this, done, at);
+    result.Append(before).AppendPart(*this, at, at + length);
+    result.Append(behind);
+    done = at + length;
+  }
+  result.AppendPart(*this, done, flat_.size());
+  *this = std::move(result);
 }
 
-void MarkedText::ReplaceLastValue(std::string_view value, const MarkedText& by) {
-  if (value.empty()) return;
+void MarkedText::Surround(std::string_view value, const MarkedText& before, const MarkedText& behind) {
+  if (flat_.find(value) == std::string::npos) return;
+  SurroundAt(Find(value, ValuesAmong(value), Readable()), value.size(), before, behind);
+}
+
+void MarkedText::SurroundLast(std::string_view value, const MarkedText& before, const MarkedText& behind) {
+  if (value.empty() || flat_.find(value) == std::string::npos) return;
   const Among among = ValuesAmong(value);
-  const std::string in_tags = InTags();
-  std::size_t last = std::string::npos;
-  for (std::size_t at = Find(value, 0, among, in_tags); at != std::string::npos;
-       at = Find(value, at + 1, among, in_tags))
-    last = at;
-  if (last != std::string::npos) ReplaceAt(last, value.size(), by);
+  const std::string readable = Readable();
+  for (std::size_t at = flat_.rfind(value); at != std::string::npos; at = flat_.rfind(value, at - 1)) {
+    if (Counts(at, value.size(), among, readable)) return SurroundAt({at}, value.size(), before, behind);
+    if (at == 0) return;
+  }
 }
 
 void MarkedText::CutAt(std::string_view placeholder) {
-  const std::size_t at = Find(placeholder, 0, PlaceholdersAmong(), {});
-  if (at == std::string::npos) return;
-  flat_.resize(at);
-  origins_.resize(at);
+  const std::vector<std::size_t> positions = Find(placeholder, PlaceholdersAmong(), {});
+  if (positions.empty()) return;
+  flat_.resize(positions.front());
+  origins_.resize(positions.front());
+}
+
+template <class See>
+std::string MarkedText::WritePage(See&& see) const {
+  PageWriter page;
+  std::vector<bool> links;  // those that are open, and whether they were written
+  // Whether a "<" is the template's last word before an event's.
+  const auto before_event = [this](std::size_t at) {
+    if (flat_[at] != '<') return false;
+    const std::size_t next = at + (at + 1 < flat_.size() && flat_[at + 1] == '/' ? 2 : 1);
+    return (at + 1 < flat_.size() && !IsTemplates(at + 1)) || (next < flat_.size() && !IsTemplates(next));
+  };
+  // Writes, or leaves out, an anchor's tag: up to its ">".
+  const auto tag = [&](std::size_t at, bool written) {
+    for (;; ++at) {
+      const bool last = flat_[at] == '>' && origins_[at] == Mark(Origin::kLink);
+      if (written && origins_[at] == Mark(Origin::kEvent)) page.Event(flat_[at]);
+      if (written && origins_[at] == Mark(Origin::kLink)) page.Template(flat_[at]);
+      if (last) return at;
+    }
+  };
+  for (std::size_t i = 0; i < flat_.size(); ++i) {
+    const Origin origin{origins_[i]};
+    if (origin == Origin::kLink) {
+      const bool opens = flat_[i + 1] != '/';
+      const bool written = opens ? page.LinkMayStand() : !links.empty() && links.back();
+      if (opens)
+        links.push_back(written);
+      else if (!links.empty())
+        links.pop_back();
+      i = tag(i, written);
+      continue;
+    }
+    const bool may_be_read = page.LinkMayStand();
+    if (origin == Origin::kEvent)
+      page.Event(flat_[i]);
+    else if (origin == Origin::kEventInLink)
+      page.Path(flat_[i]);
+    else if (origin == Origin::kEmptyEvent)
+      page.EmptyEvent();
+    else
+      page.Template(flat_[i], before_event(i));
+    see(i, may_be_read && page.LinkMayStand());
+  }
+  return page.page();
+}
+
+// A character of the page's text leaves the place as it was, and stands in no reference.
+std::string MarkedText::Readable() const {
+  if (purpose_ == Purpose::kExact) return {};
+  std::string readable(flat_.size(), '\0');
+  WritePage([&](std::size_t at, bool text) { readable[at] = text ? 1 : 0; });
+  return readable;
 }
 
 std::string MarkedText::Finish() const {
   if (purpose_ == Purpose::kExact) return flat_;
-  std::string shown;
-  shown.reserve(flat_.size() + flat_.size() / 8);
-  for (std::size_t i = 0; i < flat_.size(); ++i) {
-    if (origins_[i] == Mark(Origin::kTemplate))
-      shown += flat_[i];
-    else if (origins_[i] == Mark(Origin::kEvent))
-      AppendEscaped(shown, flat_[i]);
-    else
-      AppendPercentEncoded(shown, flat_[i]);
-  }
-  return shown;
+  return WritePage([](std::size_t, bool) {});
 }
 
 }  // namespace zendrix::alerts

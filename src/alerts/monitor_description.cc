@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "alerts/current_description.h"
 #include "alerts/links.h"
 #include "alerts/templates.h"
+#include "core/guards.h"
 #include "core/run_time_error.h"
 
 namespace zendrix::alerts {
@@ -104,10 +106,12 @@ std::string_view Behind(std::string_view text, std::size_t position) {
 
 class Filler {
  public:
-  Filler(const core::AppState& state, AlertContext& context, const NotableRecord& record, Purpose purpose)
-      : state_(state), context_(context), record_(record), purpose_(purpose) {}
+  Filler(const core::AppState& state, core::ErrorLog& log, AlertContext& context, const NotableRecord& record,
+         Purpose purpose)
+      : state_(state), log_(log), context_(context), record_(record), purpose_(purpose) {}
 
-  MarkedText ValueOf(const Explanation& explanation, const Placeholder& placeholder) {
+  // Nothing when the placeholder stays.
+  std::optional<MarkedText> ValueOf(const Explanation& explanation, const Placeholder& placeholder) {
     const std::string_view description = record_.Description;
     const auto colon = description.find(':');
     switch (placeholder.fill) {
@@ -132,32 +136,32 @@ class Filler {
       case Fill::kLink:
         break;
     }
+    MarkedText link = GetLink(state_, log_, purpose_, record_.Monitor, description);
+    if (link.empty()) return std::nullopt;
     // "click here" or "Click here", as the placeholder spells it.
     constexpr std::size_t kEntity = 4;
-    MarkedText link = GetLink(state_, purpose_, record_.Monitor, description);
-    return link.Append(placeholder.text.substr(kEntity, placeholder.text.size() - 2 * kEntity))
-        .Append("</A>");
+    link.Append(placeholder.text.substr(kEntity, placeholder.text.size() - 2 * kEntity));
+    return link.Append(LinkEnd(purpose_));
   }
 
  private:
   MarkedText Event(std::string_view text) const { return MarkedText(purpose_, text, Origin::kEvent); }
 
   MarkedText WholeAlert() {
-    const MarkedText alert = CurrentDescription(state_, context_, false, purpose_);
+    const MarkedText alert = CurrentDescription(state_, log_, context_, false, purpose_);
     MarkedText text(purpose_, "<br>");
     return alert.empty() ? text.Append("Description Not Available") : text.Append(alert);
   }
 
   const core::AppState& state_;
+  core::ErrorLog& log_;
   AlertContext& context_;
   const NotableRecord& record_;
   Purpose purpose_;
 };
 
-}  // namespace
-
-MarkedText MonitorDescription(const core::AppState& state, AlertContext& context, std::size_t index,
-                              Purpose purpose) {
+MarkedText Describe(const core::AppState& state, core::ErrorLog& log, AlertContext& context,
+                    std::size_t index, Purpose purpose) {
   if (index >= context.NotableInfo.size()) core::Raise(core::kSubscriptOutOfRange);
   if (state.Desc[5].empty()) return MarkedText(purpose, kDescriptionFileError);
   const NotableRecord& record = context.NotableInfo[index];
@@ -168,9 +172,18 @@ MarkedText MonitorDescription(const core::AppState& state, AlertContext& context
   const auto explanation = std::find_if(
       all.begin(), all.end(), [&](const Explanation& one) { return one.monitor == record.Monitor; });
   if (explanation == all.end()) return text;
-  Filler filler(state, context, record, purpose);
+  Filler filler(state, log, context, record, purpose);
   for (const auto& placeholder : explanation->placeholders)
-    text.Replace(placeholder.text, filler.ValueOf(*explanation, placeholder));
+    if (const auto value = filler.ValueOf(*explanation, placeholder)) text.Replace(placeholder.text, *value);
+  return text;
+}
+
+}  // namespace
+
+MarkedText MonitorDescription(const core::AppState& state, core::ErrorLog& log, AlertContext& context,
+                              std::size_t index, Purpose purpose) {
+  MarkedText text(purpose);
+  core::OrIgnore([&] { text = Describe(state, log, context, index, purpose); });
   return text;
 }
 

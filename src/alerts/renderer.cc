@@ -6,34 +6,24 @@
 #include "core/guards.h"
 
 namespace zendrix::alerts {
-namespace {
-
-// A part of a page that cannot be built is left out without a word: the rest of the page still tells the
-// alert.
-template <class Render>
-std::string OrEmpty(Render&& render) {
-  try {
-    return render().Finish();
-  } catch (const core::RunTimeError&) {
-    return "";
-  }
-}
-
-}  // namespace
 
 std::string Renderer::GetCurrDesc(bool short_form, Purpose purpose) {
-  MarkedText text(purpose);
-  core::OrLog(log_, "EventUtils:GetCurrDesc",
-              [&] { text = CurrentDescription(state_, context_, short_form, purpose); });
-  return text.Finish();
+  std::string page;
+  core::OrLog(log_, kCurrentDescriptionPlace,
+              [&] { page = CurrentDescription(state_, log_, context_, short_form, purpose).Finish(); });
+  return page;
 }
 
 std::string Renderer::GetSummaryTable(std::string_view kind, bool short_form, Purpose purpose) {
-  return OrEmpty([&] { return SummaryTable(state_, context_, kind, short_form, purpose); });
+  std::string page;
+  core::OrIgnore([&] { page = SummaryTable(state_, log_, context_, kind, short_form, purpose).Finish(); });
+  return page;
 }
 
 std::string Renderer::GetMonitorDesc(std::size_t index, Purpose purpose) {
-  return OrEmpty([&] { return MonitorDescription(state_, context_, index, purpose); });
+  std::string page;
+  core::OrIgnore([&] { page = MonitorDescription(state_, log_, context_, index, purpose).Finish(); });
+  return page;
 }
 
 }  // namespace zendrix::alerts

@@ -24,15 +24,17 @@ class Renderer {
 
   // The explanation of the whole alert: short for the details pane, long for the wizard. Empty when there is
   // no template for it. Leaves the alert's date and time in the context. A failure is logged under
-  // "EventUtils:GetCurrDesc" and the result is empty.
+  // "EventUtils:GetCurrDesc" and the result is empty; one of a table in it leaves that table out without a
+  // word, one of a link its link, with a line under "EventUtils:GetLink".
   std::string GetCurrDesc(bool short_form, Purpose purpose);
 
   // Rows of the events that were blocked ("success") or could not be ("failed"); empty when no row qualifies
   // or something fails.
   std::string GetSummaryTable(std::string_view kind, bool short_form, Purpose purpose);
 
-  // The wizard's explanation of one entry; empty when there is no text for its monitor. Uses the time that
-  // the last GetCurrDesc left.
+  // The wizard's explanation of one entry; empty when there is no text for its monitor or something fails.
+  // When the whole alert in it fails, "Description Not Available" stands there; where the link does, its
+  // placeholder stays. Uses the time that the last GetCurrDesc left.
   std::string GetMonitorDesc(std::size_t index, Purpose purpose);
 
  private:

@@ -17,9 +17,10 @@ constexpr char kUnknownProgram[] = "An unknown program";
 
 class RowBuilder {
  public:
-  RowBuilder(const core::AppState& state, const AlertContext& context, const NotableRecord& record,
-             bool short_form, Purpose purpose)
+  RowBuilder(const core::AppState& state, core::ErrorLog& log, const AlertContext& context,
+             const NotableRecord& record, bool short_form, Purpose purpose)
       : state_(state),
+        log_(log),
         context_(context),
         record_(record),
         description_(record.Description),
@@ -49,23 +50,26 @@ class RowBuilder {
   void AutorunRegistry();
   void TcpConnections();
   MarkedText FillRate(std::string_view row_template) const;
+  std::string Amount(std::string_view field) const;
   bool IsRate() const {
     return record_.Monitor == "Network Transmission Rate" || record_.Monitor == "Memory Utilization";
   }
 
   MarkedText Value(std::string_view value) const { return MarkedText(purpose_, value, Origin::kEvent); }
   void Put(std::string_view placeholder, std::string_view value) { row_.Replace(placeholder, Value(value)); }
-  // The anchor around a value.
-  MarkedText Linked(std::string_view monitor, std::string_view target, std::string_view value) const {
-    return GetLink(state_, purpose_, monitor, target).Append(Value(value)).Append("</A>");
-  }
   // Links the value wherever it stands in the row.
   void Link(std::string_view monitor, std::string_view value) { LinkTo(monitor, value, value); }
   void LinkTo(std::string_view monitor, std::string_view target, std::string_view value) {
-    row_.ReplaceValue(value, Linked(monitor, target, value));
+    const MarkedText link = GetLink(state_, log_, purpose_, monitor, target);
+    if (!link.empty()) row_.Surround(value, link, LinkEnd(purpose_));
+  }
+  void LinkLast(std::string_view monitor, std::string_view value) {
+    const MarkedText link = GetLink(state_, log_, purpose_, monitor, value);
+    if (!link.empty()) row_.SurroundLast(value, link, LinkEnd(purpose_));
   }
 
   const core::AppState& state_;
+  core::ErrorLog& log_;
   const AlertContext& context_;
   const NotableRecord& record_;
   const std::string_view description_;
@@ -123,8 +127,8 @@ void RowBuilder::PlainDescription() {
 }
 
 void RowBuilder::LinkedDescription() {
-  MarkedText linked = GetLink(state_, purpose_, record_.Monitor, description_);
-  row_.Replace("<description>", linked.Append("<description></A>"));
+  MarkedText linked = GetLink(state_, log_, purpose_, record_.Monitor, description_);
+  row_.Replace("<description>", linked.Append("<description>").Append(LinkEnd(purpose_)));
   PlainDescription();
 }
 
@@ -169,7 +173,7 @@ void RowBuilder::AutorunRegistry() {
 void RowBuilder::TcpConnections() {
   const auto reading = family::ReadConnection(description_);
   Put("<description, right of :>", reading.port);
-  row_.ReplaceLastValue(reading.port, Linked("Listening Ports", reading.port, reading.port));
+  LinkLast("Listening Ports", reading.port);
   Put("<description, left of :>", reading.address);
   Link(record_.Monitor, reading.address);
   const std::string_view program = core::FileNamePart(reading.path);
@@ -181,17 +185,20 @@ void RowBuilder::TcpConnections() {
   }
 }
 
+// What is no number is shown as it stands.
+std::string RowBuilder::Amount(std::string_view field) const {
+  if (!core::IsNumeric(field, state_.seams.locale.Current())) return std::string(field);
+  return core::FormatPicture(core::CDbl(field, state_.seams.locale.Current()), "#0.00",
+                             state_.seams.locale.Current());
+}
+
 // "12.5", "12.5:word" or "12.5:word:word". The clause between "<:" and ":>" is only for those with more than
 // the number. Worked on the template by itself, so that cutting it short leaves the row around it whole.
 MarkedText RowBuilder::FillRate(std::string_view row_template) const {
   MarkedText text(purpose_, row_template);
   const auto fields = core::Split(description_, ":");
   if (fields.empty()) return text;
-  const auto& locale = state_.seams.locale.Current();
-  const bool is_number = core::IsNumeric(fields[0], locale);
-  text.Replace("<description>",
-               Value(is_number ? core::FormatPicture(core::CDbl(fields[0], locale), "#0.00", locale)
-                               : std::string(fields[0])));
+  text.Replace("<description>", Value(Amount(fields[0])));
   if (fields.size() == 1) {
     text.CutAt("<:");
     text.Replace("<%1>", "");
@@ -211,9 +218,10 @@ MarkedText RowBuilder::FillRate(std::string_view row_template) const {
 
 }  // namespace
 
-MarkedText SummaryRow(const core::AppState& state, const AlertContext& context, const NotableRecord& record,
-                      std::string_view row_template, bool short_form, Purpose purpose) {
-  return RowBuilder(state, context, record, short_form, purpose).Build(row_template);
+MarkedText SummaryRow(const core::AppState& state, core::ErrorLog& log, const AlertContext& context,
+                      const NotableRecord& record, std::string_view row_template, bool short_form,
+                      Purpose purpose) {
+  return RowBuilder(state, log, context, record, short_form, purpose).Build(row_template);
 }
 
 }  // namespace zendrix::alerts

@@ -6,6 +6,7 @@
 
 #include "alerts/summary_row.h"
 #include "alerts/templates.h"
+#include "core/guards.h"
 #include "core/letter_case.h"
 #include "core/number_rules.h"
 #include "core/text_rules.h"
@@ -35,19 +36,8 @@ std::optional<std::string> RowTemplate(const core::AppState& state, const Notabl
   return FindTemplate(state.Desc[2], RowKey(record, state.seams.locale.Current()));
 }
 
-}  // namespace
-
-MarkedText WithoutDictionary(const AlertContext& context, Purpose purpose) {
-  MarkedText text(purpose, kDescriptionFileError);
-  for (const auto& record : context.NotableInfo) {
-    text.Append(record.Monitor, Origin::kEvent).Append(" ").Append(record.Description, Origin::kEvent);
-    text.Append(kLineEnd).Append(kLineEnd);
-  }
-  return text;
-}
-
-MarkedText SummaryTable(const core::AppState& state, const AlertContext& context, std::string_view kind,
-                        bool short_form, Purpose purpose) {
+MarkedText Table(const core::AppState& state, core::ErrorLog& log, const AlertContext& context,
+                 std::string_view kind, bool short_form, Purpose purpose) {
   if (context.NotableInfo.size() < 2) return MarkedText(purpose);
   if (state.Desc[2].empty()) return WithoutDictionary(context, purpose);
 
@@ -62,9 +52,27 @@ MarkedText SummaryTable(const core::AppState& state, const AlertContext& context
     const auto row_template = RowTemplate(state, record, wanted);
     if (!row_template) continue;
     has_row = true;
-    table.Append(SummaryRow(state, context, record, *row_template, short_form, purpose));
+    table.Append(SummaryRow(state, log, context, record, *row_template, short_form, purpose));
   }
   return has_row ? table.Append("</table>") : MarkedText(purpose);
+}
+
+}  // namespace
+
+MarkedText WithoutDictionary(const AlertContext& context, Purpose purpose) {
+  MarkedText text(purpose, kDescriptionFileError);
+  for (const auto& record : context.NotableInfo) {
+    text.Append(record.Monitor, Origin::kEvent).Append(" ").Append(record.Description, Origin::kEvent);
+    text.Append(kLineEnd).Append(kLineEnd);
+  }
+  return text;
+}
+
+MarkedText SummaryTable(const core::AppState& state, core::ErrorLog& log, const AlertContext& context,
+                        std::string_view kind, bool short_form, Purpose purpose) {
+  MarkedText table(purpose);
+  core::OrIgnore([&] { table = Table(state, log, context, kind, short_form, purpose); });
+  return table;
 }
 
 bool HasRow(const core::AppState& state, const NotableRecord& record, std::string_view kind) {

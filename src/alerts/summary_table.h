@@ -6,12 +6,14 @@
 #include "alerts/marked_text.h"
 #include "alerts/notable_info.h"
 #include "core/app_state.h"
+#include "core/error_log.h"
 
 namespace zendrix::alerts {
 
-// `kind` is "success" or "failed". Raises where a row cannot be built.
-MarkedText SummaryTable(const core::AppState& state, const AlertContext& context, std::string_view kind,
-                        bool short_form, Purpose purpose);
+// `kind` is "success" or "failed". Empty when no row qualifies, and where a row cannot be built: without a
+// word about it, since the rest of the page still tells the alert.
+MarkedText SummaryTable(const core::AppState& state, core::ErrorLog& log, const AlertContext& context,
+                        std::string_view kind, bool short_form, Purpose purpose);
 
 // Whether SummaryTable would give anything, without building it: the alert list asks this of every alert.
 bool HasSummaryTable(const core::AppState& state, const AlertContext& context, std::string_view kind);

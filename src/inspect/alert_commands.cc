@@ -180,9 +180,9 @@ void Checked(Console& console, const Words& words) {
 void Link(Console& console, const Words& words) {
   RequireWords(words, 2, 2, "link MONITOR DESCRIPTION");
   store::LoadDescArrays(console.state(), console.log());
-  const auto anchor = alerts::GetLink(console.state(), alerts::Purpose::kExact,
+  const auto anchor = alerts::GetLink(console.state(), console.log(), alerts::Purpose::kExact,
                                       platform::BytesFromUtf8(words[0]), platform::BytesFromUtf8(words[1]));
-  console.Print({{"anchor", Text(anchor.flat())}});
+  console.Print({{"anchor", Text(anchor.Finish())}});
 }
 
 void Portal(Console& console, const Words& words) {

@@ -2,12 +2,16 @@
 // shown. An input is, each behind a byte 1F, the description files 2, 5, 9 and 10 and the monitoring file.
 //
 // Every character of the history that means something in a page is put between two marks that no template
-// has. In a text to be shown such a character must not stand between its marks as it is.
+// has. In a text to be shown such a character must not stand between its marks as it is. And a page is made
+// of the same tags and attributes when every character of the alert's texts is a harmless one.
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "alerts/links.h"
+#include "support/browser_tokens.h"
 #include "support/fuzzed_alerts.h"
 
 using namespace zendrix;
@@ -52,6 +56,50 @@ void RequireNoMarkup(const std::string& shown) {
   }
 }
 
+// A letter in the place of every character at which no description is taken apart.
+std::string Harmless(std::string text) {
+  static constexpr std::string_view kKept = " :;=\\.,";
+  for (char& character : text)
+    if (kKept.find(character) == std::string_view::npos) character = 'Q';
+  return text;
+}
+
+alerts::AlertContext Harmless(alerts::AlertContext context) {
+  context.FirstEventDateTime = Harmless(context.FirstEventDateTime);
+  for (alerts::NotableRecord& record : context.NotableInfo) {
+    record.DateTime = Harmless(record.DateTime);
+    record.Description = Harmless(record.Description);
+  }
+  return context;
+}
+
+// What the pages of the alert are made of.
+std::vector<std::vector<std::string>> Shapes(test::FuzzedAlerts& console) {
+  alerts::Renderer& renderer = console.alerts().renderer();
+  const std::string link =
+      alerts::GetLink(console.state(), console.log(), alerts::Purpose::kShown, "Windows Folder", "").Finish();
+  constexpr std::size_t kHead = sizeof "<A HREF='" - 1;
+  const std::string portal = link.substr(kHead, link.find("WindowsFolder&Desc=") - kHead);
+  std::vector<std::vector<std::string>> shapes;
+  const auto see = [&](const std::string& page) {
+    shapes.push_back(test::ShapeOf(test::ReadAsBrowser(page), portal));
+  };
+  for (const bool short_form : {true, false}) see(renderer.GetCurrDesc(short_form, alerts::Purpose::kShown));
+  const std::size_t entries = console.alerts().context().NotableInfo.size();
+  for (std::size_t i = 0; i < entries; ++i) see(renderer.GetMonitorDesc(i, alerts::Purpose::kShown));
+  return shapes;
+}
+
+void RequireSameShape(test::FuzzedAlerts& console) {
+  alerts::AlertContext& context = console.alerts().context();
+  const alerts::AlertContext hostile = context;
+  const auto shapes = Shapes(console);
+  context = Harmless(hostile);
+  const auto harmless = Shapes(console);
+  context = hostile;
+  Require(shapes == harmless, "a page of the same tags as with harmless texts");
+}
+
 void Render(alerts::ConsoleAlerts& console_alerts) {
   alerts::Renderer& renderer = console_alerts.renderer();
   for (const bool short_form : {true, false}) {
@@ -84,6 +132,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     console.state().settings.ShowDetailsOpen = !console.state().settings.ShowDetailsOpen;
     console.alerts().GetNotableInfo(id);
     Render(console.alerts());
+    RequireSameShape(console);
   }
   return 0;
 }

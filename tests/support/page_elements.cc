@@ -79,6 +79,16 @@ class Reader {
         at_ += reference.size();
         return;
       }
+      const std::size_t end = html_.find(';', at_);
+      if (html_.substr(at_, 2) == "&#" && end != std::string_view::npos && end - at_ <= 5) {
+        const std::string digits(html_.substr(at_ + 2, end - at_ - 2));
+        if (digits.empty() || digits.find_first_not_of("0123456789") != std::string::npos)
+          Error(std::string("odd reference in ") + where);
+        else
+          out += static_cast<char>(std::stoi(digits));
+        at_ = end + 1;
+        return;
+      }
       const bool parameter = html_.substr(at_, 5) == "&Mon=" || html_.substr(at_, 6) == "&Desc=";
       if (!parameter) Error(std::string("bare & in ") + where);
     } else if (static_cast<unsigned char>(c) < 32 && c != '\r' && c != '\n') {

@@ -11,7 +11,7 @@ class LinksTest : public AlertFixture {
  protected:
   std::string Link(const std::string& monitor, const std::string& description,
                    alerts::Purpose purpose = alerts::Purpose::kExact) {
-    return alerts::GetLink(state_, purpose, monitor, description).Finish();
+    return alerts::GetLink(state_, world_.log, purpose, monitor, description).Finish();
   }
   static std::string Expected(const std::string& word, const std::string& value) {
     std::string anchor = "<A HREF='";
@@ -36,6 +36,12 @@ TEST_F(LinksTest, HostNameOfThreeLabelsLosesItsFirst) {
 TEST_F(LinksTest, NumericAddressAndShortNameStayWhole) {
   EXPECT_EQ(Link("TCP Connections", "10.0.0.7"), Expected("TCPConnections", "10.0.0.7"));
   EXPECT_EQ(Link("TCP Connections", "example.org"), Expected("TCPConnections", "example.org"));
+}
+
+TEST_F(LinksTest, QuotesOfTheBaseStayInTheTargetOfAPage) {
+  state_.Desc[10] = {"Central,http://10.1.1.1/o'x\"<>"};
+  EXPECT_EQ(Link("System Users", "eve", alerts::Purpose::kShown),
+            "<A HREF='http://10.1.1.1/o%27x%22%3C%3E?PostType=UserGetDescription&Mon=SystemUsers&Desc=eve'>");
 }
 
 TEST_F(LinksTest, ApostropheEndsTheTargetOfTheExactTextOnly) {
