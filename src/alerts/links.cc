@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "alerts/agent_numbers.h"
 #include "core/guards.h"
 #include "core/number_rules.h"
 #include "core/portal_endpoint.h"
@@ -13,9 +14,9 @@ namespace {
 
 // A host name loses its first label: "www.example.org" becomes "example.org". Names of two labels and dotted
 // numeric addresses stay whole.
-std::string_view HostToLookUp(std::string_view host, const platform::LocaleInfo& locale) {
+std::string_view HostToLookUp(std::string_view host) {
   const auto labels = core::Split(host, ".");
-  if (labels.size() < 3 || core::IsNumeric(labels[0], locale)) return host;
+  if (labels.size() < 3 || core::IsNumeric(labels[0], AgentNumbers())) return host;
   return host.substr(labels[0].size() + 1);
 }
 
@@ -65,8 +66,7 @@ MarkedText Anchor(const core::AppState& state, Purpose purpose, std::string_view
     std::erase_if(word, [](char character) { return character == ' ' || character == '-'; });
     anchor.Append(Base(state, purpose) + "?PostType=UserGetDescription&Mon=" + word + "&Desc=",
                   Origin::kLink);
-    anchor.Append(is_host ? HostToLookUp(description, state.seams.locale.Current()) : description,
-                  Origin::kEvent);
+    anchor.Append(is_host ? HostToLookUp(description) : description, Origin::kEvent);
   }
   return anchor.Append("'>", Origin::kLink);
 }

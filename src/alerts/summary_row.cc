@@ -4,6 +4,7 @@
 #include <array>
 #include <string>
 
+#include "alerts/agent_numbers.h"
 #include "alerts/links.h"
 #include "alerts/templates.h"
 #include "core/number_rules.h"
@@ -185,11 +186,10 @@ void RowBuilder::TcpConnections() {
   }
 }
 
-// What is no number is shown as it stands.
+// "42.10" from the Agent is 42,10 for a user who writes it so. What is no number is shown as it stands.
 std::string RowBuilder::Amount(std::string_view field) const {
-  if (!core::IsNumeric(field, state_.seams.locale.Current())) return std::string(field);
-  return core::FormatPicture(core::CDbl(field, state_.seams.locale.Current()), "#0.00",
-                             state_.seams.locale.Current());
+  if (!core::IsNumeric(field, AgentNumbers())) return std::string(field);
+  return core::FormatPicture(core::CDbl(field, AgentNumbers()), "#0.00", state_.seams.locale.Current());
 }
 
 // "12.5", "12.5:word" or "12.5:word:word". The clause between "<:" and ":>" is only for those with more than

@@ -38,6 +38,17 @@ TEST_F(LinksTest, NumericAddressAndShortNameStayWhole) {
   EXPECT_EQ(Link("TCP Connections", "example.org"), Expected("TCPConnections", "example.org"));
 }
 
+// In a locale without thousands marks of its own, "1,5" was a number or not by the user's settings.
+TEST_F(LinksTest, FirstLabelIsANumberAsTheAgentWritesOne) {
+  platform::LocaleInfo& locale = world_.platform.locale.info;
+  locale.decimal = "x";
+  locale.thousands = "'";
+  locale.currency = "kr";
+  EXPECT_EQ(Link("TCP Connections", "1,5.example.org"), Expected("TCPConnections", "1,5.example.org"));
+  EXPECT_EQ(Link("TCP Connections", "1x5.example.org"), Expected("TCPConnections", "example.org"));
+  EXPECT_EQ(Link("TCP Connections", "kr5.example.org"), Expected("TCPConnections", "example.org"));
+}
+
 TEST_F(LinksTest, QuotesOfTheBaseStayInTheTargetOfAPage) {
   state_.Desc[10] = {"Central,http://10.1.1.1/o'x\"<>"};
   EXPECT_EQ(Link("System Users", "eve", alerts::Purpose::kShown),

@@ -130,6 +130,21 @@ TEST_F(SummaryTableTest, MemoryIsShownWithTwoDecimals) {
   EXPECT_EQ(Filled("Memory Utilization", "Use <description> MB", "12.5"), "Use 12.50 MB");
 }
 
+// "42.10" from the Agent was read as 4210 where a "." parts thousands, and shown as 4210,00.
+TEST_F(SummaryTableTest, AmountIsReadAsTheAgentWritesItAndShownAsTheUserDoes) {
+  platform::LocaleInfo& locale = world_.platform.locale.info;
+  for (const char* monitor : {"Memory Utilization", "Network Transmission Rate"}) {
+    locale = {};
+    EXPECT_EQ(Filled(monitor, "<description>", "42.10"), "42.10");
+    locale.decimal = ",";
+    locale.thousands = ".";
+    EXPECT_EQ(Filled(monitor, "<description>", "42.10"), "42,10");
+    EXPECT_EQ(Filled(monitor, "<description>", "0.5:word"), "0,50");
+    EXPECT_EQ(Filled(monitor, "<description>", "-1,234.567"), "-1234,57");
+    EXPECT_EQ(Filled(monitor, "<description>", "many"), "many");
+  }
+}
+
 TEST_F(SummaryTableTest, CuttingARateTemplateLeavesTheRowAroundItWhole) {
   state_.Desc[2] = {"Memory Utilization,1,Use <description> MB<: by <%1>:>"};
   HaveEvent("Memory Utilization", "12.5", "success");
