@@ -91,7 +91,7 @@ TEST_F(DetailsPaneTest, ScriptThatChangesBehindItsVerificationIsUsedAsItWasVerif
     if (op == platform::FileOp::kOpen && path == world_.InFolder("KorvessaDesc8.kvl") && ++opened > 1)
       files.Put(path, "evil();");
   };
-  pane_.ShowAlert("7");
+  pane_.ShowAlert(Alert("7"));
   EXPECT_EQ(page_.events.back(), "script run();");
   EXPECT_EQ(opened, 1);
 }
@@ -105,7 +105,7 @@ TEST_F(DetailsPaneTest, FolderWithLettersBeyondAsciiIsLoggedInTheLogsCodePage) {
   world_.quiet.Expect(
       "'frmNewUI:AddScripts': Error: stored hash does not match for /Gr\xFC\xDF"
       "e/KorvessaDesc8.kvl");
-  pane_.ShowAlert("7");
+  pane_.ShowAlert(Alert("7"));
 }
 
 TEST_F(DetailsPaneTest, PageThatDoesNotComeWithinTenSecondsStaysBlankWithoutScripts) {
