@@ -58,5 +58,13 @@ TEST(ProperCase, IsIdempotent) {
   EXPECT_EQ(ProperCase(once), once);
 }
 
+TEST(ProperCase, EveryKindOfBlankBeginsAWordAndNothingBesideThem) {
+  EXPECT_EQ(ProperCase("a\tb\nc\vd\fe\rf g"), "A\tB\nC\vD\fE\rF G");
+  EXPECT_EQ(ProperCase("a\bb a\x0E"
+                       "b"),
+            "A\bb A\x0E"
+            "b");
+}
+
 }  // namespace
 }  // namespace zendrix::core

@@ -299,6 +299,15 @@ TEST(Conversions, TakeTheLargestSingleAndNoLarger) {
   EXPECT_EQ(ErrorOf([] { CSng("-3.5E+38", Us()); }), kOverflow);
 }
 
+TEST(IsNumeric, TakesSignAndCurrencyBehindTheDigitsInAnyOrder) {
+  EXPECT_EQ(CDbl("5-", Us()), -5);
+  EXPECT_EQ(CDbl("5$", Us()), 5);
+  EXPECT_EQ(CDbl("5 $ -", Us()), -5);
+  EXPECT_EQ(CDbl("5-$", Us()), -5);
+  EXPECT_FALSE(IsNumeric("5--", Us()));
+  EXPECT_FALSE(IsNumeric("5$$", Us()));
+}
+
 TEST(IsNumeric, DoesNotSeeWhatStandsBehindANul) {
   EXPECT_TRUE(IsNumeric(std::string_view("5\0x", 3), Us()));
 }
