@@ -50,6 +50,8 @@ class RenderingFailureTest : public AlertFixture {
   template <class Render>
   std::set<Outcome> Outcomes(Render&& render) {
     std::set<Outcome> outcomes;
+    render();  // tables that live as long as the program come into being here
+    world_.quiet.Take();
     for (long nth = 1;; ++nth) {
       allocations_until_failure = nth;
       std::string text = render();

@@ -2,7 +2,6 @@
 
 #include "core/message_window.h"
 #include "core/splash.h"
-#include "core/text_rules.h"
 #include "core/version.h"
 #include "core/version_text.h"
 #include "support/console_world.h"
@@ -31,7 +30,9 @@ class InitialTest : public ::testing::Test {
     hooks_.InitReader = [this](const std::string& path) { steps_.push_back("InitReader " + path); };
     hooks_.MonitorNames = [this] { return monitors_; };
     hooks_.RegisterMonitors = [this](const std::vector<std::string>& names) {
-      steps_.push_back("RegisterMonitors " + Join(names, "/"));
+      std::string step = "RegisterMonitors";
+      for (const std::string& name : names) step += " " + name;
+      steps_.push_back(step);
     };
     hooks_.FileVersion = [this](const std::string& path) {
       steps_.push_back("FileVersion " + path);
@@ -87,7 +88,7 @@ TEST_F(InitialTest, HomeEditionStartsInThisOrder) {
                                   "painted Korvessa Zendrix Home Edition", "'Initial': Read desc files.",
                                   "LoadDescArrays", "'Initial': Start event reader.",
                                   "InitReader /opt/zendrix/KorvessaMonitoring.kvl",
-                                  "RegisterMonitors Running Processes/Aggregation", "ReadRegInfo",
+                                  "RegisterMonitors Running Processes Aggregation", "ReadRegInfo",
                                   "'Initial': Start UI.", "frmNewUI", "splash unloaded"));
   EXPECT_EQ(state().ProductName, "Korvessa Zendrix Home Edition");
   EXPECT_EQ(state().MonitoringFilePath, "/opt/zendrix/KorvessaMonitoring.kvl");
@@ -105,7 +106,7 @@ TEST_F(InitialTest, AdministratorEditionStartsInThisOrder) {
                                   "'Initial': Show Splash screen.", "frmSplash",
                                   "painted Korvessa Zendrix Administrator", "'Initial': Read desc files.",
                                   "LoadDescArrays", "'Initial': Start event reader.",
-                                  "InitReader /opt/zendrix/KorvessaMonitoring.kvl", "RegisterMonitors ",
+                                  "InitReader /opt/zendrix/KorvessaMonitoring.kvl", "RegisterMonitors",
                                   "ReadRegInfo", "'Initial': Start UI.", "frmMain", "splash unloaded"));
 }
 
