@@ -1,6 +1,7 @@
 #include "qt/home_window.h"
 
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
