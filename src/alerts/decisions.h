@@ -37,8 +37,8 @@ class Decisions {
   bool FromMenu(Answer answer, const ListedAlert& alert);
 
   // The page's command: "do" (Block) or "undo" (Allow). Calls the quarantine for each event that it fits,
-  // shows what came of it, and files the decision; an Allow then offers back what is still in quarantine for
-  // the alert. An alert that is not in the table any more is left alone.
+  // shows what came of it, and files the decision; of an alert that is not in the table any more no item is
+  // acted on and nothing is filed. An Allow then offers back what is still in quarantine for the alert.
   void FromPage(Answer answer, const ListedAlert& alert);
 
  private:

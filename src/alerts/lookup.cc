@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "core/date_rules.h"
+#include "core/guards.h"
 #include "core/moments.h"
 #include "core/number_rules.h"
 #include "core/run_time_error.h"
@@ -142,13 +143,13 @@ class Lookup {
 void GetNotableInfo(core::AppState& state, core::ErrorLog& log, store::EventTable* table,
                     const std::string& id, AlertContext& context) {
   context.Reset();
-  try {
+  const auto error = core::ErrorOf([&] {
     if (!table) core::Raise(core::kObjectNotSet);
     Lookup(state, *table, context).Run(id);
-  } catch (const core::RunTimeError&) {
+  });
+  if (error)
     log.WriteLog("EventUtils:GetNotableInfo",
                  "Error retrieving Alert details. '" + context.NotableInfo.back().Description + "' ");
-  }
   if (table && table->RowCount() > 0) table->cursor()->MoveFirst();
 }
 

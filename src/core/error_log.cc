@@ -40,18 +40,13 @@ void ErrorLog::WriteLog(const std::string& proc, const std::string& msg) {
 
 std::optional<RunTimeError> ErrorLog::WriteLine(const std::string& message) {
   if (on_line) on_line(message);
-  try {
+  return ErrorOf([&] {
     platform::Seams& seams = state_.seams;
     const std::string date = ShortDateLongTime(Now(seams.clock, seams.family), seams.locale.Current());
     const std::string computer = ProperCase(seams.host.ComputerName().substr(0, 255));
     const std::string path = platform::JoinPath(state_.ProgramFolder, kConsoleLogName);
-    const platform::Status written =
-        seams.files.Append(path, date + "," + computer + ",0," + message + "\r\n");
-    if (!written) return FromPlatform(written.error());
-  } catch (const RunTimeError& error) {
-    return error;
-  }
-  return std::nullopt;
+    ValueOrRaise(seams.files.Append(path, date + "," + computer + ",0," + message + "\r\n"));
+  });
 }
 
 void ErrorLog::WriteError(const std::string& proc, const RunTimeError& error) {

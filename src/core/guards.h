@@ -4,6 +4,7 @@
 #pragma once
 
 #include <new>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -24,31 +25,32 @@ auto OrFatal(ErrorLog& log, const std::string& proc, Body&& body) -> decltype(bo
   }
 }
 
-// Runs `body`; a run-time error becomes the log line "number: description" under the name `proc`. Returns
-// whether the body came to its end. Memory that runs out is a run-time error like any other.
+// Runs `body`; the run-time error that ended it, if one did. Memory that runs out is one like any other.
 template <class Body>
-bool OrLog(ErrorLog& log, std::string_view proc, Body&& body) {
+std::optional<RunTimeError> ErrorOf(Body&& body) {
   try {
     std::forward<Body>(body)();
-    return true;
+    return std::nullopt;
   } catch (const RunTimeError& error) {
-    log.WriteLog(std::string(proc), std::to_string(error.number) + ": " + error.description);
+    return error;
   } catch (const std::bad_alloc&) {
-    log.WriteLog(std::string(proc), std::to_string(kOutOfMemory) + ": " + DescriptionOf(kOutOfMemory));
+    return RunTimeError{kOutOfMemory, DescriptionOf(kOutOfMemory)};
   }
-  return false;
+}
+
+// Runs `body`; a run-time error becomes the log line "number: description" under the name `proc`. Returns
+// whether the body came to its end.
+template <class Body>
+bool OrLog(ErrorLog& log, std::string_view proc, Body&& body) {
+  const auto error = ErrorOf(std::forward<Body>(body));
+  if (error) log.WriteLog(std::string(proc), std::to_string(error->number) + ": " + error->description);
+  return !error;
 }
 
 // Runs `body` where the rules ignore every run-time error; the work goes on behind the guard.
 template <class Body>
 void OrIgnore(Body&& body) {
-  try {
-    std::forward<Body>(body)();
-  } catch (const RunTimeError&) {
-    return;
-  } catch (const std::bad_alloc&) {
-    return;
-  }
+  (void)ErrorOf(std::forward<Body>(body));
 }
 
 }  // namespace zendrix::core

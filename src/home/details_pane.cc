@@ -76,7 +76,7 @@ bool DetailsPane::WaitForDocument() {
 // The script file is read at each use: it counts as it is now, with the hash that it has now.
 void DetailsPane::AddScripts() {
   constexpr char kPlace[] = "frmNewUI:AddScripts";
-  try {
+  const auto error = core::ErrorOf([&] {
     auto& files = app_.seams.files;
     const std::string path = store::DescPath(app_, kScriptFile);
     std::string script;
@@ -89,9 +89,8 @@ void DetailsPane::AddScripts() {
     }
     widgets::BrowserPage* page = view_.page();
     if (page && !page->AddScript(script)) core::Raise(core::kObjectNotSet);
-  } catch (const core::RunTimeError& error) {
-    parts_.log.WriteLog(kPlace, "Error: Scripts not loaded " + error.description);
-  }
+  });
+  if (error) parts_.log.WriteLog(kPlace, "Error: Scripts not loaded " + error->description);
 }
 
 void DetailsPane::Decide(alerts::Answer answer, const std::string& subject) {

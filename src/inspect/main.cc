@@ -64,8 +64,14 @@ int Usage(const std::string& text) {
   return kWrongUsage;
 }
 
+// Whether a word that begins with "-" is a number with its sign.
+bool IsSigned(const std::string& word) {
+  const std::size_t first = word.starts_with("-.") ? 2 : 1;
+  return word.starts_with('-') && first < word.size() && word[first] >= '0' && word[first] <= '9';
+}
+
 // The command and the words behind it. A word that begins with "-" must stand behind "--", but for the
-// command's own options.
+// command's own options and for numbers.
 Words WordsOf(const Options& options) {
   Words words;
   bool plain = false;
@@ -74,7 +80,7 @@ Words WordsOf(const Options& options) {
       plain = true;
       continue;
     }
-    const bool option = !plain && word.size() > 1 && word[0] == '-';
+    const bool option = !plain && word.size() > 1 && word[0] == '-' && !IsSigned(word);
     if (option && (words.empty() || words[0] != "follow" || word != "--live"))
       throw WrongUsage("unknown option " + word + " (arguments that begin with \"-\" stand behind --)");
     words.push_back(word);

@@ -47,7 +47,9 @@ TEST_F(ArgumentsTest, WrongUsageIsOneLineOnStandardErrorAndNoDocument) {
       {"hash"},
       {"hash", "a", "forget"},
       {"risk"},
-      {"risk", "-1"},
+      {"risk", "-x"},
+      {"risk", "--1"},
+      {"-1"},
       {"alerts", "more"},
       {"alert"},
       {"alert", "1", "2"},
@@ -78,6 +80,15 @@ TEST_F(ArgumentsTest, WrongUsageIsOneLineOnStandardErrorAndNoDocument) {
       {"token", "a=1"},
   };
   for (const auto& arguments : wrong) ExpectWrongUsage(arguments);
+}
+
+TEST_F(ArgumentsTest, NumberWithASignIsAValue) {
+  const Json risks = Document({"risk", "-1", "0.5", "-.5"})["risks"];
+  ASSERT_EQ(risks.size(), 3U);
+  EXPECT_EQ(risks[0]["value"], "-1");
+  EXPECT_EQ(risks[0]["level"], "Intrusion");
+  EXPECT_EQ(risks[2]["value"], "-.5");
+  EXPECT_EQ(Document({"ini", "x.ini", "int", "S", "K", "-5"})["value"], -5);
 }
 
 TEST_F(ArgumentsTest, ArgumentsBehindTwoDashesAreNeverOptions) {

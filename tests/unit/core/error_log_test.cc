@@ -96,6 +96,15 @@ TEST_F(ErrorLogTest, ReadOnlyLogFileIsSilent) {
   EXPECT_FALSE(world_.platform.process.ended);
 }
 
+// The guards write their line when memory has run out: the line itself must not end the process then.
+TEST_F(ErrorLogTest, MemoryThatRunsOutWhileALineIsWrittenIsSilent) {
+  world_.platform.files.before = [](FileOp, const std::string&) { throw std::bad_alloc(); };
+  world_.quiet.Expect("'proc': message");
+  world_.log.WriteLog("proc", "message");
+  world_.quiet.Expect("'proc': 13: Type mismatch");
+  EXPECT_FALSE(OrLog(world_.log, "proc", [] { Raise(kTypeMismatch); }));
+}
+
 TEST_F(ErrorLogTest, FatalErrorIsLoggedToldAndEndsTheProcess) {
   world_.quiet.Expect(kMismatchLine);
   EXPECT_EQ(world_.EndOf([&] { world_.log.WriteError("Initial : Main", kMismatch); }), 1);
