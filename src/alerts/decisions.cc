@@ -1,11 +1,16 @@
 #include "alerts/decisions.h"
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 #include "alerts/activations.h"
 #include "alerts/lookup.h"
 #include "alerts/summary_table.h"
 #include "core/letter_case.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
+#include "family/description_reading.h"
 #include "platform/windows_1252.h"
 
 namespace zendrix::alerts {
@@ -17,6 +22,14 @@ constexpr std::size_t kMessageSize = 256;
 std::string TextOf(const std::string& message) {
   const auto end = message.find('\0');
   return end == std::string::npos ? std::string() : message.substr(0, end) + "\r\n";
+}
+
+// Whether the event names this file, in either spelling that letters beyond ASCII can have.
+bool Names(const NotableRecord& event, const std::string& path) {
+  const auto kind = family::KindOfMonitor(event.Monitor);
+  if (!kind) return false;
+  const std::string_view named = family::ReadDescription(*kind, event.Description).path;
+  return !named.empty() && (named == path || platform::Utf8FromBytes(named) == path);
 }
 
 std::string Question(Answer answer, const std::string& item_text) {
@@ -57,7 +70,7 @@ bool Decisions::FromMenu(Answer answer, const ListedAlert& alert) {
     checked_.MarkBlocked(alert.date_utc);
   else
     checked_.MarkAllowed(alert.date_utc);
-  if (answer == Answer::kAllow) OfferBack(alert);
+  if (answer == Answer::kAllow) OfferBack(alert, records.NotableInfo);
   return true;
 }
 
@@ -65,32 +78,44 @@ void Decisions::FromPage(Answer answer, const ListedAlert& alert) {
   const AlertContext records = LookUp(alert);
   const char* const wanted = answer == Answer::kBlock ? "failed" : "success";
   std::string collected;
+  std::vector<NotableRecord> left_alone;
   for (std::size_t i = 1; i < records.NotableInfo.size(); ++i) {
     const NotableRecord& record = records.NotableInfo[i];
-    if (core::Contains(core::LowerCase(record.Reaction), wanted)) collected += ActOn(record, alert, answer);
+    if (core::Contains(core::LowerCase(record.Reaction), wanted))
+      collected += ActOn(record, alert, answer);
+    else
+      left_alone.push_back(record);
   }
   if (!collected.empty())
     state_.seams.message_boxes.Show(
         {state_.ProductName, collected, platform::BoxIcon::kInformation, platform::BoxButtons::kOk});
   File(answer, records);
-  if (answer == Answer::kAllow) OfferBack(alert);
+  if (answer == Answer::kAllow) OfferBack(alert, left_alone);
 }
 
-// What an earlier Block put away for this alert would stay away behind an Allow, and nothing would say so.
-void Decisions::OfferBack(const ListedAlert& alert) {
+// What an earlier Block put away for this alert would stay away behind an Allow, and nothing would say so. An
+// entry knows its alert by a moment that whoever wrote the event has chosen, so only what these events name
+// is offered.
+void Decisions::OfferBack(const ListedAlert& alert, const std::vector<NotableRecord>& events) {
   auto& family = state_.seams.family;
   auto& boxes = state_.seams.message_boxes;
-  const auto entries = family.QuarantineListOf(alert.date_utc);
-  if (!entries || entries.value().empty()) return;
+  auto listed = family.QuarantineListOf(alert.date_utc);
+  if (!listed) return;
+  std::vector<platform::QuarantineEntry> entries = std::move(listed).value();
+  std::erase_if(entries, [&](const platform::QuarantineEntry& entry) {
+    return std::none_of(events.begin(), events.end(),
+                        [&](const NotableRecord& record) { return Names(record, entry.path); });
+  });
+  if (entries.empty()) return;
   std::string question = "In quarantine because of this alert:\r\n";
-  for (const platform::QuarantineEntry& entry : entries.value())
+  for (const platform::QuarantineEntry& entry : entries)
     question += platform::BytesFromUtf8(entry.path) + "\r\n";
   question += "Put back in place?";
   const auto said =
       boxes.Show({state_.ProductName, question, platform::BoxIcon::kQuestion, platform::BoxButtons::kYesNo});
   if (said != platform::BoxAnswer::kYes) return;
   std::string told;
-  for (const platform::QuarantineEntry& entry : entries.value()) {
+  for (const platform::QuarantineEntry& entry : entries) {
     std::string message(kMessageSize, ' ');
     const auto done = family.RestoreExport(entry.name, message);
     told += TextOf(message);

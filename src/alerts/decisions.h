@@ -44,7 +44,7 @@ class Decisions {
  private:
   AlertContext LookUp(const ListedAlert& alert);
   std::string ActOn(const NotableRecord& record, const ListedAlert& alert, Answer answer);
-  void OfferBack(const ListedAlert& alert);
+  void OfferBack(const ListedAlert& alert, const std::vector<NotableRecord>& events);
   void File(Answer answer, const AlertContext& records);
 
   core::AppState& state_;

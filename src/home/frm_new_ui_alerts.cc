@@ -36,14 +36,18 @@ std::string TextOf(const store::EventCursor& row, store::Column column) {
 // Marks the list as busy and its views as waiting for as long as a build runs.
 class frmNewUI::ListBuild {
  public:
-  explicit ListBuild(frmNewUI& form) : form_(form), batch_(form.lvAlerts) { form_.ListBusy = true; }
-  ~ListBuild() { form_.ListBusy = false; }
+  explicit ListBuild(frmNewUI& form) : form_(form), batch_(form.lvAlerts), outer_(form.ListBusy) {
+    form_.ListBusy = true;
+  }
+  // A build that came in while another one waits for the page leaves that one's mark.
+  ~ListBuild() { form_.ListBusy = outer_; }
   ListBuild(const ListBuild&) = delete;
   ListBuild& operator=(const ListBuild&) = delete;
 
  private:
   frmNewUI& form_;
   widgets::ListBatch batch_;
+  bool outer_;
 };
 
 void frmNewUI::CreateHeaderlvAlerts() {

@@ -118,8 +118,9 @@ int RunWords(const Options& options) {
     return RunCommand(console, command, words);
   } catch (const NoSuchThing& error) {
     // The program folder itself: there is no console to tell it.
-    std::cout << Json{{"error", error.what()}, {"messages", Json::array()}, {"log", Json::array()}}
-              << std::endl;
+    const Json document = {{"error", error.what()}, {"messages", Json::array()}, {"log", Json::array()}};
+    // The name may be no UTF-8.
+    std::cout << document.dump(-1, ' ', false, Json::error_handler_t::replace) << std::endl;
     return kNotFound;
   }
 }

@@ -273,7 +273,10 @@ class OfferBackTest : public DecisionsTest {
  protected:
   void HaveTwoEntries() {
     TwoAlerts();
-    world_.platform.family.quarantine_entries = {{"0001", "/opt/tool", 1, "", 0, 0, "1795225504"},
+    // "a" is the event that the Agent could not stop; the other entry of this alert's second is of another
+    // alert.
+    world_.platform.family.quarantine_entries = {{"0001", "a", 1, "", 0, 0, "1795225504"},
+                                                 {"0003", "/opt/evil", 1, "", 0, 0, "1795225504"},
                                                  {"0002", "/opt/other", 1, "", 0, 0, "1795225777"}};
   }
   const std::vector<std::string>& Restored() { return world_.platform.family.restore_calls; }
@@ -285,8 +288,7 @@ TEST_F(OfferBackTest, AllowInThePageOffersBackWhatIsInQuarantineForTheAlert) {
   world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
   alerts_.DecideFromPage(Answer::kAllow, Listed(5));
   EXPECT_THAT(Restored(), ElementsAre("0001"));
-  EXPECT_THAT(Boxes(),
-              ElementsAre("In quarantine because of this alert:\r\n/opt/tool\r\nPut back in place?"));
+  EXPECT_THAT(Boxes(), ElementsAre("In quarantine because of this alert:\r\na\r\nPut back in place?"));
   EXPECT_EQ(world_.platform.message_boxes.shown[0].buttons, platform::BoxButtons::kYesNo);
 }
 
