@@ -234,6 +234,15 @@ TEST_F(FrmMainTest, FileThatShrinksByOneByteIsReloaded) {
               ElementsAre("file shortened, reloading", "Event View is full, Reloading...", "60 records"));
 }
 
+TEST_F(FrmMainTest, FileThatShrinksBehindAnUpdateIsReloadedAlsoWhenItIsLongerThanAtTheStart) {
+  OpenOn({Line(1, "system", "a")});
+  AppendLine(Line(2, "system", "a long text"));
+  Tick();
+  Put({Line(7, "system", "b"), Line(8, "system", "b")});
+  Tick();
+  EXPECT_THAT(Column(kColWhole), ElementsAre("b", "b"));
+}
+
 TEST_F(FrmMainTest, ReloadKeepsWidths) {
   OpenOn({Line(1, "system"), Line(2, "system"), Line(3, "system")});
   form_->EventList.SetColWidth(kColHostname, 1234);
@@ -424,6 +433,22 @@ TEST_F(FrmMainTest, HeadingThatDoesNotFitBesideItsArrowIsCut) {
   EXPECT_EQ(form_->EventList.column(kColHostname).heading, "Hostname");
 }
 
+TEST_F(FrmMainTest, EveryHeadingThatWasCutComesBackWhole) {
+  OpenOn({Line(1, "system")});
+  const std::pair<int, const char*> headings[] = {{kColDateTime, "Date/Time"},
+                                                  {kColHostname, "Hostname"},
+                                                  {kColMonitor, "Monitor"},
+                                                  {kColChange, "Change"},
+                                                  {kColDescription, "Description"}};
+  for (const auto& [column, heading] : headings) {
+    form_->EventList.SetColWidth(column, 650);
+    form_->EventList.header_clicked.Raise(column);
+    EXPECT_THAT(form_->EventList.column(column).heading, HasSubstr("...")) << heading;
+    form_->EventList.header_clicked.Raise(column == kColMonitor ? kColHostname : kColMonitor);
+    EXPECT_EQ(form_->EventList.column(column).heading, heading);
+  }
+}
+
 TEST_F(FrmMainTest, EventIdHeaderSortsNothing) {
   OpenOn({Line(1, "system"), Line(2, "system")});
   form_->EventList.header_clicked.Raise(kColEventID);
@@ -471,6 +496,42 @@ TEST_F(FrmMainTest, FullGridAtAnUpdateKeepsItsCountersAndReadsAgain) {
   AppendLine(Line(4, "system"));
   Tick();
   EXPECT_EQ(Boxes().shown.size(), 2u);
+}
+
+// Where memory runs out before the grid's own limit.
+TEST_F(FrmMainTest, MemoryThatRunsOutInALoadIsToldAsAFullGrid) {
+  std::vector<std::string> lines;
+  for (int i = 0; i < 60; ++i) lines.push_back(Line(i, "system"));
+  OpenOn(lines);
+  bool throws = true;
+  const auto link = form_->DynamicPictureBox.value.changed.Connect([&] {
+    if (form_->DynamicPictureBox.value > 0 && std::exchange(throws, false)) throw std::bad_alloc();
+  });
+  form_->MnVRefresh.clicked.Raise();
+  ASSERT_EQ(Boxes().shown.size(), 1u);
+  EXPECT_THAT(Boxes().shown[0].text, HasSubstr("The Event View grid is full."));
+  EXPECT_EQ(form_->RecCnt.text.Get(), "50 records");
+  EXPECT_TRUE(form_->EventList.enabled);
+  throws = true;
+  for (int i = 60; i < 120; ++i) AppendLine(Line(i, "system"));
+  Tick();
+  EXPECT_EQ(Boxes().shown.size(), 2u);
+  EXPECT_EQ(form_->GridLineCount, 50);
+}
+
+TEST_F(FrmMainTest, ArrowStandsDownOnTheTimeBehindALoadAndARefresh) {
+  OpenOn({Line(1, "system")});
+  const auto arrows = [&] {
+    std::vector<widgets::SortArrow> all;
+    for (int i = 0; i < form_->EventList.Cols(); ++i) all.push_back(form_->EventList.column(i).arrow);
+    return all;
+  };
+  std::vector<widgets::SortArrow> expected(kGridColumns, widgets::SortArrow::kNone);
+  expected[kColDateTime] = widgets::SortArrow::kDown;
+  EXPECT_EQ(arrows(), expected);
+  form_->EventList.header_clicked.Raise(kColHostname);
+  form_->MnVRefresh.clicked.Raise();
+  EXPECT_EQ(arrows(), expected);
 }
 
 TEST_F(FrmMainTest, FileThatCannotBeReadIsLogged) {

@@ -170,6 +170,30 @@ TEST_F(FrameTest, FirstAlertIsSelectedAndExplainedAtTheStart) {
   EXPECT_EQ(alerts_.rendered.back(), "2");
 }
 
+// Whole days without an intrusion are for the notice, every other hour for the survey; the first hours are
+// no day yet.
+TEST_F(FrameTest, WholeDaysAskForNoSurvey) {
+  int posts = 0;
+  services_.PostSurvey = [&] { ++posts; };
+  Open(Alert(1, "0"));
+  state_.settings.TSurv = "N";
+  state_.settings.IniDate = "01/01/2004";
+  const auto posts_at = [&](int hours) {
+    const int before = posts;
+    form_->HourTicks = 3600;
+    const core::Date now = core::Now(world_.platform.clock, world_.platform.family);
+    form_->LastIntrusionTime = now + 1.0 / 86400 - (hours + 0.5) / 24;
+    Seconds(1);
+    return posts - before;
+  };
+  EXPECT_EQ(posts_at(0), 1);
+  EXPECT_EQ(posts_at(1), 1);
+  EXPECT_EQ(posts_at(23), 1);
+  EXPECT_EQ(posts_at(24), 0);
+  EXPECT_EQ(posts_at(25), 1);
+  EXPECT_EQ(posts_at(48), 0);
+}
+
 TEST_F(FrameTest, DayIsCountedInTensOfSeconds) {
   Open(Alert(1, "0"));
   Seconds(9);

@@ -44,6 +44,15 @@ TEST_F(GridTest, FormatStringGivesHeadingsAndAlignments) {
   EXPECT_EQ(grid_.column(3).heading, "Description");
 }
 
+TEST_F(GridTest, EveryHeadingHasItsOwnAlignmentAndLosesItsBlanks) {
+  grid_.SetFormatString("<  a b |>c|> d");
+  for (const int col : {0, 1, 2}) {
+    EXPECT_EQ(grid_.column(col).align, col == 0 ? Align::kLeft : Align::kRight) << col;
+    EXPECT_EQ(grid_.column(col).heading,
+              (std::vector<std::string>{"a b", "c", "d"})[static_cast<std::size_t>(col)]);
+  }
+}
+
 TEST_F(GridTest, NewFormatStringKeepsWidths) {
   grid_.SetFormatString("a|b");
   grid_.SetColWidth(1, 77);
