@@ -54,6 +54,10 @@ TEST(SideFilePath, ReplacesTheExtension) {
   EXPECT_EQ(SideFilePath("/opt/zendrix/zendrix.ini"), "/opt/zendrix/zendrix.kvh");
 }
 
+TEST(SideFilePath, NameThatBeginsWithItsDotIsAllExtension) {
+  EXPECT_EQ(SideFilePath("/opt/zendrix/.kvl"), "/opt/zendrix/.kvh");
+}
+
 TEST(SideFilePath, ReplacesItInFolderNamesToo) {
   EXPECT_EQ(SideFilePath("/opt/a.kvl/KorvessaDesc0.kvl"), "/opt/a.kvh/KorvessaDesc0.kvh");
   EXPECT_EQ(SideFilePath("/opt/a.kvl.old/x.kvl"), "/opt/a.kvh.old/x.kvh");
