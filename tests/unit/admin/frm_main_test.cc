@@ -389,6 +389,38 @@ TEST_F(FrmMainTest, SizesAreCheckedAgainBehindAnUpdateAndBehindARefresh) {
   EXPECT_FALSE(form_->UpdateBusy);
 }
 
+TEST_F(FrmMainTest, ViewsAreToldOfAllNewWidthsAtOnce) {
+  OpenOn({Line(1, "system")});
+  for (const int column : {kColDateTime, kColHostname, kColMonitor}) form_->EventList.SetColWidth(column, 1);
+  int told = 0;
+  const auto link = form_->EventList.columns_changed.Connect([&] { ++told; });
+  form_->AutoSizeColumns();
+  EXPECT_EQ(told, 1);
+  EXPECT_GT(form_->EventList.column(kColHostname).width, 1);
+  EXPECT_TRUE(form_->EventList.redraw());
+  EXPECT_EQ(screen_.MousePointer, widgets::kPointerDefault);
+  EXPECT_EQ(form_->RecCnt.text.Get(), "1 record");
+}
+
+TEST_F(FrmMainTest, PointerIsTheUsualOneBehindAnUpdateOfASortedGrid) {
+  OpenOn({Line(1, "system"), Line(2, "system")});
+  form_->EventList.header_clicked.Raise(kColHostname);
+  AppendLine(Line(3, "system"));
+  Tick();
+  EXPECT_EQ(screen_.MousePointer, widgets::kPointerDefault);
+  EXPECT_TRUE(form_->EventList.redraw());
+}
+
+TEST_F(FrmMainTest, RightClickOnTheIconBringsTheWindowForward) {
+  OpenOn({Line(1, "system")});
+  int forward = 0;
+  const auto front = form_->bring_forward.Connect([&] { ++forward; });
+  form_->tray.mouse.Raise(widgets::kTrayRightUp);
+  form_->enabled = false;
+  form_->tray.mouse.Raise(widgets::kTrayRightUp);
+  EXPECT_EQ(forward, 2);
+}
+
 TEST_F(FrmMainTest, SortMarksTheFirstRow) {
   OpenOn({Line(1, "system"), Line(2, "system")});
   form_->EventList.Row = 2;
