@@ -8,6 +8,7 @@
 #include "alerts/lookup.h"
 #include "alerts/summary_table.h"
 #include "core/letter_case.h"
+#include "core/path_text.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
 #include "family/description_reading.h"
@@ -108,8 +109,7 @@ void Decisions::OfferBack(const ListedAlert& alert, const std::vector<NotableRec
   });
   if (entries.empty()) return;
   std::string question = "In quarantine because of this alert:\r\n";
-  for (const platform::QuarantineEntry& entry : entries)
-    question += platform::BytesFromUtf8(entry.path) + "\r\n";
+  for (const platform::QuarantineEntry& entry : entries) question += core::PathText(entry.path) + "\r\n";
   question += "Put back in place?";
   const auto said =
       boxes.Show({state_.ProductName, question, platform::BoxIcon::kQuestion, platform::BoxButtons::kYesNo});
