@@ -6,6 +6,8 @@
 
 #include <chrono>
 #include <cstdint>
+#include <ctime>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,6 +16,8 @@ namespace zendrix::family {
 struct Outside {
   // Who clicks. The superuser is bound by more rules than others.
   uid_t user = 0;
+  // The moment of the click, in UTC seconds.
+  std::function<std::int64_t()> now = [] { return std::int64_t{::time(nullptr)}; };
   // Processes and what they have open.
   std::string proc = "/proc";
   // Records of installed packages, and the folder that their paths start at.

@@ -146,6 +146,14 @@ void RequireUnchanged(const Subject& subject, const Event& event) {
     throw Refused{name + " was changed after this event. Nothing was changed."};
 }
 
+// An event of a moment that is still to come has a wrong moment, and every change of the file so far would
+// count as earlier.
+Event WithBelievedMoment(const Event& event, const Outside& outside) {
+  Event believed = event;
+  if (event.moment && *event.moment > outside.now() + kClockSlack) believed.moment.reset();
+  return believed;
+}
+
 }  // namespace
 
 ProgramState StateOf(const std::string& process, const struct stat& file, const Event& event,
@@ -163,7 +171,8 @@ ProgramState StateOf(const std::string& process, const struct stat& file, const 
   return same ? ProgramState::kThisFile : ProgramState::kAnother;
 }
 
-void RequireTheProgram(const Subject& subject, const Event& event, const Outside& outside) {
+void RequireTheProgram(const Subject& subject, const Event& told, const Outside& outside) {
+  const Event event = WithBelievedMoment(told, outside);
   std::vector<std::string> processes;
   bool in_use = false;
   if (subject.kind == DescriptionKind::kRunningProcess) {

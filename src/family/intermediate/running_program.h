@@ -25,8 +25,8 @@ ProgramState StateOf(const std::string& process, const struct stat& file, const 
                      const Outside& outside);
 
 // Of an event about a program, a port or a connection: while a process of it lives, that must run this very
-// file; when none does, the file must be as it was at the moment of the event. Refuses otherwise. Events of
-// other kinds say nothing about a process.
+// file; when none does, the file must be as it was at the moment of the event, and a moment that is still to
+// come is as good as none. Refuses otherwise. Events of other kinds say nothing about a process.
 void RequireTheProgram(const Subject& subject, const Event& event, const Outside& outside);
 
 }  // namespace zendrix::family

@@ -125,10 +125,12 @@ TEST_F(ExportsTest, ThePlatformFindsTheLibraryBesideTheProgramAndUsesIt) {
   platform::LinuxFamily family(std::filesystem::canonical(program_invocation_name).parent_path());
   family.ConfigureQuarantine(program_on_disk_, false);
   const std::string path = Make("a tool\t%");
-  const platform::QuarantineEvent event{"Running Processes", path, std::to_string(time(nullptr) + 60),
-                                        "42\t"};
+  // Putting a file back is a change of it, so each click has an event of its own.
+  const auto event = [&] {
+    return platform::QuarantineEvent{"Running Processes", path, std::to_string(time(nullptr) + 1), "42\t"};
+  };
   std::string message;
-  ASSERT_TRUE(family.QuarantineExport(event, message).ok());
+  ASSERT_TRUE(family.QuarantineExport(event(), message).ok());
   EXPECT_NE(message.find("was moved to quarantine"), std::string::npos) << message;
   EXPECT_FALSE(LookAt(path).there);
   EXPECT_EQ(family.QuarantineListOf("42").value().size(), 0U);
@@ -143,8 +145,8 @@ TEST_F(ExportsTest, ThePlatformFindsTheLibraryBesideTheProgramAndUsesIt) {
   EXPECT_TRUE(message.starts_with("There is no such entry in quarantine.")) << message;
   EXPECT_TRUE(family.RestoreExport(entries[0].name, message).value()) << message;
   EXPECT_TRUE(LookAt(path).there);
-  ASSERT_TRUE(family.QuarantineExport(event, message).ok());
-  ASSERT_TRUE(family.UnquarantineExport(event, message).ok());
+  ASSERT_TRUE(family.QuarantineExport(event(), message).ok());
+  ASSERT_TRUE(family.UnquarantineExport(event(), message).ok());
   EXPECT_TRUE(LookAt(path).there) << message;
   EXPECT_EQ(family.QuarantineList().value().size(), 0U);
 }
@@ -161,6 +163,10 @@ TEST_F(ExportsTest, AnEventIsTakenAsItIsHandedOver) {
   }
   EXPECT_NE(std::string(message).find("was changed after this event"), std::string::npos) << message;
   event.event_utc = "99999999999";
+  EXPECT_EQ(QuarantineEventExport(&event, message, sizeof message), 1) << "still to come";
+  EXPECT_NE(std::string(message).find("when the event was is not known"), std::string::npos) << message;
+  const std::string now = std::to_string(time(nullptr) + 1);
+  event.event_utc = now.c_str();
   event.shown = 0;
   EXPECT_EQ(QuarantineEventExport(&event, message, sizeof message), 1);
   EXPECT_STREQ(message, "The page of this alert does not show this event. Nothing was changed.");

@@ -406,6 +406,28 @@ TEST_F(MayTakeTest, WhenTheProgramHasEndedAndTheMomentIsNotKnownTheFileStays) {
   ExpectTaken(event, path);
 }
 
+// Against an event that claimed to be of the year 5138 every file was unchanged, also one that had been put
+// in the program's place a moment ago.
+TEST_F(MayTakeTest, AnEventOfAMomentThatIsStillToComeHasNoKnownMoment) {
+  const std::string path = Make("tool");
+  for (const std::int64_t moment : {now_ + 3, now_ + kAnHour, std::int64_t{99999999999}, INT64_MAX}) {
+    Event event = Of(kProcesses, path + ":4711");
+    event.moment = moment;
+    ExpectKept(event, path, "The program of this event has ended, and when the event was is not known");
+    event = Of(kPorts, "8080:" + path);
+    event.moment = moment;
+    ExpectKept(event, path, "when the event was is not known");
+  }
+  // Clocks are told in whole seconds, and not by the same call.
+  Event event = Of(kProcesses, path + ":4711");
+  event.moment = now_ + 2;
+  ExpectTaken(event, path);
+  // A process that lives needs no moment.
+  Run("4711", path);
+  event.moment = now_ + kAnHour;
+  ExpectTaken(event, path);
+}
+
 TEST_F(MayTakeTest, AProcessListThatMakesNoSenseMeansNoProcess) {
   const std::string path = Make("tool");
   for (const char* text :

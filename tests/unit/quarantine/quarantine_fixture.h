@@ -129,6 +129,7 @@ class QuarantineTest : public testing::Test {
     outside_.rpm = outside_.pacman = "";
     outside_.autostart_places = {autostart_};
     outside_.system_places = {system_};
+    outside_.now = [this] { return now_; };
     // A busy machine takes longer than a click may; tests of these limits set their own.
     outside_.most_time = outside_.tool_time = std::chrono::minutes(10);
     quarantine_.Configure(program_, false);
@@ -210,6 +211,8 @@ class QuarantineTest : public testing::Test {
   // A computer of the test's own: processes, records of packages, autostart entries, a folder of the system.
   static constexpr std::int64_t kBoot = 1795000000;
   static constexpr std::int64_t kAnHour = 3600;
+  // Its clock is ahead: whatever a test does to its files is earlier than the event, and that has been.
+  const std::int64_t now_ = time(nullptr) + 2 * kAnHour;
   const std::string proc_, records_, autostart_, system_;
   Outside outside_;
   bool as_somebody_ = false;
