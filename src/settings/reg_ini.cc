@@ -1,5 +1,8 @@
 #include "settings/reg_ini.h"
 
+#include <optional>
+#include <utility>
+
 #include "core/date_rules.h"
 #include "core/guards.h"
 #include "core/letter_case.h"
@@ -21,10 +24,9 @@ class Catalogue {
   std::string Misc(const std::string& key, const std::string& default_value) {
     return file_.GetSettingStr("Misc", key, default_value);
   }
-  // The default is stored when the key has no value.
+  // The default is stored when the key is absent.
   std::string OrStored(const std::string& section, const std::string& key, const std::string& default_value) {
-    std::string text = file_.GetSettingStr(section, key, "");
-    if (!text.empty()) return text;
+    if (auto text = Value(section, key)) return *std::move(text);
     file_.SaveSettingStr(section, key, default_value);
     return default_value;
   }
@@ -36,19 +38,21 @@ class Catalogue {
   }
   // The default is the number 1.1 in any regional settings, so that it is not read through its text.
   float Sensitivity() {
-    const std::string text = Misc("Se", "");
-    const bool absent = text.empty() && !Has("Misc", "Se");
+    const auto text = Value("Misc", "Se");
     if (text == "0") file_.SaveSettingStr("Misc", "Se", core::TextOf(kDefaultSensitivity, locale_));
-    return absent || text == "0" ? kDefaultSensitivity : core::CSng(text, locale_);
+    return !text || text == "0" ? kDefaultSensitivity : core::CSng(*text, locale_);
   }
   void StoreNumber(const std::string& key, float value) {
     file_.SaveSettingStr("Misc", key, core::TextOf(value, locale_));
   }
 
  private:
-  // A key with an empty value has one; only an absent key takes the default.
-  bool Has(const std::string& section, const std::string& key) {
-    return file_.GetSettingStr(section, key, "1").empty();
+  // Nothing for an absent key. A key whose value is empty has that one: the profile functions hand out a
+  // default only for a key that is not there, so two of them tell the two apart.
+  std::optional<std::string> Value(const std::string& section, const std::string& key) {
+    std::string text = file_.GetSettingStr(section, key, "");
+    if (text.empty() && !file_.GetSettingStr(section, key, "1").empty()) return std::nullopt;
+    return text;
   }
 
   CSetting& file_;

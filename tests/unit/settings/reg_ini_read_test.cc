@@ -247,6 +247,27 @@ TEST_F(ReadRegInfoTest, AnUnreadableNumberInANumericKeyIsFatal) {
   ExpectFatal("[Misc]\r\nSe=\r\n", "13: Type mismatch");
 }
 
+// It was taken for an absent one: the user's empty text was replaced by the default, in memory and in the
+// file.
+TEST_F(ReadRegInfoTest, AKeyWithAnEmptyValueIsNotAbsentAndKeepsIt) {
+  const auto& settings =
+      Read("[Tline]\r\nTChart=\r\n[Misc]\r\nIniDate= \r\nTSurv=\"\"\r\nTTour=\r\nenblAlr=\r\n");
+  EXPECT_EQ(settings.TChart + settings.IniDate + settings.TSurv + settings.TTour + settings.enblAlr, "");
+  EXPECT_EQ(Stored("Tline", "TChart"), "");
+  for (const char* key : {"IniDate", "TSurv", "TTour", "enblAlr"}) EXPECT_EQ(Stored("Misc", key), "") << key;
+  ExpectFatal("[Grid]\r\nSelColor=\r\n", "13: Type mismatch");
+  ExpectFatal("[Grid]\r\nSSColor=\r\n", "13: Type mismatch");
+  ExpectFatal("[Tline]\r\nNSlots=\r\n", "13: Type mismatch");
+  ExpectFatal("[Tline]\r\nTSlots=\r\n", "13: Type mismatch");
+}
+
+// A line without "=" gives no key a value; the default is stored in its place.
+TEST_F(ReadRegInfoTest, ABareNameIsAnAbsentKey) {
+  EXPECT_EQ(Read("[Tline]\r\nTChart\r\nNSlots\r\n").TChart, "D");
+  EXPECT_EQ(state_.settings.NSlots, 30);
+  EXPECT_TRUE(Ini().starts_with("[Tline]\r\nTChart=D\r\nNSlots=30\r\n")) << Ini();
+}
+
 TEST_F(ReadRegInfoTest, ANumberBeyondItsTypeIsFatal) {
   ExpectFatal("[Tline]\r\nNSlots=256\r\n", "6: Overflow");
   ExpectFatal("[Tline]\r\nTSlots=-1\r\n", "6: Overflow");
