@@ -149,6 +149,8 @@ void frmNewUI::AddRow(const store::EventCursor& row, int picture, const std::str
   parts_.alerts.ShowAlertPopUp(row, PopupsSuppressed);
 }
 
+// A date text that is no date stands in the list as the Agent wrote it. It tells no later moment, and it must
+// not end the build either: whoever can write one such line would hide every alert behind it.
 void frmNewUI::NoteIntrusion(const std::string& date_time) {
   const core::Date now = core::Now(app_.seams.clock, app_.seams.family);
   const auto moment = core::ReadDate(date_time, app_.seams.locale.Current(), core::LocalTimeOf(now).year);

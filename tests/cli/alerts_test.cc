@@ -455,5 +455,20 @@ TEST_F(AlertsTest, PortalRequestsOfEachKind) {
   EXPECT_EQ(url("tour"), base + "UserGettingStarted&HostID=" + product);
 }
 
+TEST_F(AlertsTest, PortalUrlIsNullWithoutTheLibraryThatKnowsTheHost) {
+  const TemporaryFolder alone;
+  RunFrom(alone.path());
+  for (const auto& [kind, place] : {std::pair{"feedback", "frmNewUI : Support_Click"},
+                                    {"support", "frmNewUI : Support_Click"},
+                                    {"newver", "frmNewUI : NewVer_Click"},
+                                    {"survey", "frmNewUI : TakeSurvey"},
+                                    {"tour", "frmTour : Form_Load"}}) {
+    const Json document = Document({"portal", kind});
+    EXPECT_THAT(KeysOf(document), ElementsAre("url", "messages", "log"));
+    EXPECT_EQ(document["url"], nullptr) << kind;
+    EXPECT_THAT(LogLines(document), ElementsAre(StartsWith("'" + std::string(place) + "': 53: "))) << kind;
+  }
+}
+
 }  // namespace
 }  // namespace zendrix::test

@@ -18,6 +18,7 @@ namespace zendrix::test {
 namespace {
 
 constexpr int kPatienceMs = 60000;
+constexpr char kInspector[] = ZENDRIX_INSPECT;
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
@@ -44,9 +45,9 @@ struct Ends {
   int input, output, error;
 };
 
-pid_t Spawn(const Arguments& arguments, const Environment& environment, const Ends& ends,
-            const std::string& working_folder) {
-  std::vector<std::string> words{ZENDRIX_INSPECT};
+pid_t Spawn(const std::string& program, const Arguments& arguments, const Environment& environment,
+            const Ends& ends, const std::string& working_folder) {
+  std::vector<std::string> words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<std::string> variables = EnvironmentWith(environment);
   posix_spawn_file_actions_t actions;
@@ -56,10 +57,10 @@ pid_t Spawn(const Arguments& arguments, const Environment& environment, const En
   posix_spawn_file_actions_adddup2(&actions, ends.error, 2);
   posix_spawn_file_actions_addchdir_np(&actions, working_folder.c_str());
   pid_t pid = -1;
-  const int failed = posix_spawn(&pid, ZENDRIX_INSPECT, &actions, nullptr, Pointers(words).data(),
+  const int failed = posix_spawn(&pid, program.c_str(), &actions, nullptr, Pointers(words).data(),
                                  Pointers(variables).data());
   posix_spawn_file_actions_destroy(&actions);
-  EXPECT_EQ(failed, 0) << "cannot start " << ZENDRIX_INSPECT << ": " << std::strerror(failed);
+  EXPECT_EQ(failed, 0) << "cannot start " << program << ": " << std::strerror(failed);
   return failed == 0 ? pid : -1;
 }
 
@@ -108,7 +109,7 @@ Running::Running(const Arguments& arguments, const Environment& environment) {
   int to[2] = {-1, -1}, from[2] = {-1, -1};
   EXPECT_EQ(pipe2(to, O_CLOEXEC), 0);
   EXPECT_EQ(pipe2(from, O_CLOEXEC), 0);
-  pid_ = Spawn(arguments, environment, {to[0], from[1], 2}, "/");
+  pid_ = Spawn(kInspector, arguments, environment, {to[0], from[1], 2}, "/");
   close(to[0]);
   close(from[1]);
   input_ = to[1];
@@ -213,10 +214,18 @@ std::vector<std::string> LogLines(const Json& document) {
   return document.at("log").get<std::vector<std::string>>();
 }
 
+InspectorTest::InspectorTest() : program_(kInspector) {}
+
+void InspectorTest::RunFrom(const std::filesystem::path& folder) {
+  const auto name = std::filesystem::path(kInspector).filename();
+  std::filesystem::copy_file(kInspector, folder / name);
+  program_ = folder / name;
+}
+
 Ended InspectorTest::RunPlain(const Arguments& arguments, const std::string& input,
                               const std::string& working_folder) {
   const MemoryFile in(input), out, err;
-  const pid_t pid = Spawn(arguments, environment_, {in.fd(), out.fd(), err.fd()}, working_folder);
+  const pid_t pid = Spawn(program_, arguments, environment_, {in.fd(), out.fd(), err.fd()}, working_folder);
   Ended ended;
   ended.status = StatusOf(pid);
   ended.out = out.Text();

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <sys/types.h>
 
+#include <filesystem>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -68,9 +69,14 @@ std::vector<std::string> LogLines(const Json& document);
 
 class InspectorTest : public ::testing::Test {
  protected:
+  InspectorTest();
+
   static constexpr int kStart = 1795225500;  // 2026-11-21 01:45:00 UTC
   static constexpr char kMonitoring[] = "KorvessaMonitoring.kvl";
 
+  // From now on a copy of the program in this folder runs, without the libraries that lie beside the
+  // original.
+  void RunFrom(const std::filesystem::path& folder);
   // A run with exactly these arguments; without the folder.
   Ended RunPlain(const Arguments& arguments, const std::string& input = "",
                  const std::string& working_folder = "/");
@@ -99,6 +105,7 @@ class InspectorTest : public ::testing::Test {
   void WriteDescriptions();
 
   TemporaryFolder folder_;
+  std::string program_;
   Environment environment_{{"LC_ALL", "C"}, {"TZ", "UTC"}};
 };
 

@@ -220,6 +220,22 @@ TEST_F(AlertListTest, TimeOfTheLatestUndecidedIntrusionIsKept) {
   EXPECT_DOUBLE_EQ(form_->LastIntrusionTime, at_ten);
 }
 
+TEST_F(AlertListTest, IntrusionWithoutAReadableDateIsListedAndMovesNoTime) {
+  const std::string undated = "some day,HOST,7,Aggregation|0.99|0.99|Tcp Port=22|||x\r\n";
+  Open(Alert(10, "0.99") + undated + Alert(20, "0.92"));
+  EXPECT_THAT(Rows(), ElementsAre("K3 Suspicious:22", "K2 Intrusion:18", "K1 Intrusion:18"));
+  EXPECT_EQ(form_->lvAlerts.at(1).text, "some day");
+  const core::Date at_ten = form_->LastIntrusionTime;
+  EXPECT_GT(at_ten, 38000);
+  Append(undated + Alert(5, "0.99"));
+  Poll();
+  EXPECT_THAT(Rows(), ElementsAre("K5 Intrusion:18", "K4 Intrusion:18", "K3 Suspicious:22", "K2 Intrusion:18",
+                                  "K1 Intrusion:18"));
+  EXPECT_EQ(form_->LastIntrusionTime, at_ten);
+  EXPECT_THAT(alerts_.pop_ups, ElementsAre("1 silent", "2 silent", "3 silent", "4", "5"));
+  EXPECT_TRUE(form_->AttentionPending);
+}
+
 TEST_F(AlertListTest, NewIntrusionUnderAWindowOnShowMovesTheTime) {
   Open(Alert(1, "0.5"));
   EXPECT_EQ(form_->LastIntrusionTime, 0);
