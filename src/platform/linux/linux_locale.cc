@@ -191,8 +191,38 @@ std::string WithoutHalves(const std::string& picture) {
   return whole;
 }
 
-void TakeDate(const CTimeTexts& texts, LocaleInfo& info) {
-  std::string picture = PictureWriter(texts).Write(texts.date);
+// The picture for a format whose words are not in the code page: its parts as digits, in its order. "%Y" with
+// the sign for year, "%m" with that for month and "%d" with that for day become "yyyy/MM/dd". The hours are
+// those of the whole day, since the words for its halves are missing too.
+std::string DigitsFor(const std::string& picture, std::string_view separators) {
+  struct Digits {
+    char letter;
+    const char* written;
+  };
+  static constexpr Digits kDigits[] = {{'y', "yyyy"}, {'M', "MM"}, {'d', "dd"}, {'h', "HH"},
+                                       {'H', "HH"},   {'m', "mm"}, {'s', "ss"}};
+  const std::string between = SeparatorOf(picture);
+  const bool own = between.size() == 1 && separators.find(between) != std::string_view::npos;
+  const std::string separator = own ? between : std::string(separators.substr(0, 1));
+  std::string digits;
+  for (const Part& part : PartsOf(picture)) {
+    const auto* found = std::ranges::find(kDigits, part.letter, &Digits::letter);
+    if (found == std::end(kDigits)) continue;
+    if (!digits.empty()) digits += separator;
+    digits += found->written;
+  }
+  return digits;
+}
+
+// A format of the locale as a picture; `texts` is what can be expressed of `raw`.
+std::string PictureOf(const CTimeTexts& texts, const CTimeTexts& raw, std::string CTimeTexts::*format,
+                      std::string_view separators) {
+  if (!(texts.*format).empty()) return PictureWriter(texts).Write(texts.*format);
+  return DigitsFor(PictureWriter(raw).Write(raw.*format), separators);
+}
+
+void TakeDate(const CTimeTexts& texts, const CTimeTexts& raw, LocaleInfo& info) {
+  std::string picture = PictureOf(texts, raw, &CTimeTexts::date, "/.-");
   const auto order = OrderOf(picture);
   if (!order) return;
   info.short_date = std::move(picture);
@@ -202,8 +232,8 @@ void TakeDate(const CTimeTexts& texts, LocaleInfo& info) {
     info.date_separator = separator;
 }
 
-void TakeTime(const CTimeTexts& texts, LocaleInfo& info) {
-  std::string picture = PictureWriter(texts).Write(texts.time);
+void TakeTime(const CTimeTexts& texts, const CTimeTexts& raw, LocaleInfo& info) {
+  std::string picture = PictureOf(texts, raw, &CTimeTexts::time, ":.");
   if (info.am.empty() && info.pm.empty() && picture.find('h') != std::string::npos)
     picture = WithoutHalves(picture);
   if (picture.find_first_of("hH") == std::string::npos || picture.find('m') == std::string::npos) return;
@@ -270,8 +300,8 @@ void TakeTimeTexts(const CTimeTexts& texts, LocaleInfo& info) {
   formats.date = Convert(texts.date, texts.code_set).value_or("");
   formats.time = Convert(texts.time, texts.code_set).value_or("");
   formats.time_with_am_pm = Convert(texts.time_with_am_pm, texts.code_set).value_or("");
-  TakeDate(formats, info);
-  TakeTime(formats, info);
+  TakeDate(formats, texts, info);
+  TakeTime(formats, texts, info);
 }
 
 void TakeNumberTexts(const CNumberTexts& texts, LocaleInfo& info) {

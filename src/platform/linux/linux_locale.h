@@ -5,7 +5,8 @@
 //
 // Names and separators become Windows-1252. A set of names of which one cannot be expressed is replaced as a
 // whole by the English names, a separator by the default one; the narrow and thin spaces of some locales
-// become the no-break space.
+// become the no-break space. A date or time format that cannot be expressed gives way to digits in its own
+// order: "yyyy/MM/dd" in Japan.
 #pragma once
 
 #include <array>

@@ -54,7 +54,24 @@ TEST_P(OneLocale, MomentsThatTheConsoleWritesComeBack) {
 INSTANTIATE_TEST_SUITE_P(OwnDates, OneLocale,
                          ::testing::Values("nb_NO", "is_IS", "eu_ES", "ce_RU", "en_GB", "ar_SA", "fi_FI",
                                            "en_HK", "ff_SN", "ms_MY", "ja_JP", "hu_HU", "my_MM", "mt_MT",
-                                           "fa_IR"),
+                                           "fa_IR", "ko_KR", "zh_CN", "zh_HK", "zh_TW"),
+                         [](const auto& locale) { return std::string(locale.param); });
+
+class OfAnotherScript : public ::testing::TestWithParam<const char*> {};
+
+// They were shown and read month first, as in the "C" locale.
+TEST_P(OfAnotherScript, DatesAreYearFirst) {
+  ASSERT_NE(test::BuildLocale(GetParam()), "") << "packages libc-bin and locales";
+  const LocaleInfo locale = WithReadableDates(test::SettingsOf(test::BuildLocale(GetParam())), kThisYear);
+  platform::MemoryFamily family;
+  EXPECT_EQ(DisplayTime(1795225507, locale.date_order, family, locale), "2026/11/21 01:45:07");
+  EXPECT_EQ(ReadDate("2026/11/21 01:45:07", locale, 1950), DateFrom(family.FromUTC(1795225507)));
+  // The day and the month can be told apart by nothing but the order.
+  EXPECT_EQ(ReadDate("26/04/05", locale, 1950), DateFrom(LocalTime{5, 4, 2026, 0, 0, 0}));
+}
+
+INSTANTIATE_TEST_SUITE_P(OwnDates, OfAnotherScript,
+                         ::testing::Values("ja_JP", "ko_KR", "zh_CN", "zh_HK", "zh_TW"),
                          [](const auto& locale) { return std::string(locale.param); });
 
 #ifndef ZENDRIX_SANITIZED

@@ -103,6 +103,54 @@ TEST(TakeTimeTextsTest, NonsenseKeepsTheDefaults) {
   EXPECT_EQ(FromTime("", "").month_names[0], "January");
 }
 
+// Dates in Japan, Korea and China were written and read month first: their formats hold signs that are not in
+// the code page, and with the signs the order was lost.
+TEST(TakeTimeTextsTest, FormatsThatCannotBeExpressedKeepTheirOrderInDigits) {
+  const LocaleInfo japanese =
+      FromTime("%Y\u5E74%m\u6708%d\u65E5", "%H\u6642%M\u5206%S\u79D2", "\u5348\u524D", "\u5348\u5F8C");
+  EXPECT_EQ(japanese.short_date, "yyyy/MM/dd");
+  EXPECT_EQ(japanese.long_date, "dddd, yyyy MMMM dd");
+  EXPECT_EQ(japanese.date_order, 2);
+  EXPECT_EQ(japanese.date_separator, "/");
+  EXPECT_EQ(japanese.time, "HH:mm:ss");
+  EXPECT_EQ(japanese.time_separator, ":");
+  EXPECT_EQ(FromTime("%Y\uB144 %m\uC6D4 %d\uC77C", "%T").short_date, "yyyy/MM/dd");
+  EXPECT_EQ(FromTime("%Y\u5E74%m\u6708%d\u65E5 %A", "%T").short_date, "yyyy/MM/dd");
+  EXPECT_EQ(FromTime("\u0F63%y\u0F0B%b\u0F0B%e", "%T").short_date, "yyyy/MM/dd");
+  EXPECT_EQ(FromTime("\u0F63%e\u0F0B%B\u0F0B%y", "%T").short_date, "dd/MM/yyyy");
+  EXPECT_EQ(FromTime("\u0F63%-m %-d %Y", "%T").date_order, 0);
+  EXPECT_EQ(FromTime("%x\u5E74", "%X\u6642").short_date, "MM/dd/yyyy") << "names itself";
+}
+
+TEST(TakeTimeTextsTest, DigitsForAFormatTakeItsSeparatorWhereThatIsOne) {
+  EXPECT_EQ(FromTime("%a\u060C %d-%m-%Y", "%T").short_date, "dd-MM-yyyy");
+  EXPECT_EQ(FromTime("%d.%m.%Y\u5E74", "%H.%M.%S\u79D2").short_date, "dd.MM.yyyy");
+  EXPECT_EQ(FromTime("%d.%m.%Y\u5E74", "%H.%M.%S\u79D2").time, "HH.mm.ss");
+  EXPECT_EQ(FromTime("%d, %m, %Y\u5E74", "%H, %M\u5206").short_date, "dd/MM/yyyy");
+  EXPECT_EQ(FromTime("%d, %m, %Y\u5E74", "%H, %M\u5206").time, "HH:mm");
+  EXPECT_EQ(FromTime("%d:%m:%Y\u5E74", "%H/%M\u5206").short_date, "dd/MM/yyyy");
+  EXPECT_EQ(FromTime("%d:%m:%Y\u5E74", "%H/%M\u5206").time, "HH:mm");
+}
+
+TEST(TakeTimeTextsTest, DigitsForATimeAreOfTheWholeDay) {
+  EXPECT_EQ(FromTime("%D", "%p %I\u6642%M\u5206%S\u79D2 %Z", "\u4E0A\u5348", "\u4E0B\u5348").time,
+            "HH:mm:ss");
+  EXPECT_EQ(FromTime("%D", "%l:%M:%S\u1361%p").time, "HH:mm:ss");
+  EXPECT_EQ(FromTime("%D", "%M\u5206%S\u79D2").time, "hh:mm:ss tt") << "no hour";
+  EXPECT_EQ(FromTime("%D", "%H\u6642").time, "hh:mm:ss tt") << "no minute";
+}
+
+TEST(TakeTimeTextsTest, FormatsOfAnotherCodeSetKeepTheirOrderInDigits) {
+  CTimeTexts texts;
+  texts.code_set = "EUC-JP";
+  texts.date = "%Y\xC7\xAF%m\xB7\xEE%d\xC6\xFC";
+  texts.time = "%H\xBB\xFE%M\xCA\xAC%S\xC9\xC3";
+  LocaleInfo info;
+  TakeTimeTexts(texts, info);
+  EXPECT_EQ(info.short_date, "yyyy/MM/dd");
+  EXPECT_EQ(info.time, "HH:mm:ss");
+}
+
 TEST(TakeTimeTextsTest, SetOfNamesThatCannotBeExpressedStaysEnglish) {
   CTimeTexts texts;
   texts.months.fill("M\u00E4rz");
@@ -167,6 +215,20 @@ TEST(LinuxLocaleTest, InstalledLocalesAreRead) {
             "short date dd/MM/yyyy\nlong date dddd, dd MMMM yyyy\ntime HH:mm:ss\nhalves ,\nseparators /:\n"
             "numbers ,|\xA0|3;0\norder 1\nnames dimanche sam. mars d\xE9"
             "c.\n");
+}
+
+TEST(LinuxLocaleTest, LocalesOfOtherScriptsKeepTheirOrder) {
+  for (const char* name : {"ja_JP", "ko_KR", "zh_CN", "zh_TW"}) {
+    ASSERT_NE(test::BuildLocale(name), "") << "package locales";
+    const std::string printed =
+        Printed({{"LOCPATH", test::LocaleFolder()}, {"LC_TIME", std::string(name) + ".UTF-8"}});
+    LocaleInfo expected;
+    expected.short_date = "yyyy/MM/dd";
+    expected.long_date = "dddd, yyyy MMMM dd";
+    expected.time = "HH:mm:ss";
+    expected.date_order = 2;
+    EXPECT_EQ(printed, Print(expected)) << name;
+  }
 }
 
 TEST(LinuxLocaleTest, CategoriesAreReadEachByItself) {
