@@ -18,11 +18,12 @@ Form FormOf(std::string_view bytes) {
   return bytes.substr(0, bytes.find('\n')).find('|') == std::string_view::npos ? Form::kAdmin : Form::kHome;
 }
 
-std::size_t CountOf(std::string_view text, std::string_view wanted) {
-  std::size_t count = 0;
-  for (std::size_t at = text.find(wanted); at != std::string_view::npos; at = text.find(wanted, at + 1))
-    ++count;
-  return count;
+// Rows that the console makes of the lines. A name never holds a "*" (CleanName), so each one parts two rows.
+std::size_t RowsOf(std::string_view bytes, Form form) {
+  const auto count = [&](char c) {
+    return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), c));
+  };
+  return count('\n') + (form == Form::kHome ? count('*') : 0);
 }
 
 // The second of the last line that has one.
@@ -59,7 +60,7 @@ platform::Status EventFile::Open() {
 
 void EventFile::TakeUp(std::string_view bytes) {
   size_ = static_cast<std::int64_t>(bytes.size());
-  rows_ = CountOf(bytes, "\n") + (form_ == Form::kHome ? CountOf(bytes, " * ") : 0);
+  rows_ = RowsOf(bytes, form_);
   line_open_ = !bytes.empty() && bytes.back() != '\n';
   last_second_ = LastSecond(bytes);
 }
