@@ -1,9 +1,11 @@
-// The seams as a benchmark needs them: real files, clock, locale and message loop; whatever would speak to
-// the user, the desktop or a service is the twin in memory.
+// The seams as a benchmark needs them: real files, clock, regional settings (with readable dates, as the
+// console has them) and message loop; whatever would speak to the user, the desktop or a service is the twin
+// in memory.
 #pragma once
 
 #include <string>
 
+#include "core/legible_locale.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_family.h"
 #include "platform/linux/linux_files.h"
@@ -17,7 +19,8 @@ namespace zendrix::bench {
 struct BenchPlatform {
   platform::LinuxFiles files;
   platform::LinuxClock clock;
-  platform::LinuxLocale locale;
+  platform::LinuxLocale users_locale;
+  core::LegibleLocale locale{users_locale, clock};
   platform::LinuxFamily family{"."};
   platform::PollLoop loop;
   platform::MemoryPlatform twins;
