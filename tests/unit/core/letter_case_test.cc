@@ -3,24 +3,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/all_bytes.h"
 #include "support/golden_table.h"
 
 namespace zendrix::core {
 namespace {
 
+using test::AllBytes;
+using test::ByteText;
 using test::GoldenReport;
 using test::GoldenRow;
 using test::LoadGolden;
-
-std::string ByteText(unsigned byte) {
-  return std::string(1, static_cast<char>(byte));
-}
-
-std::string AllBytes() {
-  std::string bytes;
-  for (unsigned byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
-  return bytes;
-}
 
 TEST(CaseGolden, ChangesCaseOfEveryByte) {
   GoldenReport report;

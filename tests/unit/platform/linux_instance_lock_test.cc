@@ -58,9 +58,9 @@ class LinuxInstanceLockTest : public ::testing::Test {
     return std::filesystem::exists(std::filesystem::symlink_status(runtime_.Path(name)));
   }
 
-  // A process that runs another program and sits on the names across users.
+  // A process that runs another program by now and sits on the names across users.
   ChildProcess Squatter(int names) const {
-    return ChildProcess([=, this](const ChildProcess::Line& parent) {
+    ChildProcess squatter([=, this](const ChildProcess::Line& parent) {
       std::vector<FileDescriptor> held;
       for (int i = 0; i < names; ++i) {
         bool taken = false;
@@ -71,6 +71,30 @@ class LinuxInstanceLockTest : public ::testing::Test {
       parent.Become("cat");
       return 2;
     });
+    squatter.Tell('x');
+    EXPECT_EQ(squatter.Hear(), 'x');
+    return squatter;
+  }
+  // A process of that user that holds the lock without a folder. Needs the administrator.
+  ChildProcess HolderOf(unsigned user) const {
+    ChildProcess holder([=, this](const ChildProcess::Line& parent) {
+      if (setgid(user) != 0 || setuid(user) != 0) return 97;
+      LinuxInstanceLock lock = Elsewhere();
+      parent.Tell(lock.Acquire(name_) ? 'y' : 'n');
+      parent.Hear();
+      return 0;
+    });
+    EXPECT_EQ(holder.Hear(), 'y');
+    return holder;
+  }
+  // How often the holder is to come forward when the other asks once.
+  int Asked(LinuxInstanceLock& holder, LinuxInstanceLock other) const {
+    int forward = 0;
+    holder.OnAskedToComeForward([&] { ++forward; });
+    other.AskToComeForward(name_);
+    holder.HandleRequests();
+    holder.OnAskedToComeForward({});
+    return forward;
   }
 
   test::TemporaryFolder runtime_;
@@ -156,43 +180,29 @@ TEST_F(LinuxInstanceLockTest, LockIsNotHandedDownToAStartedProgram) {
 // Any local user could take the name and keep everybody's console from starting.
 TEST_F(LinuxInstanceLockTest, SquatterOfTheNameStopsNobody) {
   const ChildProcess squatter = Squatter(1);
-  squatter.Tell('x');
-  ASSERT_EQ(squatter.Hear(), 'x');
   LinuxInstanceLock holder = Elsewhere();
   EXPECT_TRUE(holder.Acquire(name_));
   // The next name does what the first cannot.
   EXPECT_FALSE(Elsewhere().Acquire(name_));
   EXPECT_FALSE(Lock().Acquire(name_));
   // A request finds the console, not the squatter.
-  int forward = 0;
-  holder.OnAskedToComeForward([&] { ++forward; });
-  Elsewhere().AskToComeForward(name_);
-  holder.HandleRequests();
-  EXPECT_EQ(forward, 1);
+  EXPECT_EQ(Asked(holder, Elsewhere()), 1);
 }
 
 TEST_F(LinuxInstanceLockTest, SquatterOfAllNamesStopsNobodyEither) {
   const ChildProcess squatter = Squatter(8);
-  squatter.Tell('x');
-  ASSERT_EQ(squatter.Hear(), 'x');
   EXPECT_TRUE(Elsewhere().Acquire(name_));
   LinuxInstanceLock holder = Lock();
   EXPECT_TRUE(holder.Acquire(name_));
   EXPECT_FALSE(Lock().Acquire(name_));
   // A squatter is never asked for anything either.
-  int forward = 0;
-  holder.OnAskedToComeForward([&] { ++forward; });
-  Lock().AskToComeForward(name_);
-  holder.HandleRequests();
-  EXPECT_EQ(forward, 1);
+  EXPECT_EQ(Asked(holder, Lock()), 1);
 }
 
 TEST_F(LinuxInstanceLockTest, NameThatIsFreeAgainIsNotTheEndOfTheSearch) {
   LinuxInstanceLock holder = Elsewhere();
   {
     const ChildProcess squatter = Squatter(2);
-    squatter.Tell('x');
-    ASSERT_EQ(squatter.Hear(), 'x');
     ASSERT_TRUE(holder.Acquire(name_));
   }
   EXPECT_FALSE(Elsewhere().Acquire(name_));
@@ -249,28 +259,14 @@ TEST_F(LinuxInstanceLockTest, HolderOfAnotherUserIsSeen) {
 
 TEST_F(LinuxInstanceLockTest, AdministratorSeesTheHolderOfAnyUser) {
   if (geteuid() != 0) GTEST_SKIP() << "needs the administrator";
-  ChildProcess holder([&](const ChildProcess::Line& parent) {
-    if (setgid(kOneUser) != 0 || setuid(kOneUser) != 0) return 97;
-    LinuxInstanceLock lock = Elsewhere();
-    parent.Tell(lock.Acquire(name_) ? 'y' : 'n');
-    parent.Hear();
-    return 0;
-  });
-  ASSERT_EQ(holder.Hear(), 'y');
+  const ChildProcess holder = HolderOf(kOneUser);
   EXPECT_FALSE(Lock().Acquire(name_));
 }
 
 // The executable of another ordinary user's process cannot be seen, so such a holder proves nothing.
 TEST_F(LinuxInstanceLockTest, HolderWhoseExecutableCannotBeSeenStopsNobody) {
   if (geteuid() != 0) GTEST_SKIP() << "needs the administrator";
-  ChildProcess holder([&](const ChildProcess::Line& parent) {
-    if (setgid(kOneUser) != 0 || setuid(kOneUser) != 0) return 97;
-    LinuxInstanceLock lock = Elsewhere();
-    parent.Tell(lock.Acquire(name_) ? 'y' : 'n');
-    parent.Hear();
-    return 0;
-  });
-  ASSERT_EQ(holder.Hear(), 'y');
+  const ChildProcess holder = HolderOf(kOneUser);
   EXPECT_EQ(AsUser(kAnotherUser, [&] { return Elsewhere().Acquire(name_) ? 1 : 0; }), 1);
 }
 
@@ -305,13 +301,8 @@ TEST_F(LinuxInstanceLockTest, ForeignFilesInThePlaceOfItsOwnAreLeftAlone) {
   EXPECT_TRUE(std::filesystem::is_directory(runtime_.Path(SocketName())));
   EXPECT_EQ(runtime_.Read("theirs"), "text");
   // Without its socket the holder is still found.
-  int forward = 0;
-  lock.OnAskedToComeForward([&] { ++forward; });
-  LinuxInstanceLock other(Folders{{runtime_.path(), false}});
-  EXPECT_FALSE(other.Acquire(name_));
-  other.AskToComeForward(name_);
-  lock.HandleRequests();
-  EXPECT_EQ(forward, 1);
+  EXPECT_FALSE(Lock().Acquire(name_));
+  EXPECT_EQ(Asked(lock, Lock()), 1);
 }
 
 TEST_F(LinuxInstanceLockTest, LinkInThePlaceOfTheSocketStays) {
@@ -417,11 +408,7 @@ TEST_F(LinuxInstanceLockTest, PathTooLongForASocketStillLocks) {
   LinuxInstanceLock lock(Folders{{folder, false}});
   EXPECT_TRUE(lock.Acquire(name_));
   EXPECT_TRUE(std::filesystem::exists(folder + "/" + LockFileName()));
-  int forward = 0;
-  lock.OnAskedToComeForward([&] { ++forward; });
-  LinuxInstanceLock(Folders{{folder, false}}).AskToComeForward(name_);
-  lock.HandleRequests();
-  EXPECT_EQ(forward, 1);
+  EXPECT_EQ(Asked(lock, LinuxInstanceLock(Folders{{folder, false}})), 1);
 }
 
 TEST_F(LinuxInstanceLockTest, HolderIsAskedToComeForwardThroughItsLoop) {

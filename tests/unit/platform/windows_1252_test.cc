@@ -3,11 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/all_bytes.h"
 #include "support/golden_table.h"
 
 namespace zendrix::platform {
 namespace {
 
+using test::AllBytes;
+using test::ByteText;
 using test::GoldenReport;
 using test::GoldenRow;
 using test::LoadGolden;
@@ -25,16 +28,6 @@ std::string Utf8Of(unsigned character) {
     utf8 += static_cast<char>(0x80 | (character & 0x3F));
   }
   return utf8;
-}
-
-std::string ByteText(unsigned byte) {
-  return std::string(1, static_cast<char>(byte));
-}
-
-std::string AllBytes() {
-  std::string bytes;
-  for (unsigned byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
-  return bytes;
 }
 
 TEST(Windows1252Test, EveryByteSurvivesTheRoundTrip) {
