@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "family/intermediate/clock_watch.h"
+
 namespace zendrix::family {
 
 struct Outside {
@@ -18,6 +20,8 @@ struct Outside {
   uid_t user = 0;
   // The moment of the click, in UTC seconds.
   std::function<std::int64_t()> now = [] { return std::int64_t{::time(nullptr)}; };
+  // How far the clock was set since the quarantine was configured; the quarantine itself keeps watch.
+  ClockSet clock_set;
   // Processes and what they have open.
   std::string proc = "/proc";
   // Records of installed packages, and the folder that their paths start at.

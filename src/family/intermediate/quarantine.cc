@@ -75,6 +75,7 @@ void Quarantine::Configure(const std::string& program_folder, bool pretend) {
                                                          std::free);
   program_folder_ = real ? real.get() : program_folder;
   pretend_ = pretend;
+  clock_.Look(outside_.proc);
 }
 
 Descriptor Quarantine::OpenHome() const {
@@ -90,6 +91,8 @@ Descriptor Quarantine::OpenSweptStore(const Descriptor& home) const {
 }
 
 std::string Quarantine::PutAway(const Event& event) {
+  clock_.Look(outside_.proc);
+  outside_.clock_set = clock_.clock_set();
   Budget budget(outside_);
   const Descriptor home = OpenHome();
   // First of all, for the file may be one that an interrupted operation has left half way.

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "family/intermediate/clock_watch.h"
 #include "family/intermediate/descriptor.h"
 #include "family/intermediate/event.h"
 #include "family/intermediate/outside.h"
@@ -21,7 +22,8 @@ namespace zendrix::family {
 
 class Quarantine {
  public:
-  // The folder that holds the Quarantine folder. With `pretend` every check is made as far as it can be made
+  // To be called once when the console starts: from here on the clock is watched. The folder is that which
+  // holds the Quarantine folder. With `pretend` every check is made as far as it can be made
   // without changing anything, and nothing is changed.
   void Configure(const std::string& program_folder, bool pretend);
 
@@ -44,6 +46,7 @@ class Quarantine {
   std::string program_folder_;
   bool pretend_ = false;
   Outside outside_ = ThisComputer();
+  ClockWatch clock_;
 };
 
 }  // namespace zendrix::family

@@ -1,10 +1,13 @@
 #include "family/intermediate/running_program.h"
 
 #include <arpa/inet.h>
+#include <limits.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <set>
 
@@ -25,34 +28,57 @@ bool Read(std::string_view text, Number& number, int base = 10) {
   return error == std::errc() && end == text.data() + text.size();
 }
 
-// The moment when the computer was started, from "btime 1795225500".
-std::int64_t StartOfComputer(const Outside& outside) {
-  const std::string text = TextOf(outside.proc + "/stat").value_or("");
-  for (const auto line : LinesOf(text)) {
-    const auto words = WordsOf(line);
-    std::int64_t moment = 0;
-    if (words.size() == 2 && words[0] == "btime" && Read(words[1], moment)) return moment;
+// What stands behind the name in "4711 (a name) S 1 ...": the name may hold anything, ")" included.
+std::vector<std::string_view> FieldsBehindName(std::string_view text) {
+  const auto behind_name = text.rfind(')');
+  if (behind_name == std::string_view::npos) return {};
+  return WordsOf(text.substr(behind_name + 1));
+}
+
+bool IsAlive(const std::vector<std::string_view>& fields) {
+  return fields.size() > kStartField && fields[0] != "Z" && fields[0] != "X";
+}
+
+// A process whose first thread has ended looks as if it had ended itself, while others of it go on.
+bool HasLivingThread(const std::string& folder) {
+  const std::string threads = folder + "/task/";
+  for (const auto& name : NamesIn(threads)) {
+    const std::string text = TextOf(threads + name + "/stat").value_or("");
+    if (IsAlive(FieldsBehindName(text))) return true;
   }
-  return 0;
+  return false;
+}
+
+// Whether a process exists of which nothing can be read: /proc can be mounted so (hidepid) that the processes
+// of others are out of sight. That of the first process tells, for it is always there and somebody else's.
+bool IsHidden(const std::string& number, const Outside& outside) {
+  if (::access((outside.proc + "/" + number).c_str(), F_OK) == 0) return true;
+  if (TextOf(outside.proc + "/1/stat")) return false;
+  pid_t process = 0;
+  return Read(number, process) && process > 0 && (::kill(process, 0) == 0 || errno != ESRCH);
 }
 
 struct Process {
   bool lives = false;
+  bool hidden = false;
   std::int64_t began = 0;
 };
 
-// "4711 (a name) S 1 ...": the name may hold anything, ")" included.
 Process ProcessOf(const std::string& number, const Outside& outside) {
   Process process;
-  const auto text = TextOf(outside.proc + "/" + number + "/stat");
-  if (!text) return process;
-  const auto behind_name = text->rfind(')');
-  if (behind_name == std::string::npos) return process;
-  const auto fields = WordsOf(std::string_view(*text).substr(behind_name + 1));
+  const std::string folder = outside.proc + "/" + number;
+  const auto text = TextOf(folder + "/stat");
+  if (!text) {
+    process.lives = process.hidden = IsHidden(number, outside);
+    return process;
+  }
+  const auto fields = FieldsBehindName(*text);
   std::int64_t ticks = 0;
   if (fields.size() <= kStartField || !Read(fields[kStartField], ticks)) return process;
-  process.lives = fields[0] != "Z" && fields[0] != "X";
-  process.began = StartOfComputer(outside) + ticks / ::sysconf(_SC_CLK_TCK);
+  process.lives = IsAlive(fields) || HasLivingThread(folder);
+  // Where the clock was set forward since, a process of before the event seems to have begun behind it.
+  process.began =
+      StartOfComputer(outside.proc).value_or(0) + ticks / ::sysconf(_SC_CLK_TCK) - outside.clock_set.forward;
   return process;
 }
 
@@ -108,23 +134,38 @@ std::set<std::string> SocketsOf(const Subject& subject, const Outside& outside) 
   return sockets;
 }
 
-bool HoldsOneOf(const std::set<std::string>& sockets, const std::string& open_files) {
-  for (const auto& name : NamesIn(open_files)) {
-    std::array<char, 64> target = {};
-    const ssize_t length = ::readlink((open_files + "/" + name).c_str(), target.data(), target.size());
-    if (length > 0 && sockets.contains(std::string(target.data(), static_cast<std::size_t>(length))))
-      return true;
-  }
-  return false;
+std::string TargetOf(const std::string& link) {
+  std::array<char, PATH_MAX> target = {};
+  const ssize_t length = ::readlink(link.c_str(), target.data(), target.size());
+  return {target.data(), length > 0 ? static_cast<std::size_t>(length) : 0};
 }
 
-std::vector<std::string> HoldersOf(const std::set<std::string>& sockets, const Outside& outside) {
-  std::vector<std::string> holders;
-  for (const auto& name : NamesIn(outside.proc)) {
-    if (name.find_first_not_of("0123456789") != std::string::npos) continue;
-    if (HoldsOneOf(sockets, outside.proc + "/" + name + "/fd")) holders.push_back(name);
+struct Holders {
+  std::vector<std::string> processes;
+  std::set<std::string> unseen;  // sockets whose holder is out of sight
+};
+
+Holders HoldersOf(const std::set<std::string>& sockets, const Outside& outside) {
+  Holders holders{{}, sockets};
+  for (const auto& process : NamesIn(outside.proc)) {
+    if (process.find_first_not_of("0123456789") != std::string::npos) continue;
+    const std::string open_files = outside.proc + "/" + process + "/fd";
+    bool holds = false;
+    for (const auto& name : NamesIn(open_files)) {
+      const std::string target = TargetOf(open_files + "/" + name);
+      if (!sockets.contains(target)) continue;
+      holds = true;
+      holders.unseen.erase(target);
+    }
+    if (holds) holders.processes.push_back(process);
   }
   return holders;
+}
+
+// Whether a process is known by this path, as the Agent sees it: that is how the event came by it.
+bool IsKnownAs(const std::string& process, const std::string& path, const Outside& outside) {
+  const std::string name = TargetOf(outside.proc + "/" + process + "/exe");
+  return name == path || name == path + " (deleted)";
 }
 
 [[noreturn]] void RefuseState(ProgramState state, const std::string& name) {
@@ -136,14 +177,17 @@ std::vector<std::string> HoldersOf(const std::set<std::string>& sockets, const O
   throw Refused{"It cannot be told whether the program of this event is " + name + ". Nothing was changed."};
 }
 
-void RequireUnchanged(const Subject& subject, const Event& event) {
+void RequireUnchanged(const Subject& subject, const Event& event, const Outside& outside) {
   const std::string name = NameToTell(subject.file.place.path);
   const struct stat& status = subject.file.status;
   if (!event.moment)
     throw Refused{"The program of this event has ended, and when the event was is not known, so " + name +
                   " stays where it is."};
-  if (status.st_ctim.tv_sec > *event.moment || status.st_mtim.tv_sec > *event.moment)
-    throw Refused{name + " was changed after this event. Nothing was changed."};
+  const std::int64_t changed = std::max(status.st_ctim.tv_sec, status.st_mtim.tv_sec);
+  if (changed > *event.moment) throw Refused{name + " was changed after this event. Nothing was changed."};
+  if (changed > *event.moment - outside.clock_set.back)
+    throw Refused{"The clock was set back, so it cannot be told whether " + name +
+                  " was changed after this event. Nothing was changed."};
 }
 
 // An event of a moment that is still to come has a wrong moment, and every change of the file so far would
@@ -159,6 +203,7 @@ Event WithBelievedMoment(const Event& event, const Outside& outside) {
 ProgramState StateOf(const std::string& process, const struct stat& file, const Event& event,
                      const Outside& outside) {
   const Process found = ProcessOf(process, outside);
+  if (found.hidden) return ProgramState::kUnknown;
   if (!found.lives || (event.moment && found.began > *event.moment + kClockSlack)) return ProgramState::kGone;
   const std::string folder = outside.proc + "/" + process;
   struct stat own = {}, its = {}, executable = {};
@@ -174,28 +219,38 @@ ProgramState StateOf(const std::string& process, const struct stat& file, const 
 void RequireTheProgram(const Subject& subject, const Event& told, const Outside& outside) {
   const Event event = WithBelievedMoment(told, outside);
   std::vector<std::string> processes;
-  bool in_use = false;
+  std::set<std::string> unseen;
   if (subject.kind == DescriptionKind::kRunningProcess) {
     if (!subject.reading.process.empty()) processes.emplace_back(subject.reading.process);
   } else if (subject.kind == DescriptionKind::kListeningPort ||
              subject.kind == DescriptionKind::kConnection) {
     const auto sockets = SocketsOf(subject, outside);
-    in_use = !sockets.empty();
-    if (in_use) processes = HoldersOf(sockets, outside);
+    if (!sockets.empty()) {
+      Holders holders = HoldersOf(sockets, outside);
+      processes = std::move(holders.processes);
+      unseen = std::move(holders.unseen);
+    }
   } else {
     return;
   }
   const std::string name = NameToTell(subject.file.place.path);
   auto worst = ProgramState::kGone;
+  bool runs = false;
   for (const auto& process : processes) {
     const ProgramState state = StateOf(process, subject.file.status, event, outside);
-    if (state == ProgramState::kThisFile) return;
-    if (state != ProgramState::kGone) worst = state;
+    if (state == ProgramState::kThisFile) {
+      runs = true;
+    } else if (state != ProgramState::kGone) {
+      // One that only goes by the file's name may be the event's, whoever else is at the same port.
+      if (IsKnownAs(process, subject.file.place.path, outside)) RefuseState(state, name);
+      worst = state;
+    }
   }
-  if (worst != ProgramState::kGone) RefuseState(worst, name);
   // Somebody holds the port whose open files may not be looked at.
-  if (in_use && processes.empty()) RefuseState(ProgramState::kUnknown, name);
-  RequireUnchanged(subject, event);
+  if (!unseen.empty()) RefuseState(ProgramState::kUnknown, name);
+  if (runs) return;
+  if (worst != ProgramState::kGone) RefuseState(worst, name);
+  RequireUnchanged(subject, event, outside);
 }
 
 }  // namespace zendrix::family

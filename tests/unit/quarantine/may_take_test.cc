@@ -45,6 +45,10 @@ class MayTakeTest : public QuarantineTest {
     std::filesystem::remove(folder + "/exe");
     std::filesystem::create_symlink(executable, folder + "/exe");
   }
+  // As the computer's own start moves when its clock is set.
+  void SetClock(std::int64_t forward) {
+    Write(proc_ + "/stat", "btime " + std::to_string(kBoot + forward) + "\n");
+  }
   void Listen(const std::string& process, const std::string& socket) {
     std::filesystem::create_symlink("socket:[" + socket + "]", proc_ + "/" + process + "/fd/7");
   }
@@ -377,6 +381,72 @@ TEST_F(MayTakeTest, AProcessThatHasEndedAndIsStillListedIsGone) {
   }
 }
 
+// Its own folder of /proc, and the whole of /proc, can be closed to others: then a program that runs in a
+// container and only goes by the file's name seemed to have ended.
+TEST_F(MayTakeTest, AProcessThatIsOutOfSightHasNotEnded) {
+  const std::string path = Make("tool");
+  const auto expect_unknown = [&](const std::string& process) {
+    ExpectKept(Of(kProcesses, path + ":" + process), path,
+               "It cannot be told whether the program of this event is \"tool\".");
+  };
+  std::filesystem::create_directory(proc_ + "/4711");
+  expect_unknown("4711");
+  std::filesystem::remove(proc_ + "/1/stat");
+  std::filesystem::remove(proc_ + "/1");
+  expect_unknown("1");
+  expect_unknown(std::to_string(getpid()));
+  // More than the highest number that a system has, more than a number, and none.
+  for (const char* process : {"4194305", "99999999999", "0"})
+    ExpectTaken(Of(kProcesses, path + ":" + process), path);
+}
+
+// A process whose first thread ends is listed as if it had ended itself.
+TEST_F(MayTakeTest, AProcessLivesAsLongAsOneOfItsThreads) {
+  const std::string path = Make("tool"), other = Make("other");
+  Run("4711", other, kBoot + 100, 'Z');
+  std::filesystem::create_directories(proc_ + "/4711/task/4711");
+  std::filesystem::create_directories(proc_ + "/4711/task/4712");
+  std::filesystem::copy_file(proc_ + "/4711/stat", proc_ + "/4711/task/4711/stat");
+  std::filesystem::copy_file(proc_ + "/4711/stat", proc_ + "/4711/task/4712/stat");
+  ExpectTaken(Of(kProcesses, path + ":4711"), path);
+  Run("4713", other);
+  std::filesystem::copy_file(proc_ + "/4713/stat", proc_ + "/4711/task/4712/stat",
+                             std::filesystem::copy_options::overwrite_existing);
+  ExpectKept(Of(kProcesses, path + ":4711"), path, "is not the file \"tool\"");
+}
+
+// Behind a clock that is set forward everything that still runs seems to have begun after the event, so that
+// another program's process no longer spoke against taking the file.
+TEST_F(MayTakeTest, AClockThatIsSetForwardMakesNoProcessANewOne) {
+  const std::string path = Make("tool"), other = Make("other");
+  Event event = Of(kProcesses, path + ":4711");
+  Run("4711", other, *event.moment - 10);
+  SetClock(kAnHour);
+  ExpectKept(event, path, "is not the file \"tool\"");
+  Run("4711", other, *event.moment + 2);
+  ExpectKept(event, path, "is not the file \"tool\"");
+  Run("4711", other, *event.moment + 3);
+  ExpectTaken(event, path);
+}
+
+// Behind a clock that is set back a change of the file seems to be earlier than the event that it follows.
+TEST_F(MayTakeTest, AClockThatIsSetBackLeavesNoFileUnchanged) {
+  const std::string path = Make("tool");
+  struct stat status = {};
+  ASSERT_EQ(stat(path.c_str(), &status), 0);
+  SetClock(-kAnHour);
+  Event event = Of(kProcesses, path + ":4711");
+  event.moment = status.st_ctim.tv_sec - 1;
+  ExpectKept(event, path, "\"tool\" was changed after this event.");
+  for (const std::int64_t behind : {std::int64_t{0}, kAnHour - 1}) {
+    event.moment = status.st_ctim.tv_sec + behind;
+    ExpectKept(event, path,
+               "The clock was set back, so it cannot be told whether \"tool\" was changed after this event.");
+  }
+  event.moment = status.st_ctim.tv_sec + kAnHour;
+  ExpectTaken(event, path);
+}
+
 TEST_F(MayTakeTest, WhenTheProgramHasEndedTheFileMustBeAsItWasAtTheEvent) {
   const std::string path = Make("tool");
   struct stat status = {};
@@ -452,6 +522,47 @@ TEST_F(MayTakeTest, AProgramThatListensMustBeThatVeryFile) {
   ExpectKept(Of(kPorts, "8080:" + path), path, "The program of this event is not the file \"server\".");
   // Both hold the same port: it is one of them.
   std::filesystem::create_symlink("socket:[777]", proc_ + "/61/fd/8");
+  ExpectTaken(Of(kPorts, "8080:" + path), path);
+}
+
+// Whoever runs in a container under the name of a program that holds a connection to the same address, or the
+// same port, made that one disappear.
+TEST_F(MayTakeTest, AHolderThatOnlyGoesByTheNameIsNotOverlooked) {
+  const std::string path = Make("server"), other = Make("other"), gone = Make("server (deleted)");
+  Table(Socket("00000000:1F90", "00000000:0000", "0A", "777") +
+        Socket("0100007F:1F90", "00000000:0000", "0A", "778"));
+  const auto move_away = [&](const std::string& process) {
+    std::filesystem::remove(proc_ + "/" + process + "/ns/mnt");
+    Write(proc_ + "/" + process + "/ns/mnt", "another");
+  };
+  for (const char* process : {"60", "61"}) {
+    const std::string its_socket = process == std::string("60") ? "777" : "778";
+    Run(process, path);
+    Listen(process, its_socket);
+  }
+  ExpectTaken(Of(kPorts, "8080:" + path), path);
+  for (const char* process : {"60", "61"}) {
+    move_away(process);
+    ExpectKept(Of(kPorts, "8080:" + path), path, "runs in a container of its own and is not \"server\".");
+    Run(process, gone);
+    ExpectKept(Of(kPorts, "8080:" + path), path, "The program of this event is not the file \"server\".");
+    // One of another name is not the program that the event names.
+    Run(process, other);
+    ExpectTaken(Of(kPorts, "8080:" + path), path);
+    move_away(process);
+    ExpectTaken(Of(kPorts, "8080:" + path), path);
+    Run(process, path);
+  }
+}
+
+TEST_F(MayTakeTest, ASecondSocketWhoseHolderIsOutOfSightProvesNothing) {
+  const std::string path = Make("server");
+  Table(Socket("00000000:1F90", "00000000:0000", "0A", "777") +
+        Socket("0100007F:1F90", "00000000:0000", "0A", "778"));
+  Run("60", path);
+  Listen("60", "777");
+  ExpectKept(Of(kPorts, "8080:" + path), path, "It cannot be told whether the program of this event is");
+  std::filesystem::create_symlink("socket:[778]", proc_ + "/60/fd/8");
   ExpectTaken(Of(kPorts, "8080:" + path), path);
 }
 

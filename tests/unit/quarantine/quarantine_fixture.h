@@ -123,6 +123,8 @@ class QuarantineTest : public testing::Test {
     std::filesystem::create_directories(proc_ + "/self/ns");
     std::filesystem::create_directories(proc_ + "/net");
     std::ofstream(proc_ + "/self/ns/mnt") << "own";
+    std::filesystem::create_directories(proc_ + "/1");
+    std::ofstream(proc_ + "/1/stat") << "1 (init) S 0\n";
     std::ofstream(proc_ + "/stat") << "cpu 1 2 3\nbtime " << kBoot << "\n";
     outside_.proc = proc_;
     outside_.package_records = records_;
@@ -132,6 +134,7 @@ class QuarantineTest : public testing::Test {
     outside_.now = [this] { return now_; };
     // A busy machine takes longer than a click may; tests of these limits set their own.
     outside_.most_time = outside_.tool_time = std::chrono::minutes(10);
+    quarantine_.SetOutside(outside_);
     quarantine_.Configure(program_, false);
   }
 
