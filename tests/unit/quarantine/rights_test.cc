@@ -138,16 +138,18 @@ class Pretending : public BothWays {
  protected:
   void Pretend(bool pretend) { quarantine_.Configure(program_, pretend); }
 
-  // Everything there is, with all its properties and the time when anything about it changed last.
+  // Everything there is, with all its properties and the time when anything about it changed last. That the
+  // list of processes was read says nothing: the real one keeps no time of it.
   std::string Everything() const {
     std::string text;
     for (const auto& root : {home_.path(), there_.path()})
       for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
         struct stat status = {};
         lstat(entry.path().c_str(), &status);
+        const bool keeps_access = S_ISREG(status.st_mode) && !entry.path().string().starts_with(proc_ + "/");
         text += entry.path().string() + " " + std::to_string(status.st_mode) + " " +
                 std::to_string(status.st_ctim.tv_sec) + "." + std::to_string(status.st_ctim.tv_nsec) + " " +
-                (S_ISREG(status.st_mode) ? std::to_string(status.st_atim.tv_nsec) : "") + "\n";
+                (keeps_access ? std::to_string(status.st_atim.tv_nsec) : "") + "\n";
       }
     return text;
   }
