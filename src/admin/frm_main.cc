@@ -17,6 +17,7 @@ using widgets::WindowState;
 namespace {
 
 constexpr char kMonitoringFile[] = "KorvessaMonitoring.kvl";
+constexpr char kSplitter[] = "lblHDrag";
 constexpr int kFirstDescriptionWidth = 3945;
 // Twips that the path keeps clear of the panel's edge, and a heading of its cell's.
 constexpr int kPanelMargin = 115;
@@ -72,7 +73,10 @@ std::string frmMain::DefaultPath() const {
 }
 
 void frmMain::Form_Load() {
-  core::OrLog(parts_.log, "frmMain : Form_Load", [&] { parts_.reg_ini.LoadWindowState(*this); });
+  core::OrLog(parts_.log, "frmMain : Form_Load", [&] {
+    parts_.reg_ini.LoadWindowState(*this);
+    parts_.reg_ini.LoadFormPlace(kSplitter, lblHDrag);
+  });
   DateOrder = app_.DateOrder;
   GridFilePath = DefaultPath();
   Timer1_->Stop();
@@ -278,6 +282,7 @@ bool frmMain::QueryUnload(widgets::UnloadCause cause) {
 void frmMain::OnUnload() {
   core::OrLog(parts_.log, "frmMain : Form_Unload", [&] {
     if (state.Get() == WindowState::kMinimised) return;
+    parts_.reg_ini.SaveFormPlace(kSplitter, lblHDrag);
     parts_.reg_ini.SaveColWidths(EventList.name(), EventList.ColWidths());
     parts_.reg_ini.SaveWindowState(*this);
   });

@@ -101,6 +101,8 @@ class frmMain : public widgets::Form {
   int SavedLeftCol = 0;
   bool TrayFlashPhase = false;
   bool NotablePending = false;
+  // The bar between the grid and the panes under it, in twips; here, where it stands until it has been moved.
+  settings::Place lblHDrag{6000, 0, 60, 15600};
 
   // Above the grid; hidden unless the console runs as root.
   widgets::Label lblRootWarning{"lblRootWarning", core::kRootWarning};

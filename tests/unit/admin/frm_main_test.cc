@@ -741,6 +741,39 @@ TEST_F(FrmMainTest, ExitAnsweredYesSavesPlacesAndEndsTheProcess) {
   EXPECT_THAT(ini, HasSubstr("Width=800"));
 }
 
+// The splitter's place was neither saved nor brought back, and the sections stood in another order.
+TEST_F(FrmMainTest, UnloadSavesTheSplitterThenTheWidthsThenTheWindow) {
+  OpenOn({Line(1, "system")});
+  form_->lblHDrag = {4500, 1, 61, 9000};
+  for (int i = 0; i < form_->EventList.Cols(); ++i) form_->EventList.SetColWidth(i, 100 + i);
+  form_->left = 10;
+  form_->top = 20;
+  form_->width = 800;
+  form_->height = 600;
+  const std::string before = world_.platform.files.Get(reg_ini_.IniPath());
+  EXPECT_EQ(world_.EndOf([&] { form_->Unload(); }), 0);
+  EXPECT_EQ(world_.platform.files.Get(reg_ini_.IniPath()),
+            before +
+                "[lblHDrag Settings]\r\nTop=4500\r\nLeft=1\r\nHeight=61\r\nWidth=9000\r\n"
+                "[EventList Colwidths]\r\n0=100\r\n1=101\r\n2=102\r\n3=103\r\n4=104\r\n"
+                "5=0\r\n6=0\r\n7=0\r\n8=108\r\n"
+                "[frmMain Settings]\r\nWState=0\r\nTop=20\r\nLeft=10\r\nHeight=600\r\nWidth=800\r\n");
+  const settings::Place saved = form_->lblHDrag;
+  EXPECT_EQ(Open().lblHDrag, saved);
+}
+
+TEST_F(FrmMainTest, MinimisedWindowSavesNoPlaceOfTheSplitterEither) {
+  OpenOn({Line(1, "system")});
+  form_->lblHDrag.Top = 4500;
+  form_->state = widgets::WindowState::kMinimised;
+  EXPECT_EQ(world_.EndOf([&] { form_->Unload(); }), 0);
+  EXPECT_THAT(world_.platform.files.Get(reg_ini_.IniPath()), ::testing::Not(HasSubstr("lblHDrag")));
+}
+
+TEST_F(FrmMainTest, SplitterThatWasNeverSavedStandsInItsFirstPlace) {
+  EXPECT_EQ(Open().lblHDrag.Top, 6000);
+}
+
 TEST_F(FrmMainTest, InstanceLockIsReleasedAtTheEnd) {
   ASSERT_TRUE(world_.platform.instance_lock.Acquire("Global\\zendrix"));
   OpenOn({Line(1, "system")});
