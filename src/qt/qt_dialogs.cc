@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPointer>
 
 #include "qt/text_edge.h"
 
@@ -25,6 +26,24 @@ QMessageBox::Icon IconOf(platform::BoxIcon icon) {
   }
 }
 
+// A dialog over the active window. It goes with that window when that goes while the dialog is open, and is
+// then answered as if it had been closed: so it never lives on the stack, and nothing touches it behind
+// `exec` without asking whether it is still there.
+template <class Dialog>
+class OverActiveWindow {
+ public:
+  OverActiveWindow() : dialog_(new Dialog(QApplication::activeWindow())) {}
+  ~OverActiveWindow() { delete dialog_.data(); }
+  OverActiveWindow(const OverActiveWindow&) = delete;
+  OverActiveWindow& operator=(const OverActiveWindow&) = delete;
+
+  Dialog* operator->() const { return dialog_.data(); }
+  bool gone() const { return dialog_.isNull(); }
+
+ private:
+  QPointer<Dialog> dialog_;
+};
+
 // "label|pattern;pattern|label|pattern" as the toolkit writes it: "label (pattern pattern);;label (pattern)".
 QString FilterOf(const std::string& filter) {
   const QStringList parts = ToQt(filter).split(QLatin1Char('|'));
@@ -39,30 +58,35 @@ QString FilterOf(const std::string& filter) {
 
 platform::BoxAnswer QtMessageBoxes::Show(const platform::BoxRequest& request) {
   using platform::BoxAnswer;
-  QMessageBox box(QApplication::activeWindow());
-  box.setObjectName(QStringLiteral("messageBox"));
-  box.setTextFormat(Qt::PlainText);
-  box.setWindowTitle(ToQt(request.title));
-  box.setText(ToQt(request.text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
-  box.setIcon(IconOf(request.icon));
+  const OverActiveWindow<QMessageBox> box;
+  box->setObjectName(QStringLiteral("messageBox"));
+  box->setTextFormat(Qt::PlainText);
+  box->setWindowTitle(ToQt(request.title));
+  box->setText(ToQt(request.text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+  box->setIcon(IconOf(request.icon));
   const bool question = request.buttons == platform::BoxButtons::kYesNo;
-  box.setStandardButtons(question ? QMessageBox::Yes | QMessageBox::No
-                                  : QMessageBox::StandardButtons(QMessageBox::Ok));
-  box.setDefaultButton(question ? QMessageBox::No : QMessageBox::Ok);
-  if (question) box.setEscapeButton(QMessageBox::No);
-  const int answer = box.exec();
+  box->setStandardButtons(question ? QMessageBox::Yes | QMessageBox::No
+                                   : QMessageBox::StandardButtons(QMessageBox::Ok));
+  box->setDefaultButton(question ? QMessageBox::No : QMessageBox::Ok);
+  if (question) box->setEscapeButton(QMessageBox::No);
+  const int answer = box->exec();
   if (!question) return BoxAnswer::kOk;
   return answer == QMessageBox::Yes ? BoxAnswer::kYes : BoxAnswer::kNo;
 }
 
+// The toolkit's one-call dialogs live on the stack.
 std::string QtFileDialogs::Choose(const platform::FileRequest& request) {
-  QWidget* parent = QApplication::activeWindow();
-  const QString start = PathToQt(request.folder) + QLatin1Char('/') + ToQt(request.name);
-  const QString path =
-      request.saving
-          ? QFileDialog::getSaveFileName(parent, ToQt(request.title), start, FilterOf(request.filter))
-          : QFileDialog::getOpenFileName(parent, ToQt(request.title), start, FilterOf(request.filter));
-  return PathFromQt(path);
+  const OverActiveWindow<QFileDialog> dialog;
+  dialog->setObjectName(QStringLiteral("fileDialog"));
+  dialog->setWindowTitle(ToQt(request.title));
+  dialog->setAcceptMode(request.saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog->setFileMode(request.saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog->setNameFilter(FilterOf(request.filter));
+  dialog->setSupportedSchemes({QStringLiteral("file")});
+  dialog->setDirectory(PathToQt(request.folder));
+  dialog->selectFile(ToQt(request.name));
+  if (dialog->exec() != QDialog::Accepted || dialog.gone()) return {};
+  return PathFromQt(dialog->selectedFiles().value(0));
 }
 
 }  // namespace zendrix::qt
