@@ -23,7 +23,8 @@ void StandAbove(QWidget& view, QWidget* owner) {
 }  // namespace
 
 QtFormHost::~QtFormHost() {
-  for (Window& window : windows_) delete window.view;
+  for (const auto* windows : {&windows_, &leaving_})
+    for (const Window& window : *windows) delete window.view;
 }
 
 QWidget* QtFormHost::Find(const widgets::Form* form) const {
@@ -47,26 +48,36 @@ void QtFormHost::MakeWindow(widgets::Form& form, const widgets::ShowOptions& opt
 }
 
 void QtFormHost::RunModal(widgets::Form& form) {
-  const QPointer<QWidget> view = Find(&form);
   QEventLoop loop;
   const widgets::Connection hidden = form.visible.changed.Connect([&] {
     if (!form.visible) loop.quit();
   });
   const widgets::Connection gone = form.unloaded.Connect([&] { loop.quit(); });
   if (form.loaded() && form.visible) loop.exec();
-  // The caller may destroy the form now, so its window goes at once; no handler of its own runs any more.
-  if (!form.loaded()) delete view.data();
+}
+
+void QtFormHost::TakeDown(const widgets::Form& form) {
+  std::vector<QPointer<QWidget>> views;
+  for (auto* windows : {&windows_, &leaving_}) {
+    std::erase_if(*windows, [&](const Window& window) {
+      if (window.form == &form) views.push_back(window.view);
+      return window.form == &form;
+    });
+  }
+  for (const auto& view : views) delete view.data();
 }
 
 void QtFormHost::LetGo(const widgets::Form* form) {
   const auto found = std::find_if(windows_.begin(), windows_.end(),
                                   [&](const Window& window) { return window.form == form; });
   if (found == windows_.end()) return;
-  if (found->view) {
-    found->view->hide();
-    found->view->deleteLater();
-  }
+  const QPointer<QWidget> view = found->view;
   windows_.erase(found);
+  std::erase_if(leaving_, [](const Window& window) { return window.view.isNull(); });
+  if (!view) return;
+  leaving_.push_back({form, view, {}});
+  view->hide();
+  if (view) view->deleteLater();
 }
 
 }  // namespace zendrix::qt

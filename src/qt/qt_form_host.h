@@ -19,10 +19,11 @@ class QtFormHost : public widgets::FormHost {
  protected:
   void MakeWindow(widgets::Form& form, const widgets::ShowOptions& options) override;
   void RunModal(widgets::Form& form) override;
+  void TakeDown(const widgets::Form& form) override;
 
  private:
   struct Window {
-    widgets::Form* form;
+    const widgets::Form* form;
     QPointer<QWidget> view;
     widgets::Connection unloaded;
   };
@@ -32,6 +33,7 @@ class QtFormHost : public widgets::FormHost {
 
   Toolkit kit_;
   std::vector<Window> windows_;
+  std::vector<Window> leaving_;  // those of unloaded forms, until the event loop has destroyed them
 };
 
 }  // namespace zendrix::qt

@@ -2,6 +2,24 @@
 
 namespace zendrix::widgets {
 
+// Also the way out of an exception: a form on the stack unloads in its destructor, and a window that waited
+// for the event loop to destroy it would outlive it.
+class FormHost::Opening {
+ public:
+  Opening(FormHost& host, const Form& form) : host_(host), form_(form) {}
+  ~Opening() {
+    if (!ended || !form_.loaded()) host_.TakeDown(form_);
+  }
+  Opening(const Opening&) = delete;
+  Opening& operator=(const Opening&) = delete;
+
+  bool ended = false;
+
+ private:
+  FormHost& host_;
+  const Form& form_;
+};
+
 bool FormHost::PutUp(Form& form, const ShowOptions& options) {
   if (!form.loaded()) return false;
   MakeWindow(form, options);
@@ -22,7 +40,9 @@ void FormHost::ShowModal(Form& form, Form* owner) {
   options.owner = owner;
   options.modal = true;
   const ModalScope modal(form.list(), &form);
+  Opening opening(*this, form);
   if (PutUp(form, options)) RunModal(form);
+  opening.ended = true;
 }
 
 }  // namespace zendrix::widgets

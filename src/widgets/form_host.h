@@ -27,17 +27,21 @@ class FormHost {
   // is not destroyed from inside its own unload. A form that has unloaded already is not shown.
   void Show(Form& form, const ShowOptions& options = {});
   // The same, and returns when the form has unloaded or hidden. Every other form is disabled meanwhile; the
-  // event loop runs, so anything may have changed when this returns.
+  // event loop runs, so anything may have changed when this returns. A form that has unloaded, or whose
+  // opening raised, has no window any more then: the caller may destroy it at once.
   void ShowModal(Form& form, Form* owner = nullptr);
 
  protected:
   // Makes a window that reflects the form, if it has none yet, and does not show it: the window follows
   // `visible`.
   virtual void MakeWindow(Form& form, const ShowOptions& options) = 0;
-  // Serves the event loop until the form is not visible any more; lets its window go when it has unloaded.
+  // Serves the event loop until the form is not visible any more.
   virtual void RunModal(Form& form) = 0;
+  // Destroys the form's window now, if it has one; none of the window's own handlers runs.
+  virtual void TakeDown(const Form& form) = 0;
 
  private:
+  class Opening;
   bool PutUp(Form& form, const ShowOptions& options);
 };
 
@@ -46,6 +50,7 @@ class HiddenForms : public FormHost {
  protected:
   void MakeWindow(Form&, const ShowOptions&) override {}
   void RunModal(Form& form) override { form.Unload(UnloadCause::kCloseBox); }
+  void TakeDown(const Form&) override {}
 };
 
 }  // namespace zendrix::widgets

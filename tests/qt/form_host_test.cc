@@ -26,6 +26,13 @@ class QtFormHostTest : public ::testing::Test {
       if (window->objectName() == QLatin1String(name) && window->isVisible()) return window;
     return nullptr;
   }
+  // Windows of this name, shown or waiting to be destroyed.
+  static int WindowsLeft(const char* name) {
+    int count = 0;
+    for (const QWidget* window : QApplication::topLevelWidgets())
+      count += window->objectName() == QLatin1String(name);
+    return count;
+  }
   // Runs `act` when the modal window of this name is on the screen.
   void WhileModal(const char* name, std::function<void(QWidget&)> act) {
     auto* again = new QTimer(&anchor_);
@@ -88,6 +95,25 @@ TEST_F(QtFormHostTest, WindowOfAFormThatUnloadsUnderItsOwnBoxGoesWhenTheBoxHasGo
   });
   message.Display();
   EXPECT_FALSE(message.loaded());
+}
+
+// It waited for the event loop, while its form, on the stack, was destroyed on the way out of the exception.
+TEST_F(QtFormHostTest, WindowOfAMessageThatCannotOpenGoesBeforeItsForm) {
+  core::frmMsg message(world_.state);
+  message.Seconds = 40;  // more than its timer takes
+  EXPECT_THROW(message.Display(), core::RunTimeError);
+  EXPECT_TRUE(message.loaded());
+  EXPECT_EQ(WindowsLeft("frmMsg"), 0);
+}
+
+TEST_F(QtFormHostTest, WindowOfAModalFormThatUnloadsWhileItLoadsGoesBeforeItsForm) {
+  struct Hasty : core::frmAbout {
+    using frmAbout::frmAbout;
+    void OnLoad() override { Unload(); }
+  };
+  Hasty about(world_.state);
+  host_.ShowModal(about);
+  EXPECT_EQ(WindowsLeft("frmAbout"), 0);
 }
 
 TEST_F(QtFormHostTest, ShownWindowFollowsItsForm) {

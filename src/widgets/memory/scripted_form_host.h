@@ -32,10 +32,13 @@ class ScriptedFormHost : public FormHost {
   std::vector<Shown> shown;
   // Called for every form that is shown, when its window is there and nothing of it has been loaded.
   Script on_show;
+  // The modal forms whose windows were destroyed at once, by name.
+  std::vector<std::string> taken_down;
 
  protected:
   void MakeWindow(Form& form, const ShowOptions& options) override;
   void RunModal(Form& form) override;
+  void TakeDown(const Form& form) override { taken_down.push_back(form.name()); }
 
  private:
   std::map<std::string, std::deque<Script>> scripts_;

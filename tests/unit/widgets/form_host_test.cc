@@ -18,13 +18,19 @@ class TestForm : public Form {
   ~TestForm() override { Unload(); }
 
   bool unloads_when_loaded = false;
+  bool fails_to_load = false;
+  bool hides_when_activated = false;
 
  private:
   void OnLoad() override {
     steps_.push_back("load " + name() + (visible ? " shown" : " hidden"));
     if (unloads_when_loaded) Unload();
+    if (fails_to_load) throw std::runtime_error("no room");
   }
-  void OnActivate() override { steps_.push_back("activate " + name() + (visible ? " shown" : " hidden")); }
+  void OnActivate() override {
+    steps_.push_back("activate " + name() + (visible ? " shown" : " hidden"));
+    if (hides_when_activated) visible = false;
+  }
   void OnUnload() override { steps_.push_back("unload " + name()); }
 
   std::vector<std::string>& steps_;
@@ -90,6 +96,34 @@ TEST_F(FormHostTest, FormThatUnloadsWhileItLoadsIsNeverShown) {
   host_.ShowModal(form);
   EXPECT_THAT(steps_, ElementsAre("window of frmOne", "load frmOne hidden", "unload frmOne"));
   EXPECT_FALSE(form.visible);
+}
+
+// The window of a message that could not open waited for the event loop and outlived its form.
+TEST_F(FormHostTest, ModalFormThatFailsToOpenLosesItsWindowBeforeTheCallerGoesOn) {
+  TestForm other(forms_, "frmOther", steps_), form(forms_, "frmOne", steps_);
+  form.fails_to_load = true;
+  EXPECT_THROW(host_.ShowModal(form), std::runtime_error);
+  EXPECT_THAT(host_.taken_down, ElementsAre("frmOne"));
+  EXPECT_TRUE(form.loaded());
+  EXPECT_TRUE(other.enabled);
+}
+
+TEST_F(FormHostTest, ModalFormThatUnloadsInAnyWayLosesItsWindow) {
+  TestForm while_loading(forms_, "frmLoading", steps_), while_open(forms_, "frmOpen", steps_);
+  while_loading.unloads_when_loaded = true;
+  host_.ShowModal(while_loading);
+  host_.WhileOpen("frmOpen", [](Form& form) { form.Unload(); });
+  host_.ShowModal(while_open);
+  EXPECT_THAT(host_.taken_down, ElementsAre("frmLoading", "frmOpen"));
+}
+
+TEST_F(FormHostTest, ModalFormThatOnlyHidesKeepsItsWindow) {
+  TestForm at_once(forms_, "frmAtOnce", steps_), while_open(forms_, "frmOpen", steps_);
+  at_once.hides_when_activated = true;
+  host_.ShowModal(at_once);
+  host_.WhileOpen("frmOpen", [](Form& form) { form.visible = false; });
+  host_.ShowModal(while_open);
+  EXPECT_THAT(host_.taken_down, ElementsAre());
 }
 
 TEST_F(FormHostTest, ModalFormDisablesAllOthersUntilItHasGone) {
