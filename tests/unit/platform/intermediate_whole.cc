@@ -24,7 +24,7 @@ std::int32_t UnquarantineEventExport(const QuarantineArguments* event, char* mes
 // Longer than the first buffer that anybody would offer; lines that are no entries stand between the two.
 std::int32_t QuarantineListExport(char* text, std::int32_t size) {
   const std::string list = std::string(32, 'a') + "\t7\t" + std::string(64, 'c') +
-                           "\t1795225500\t1000\t42\t/a%20b%0a%\n" + "no entry\n\n" + std::string(32, 'b') +
+                           "\t1795225500\t1000\t42\t/a%20b%0a%a\n" + "no entry\n\n" + std::string(32, 'b') +
                            "\tx\t\t1\t1\t\t/n\n" + std::string(32, 'b') + "\t0\t" + std::string(64, 'd') +
                            "\t-1\t0\t\t/" + std::string(300, 'p') + "\n";
   if (list.size() < static_cast<std::size_t>(size)) list.copy(text, list.size());

@@ -70,8 +70,8 @@ TEST(LinuxFamilyTest, AnEventThatThePageDoesNotShowIsHandedOnAsSuch) {
 
 TEST(LinuxFamilyTest, ListIsReadWholeAndLinesThatAreNoEntriesAreLeftOut) {
   LinuxFamily family(LibraryFolder("whole"));
-  const QuarantineEntry first{std::string(32, 'a'), "/a b\n%", 7,   std::string(64, 'c'),
-                              1795225500,           1000,      "42"};
+  const QuarantineEntry first{std::string(32, 'a'), "/a b\n%a", 7,   std::string(64, 'c'),
+                              1795225500,           1000,       "42"};
   const QuarantineEntry second{
       std::string(32, 'b'), "/" + std::string(300, 'p'), 0, std::string(64, 'd'), -1, 0, ""};
   EXPECT_EQ(family.QuarantineList().value(), (std::vector<QuarantineEntry>{first, second}));

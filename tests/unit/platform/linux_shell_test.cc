@@ -68,6 +68,10 @@ TEST_F(LinuxShellTest, AddressIsHandedOverInUtf8AndAPathByteByByte) {
   EXPECT_EQ(Written(), "1\nhttp://x/?d=caf\u00E9\u20AC\n");
   ASSERT_TRUE(shell_.Open("a+B-9.c://caf\xE9").ok());
   EXPECT_EQ(Written(), "1\na+B-9.c://caf\u00E9\n");
+  for (const std::string scheme : {"az09", "za", "AZ", "Za"}) {
+    ASSERT_TRUE(shell_.Open(scheme + "://caf\xE9").ok());
+    EXPECT_EQ(Written(), "1\n" + scheme + "://caf\u00E9\n");
+  }
   // No scheme begins with a digit or holds any other character.
   for (const std::string path :
        {"/home/caf\xE9", "9a://caf\xE9", "a/b://caf\xE9", "a_b://caf\xE9", "://caf\xE9"}) {

@@ -118,6 +118,18 @@ TEST(MemoryFilesTest, FaultsHitTheirOperationAndPathAndCount) {
   EXPECT_TRUE(files.Open("/b").ok());
 }
 
+TEST(MemoryFilesTest, FaultsKnowAFileByEachOfItsPaths) {
+  MemoryFiles files;
+  files.Put("/a", "abc");
+  files.FailNext(FileOp::kAppend, "//a", ErrorKind::kNoSpace);
+  EXPECT_EQ(files.Append("/a", "z").error().kind, ErrorKind::kNoSpace);
+  files.FailReadAfter("//a", 2, ErrorKind::kPermissionDenied);
+  EXPECT_EQ(files.ReadAll("/a").error().kind, ErrorKind::kPermissionDenied);
+  files.FailReadAfter("*", 0, ErrorKind::kPermissionDenied);
+  EXPECT_EQ(files.ReadAll("/a").error().kind, ErrorKind::kPermissionDenied);
+  EXPECT_EQ(files.ReadAll("/a").value(), "abc");
+}
+
 TEST(MemoryFilesTest, ReadIsRefusedBehindTheGivenByte) {
   MemoryFiles files;
   files.Put("/a", "abcdef");

@@ -128,6 +128,22 @@ TEST(FakeTimersTest, ProcessMessagesRunsTheQueueAndWhatIsDue) {
   EXPECT_EQ(platform.timers.ProcessMessagesCount(), 2);
 }
 
+TEST(FakeTimersTest, WhatWasPostedRunsBeforeTimePassesAndBehindEachTick) {
+  MemoryPlatform platform;
+  std::string order;
+  const auto timer = platform.timers.MakeTimer([&] {
+    order += 't';
+    platform.timers.Post([&] { order += 'q' + std::to_string(platform.clock.MonotonicMs()); });
+  });
+  timer->Start(100);
+  platform.timers.Post([&] { order += 'p' + std::to_string(platform.clock.MonotonicMs()); });
+  platform.timers.Advance(200);
+  EXPECT_EQ(order, "p0tq100tq200");
+  platform.timers.Post([&] { order += '-'; });
+  platform.timers.Advance(0);
+  EXPECT_EQ(order, "p0tq100tq200-");
+}
+
 TEST(FakeTimersTest, TickMayReEnterTheLoop) {
   MemoryPlatform platform;
   std::string order;
