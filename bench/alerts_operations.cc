@@ -31,7 +31,7 @@ struct HomeConsole {
     reader.InitClass(file);
     form = std::make_unique<home::frmNewUI>(
         home::HomeParts{state, log, reader, reg_ini, agent, screen, alerts, home::HomeServices{}});
-    form->CreateHeaderlvAlerts();
+    form->alerts.CreateHeaderlvAlerts();
   }
 
   TemporaryFolder folder;
@@ -54,8 +54,8 @@ Operation Alerts(const std::string& file, const std::vector<std::string>&) {
   const auto console = std::make_shared<HomeConsole>(file);
   return {[console] { console->Prepare(); },
           [console] {
-            console->form->LoadlvAlerts();
-            return console->form->lvAlerts.size();
+            console->form->alerts.LoadlvAlerts();
+            return console->form->alerts.lvAlerts.size();
           }};
 }
 

@@ -1,8 +1,4 @@
 // The details pane of the Alerts view: the page that explains the selected alert, and the commands in it.
-//
-// A page is no document from a file: the view goes to a blank page of the console's own, and the explanation
-// is written into its body once it is there. The explanation has every character of an event escaped; the
-// links in it are the console's business, never the browser's.
 #pragma once
 
 #include <string>
@@ -10,7 +6,7 @@
 #include "alerts/alert_services.h"
 #include "core/app_state.h"
 #include "core/error_log.h"
-#include "store/reader.h"
+#include "home/own_page.h"
 #include "widgets/browser_view.h"
 #include "widgets/screen.h"
 
@@ -36,20 +32,15 @@ class DetailsPane {
   // the page explained when it was clicked (`subject`), whatever has been shown or looked up since; the click
   // of a page that explained nothing commands nothing.
   bool BeforeNavigate(const std::string& url, const std::string& subject);
-  void Stop();
-
-  // The view reached the end of a navigation.
-  bool DocumentReady = false;
+  void Stop() { page_.Stop(); }
 
  private:
-  bool WaitForDocument();
   void Decide(alerts::Answer answer, const std::string& subject);
-  void AddScripts();
   void ToggleDetails();
 
   DetailsParts parts_;
   core::AppState& app_;
-  widgets::BrowserView& view_;
+  OwnPage page_;
 };
 
 }  // namespace zendrix::home

@@ -13,33 +13,6 @@ namespace {
 
 constexpr char kNoDataFound[] =
     "No Zendrix Data Found.  Please ensure that the Zendrix Product is properly installed.";
-constexpr char kDescription[] =
-    "Shows what the Zendrix Agent finds on this computer, explains it, and lets you decide about it.";
-constexpr char kDisclaimer[] =
-    "This program is free software: you may use, share and change it under the terms of the GNU General "
-    "Public "
-    "License, version 3 or later. It comes with no warranty, to the extent permitted by law.";
-
-const char* CaptionOf(int view) {
-  switch (view) {
-    case kAlertsView:
-      return "Alerts";
-    case kAdvancedView:
-      return "Advanced";
-    case kOptionsView:
-      return "Options";
-    case kHelpView:
-      return "Help";
-    case kQuitView:
-      return "Quit";
-    default:
-      return "Summary";
-  }
-}
-
-std::string Indexed(const char* name, int index) {
-  return std::string(name) + "(" + std::to_string(index) + ")";
-}
 
 }  // namespace
 
@@ -49,7 +22,19 @@ bool frmNewUI::Guarded(const char* procedure, Body&& body) {
 }
 
 frmNewUI::frmNewUI(HomeParts parts)
-    : Form(parts.state.forms, "frmNewUI"), parts_(std::move(parts)), app_(parts_.state) {
+    : Form(parts.state.forms, "frmNewUI"),
+      parts_(std::move(parts)),
+      app_(parts_.state),
+      summary({app_, parts_.log, parts_.gKvlF,  //
+               [this](int view) { ViewItems_Click(view); }, [this] { agent.aClick_Click(); }}),
+      alerts({app_, parts_.log, parts_.screen, parts_.gKvlF, parts_.alerts, summary.alerts_row, ListBusy,
+              AttentionPending,
+              [this](const store::EventCursor& row) { parts_.alerts.ShowAlertPopUp(row, PopupsSuppressed); },
+              [this] { CheckRiskLevel(); }}),
+      agent({app_, parts_.log, parts_.agent, AttentionPending, AgentLevel, [this] { logs.FillAgentFra(); }}),
+      logs({app_, parts_.log}),
+      options({app_, parts_.log, summary.options_row, AttentionPending}),
+      help({app_, parts_.log}) {
   MakeControls();
   ConnectControls();
 }
@@ -66,18 +51,6 @@ void frmNewUI::MakeControls() {
     Frame1[at] = std::make_unique<widgets::Frame>(Indexed("Frame1", i), false);
     fraDesc[at] = std::make_unique<widgets::Frame>(Indexed("fraDesc", i), false);
   }
-  for (const int i : {kAlertsView, kOptionsView}) {
-    const auto at = static_cast<std::size_t>(i);
-    Flag[at] = std::make_unique<widgets::Image>(Indexed("Flag", i));
-    icView[at] = std::make_unique<widgets::Label>(Indexed("icView", i), CaptionOf(i));
-    icDesc[at] = std::make_unique<widgets::Label>(Indexed("icDesc", i));
-  }
-  for (const int i : {kAlertsView, kAdvancedView, kOptionsView})
-    StaImg[static_cast<std::size_t>(i)] = std::make_unique<widgets::Image>(Indexed("StaImg", i));
-  sClearAll.tip = "Mark as deleted";
-  sShowAll.tip = "Show also deleted alerts";
-  sMoreInfo.enabled = false;
-  icMore.visible = false;
   lblRootWarning.visible = app_.seams.host.RunsAsRoot();
 }
 
@@ -86,21 +59,7 @@ void frmNewUI::ConnectControls() {
     const auto at = static_cast<std::size_t>(i);
     ViewItems[at]->clicked.ConnectForever([this, i] { ViewItems_Click(i); });
     Image1[at]->clicked.ConnectForever([this, i] { ViewItems_Click(i); });
-    if (Flag[at]) Flag[at]->clicked.ConnectForever([this, i] { ViewItems_Click(i); });
-    if (icView[at]) icView[at]->clicked.ConnectForever([this, i] { ViewItems_Click(i); });
-    if (icDesc[at]) icDesc[at]->clicked.ConnectForever([this, i] { ViewItems_Click(i); });
   }
-  icClick.clicked.ConnectForever([this] { ViewItems_Click(kAlertsView); });
-  OSRiskLevel.clicked.ConnectForever([this] { ViewItems_Click(kSummaryView); });
-  icMore.clicked.ConnectForever([this] { icMore_Click(); });
-  aClick.clicked.ConnectForever([this] { aClick_Click(); });
-  lvAlerts.item_clicked.ConnectForever([this](widgets::ListView::Slot item) { lvAlerts_ItemClick(item); });
-  lvAlerts.right_button_up.ConnectForever([this] { lvAlerts_MouseUp(); });
-  mPopRNormal.clicked.ConnectForever([this] { mPopRNormal_Click(); });
-  mPopRAbnormal.clicked.ConnectForever([this] { mPopRAbnormal_Click(); });
-  sckShowAll.clicked.ConnectForever([this] { sckShowAll_Click(); });
-  sClearAll.clicked.ConnectForever([this] { sClearAll_Click(); });
-  sShowAll.clicked.ConnectForever([this] { sShowAll_Click(); });
   tray.mouse.ConnectForever([this](int message) { Tray_Mouse(message); });
   mPopRestore.clicked.ConnectForever([this] { mPopRestore_Click(); });
   mPopMinimize.clicked.ConnectForever([this] { mPopMinimize_Click(); });
@@ -125,17 +84,14 @@ void frmNewUI::Form_Load() {
   parts_.screen.MousePointer = widgets::kPointerHourglass;
   title = app_.ProductName + " -  v " + FormattedVersion();
   HideOnActivate = app_.UpdatedRun;
-  sckShowAll.checked = true;
+  alerts.sckShowAll.checked = true;
   Guarded("LoadWindowState", [&] { parts_.reg_ini.LoadWindowState(*this); });
   Guarded("LoadDescTips", [&] { LoadDescTips(); });
-  eSbRiskLevel.value = static_cast<int>(app_.settings.ShRskLvl);
+  options.eSbRiskLevel.value = static_cast<int>(app_.settings.ShRskLvl);
   Guarded("LoadChkAlrColl", [&] { parts_.alerts.LoadChkAlrColl(); });
-  CreateHeaderlvAlerts();
-  LoadlvAlerts();
-  if (const auto first = lvAlerts.first_visible()) {
-    lvAlerts.Select(*first);
-    lvAlerts_ItemClick(*first);
-  }
+  alerts.CreateHeaderlvAlerts();
+  alerts.LoadlvAlerts();
+  alerts.ShowFirst();
   if (!parts_.gKvlF.EventTable)
     app_.seams.message_boxes.Show({app_.ProductName, kNoDataFound, platform::BoxIcon::kStop});
   Frame2.visible = true;
@@ -143,9 +99,9 @@ void frmNewUI::Form_Load() {
   tray.SetTip(app_.ProductName);
   tray.icon = widgets::TrayIcon::kForm;
   tray.shown = true;
-  AlertLevel = CheckAlrSta();
-  AgentLevel = CheckAgnSta();
-  FillSummaryFra();
+  AlertLevel = alerts.CheckAlrSta();
+  AgentLevel = agent.CheckAgnSta();
+  summary.FillSummaryFra();
   CheckRiskLevel();
   Timer1_->Start(1000);
   DayTicks = 0;
@@ -162,30 +118,15 @@ void frmNewUI::Form_Activate() {
   visible = false;
 }
 
-std::string frmNewUI::OpeningText() const {
-  return core::DescAt(app_.Desc[0], 1);
-}
-
 void frmNewUI::LoadDescTips() {
   const core::DescArray& texts = app_.Desc[0];
   const auto text = [&](std::size_t n) { return core::DescAt(texts, n); };
-  details_.ShowText(text(1));
-  icDesc[kAlertsView]->caption = text(1);
-  aDesc.caption = text(3);
-  etopDesc.caption = text(4);
-  icDesc[kOptionsView]->caption = text(4);
-  icShortDesc.caption = text(7);
-}
-
-void frmNewUI::FillHelpFra() {
-  Guarded("FillHelpFra", [&] {
-    hAppTitle.caption = app_.ProductName;
-    hVersion.caption = "Version " + FormattedVersion();
-    hDescription.caption = kDescription;
-    hDisclaimer.caption = kDisclaimer;
-    // Last, since a short description file ends the procedure here.
-    htopDesc.caption = core::DescAt(app_.Desc[0], 5);
-  });
+  alerts.ShowOpeningText();
+  summary.alerts_row.icDesc.caption = text(1);
+  logs.aDesc.caption = text(3);
+  options.etopDesc.caption = text(4);
+  summary.options_row.icDesc.caption = text(4);
+  summary.icShortDesc.caption = text(7);
 }
 
 void frmNewUI::ViewItems_Click(int index) {
@@ -203,15 +144,16 @@ void frmNewUI::ViewItems_Click(int index) {
   }
   RunViewAction(index);
   ShowOnlyPane(index);
-  if (index == kAlertsView) lvAlerts.focus.Raise();
+  if (index == kAlertsView) alerts.lvAlerts.focus.Raise();
   PreviousView = static_cast<std::int16_t>(index);
   parts_.screen.MousePointer = widgets::kPointerDefault;
 }
 
 void frmNewUI::RunViewAction(int index) {
-  if (index == kAlertsView) CheckAlrSta();
-  if (index == kOptionsView) CheckEmlSta();
-  if (index == kHelpView) FillHelpFra();
+  if (index == kAlertsView) alerts.FillEventsFra();
+  if (index == kAdvancedView) logs.FillAgentFra();
+  if (index == kOptionsView) options.FillEmailFra();
+  if (index == kHelpView) help.FillHelpFra();
 }
 
 void frmNewUI::ShowOnlyPane(int index) {
@@ -231,6 +173,17 @@ void frmNewUI::ShowWindow(WindowState wanted) {
   state = wanted;
   bring_forward.Raise();
   visible = true;
+}
+
+void frmNewUI::ShowAlert(const std::string& key) {
+  state = WindowState::kNormal;
+  bring_forward.Raise();
+  visible = true;
+  ViewItems_Click(kAlertsView);
+  if (key.empty())
+    alerts.ShowFirst();
+  else
+    alerts.ShowRow(key);
 }
 
 void frmNewUI::Tray_Mouse(int message) {
@@ -284,7 +237,7 @@ void frmNewUI::OnUnload() {
   });
   parts_.log.WriteLog("Unload", "Ending version " + FormattedVersion());
   tray.shown = false;
-  details_.Stop();
+  alerts.Stop();
   // Unload takes the form from the list of open forms only after this handler; the procedure that closes all
   // others must not meet it again.
   unloaded.ConnectForever([log = &parts_.log] { log->CloseAllAndEnd(); });

@@ -9,21 +9,22 @@
 #include <memory>
 #include <string>
 
-#include "alerts/answer.h"
-#include "core/date_rules.h"
 #include "core/root_warning.h"
-#include "home/details_pane.h"
+#include "home/agent_pane.h"
+#include "home/alerts_pane.h"
+#include "home/help_pane.h"
 #include "home/home_parts.h"
+#include "home/logs_pane.h"
+#include "home/main_window.h"
+#include "home/options_pane.h"
+#include "home/summary_pane.h"
+#include "home/views.h"
 #include "platform/message_loop.h"
-#include "widgets/browser_view.h"
-#include "widgets/check_box.h"
 #include "widgets/form.h"
 #include "widgets/frame.h"
 #include "widgets/image.h"
 #include "widgets/label.h"
-#include "widgets/list_view.h"
 #include "widgets/menu.h"
-#include "widgets/slider.h"
 #include "widgets/tray.h"
 
 namespace zendrix::home {
@@ -31,19 +32,11 @@ namespace zendrix::home {
 // The foreground of the navigation label of the pane on show.
 inline constexpr widgets::Colour kSelectedViewColour = 14518894;
 
-// Panes by index; index 1 is not used.
-enum View : int {
-  kAlertsView = 0,
-  kAdvancedView = 2,
-  kOptionsView = 3,
-  kHelpView = 4,
-  kQuitView = 5,
-  kSummaryView = 6
-};
-inline constexpr int kViewCount = 7;
-inline constexpr std::array<int, 6> kViews = {0, 2, 3, 4, 5, 6};
+class frmNewUI : public widgets::Form, private MainWindow {
+  // In front of the panes, which are made from them.
+  HomeParts parts_;
+  core::AppState& app_;
 
-class frmNewUI : public widgets::Form {
  public:
   explicit frmNewUI(HomeParts parts);
 
@@ -68,36 +61,16 @@ class frmNewUI : public widgets::Form {
   void Timer4_Timer();
   void gKvlF_newAlert();
 
-  void CreateHeaderlvAlerts();
-  void LoadlvAlerts();
-  void UpdatelvAlerts();
-  void ClearAlertList();
-  void lvAlerts_ItemClick(widgets::ListView::Slot item);
-  // The menu of the list, where it opens and its two commands.
-  void lvAlerts_MouseUp();
-  void mPopRNormal_Click();
-  void mPopRAbnormal_Click();
-  void sckShowAll_Click();
-  void sClearAll_Click();
-  void sShowAll_Click();
-
-  // The checks return a status: 1 good, 2 needs attention, 3 needs immediate attention.
-  std::int16_t CheckAlrSta();
-  std::int16_t CheckAgnSta();
-  std::int16_t CheckEmlSta();
-  void FillSummaryFra();
+  // Every three seconds, and after anything that changes a list: folds the three checks into the Summary
+  // pane, and lets the tray icon blink when something new needs a user who does not see the window.
   void CheckRiskLevel();
-  void icMore_Click();
-  void aClick_Click();
 
   void LoadDescTips();
-  void FillHelpFra();
   void CheckSurvey();
 
-  // State.
+  // State. 1 good, 2 needs attention, 3 needs immediate attention.
   std::int16_t AlertLevel = 0;
   std::int16_t AgentLevel = 0;
-  core::Date LastIntrusionTime = 0;
   std::int16_t HourTicks = 0;
   std::int16_t QuarterTicks = 0;
   std::int16_t CurrentView = 0;
@@ -106,12 +79,8 @@ class frmNewUI : public widgets::Form {
   bool ListBusy = false;
   bool PopupsSuppressed = true;
   bool HideOnActivate = false;
-  bool ShowBlockedAlerts = true;
-  std::int16_t StatusAction = 0;
   bool TrayIconAlternate = false;
   bool TrayBlinking = false;
-  bool AgentJustStarted = true;
-  bool EmailJustSaved = true;
   bool AttentionPending = false;
   std::int32_t DayTicks = 0;
 
@@ -131,58 +100,12 @@ class frmNewUI : public widgets::Form {
   widgets::MenuItem mPopExit{"mPopExit", "&Quit"};
   widgets::Menu mPopupSys2{"mPopupSys2", "", {&mPopRestore, &mPopMinimize, &mPopMaximize, &mPopExit}};
 
-  // Alerts pane.
-  widgets::ListView lvAlerts{"lvAlerts"};
-  widgets::CheckBox sckShowAll{"sckShowAll", "Display blocked events"};
-  widgets::Label sClearAll{"sClearAll", "Clear All"};
-  widgets::Label sShowAll{"sShowAll", "Show All"};
-  widgets::Label sMoreInfo{"sMoreInfo", "Analyze"};
-  widgets::Label sTitleDesc{"sTitleDesc"};
-  widgets::BrowserView sDesc{"sDesc"};
-  widgets::MenuItem mPopRNormal{"mPopRNormal", "Allow"};
-  widgets::MenuItem mPopRAbnormal{"mPopRAbnormal", "Block"};
-  widgets::Menu mPopReview{"mPopReview", "&ReviewAlert", {&mPopRNormal, &mPopRAbnormal}};
-
-  // Advanced pane.
-  widgets::Label aAgSta{"aAgSta", "Monitoring Status"};
-  widgets::Label aTitleDesc{"aTitleDesc"};
-  widgets::Label aStatus{"aStatus"};
-  widgets::Label aClick{"aClick"};
-  widgets::Label aDesc{"aDesc"};
-
-  // Options pane.
-  widgets::Label etopDesc{"etopDesc"};
-  widgets::Label eTitleDesc{"eTitleDesc"};
-  widgets::Slider eSbRiskLevel{"eSbRiskLevel", 0, 100};
-
-  // Help pane.
-  widgets::Label htopDesc{"htopDesc"};
-  widgets::Label hAppTitle{"hAppTitle"};
-  widgets::Label hVersion{"hVersion"};
-  widgets::Label hDescription{"hDescription"};
-  widgets::Label hDisclaimer{"hDisclaimer"};
-
-  // Summary pane.
-  widgets::Label icShortDesc{"icShortDesc"};
-  widgets::Image OSFlag{"OSFlag"};
-  widgets::Label OSRiskLevel{"OSRiskLevel"};
-  // Left colour of the band behind the sentence, red in the high byte; 0 while it is not painted.
-  widgets::Observed<std::uint32_t> OSRiskBackc{0};
-  widgets::Label icStatus{"icStatus"};
-  widgets::Label icMore{"icMore"};
-  widgets::Label iclblDate{"iclblDate", "Events detected since"};
-  widgets::Label icDate{"icDate"};
-  widgets::Image icImgEventCount{"icImgEventCount", "ecount0"};
-  widgets::Label icEventCount{"icEventCount"};
-  widgets::Image icImgAlertCount{"icImgAlertCount", "warning"};
-  widgets::Label icAlertCount{"icAlertCount"};
-  widgets::Label icClick{"icClick", "[Details...]"};
-  // One row of the pane each for the Alerts (0) and the Options (3).
-  std::array<std::unique_ptr<widgets::Image>, kViewCount> Flag;
-  std::array<std::unique_ptr<widgets::Label>, kViewCount> icView;
-  std::array<std::unique_ptr<widgets::Label>, kViewCount> icDesc;
-  // The same flag in the heading of a pane: 0, 2 and 3.
-  std::array<std::unique_ptr<widgets::Image>, kViewCount> StaImg;
+  SummaryPane summary;
+  AlertsPane alerts;
+  AgentPane agent;
+  LogsPane logs;
+  OptionsPane options;
+  HelpPane help;
 
  protected:
   void OnLoad() override { Form_Load(); }
@@ -191,7 +114,11 @@ class frmNewUI : public widgets::Form {
   void OnUnload() override;
 
  private:
-  class ListBuild;
+  // MainWindow, for pop-ups, notices and the wizard.
+  widgets::Form& form() override { return *this; }
+  bool Loading() const override { return PopupsSuppressed; }
+  bool InSight() const override { return visible.Get() && state.Get() != widgets::WindowState::kMinimised; }
+  void ShowAlert(const std::string& key) override;
 
   void MakeControls();
   void ConnectControls();
@@ -199,31 +126,14 @@ class frmNewUI : public widgets::Form {
   template <class Body>
   bool Guarded(const char* procedure, Body&& body);
   void ShowWindow(widgets::WindowState wanted);
-  bool InSight() const { return visible.Get() && state.Get() != widgets::WindowState::kMinimised; }
   void RunViewAction(int index);
   void ShowOnlyPane(int index);
   void EverySeconds3();
   void EveryHour();
-  std::string OpeningText() const;
-  std::string StatusText(int group, int status) const;
   std::string FormattedVersion() const;
 
-  void FillFromTable(bool whole);
-  void FillRows(store::EventCursor& clone, int picture);
-  void FillRowsBehind(store::EventCursor& clone, int picture);
-  void AddRow(const store::EventCursor& row, int picture, const std::string& status);
-  void NoteIntrusion(const std::string& date_time);
-  void CloseBuild(const std::string& remembered);
-  void Decide(alerts::Answer answer, const char* procedure);
-  void PaintLevel(int level);
-  void SecondLine(int level);
-
-  HomeParts parts_;
-  core::AppState& app_;
-  DetailsPane details_{{parts_.state, parts_.log, parts_.alerts, parts_.screen}, sDesc};
   std::unique_ptr<platform::Timer> Timer1_, Timer2_, Timer4_;
   widgets::Connection new_alert_;
-  std::string EventCountPicture_;
   std::uint8_t ThreeSecondTicks_ = 0;
   std::uint8_t TwoMinuteTicks_ = 0;
 };

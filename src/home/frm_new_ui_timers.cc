@@ -22,14 +22,11 @@ void frmNewUI::Timer1_Timer() {
   ++TwoMinuteTicks_;
   ++HourTicks;
   ++QuarterTicks;
-  if (Animated) {
-    EventCountPicture_ = EventCountPicture_ == "ecount0" ? "ecount1" : "ecount0";
-    icImgEventCount.picture = EventCountPicture_;
-  }
+  if (Animated) summary.MovePicture();
   if (ThreeSecondTicks_ == kThreeSeconds) EverySeconds3();
   if (TwoMinuteTicks_ == kTwoMinutes) {
     TwoMinuteTicks_ = 0;
-    AgentLevel = CheckAgnSta();
+    AgentLevel = agent.CheckAgnSta();
   }
   if (QuarterTicks > kQuarter) {
     QuarterTicks = 0;
@@ -53,7 +50,7 @@ void frmNewUI::EveryHour() {
   HourTicks = 0;
   const core::Date now = core::Now(app_.seams.clock, app_.seams.family);
   // A second is 1/86400 of a day; the small addition keeps a whole number of hours whole.
-  const auto hours = static_cast<long long>(std::floor((now - LastIntrusionTime) * 24 + 1e-6));
+  const auto hours = static_cast<long long>(std::floor((now - alerts.LastIntrusionTime) * 24 + 1e-6));
   const bool whole_days = hours % 24 == 0;
   if (whole_days && hours > 1) {
     if (!InSight() && app_.settings.PopNotifyMs && parts_.services.frmNotifyMsg) {
@@ -64,6 +61,19 @@ void frmNewUI::EveryHour() {
     }
   }
   if (!whole_days || hours == 0 || hours == 1) CheckSurvey();
+}
+
+void frmNewUI::CheckRiskLevel() {
+  core::OrLog(parts_.log, "frmNewUI:CheckRiskLevel", [&] {
+    const int email = options.CheckEmlSta();
+    Animated = AgentLevel == kGood;
+    if (!InSight() && AttentionPending) {
+      TrayIconAlternate = true;
+      TrayBlinking = true;
+      Timer2_->Start(1000);
+    }
+    summary.Show({AlertLevel, AgentLevel, email, alerts.sTitleDesc.caption, agent.aTitleDesc.caption});
+  });
 }
 
 void frmNewUI::Timer2_Timer() {
@@ -95,14 +105,14 @@ void frmNewUI::CheckSurvey() {
 
 void frmNewUI::gKvlF_newAlert() {
   if (parts_.gKvlF.ReloadedFlag) {
-    ClearAlertList();
-    LoadlvAlerts();
+    alerts.ClearAlertList();
+    alerts.LoadlvAlerts();
     CheckRiskLevel();
   } else {
-    UpdatelvAlerts();
+    alerts.UpdatelvAlerts();
   }
-  AlertLevel = CheckAlrSta();
-  FillSummaryFra();
+  AlertLevel = alerts.CheckAlrSta();
+  summary.FillSummaryFra();
 }
 
 }  // namespace zendrix::home

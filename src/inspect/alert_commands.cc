@@ -46,7 +46,7 @@ class HomeConsole {
     const store::Bookmark row = Row(id);
     const store::EventTable& table = *home_.gKvlF().EventTable;
     const std::string tag(table.Text(row, store::kDateUTC));
-    auto& list = form().lvAlerts;
+    auto& list = form().alerts.lvAlerts;
     const std::string key = "K" + std::to_string(table.ID(row));
     auto slot = list.Find(key);
     if (!slot) slot = list.InsertTop(key, std::string(table.Text(row, store::kDateTime)), 0, tag);
@@ -118,14 +118,15 @@ void Alerts(Console& console, const Words& words) {
   HomeConsole home(console);
   const home::frmNewUI& form = home.form();
   Json items = Json::array();
-  for (std::size_t i = 0; i < form.lvAlerts.size(); ++i) items.push_back(ItemOf(form.lvAlerts.at(i)));
+  for (std::size_t i = 0; i < form.alerts.lvAlerts.size(); ++i)
+    items.push_back(ItemOf(form.alerts.lvAlerts.at(i)));
   const auto& locale = console.state().seams.locale.Current();
-  const bool seen = form.LastIntrusionTime != 0;
+  const bool seen = form.alerts.LastIntrusionTime != 0;
   console.Print({{"items", std::move(items)},
                  {"AlertLevel", form.AlertLevel},
                  {"AttentionPending", form.AttentionPending},
                  {"LastIntrusionTime",
-                  seen ? Text(core::ShortDateLongTime(form.LastIntrusionTime, locale)) : Json("")}});
+                  seen ? Text(core::ShortDateLongTime(form.alerts.LastIntrusionTime, locale)) : Json("")}});
 }
 
 void Alert(Console& console, const Words& words) {
@@ -151,7 +152,7 @@ void Decide(Console& console, const Words& words) {
   if (words[1] != "block" && words[1] != "allow") throw WrongUsage("decide: say block or allow");
   HomeConsole home(console);
   const std::string tag = home.Click(words[0]);
-  (words[1] == "block" ? home.form().mPopRAbnormal : home.form().mPopRNormal).clicked.Raise();
+  (words[1] == "block" ? home.form().alerts.mPopRAbnormal : home.form().alerts.mPopRNormal).clicked.Raise();
   const auto decision = home.alerts().Decision(tag);
   console.Print(
       {{"activations", ActivationsOf(console)}, {"decision", decision ? Text(*decision) : Json(nullptr)}});
@@ -162,7 +163,7 @@ void Act(Console& console, const Words& words) {
   if (words[1] != "do" && words[1] != "undo") throw WrongUsage("act: say do or undo");
   HomeConsole home(console);
   home.Click(words[0]);
-  const auto& page = home.form().sDesc;
+  const auto& page = home.form().alerts.sDesc;
   page.BeforeNavigate("about:" + words[1], page.subject());
   console.Print({{"activations", ActivationsOf(console)}});
 }

@@ -1,7 +1,7 @@
 #include "qt/form_views.h"
 
 #include "qt/admin_window.h"
-#include "qt/home_window.h"
+#include "qt/home/home_window.h"
 #include "qt/small_windows.h"
 
 namespace zendrix::qt {

@@ -34,7 +34,7 @@ TEST_F(DecisionFlow, AlertThatArrivesWhileAPageIsReadDoesNotTakeItsClick) {
   Append(Alert(20, "/opt/new"));
   Tick();
   ASSERT_THAT(Rows(), ElementsAre("K8 Intrusion", "K5 Intrusion", "K2 Intrusion"));
-  EXPECT_EQ(Home().sDesc.subject(), "5 " + Tag(11));
+  EXPECT_EQ(Home().alerts.sDesc.subject(), "5 " + Tag(11));
   ClickLink("about:do");
   EXPECT_THAT(Taken(), ElementsAre("/opt/tool"));
 }
@@ -47,7 +47,7 @@ TEST_F(DecisionFlow, AlertThatArrivesUnderTheQuestionChangesNothingOfTheDecision
     Append(Alert(20, "/opt/new", "failed", "NEW,3"));
     Tick();
   };
-  Home().mPopRAbnormal.clicked.Raise();
+  Home().alerts.mPopRAbnormal.clicked.Raise();
   EXPECT_EQ(File("KorvessaActivations.kvl"), "FIRST,1\r\n");
   EXPECT_THAT(Rows(), ElementsAre("K8 Intrusion", "K5 Intrusion Blocked", "K2 Intrusion"));
   EXPECT_EQ(console_->alerts().Decision(Tag(11)), Tag(11) + "A");
@@ -64,7 +64,7 @@ TEST_F(DecisionFlow, FileReplacedUnderTheQuestionFilesAndMarksNoOtherAlert) {
     Append(Line(60, "System", "s") + Alert(70, "/opt/b", "failed", "B,1"));
     Tick();
   };
-  Home().mPopRAbnormal.clicked.Raise();
+  Home().alerts.mPopRAbnormal.clicked.Raise();
   EXPECT_FALSE(world_.platform.files.Has(Path("KorvessaActivations.kvl")));
   EXPECT_THAT(Rows(), ElementsAre("K7 Intrusion", "K3 Intrusion"));
   EXPECT_EQ(console_->alerts().Decision(Tag(11)), Tag(11) + "A") << "the user's own decision is kept";
@@ -86,7 +86,7 @@ TEST_F(DecisionFlow, ReplacedFileLeavesNoPageToClickIn) {
   OpenOnTool();
   Write(Line(40, "System", "s"));
   Tick();
-  EXPECT_EQ(Home().sDesc.subject(), "");
+  EXPECT_EQ(Home().alerts.sDesc.subject(), "");
   ClickLink("about:do");
   EXPECT_THAT(Taken(), IsEmpty());
 }
@@ -95,7 +95,7 @@ TEST_F(DecisionFlow, RightClickOnAnotherRowDecidesAboutThatRow) {
   OpenOnTool();
   ClickRow("K2");
   SayYes();
-  Home().mPopRAbnormal.clicked.Raise();
+  Home().alerts.mPopRAbnormal.clicked.Raise();
   EXPECT_THAT(Rows(), ElementsAre("K5 Intrusion", "K2 Intrusion Blocked"));
 }
 
@@ -107,12 +107,12 @@ TEST_F(DecisionFlow, ClickInThePageThatCameLastIsAboutItsOwnAlert) {
   page_->on_navigate = [&] {
     world_.platform.timers.Post([&] {
       if (!std::exchange(clicked, true)) ClickRow("K2");
-      Home().sDesc.NavigationComplete.Raise();
+      Home().alerts.sDesc.NavigationComplete.Raise();
     });
   };
   ClickRow("K5");
   EXPECT_TRUE(clicked);
-  EXPECT_EQ(Home().sDesc.subject(), "5 " + Tag(11));
+  EXPECT_EQ(Home().alerts.sDesc.subject(), "5 " + Tag(11));
   ClickLink("about:do");
   EXPECT_THAT(Taken(), ElementsAre("/opt/tool"));
 }

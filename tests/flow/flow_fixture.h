@@ -27,7 +27,7 @@ class FlowTest : public ::testing::Test {
     settings::RegIni(world_.state, world_.log).SaveSettingHashed("Misc", "TTour", "Y");
     world_.host.on_show = [this](widgets::Form& form) {
       auto* main = dynamic_cast<home::frmNewUI*>(&form);
-      if (main) page_ = std::make_unique<testing::FakePage>(main->sDesc);
+      if (main) page_ = std::make_unique<testing::FakePage>(main->alerts.sDesc);
     };
   }
   ~FlowTest() override {
@@ -78,12 +78,14 @@ class FlowTest : public ::testing::Test {
 
   // Acts of the user.
   void ClickRow(const std::string& key) {
-    const auto slot = Home().lvAlerts.Find(key);
+    const auto slot = Home().alerts.lvAlerts.Find(key);
     ASSERT_TRUE(slot.has_value()) << key;
-    Home().lvAlerts.Select(*slot);
-    Home().lvAlerts.item_clicked.Raise(*slot);
+    Home().alerts.lvAlerts.Select(*slot);
+    Home().alerts.lvAlerts.item_clicked.Raise(*slot);
   }
-  void ClickLink(const std::string& url) { Home().sDesc.BeforeNavigate(url, Home().sDesc.subject()); }
+  void ClickLink(const std::string& url) {
+    Home().alerts.sDesc.BeforeNavigate(url, Home().alerts.sDesc.subject());
+  }
   void SayYes() { Boxes().Answer(platform::BoxAnswer::kYes); }
 
   platform::ScriptedBoxes& Boxes() { return world_.platform.message_boxes; }
@@ -96,7 +98,7 @@ class FlowTest : public ::testing::Test {
   }
   std::vector<std::string> Rows() {
     std::vector<std::string> rows;
-    const auto& list = Home().lvAlerts;
+    const auto& list = Home().alerts.lvAlerts;
     for (std::size_t i = 0; i < list.size(); ++i) {
       std::string text = list.at(i).key;
       for (const auto& item : list.at(i).sub_items)

@@ -51,7 +51,7 @@ TEST_F(FrameFlow, DateOrderOfTheUserReachesTheWholeConsole) {
   Write(Alert(0, "/opt/tool"));
   Start();
   EXPECT_EQ(world_.state.DateOrder, 1);
-  EXPECT_EQ(Home().lvAlerts.at(0).text, "21.11.2026 01:45:01");
+  EXPECT_EQ(Home().alerts.lvAlerts.at(0).text, "21.11.2026 01:45:01");
 }
 
 TEST_F(FrameFlow, ModalWindowDisablesTheOthersAndLetsTimersFire) {

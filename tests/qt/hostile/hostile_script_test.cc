@@ -61,11 +61,12 @@ TEST_F(HostileScriptTest, ScriptCanOnlyBlankItsOwnPage) {
                              "const a = document.createElement('a'); a.href = "
                              "'about:undo'; document.body.append(a); a.click()"}) {
     SCOPED_TRACE(script);
-    pane_.DocumentReady = false;
+    bool arrived = false;
+    const auto link = view_.NavigationComplete.Connect([&] { arrived = true; });
     RunInPage(QString::fromLatin1(script) + QStringLiteral("; 0"));
     EXPECT_TRUE(WaitFor([&] { return page_->url().scheme() == QLatin1String("about"); }));
     Settle();
-    EXPECT_FALSE(pane_.DocumentReady);
+    EXPECT_FALSE(arrived);
     EXPECT_FALSE(page_->SetBodyHtml("<b>x</b>"));
     EXPECT_FALSE(page_->AddScript("window.ran = 1"));
     EXPECT_THAT(navigations_, IsEmpty());

@@ -13,7 +13,7 @@ class AlertListTest : public HomeFixture {};
 
 TEST_F(AlertListTest, HeaderHasFourColumns) {
   Open(Alert(1, "0.5"));
-  const auto& columns = form_->lvAlerts.columns.Get();
+  const auto& columns = form_->alerts.lvAlerts.columns.Get();
   ASSERT_EQ(columns.size(), 4u);
   EXPECT_EQ(columns[0], (widgets::ListColumn{"Time", 0.4, 0}));
   EXPECT_EQ(columns[1], (widgets::ListColumn{"Event Type", 1 / 3.3, 0}));
@@ -24,7 +24,7 @@ TEST_F(AlertListTest, HeaderHasFourColumns) {
 TEST_F(AlertListTest, NewestAlertOnTopWithThePictureOfItsLevel) {
   Open(Line(0, "System", "0") + Alert(1, "0.5") + Alert(2, "0.92") + Alert(3, "0.99"));
   EXPECT_THAT(Rows(), ElementsAre("K4 Intrusion:18", "K3 Suspicious:22", "K2 Normal:23"));
-  const widgets::ListRow& row = form_->lvAlerts.at(0);
+  const widgets::ListRow& row = form_->alerts.lvAlerts.at(0);
   EXPECT_EQ(row.tag, Tag(3));
   EXPECT_EQ(row.picture, 28);
   EXPECT_EQ(row.text, core::DisplayTime(kStart + 3, 0, world_.platform.family, world_.platform.locale.info));
@@ -56,10 +56,10 @@ TEST_F(AlertListTest, DecidedAlertsShowTheirStatus) {
 TEST_F(AlertListTest, BlockedAlertsAreListedOnlyWhileTheyAreShown) {
   alerts_.decisions = {{Tag(1), "1A"}, {Tag(2), "2"}};
   Open(Alert(1, "0.5") + Alert(2, "0.5"));
-  form_->sckShowAll.checked = false;
-  form_->sckShowAll.clicked.Raise();
+  form_->alerts.sckShowAll.checked = false;
+  form_->alerts.sckShowAll.clicked.Raise();
   EXPECT_THAT(Rows(), ElementsAre("K2 Normal:23 Allowed:21"));
-  form_->sShowAll.clicked.Raise();
+  form_->alerts.sShowAll.clicked.Raise();
   EXPECT_THAT(Rows(), ElementsAre("K2 Normal:23 Allowed:21", "K1 Normal:23 Blocked:19"));
 }
 
@@ -75,8 +75,8 @@ TEST_F(AlertListTest, RowsThatAreNotListedCostNoLookup) {
   alerts_.decisions = {{Tag(2), "A"}};
   Open(Alert(1, "0.1") + Alert(2, "0.9") + Alert(3, "0.9"));
   alerts_.asked_details.clear();
-  form_->sckShowAll.checked = false;
-  form_->sckShowAll_Click();
+  form_->alerts.sckShowAll.checked = false;
+  form_->alerts.sckShowAll_Click();
   EXPECT_THAT(alerts_.asked_details, ElementsAre("3"));
 }
 
@@ -118,7 +118,7 @@ TEST_F(AlertListTest, UpdateDoesNotConsultDecisionsUntilTheNextFullLoad) {
   Append(Alert(2, "0.5"));
   Poll();
   EXPECT_THAT(Rows(), ElementsAre("K2 Normal:23", "K1 Normal:23"));
-  form_->sShowAll_Click();
+  form_->alerts.sShowAll_Click();
   EXPECT_THAT(Rows(), ElementsAre("K2 Normal:23 Blocked:19", "K1 Normal:23"));
 }
 
@@ -126,8 +126,8 @@ TEST_F(AlertListTest, BookmarkOutsideTheTableAddsNothingAndIsLogged) {
   Open(Alert(1, "0.5"));
   reader_.LastBookmark = 99;
   world_.quiet.Expect("'frmNewUI:UpdatelvAlerts': 3001: " + core::DescriptionOf(3001));
-  form_->UpdatelvAlerts();
-  EXPECT_EQ(form_->lvAlerts.size(), 1u);
+  form_->alerts.UpdatelvAlerts();
+  EXPECT_EQ(form_->alerts.lvAlerts.size(), 1u);
   EXPECT_FALSE(form_->ListBusy);
 }
 
@@ -143,31 +143,31 @@ TEST_F(AlertListTest, EmptyTableClearsNothing) {
   Open(Alert(1, "0.5"));
   Replace("");
   reader_.LoadNewEvents();
-  form_->LoadlvAlerts();
+  form_->alerts.LoadlvAlerts();
   EXPECT_FALSE(form_->ListBusy);
-  EXPECT_EQ(form_->sMoreInfo.enabled, form_->lvAlerts.size() > 0);
+  EXPECT_EQ(form_->alerts.sMoreInfo.enabled, form_->alerts.lvAlerts.size() > 0);
 }
 
 TEST_F(AlertListTest, RowsStayWhenTheFilteredTableIsEmpty) {
   Open(Alert(1, "0.5"));
   reader_.EventTable = store::EventTable::CreateEventTable(9, world_.platform.locale.info);
-  form_->LoadlvAlerts();
-  EXPECT_EQ(form_->lvAlerts.size(), 1u);
-  EXPECT_TRUE(form_->sMoreInfo.enabled);
+  form_->alerts.LoadlvAlerts();
+  EXPECT_EQ(form_->alerts.lvAlerts.size(), 1u);
+  EXPECT_TRUE(form_->alerts.sMoreInfo.enabled);
 }
 
 TEST_F(AlertListTest, AbsentTableClearsTheList) {
   Open(Alert(1, "0.5"));
   reader_.EventTable = nullptr;
-  form_->LoadlvAlerts();
-  EXPECT_EQ(form_->lvAlerts.size(), 0u);
-  EXPECT_FALSE(form_->sMoreInfo.enabled);
+  form_->alerts.LoadlvAlerts();
+  EXPECT_EQ(form_->alerts.lvAlerts.size(), 0u);
+  EXPECT_FALSE(form_->alerts.sMoreInfo.enabled);
 }
 
 TEST_F(AlertListTest, SelectionSurvivesAnUpdate) {
   Open(Alert(1, "0.5") + Alert(2, "0.5"));
   EXPECT_EQ(Selected(), "K2");
-  form_->lvAlerts.Select(form_->lvAlerts.Find("K1"));
+  form_->alerts.lvAlerts.Select(form_->alerts.lvAlerts.Find("K1"));
   Append(Alert(3, "0.5"));
   Poll();
   EXPECT_EQ(Selected(), "K1");
@@ -176,15 +176,15 @@ TEST_F(AlertListTest, SelectionSurvivesAnUpdate) {
 // A browser that was busy left the page blank, and clicking the same row again did nothing.
 TEST_F(AlertListTest, PageThatStayedBlankIsShownByAnotherClickOnTheSameRow) {
   Open(Alert(1, "0.5") + Alert(2, "0.5"));
-  testing::FakePage page(form_->sDesc);
+  testing::FakePage page(form_->alerts.sDesc);
   const auto on_navigate = std::exchange(page.on_navigate, nullptr);
-  const auto row = *form_->lvAlerts.Find("K2");
+  const auto row = *form_->alerts.lvAlerts.Find("K2");
   ASSERT_EQ(Selected(), "K2");
-  form_->lvAlerts.Click(row);
+  form_->alerts.lvAlerts.Click(row);
   EXPECT_EQ(page.events.size(), 1u) << "only the blank page";
   page.on_navigate = on_navigate;
   page.events.clear();
-  form_->lvAlerts.Click(row);
+  form_->alerts.lvAlerts.Click(row);
   EXPECT_THAT(page.events, ElementsAre(HasSubstr("navigate"), HasSubstr("<b>told</b>"), HasSubstr("script")));
   EXPECT_EQ(Selected(), "K2");
 }
@@ -204,10 +204,10 @@ TEST_F(AlertListTest, DecidedRowClearsTheAttentionThatAnEarlierRowRaised) {
   alerts_.decisions = {{Tag(2), "x"}};
   Open(Alert(1, "0.99") + Alert(2, "0.99"));
   form_->AttentionPending = false;
-  form_->sShowAll_Click();
+  form_->alerts.sShowAll_Click();
   EXPECT_FALSE(form_->AttentionPending);
   alerts_.decisions = {{Tag(1), "x"}};
-  form_->sShowAll_Click();
+  form_->alerts.sShowAll_Click();
   EXPECT_TRUE(form_->AttentionPending);
 }
 
@@ -217,49 +217,49 @@ TEST_F(AlertListTest, TimeOfTheLatestUndecidedIntrusionIsKept) {
   const core::Date at_ten =
       *core::ReadDate(core::DisplayTime(kStart + 10, 0, world_.platform.family, world_.platform.locale.info),
                       world_.platform.locale.info, 2004);
-  EXPECT_DOUBLE_EQ(form_->LastIntrusionTime, at_ten);
+  EXPECT_DOUBLE_EQ(form_->alerts.LastIntrusionTime, at_ten);
 }
 
 TEST_F(AlertListTest, IntrusionWithoutAReadableDateIsListedAndMovesNoTime) {
   const std::string undated = "some day,HOST,7,Aggregation|0.99|0.99|Tcp Port=22|||x\r\n";
   Open(Alert(10, "0.99") + undated + Alert(20, "0.92"));
   EXPECT_THAT(Rows(), ElementsAre("K3 Suspicious:22", "K2 Intrusion:18", "K1 Intrusion:18"));
-  EXPECT_EQ(form_->lvAlerts.at(1).text, "some day");
-  const core::Date at_ten = form_->LastIntrusionTime;
+  EXPECT_EQ(form_->alerts.lvAlerts.at(1).text, "some day");
+  const core::Date at_ten = form_->alerts.LastIntrusionTime;
   EXPECT_GT(at_ten, 38000);
   Append(undated + Alert(5, "0.99"));
   Poll();
   EXPECT_THAT(Rows(), ElementsAre("K5 Intrusion:18", "K4 Intrusion:18", "K3 Suspicious:22", "K2 Intrusion:18",
                                   "K1 Intrusion:18"));
-  EXPECT_EQ(form_->LastIntrusionTime, at_ten);
+  EXPECT_EQ(form_->alerts.LastIntrusionTime, at_ten);
   EXPECT_THAT(alerts_.pop_ups, ElementsAre("1 silent", "2 silent", "3 silent", "4", "5"));
   EXPECT_TRUE(form_->AttentionPending);
 }
 
 TEST_F(AlertListTest, NewIntrusionUnderAWindowOnShowMovesTheTime) {
   Open(Alert(1, "0.5"));
-  EXPECT_EQ(form_->LastIntrusionTime, 0);
+  EXPECT_EQ(form_->alerts.LastIntrusionTime, 0);
   Append(Alert(2, "0.99"));
   Poll();
-  EXPECT_GT(form_->LastIntrusionTime, 38000);
+  EXPECT_GT(form_->alerts.LastIntrusionTime, 38000);
 }
 
 TEST_F(AlertListTest, ClearAllEmptiesUntilTheNextFullLoad) {
   Open(Alert(1, "0.5"));
-  form_->sClearAll.clicked.Raise();
-  EXPECT_EQ(form_->lvAlerts.size(), 0u);
+  form_->alerts.sClearAll.clicked.Raise();
+  EXPECT_EQ(form_->alerts.lvAlerts.size(), 0u);
   EXPECT_EQ(alerts_.forgotten, 1);
-  EXPECT_FALSE(form_->ShowBlockedAlerts);
-  EXPECT_FALSE(form_->sMoreInfo.enabled);
-  form_->sShowAll.clicked.Raise();
-  EXPECT_EQ(form_->lvAlerts.size(), 1u);
-  EXPECT_TRUE(form_->sMoreInfo.enabled);
+  EXPECT_FALSE(form_->alerts.ShowBlockedAlerts);
+  EXPECT_FALSE(form_->alerts.sMoreInfo.enabled);
+  form_->alerts.sShowAll.clicked.Raise();
+  EXPECT_EQ(form_->alerts.lvAlerts.size(), 1u);
+  EXPECT_TRUE(form_->alerts.sMoreInfo.enabled);
 }
 
 // The reader's bookmark stands on the last row that was there before; only what lies behind it is new.
 TEST_F(AlertListTest, UpdateBehindAClearAllDoesNotBringTheLastOldAlertBack) {
   Open(Alert(1, "0.5") + Alert(2, "0.5"));
-  form_->sClearAll.clicked.Raise();
+  form_->alerts.sClearAll.clicked.Raise();
   Append(Alert(3, "0.5"));
   Poll();
   EXPECT_THAT(Rows(), ElementsAre("K3 Normal:23"));
@@ -269,8 +269,8 @@ TEST_F(AlertListTest, UpdateBehindAClearAllDoesNotBringTheLastOldAlertBack) {
 TEST_F(AlertListTest, UpdateDoesNotListABlockedAlertThatIsHidden) {
   alerts_.decisions = {{Tag(2), "A"}};
   Open(Alert(1, "0.5") + Alert(2, "0.5"));
-  form_->sckShowAll.checked = false;
-  form_->sckShowAll.clicked.Raise();
+  form_->alerts.sckShowAll.checked = false;
+  form_->alerts.sckShowAll.clicked.Raise();
   Append(Alert(3, "0.5"));
   Poll();
   EXPECT_THAT(Rows(), ElementsAre("K3 Normal:23", "K1 Normal:23"));
@@ -284,7 +284,7 @@ TEST_F(AlertListTest, TickWhileAListIsBuiltIsLost) {
     was_busy = form_->ListBusy;
     Seconds(5);
   };
-  form_->sShowAll_Click();
+  form_->alerts.sShowAll_Click();
   EXPECT_TRUE(was_busy);
   EXPECT_FALSE(form_->ListBusy);
   EXPECT_EQ(form_->HourTicks, hours);
@@ -297,51 +297,51 @@ TEST_F(AlertListTest, EveryCommandThatRebuildsTheListChecksTheOverallLevel) {
   Open(Alert(1, "0.99"));
   form_->AgentLevel = 1;
   const auto repaints = [&](widgets::Signal<>& clicked) {
-    form_->OSFlag.picture = std::string("stale");
+    form_->summary.OSFlag.picture = std::string("stale");
     clicked.Raise();
-    return form_->OSFlag.picture.Get() != "stale";
+    return form_->summary.OSFlag.picture.Get() != "stale";
   };
-  EXPECT_TRUE(repaints(form_->sckShowAll.clicked));
-  EXPECT_TRUE(repaints(form_->sShowAll.clicked));
-  EXPECT_TRUE(repaints(form_->sClearAll.clicked));
+  EXPECT_TRUE(repaints(form_->alerts.sckShowAll.clicked));
+  EXPECT_TRUE(repaints(form_->alerts.sShowAll.clicked));
+  EXPECT_TRUE(repaints(form_->alerts.sClearAll.clicked));
 }
 
 TEST_F(AlertListTest, ReplacedFileRepaintsTheOverallLevel) {
   Open(Alert(1, "0.5") + Alert(2, "0.5"));
-  form_->OSFlag.picture = std::string("stale");
+  form_->summary.OSFlag.picture = std::string("stale");
   Replace(Alert(9, "0.99"));
   Poll();
-  EXPECT_NE(form_->OSFlag.picture.Get(), "stale");
+  EXPECT_NE(form_->summary.OSFlag.picture.Get(), "stale");
 }
 
 TEST_F(AlertListTest, ClearedListShowsTheOpeningPage) {
   state_.Desc[0] = {"-1,x", "0,opening words", "1,b", "2,c", "3,d", "4,e", "5,f", "6,g"};
   Open(Alert(1, "0.5"));
-  testing::FakePage page(form_->sDesc);
-  form_->sClearAll.clicked.Raise();
+  testing::FakePage page(form_->alerts.sDesc);
+  form_->alerts.sClearAll.clicked.Raise();
   EXPECT_THAT(page.events, ElementsAre(HasSubstr("opening words")));
 }
 
 TEST_F(AlertListTest, ViewsHearOfABuildOnce) {
   Open(Alert(1, "0.5") + Alert(2, "0.5"));
   int told = 0;
-  const auto link = form_->lvAlerts.rows_added.Connect([&] { ++told; });
-  form_->sShowAll_Click();
+  const auto link = form_->alerts.lvAlerts.rows_added.Connect([&] { ++told; });
+  form_->alerts.sShowAll_Click();
   EXPECT_EQ(told, 1);
 }
 
 TEST_F(AlertListTest, ErrorInTheMiddleLeavesAPartialListAndIsLogged) {
   Open(Alert(1, "0.5") + Alert(2, "0.5"));
-  form_->sClearAll_Click();
+  form_->alerts.sClearAll_Click();
   int asked = 0;
   alerts_.on_details = [&] {
     if (++asked == 2) core::Raise(core::kTypeMismatch);
   };
   world_.quiet.Expect("'frmNewUI:LoadlvAlerts': 13: Type mismatch");
-  form_->LoadlvAlerts();
+  form_->alerts.LoadlvAlerts();
   EXPECT_FALSE(form_->ListBusy);
-  EXPECT_TRUE(form_->sMoreInfo.enabled);
-  EXPECT_EQ(form_->lvAlerts.size(), 2u);
+  EXPECT_TRUE(form_->alerts.sMoreInfo.enabled);
+  EXPECT_EQ(form_->alerts.lvAlerts.size(), 2u);
 }
 
 }  // namespace

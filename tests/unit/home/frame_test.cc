@@ -68,10 +68,10 @@ TEST_F(FrameTest, PaneSwitchMarksItsLabelAlone) {
 TEST_F(FrameTest, AlertListGetsTheKeyboard) {
   Open(Alert(1, "0"));
   int focused = 0;
-  const auto link = form_->lvAlerts.focus.Connect([&] { ++focused; });
+  const auto link = form_->alerts.lvAlerts.focus.Connect([&] { ++focused; });
   form_->ViewItems_Click(kSummaryView);
   EXPECT_EQ(focused, 0);
-  form_->Flag[kAlertsView]->clicked.Raise();
+  form_->summary.alerts_row.Flag.clicked.Raise();
   EXPECT_EQ(focused, 1);
 }
 
@@ -87,14 +87,14 @@ TEST_F(FrameTest, EveryNavigationControlLeadsToItsPane) {
     EXPECT_TRUE(leads_to(form_->ViewItems[at]->clicked, view)) << view;
     EXPECT_TRUE(leads_to(form_->Image1[at]->clicked, view)) << view;
   }
-  for (const int view : {kAlertsView, kOptionsView}) {
-    const auto at = static_cast<std::size_t>(view);
-    EXPECT_TRUE(leads_to(form_->Flag[at]->clicked, view)) << view;
-    EXPECT_TRUE(leads_to(form_->icView[at]->clicked, view)) << view;
-    EXPECT_TRUE(leads_to(form_->icDesc[at]->clicked, view)) << view;
+  for (auto [row, view] : {std::pair(&form_->summary.alerts_row, kAlertsView),
+                           std::pair(&form_->summary.options_row, kOptionsView)}) {
+    EXPECT_TRUE(leads_to(row->Flag.clicked, view)) << view;
+    EXPECT_TRUE(leads_to(row->icView.clicked, view)) << view;
+    EXPECT_TRUE(leads_to(row->icDesc.clicked, view)) << view;
   }
-  EXPECT_TRUE(leads_to(form_->icClick.clicked, kAlertsView));
-  EXPECT_TRUE(leads_to(form_->OSRiskLevel.clicked, kSummaryView));
+  EXPECT_TRUE(leads_to(form_->summary.icClick.clicked, kAlertsView));
+  EXPECT_TRUE(leads_to(form_->summary.OSRiskLevel.clicked, kSummaryView));
 }
 
 TEST_F(FrameTest, PaneOnShowAndItsHeadingComeToTheFront) {
@@ -124,24 +124,24 @@ TEST_F(FrameTest, NothingIsMarkedBeforeTheLoad) {
   const frmNewUI form(HomeParts{state_, world_.log, reader_, reg_ini_, agent_, screen_, alerts_, services_});
   EXPECT_FALSE(form.visible);
   EXPECT_FALSE(form.Frame2.visible);
-  EXPECT_FALSE(form.icMore.visible);
-  EXPECT_FALSE(form.sMoreInfo.enabled);
+  EXPECT_FALSE(form.summary.icMore.visible);
+  EXPECT_FALSE(form.alerts.sMoreInfo.enabled);
   EXPECT_FALSE(form.tray.shown);
   for (const int i : kViews) {
     const auto at = static_cast<std::size_t>(i);
     EXPECT_FALSE(form.vArrow[at]->visible);
     EXPECT_EQ(form.ViewItems[at]->fore_colour.Get(), widgets::kSystemHighlight);
   }
-  EXPECT_EQ(form.sClearAll.tip.Get(), "Mark as deleted");
-  EXPECT_EQ(form.sShowAll.tip.Get(), "Show also deleted alerts");
+  EXPECT_EQ(form.alerts.sClearAll.tip.Get(), "Mark as deleted");
+  EXPECT_EQ(form.alerts.sShowAll.tip.Get(), "Show also deleted alerts");
 }
 
 TEST_F(FrameTest, LoadTakesWhatTheSettingsAndTheDecisionsSay) {
   state_.settings.ShRskLvl = 42.7F;
   Open(Alert(1, "0"));
-  EXPECT_EQ(form_->eSbRiskLevel.value.Get(), 42);
+  EXPECT_EQ(form_->options.eSbRiskLevel.value.Get(), 42);
   EXPECT_EQ(alerts_.loaded, 1);
-  EXPECT_TRUE(form_->sckShowAll.checked);
+  EXPECT_TRUE(form_->alerts.sckShowAll.checked);
   EXPECT_FALSE(form_->PopupsSuppressed);
   EXPECT_EQ(form_->tray.icon.Get(), TrayIcon::kForm);
 }
@@ -182,7 +182,7 @@ TEST_F(FrameTest, WholeDaysAskForNoSurvey) {
     const int before = posts;
     form_->HourTicks = 3600;
     const core::Date now = core::Now(world_.platform.clock, world_.platform.family);
-    form_->LastIntrusionTime = now + 1.0 / 86400 - (hours + 0.5) / 24;
+    form_->alerts.LastIntrusionTime = now + 1.0 / 86400 - (hours + 0.5) / 24;
     Seconds(1);
     return posts - before;
   };
@@ -233,7 +233,8 @@ TEST_F(FrameTest, MinimisedWindowGoesOnBlinkingAndIsTold) {
   EXPECT_TRUE(form_->TrayBlinking);
   EXPECT_TRUE(form_->AttentionPending);
   form_->HourTicks = 3600;
-  form_->LastIntrusionTime = core::Now(world_.platform.clock, world_.platform.family) + 1.0 / 86400 - 2;
+  form_->alerts.LastIntrusionTime =
+      core::Now(world_.platform.clock, world_.platform.family) + 1.0 / 86400 - 2;
   EXPECT_EQ(world_.host.shown.size(), 0u);
   Seconds(1);
   EXPECT_EQ(world_.host.shown.size(), 1u);
@@ -255,26 +256,27 @@ TEST_F(FrameTest, HelpHasNoArrowAndShowsTheVersion) {
   form_->ViewItems_Click(kHelpView);
   EXPECT_THAT(ShownArrows(), IsEmpty());
   EXPECT_THAT(ShownPanes(), ElementsAre(kHelpView));
-  EXPECT_EQ(form_->htopDesc.caption.Get(), "help text");
+  EXPECT_EQ(form_->help.htopDesc.caption.Get(), "help text");
   EXPECT_EQ(
-      form_->hVersion.caption.Get(),
+      form_->help.hVersion.caption.Get(),
       "Version " + core::FormatVersion(core::kVersionMajor, core::kVersionMinor, core::kVersionRevision));
-  EXPECT_EQ(form_->hAppTitle.caption.Get(), state_.ProductName);
-  EXPECT_THAT(form_->hDescription.caption.Get(), HasSubstr("Zendrix Agent"));
-  EXPECT_THAT(form_->hDisclaimer.caption.Get(), HasSubstr("no warranty"));
+  EXPECT_EQ(form_->help.hAppTitle.caption.Get(), state_.ProductName);
+  EXPECT_THAT(form_->help.hDescription.caption.Get(), HasSubstr("Zendrix Agent"));
+  EXPECT_THAT(form_->help.hDisclaimer.caption.Get(), HasSubstr("no warranty"));
 }
 
 TEST_F(FrameTest, HeadingsComeFromTheirPlaces) {
   state_.Desc[0] = {"-1,x", "0,open", "1,b", "2,advanced", "3,options", "4,d", "5,e", "6,summary"};
   Open("");
-  EXPECT_EQ(form_->aDesc.caption.Get(), "advanced");
-  EXPECT_EQ(form_->etopDesc.caption.Get(), "options");
-  EXPECT_EQ(form_->icShortDesc.caption.Get(), "summary");
+  EXPECT_EQ(form_->logs.aDesc.caption.Get(), "advanced");
+  EXPECT_EQ(form_->options.etopDesc.caption.Get(), "options");
+  EXPECT_EQ(form_->summary.icShortDesc.caption.Get(), "summary");
 }
 
 TEST_F(FrameTest, HeadingsWithoutDescriptionsSaySo) {
   Open("");
-  for (const widgets::Label* label : {&form_->aDesc, &form_->etopDesc, &form_->icShortDesc})
+  for (const widgets::Label* label :
+       {&form_->logs.aDesc, &form_->options.etopDesc, &form_->summary.icShortDesc})
     EXPECT_EQ(label->caption.Get(), "Description Not Available");
 }
 
@@ -288,11 +290,11 @@ TEST_F(FrameTest, ShortDescriptionFileCostsALogLineAndTheStartGoesOn) {
     // The first fill of the list clears it, which shows the opening page again.
     if (lines < 2) world_.quiet.Expect("'frmNewUI:ClearAlertList': 9: Subscript out of range");
     Open(Alert(1, "0"));
-    EXPECT_EQ(form_->icDesc[kOptionsView]->caption.Get(), form_->eTitleDesc.caption.Get());
-    EXPECT_EQ(form_->aDesc.caption.Get(), lines > 3 ? "advanced" : "") << lines;
-    EXPECT_EQ(form_->etopDesc.caption.Get(), lines > 4 ? "options" : "") << lines;
-    EXPECT_EQ(form_->icShortDesc.caption.Get(), lines > 7 ? "summary" : "") << lines;
-    EXPECT_EQ(form_->lvAlerts.size(), 1u);
+    EXPECT_EQ(form_->summary.options_row.icDesc.caption.Get(), form_->options.eTitleDesc.caption.Get());
+    EXPECT_EQ(form_->logs.aDesc.caption.Get(), lines > 3 ? "advanced" : "") << lines;
+    EXPECT_EQ(form_->options.etopDesc.caption.Get(), lines > 4 ? "options" : "") << lines;
+    EXPECT_EQ(form_->summary.icShortDesc.caption.Get(), lines > 7 ? "summary" : "") << lines;
+    EXPECT_EQ(form_->alerts.lvAlerts.size(), 1u);
     EXPECT_TRUE(form_->tray.shown);
     EXPECT_THAT(ShownPanes(), ElementsAre(kSummaryView));
     EXPECT_EQ(screen_.MousePointer, widgets::kPointerDefault);
@@ -306,18 +308,18 @@ TEST_F(FrameTest, HelpOfAShortDescriptionFileStillShowsTheVersion) {
   world_.quiet.Expect("'frmNewUI:FillHelpFra': 9: Subscript out of range");
   form_->ViewItems_Click(kHelpView);
   EXPECT_THAT(ShownPanes(), ElementsAre(kHelpView));
-  EXPECT_EQ(form_->htopDesc.caption.Get(), "");
-  EXPECT_EQ(form_->hAppTitle.caption.Get(), state_.ProductName);
-  EXPECT_THAT(form_->hVersion.caption.Get(), HasSubstr("Version "));
+  EXPECT_EQ(form_->help.htopDesc.caption.Get(), "");
+  EXPECT_EQ(form_->help.hAppTitle.caption.Get(), state_.ProductName);
+  EXPECT_THAT(form_->help.hVersion.caption.Get(), HasSubstr("Version "));
 }
 
 TEST_F(FrameTest, ListIsClearedWithADescriptionFileOfOneLineToo) {
   Open(Alert(1, "0"));
   state_.Desc[0] = {"-1,x"};
   world_.quiet.Expect("'frmNewUI:ClearAlertList': 9: Subscript out of range");
-  form_->sClearAll.clicked.Raise();
-  EXPECT_EQ(form_->lvAlerts.size(), 0u);
-  EXPECT_FALSE(form_->sMoreInfo.enabled);
+  form_->alerts.sClearAll.clicked.Raise();
+  EXPECT_EQ(form_->alerts.lvAlerts.size(), 0u);
+  EXPECT_FALSE(form_->alerts.sMoreInfo.enabled);
 }
 
 TEST_F(FrameTest, MissingTableIsToldAndTheStartGoesOn) {
@@ -503,14 +505,14 @@ TEST_F(FrameTest, TrayTipHoldsTheProductNameInItsField) {
 TEST_F(FrameTest, PictureMovesOnceASecondWhileTheAgentRuns) {
   Open(Alert(1, "0"));
   Seconds(1);
-  EXPECT_EQ(form_->icImgEventCount.picture.Get(), "ecount0");
+  EXPECT_EQ(form_->summary.icImgEventCount.picture.Get(), "ecount0");
   Seconds(1);
-  EXPECT_EQ(form_->icImgEventCount.picture.Get(), "ecount1");
+  EXPECT_EQ(form_->summary.icImgEventCount.picture.Get(), "ecount1");
   world_.platform.services.SetStopped("ZENDRIX");
   Seconds(121);
-  const std::string still = form_->icImgEventCount.picture;
+  const std::string still = form_->summary.icImgEventCount.picture;
   Seconds(1);
-  EXPECT_EQ(form_->icImgEventCount.picture.Get(), still);
+  EXPECT_EQ(form_->summary.icImgEventCount.picture.Get(), still);
 }
 
 TEST_F(FrameTest, AgentIsAskedEveryTwoMinutes) {
@@ -546,7 +548,7 @@ TEST_F(FrameTest, WholeDaysWithoutAnIntrusionAreToldToAHiddenWindow) {
   const auto at_hours = [&](double hours) {
     form_->HourTicks = 3600;
     const core::Date now = core::Now(world_.platform.clock, world_.platform.family);
-    form_->LastIntrusionTime = now + 1.0 / 86400 - hours / 24;
+    form_->alerts.LastIntrusionTime = now + 1.0 / 86400 - hours / 24;
     Seconds(1);
     EXPECT_EQ(form_->HourTicks, 0);
   };
@@ -574,7 +576,7 @@ TEST_F(FrameTest, OtherHoursAskForTheSurvey) {
   state_.settings.TSurv = "N";
   state_.settings.IniDate = "01/01/2004";
   form_->HourTicks = 3600;
-  form_->LastIntrusionTime = core::Now(world_.platform.clock, world_.platform.family) - 5.5 / 24;
+  form_->alerts.LastIntrusionTime = core::Now(world_.platform.clock, world_.platform.family) - 5.5 / 24;
   Seconds(1);
   EXPECT_EQ(posts, 1);
 }

@@ -117,8 +117,8 @@ class HomeFixture : public ::testing::Test {
   // Levels of the rows from the top, with the status behind them.
   std::vector<std::string> Rows() const {
     std::vector<std::string> rows;
-    for (std::size_t i = 0; i < form_->lvAlerts.size(); ++i) {
-      const widgets::ListRow& row = form_->lvAlerts.at(i);
+    for (std::size_t i = 0; i < form_->alerts.lvAlerts.size(); ++i) {
+      const widgets::ListRow& row = form_->alerts.lvAlerts.at(i);
       std::string text = row.key;
       for (const widgets::SubItem& item : row.sub_items)
         text += " " + (item.text.empty() ? "-" : item.text) + ":" + std::to_string(item.picture);
@@ -127,8 +127,8 @@ class HomeFixture : public ::testing::Test {
     return rows;
   }
   std::string Selected() const {
-    const auto slot = form_->lvAlerts.selected();
-    return slot ? form_->lvAlerts.in_slot(*slot).key : "none";
+    const auto slot = form_->alerts.lvAlerts.selected();
+    return slot ? form_->alerts.lvAlerts.in_slot(*slot).key : "none";
   }
   platform::ScriptedBoxes& Boxes() { return world_.platform.message_boxes; }
 

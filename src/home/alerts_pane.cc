@@ -1,11 +1,18 @@
-// The alert list of frmNewUI: one row per event of the monitor "Aggregation" whose risk reaches the level
-// that the user chose to see and that the user's earlier decisions do not hide. The newest row stands on top;
-// there is no other order.
+// One row of the list per event of the monitor "Aggregation" whose risk reaches the level that the user chose
+// to see and that the user's earlier decisions do not hide. The newest row stands on top; there is no other
+// order.
+#include "home/alerts_pane.h"
+
+#include <algorithm>
+#include <utility>
+
 #include "alerts/monitor_catalogue.h"
 #include "alerts/risk.h"
+#include "core/desc_lookup.h"
 #include "core/guards.h"
 #include "core/moments.h"
-#include "home/frm_new_ui.h"
+#include "core/run_time_error.h"
+#include "core/text_rules.h"
 
 namespace zendrix::home {
 
@@ -31,49 +38,71 @@ std::string TextOf(const store::EventCursor& row, store::Column column) {
   return std::string(row.Text(column));
 }
 
+int LevelOf(const std::string& text) {
+  if (text == alerts::kIntrusion || text == alerts::kUnknown) return kImmediate;
+  if (text == alerts::kSuspicious) return kAttention;
+  return text == alerts::kNormal ? kGood : kUndecided;
+}
+
 }  // namespace
 
 // Marks the list as busy and its views as waiting for as long as a build runs.
-class frmNewUI::ListBuild {
+class AlertsPane::ListBuild {
  public:
-  explicit ListBuild(frmNewUI& form) : form_(form), batch_(form.lvAlerts), outer_(form.ListBusy) {
-    form_.ListBusy = true;
+  explicit ListBuild(AlertsPane& pane) : busy_(pane.needs_.ListBusy), batch_(pane.lvAlerts), outer_(busy_) {
+    busy_ = true;
   }
   // A build that came in while another one waits for the page leaves that one's mark.
-  ~ListBuild() { form_.ListBusy = outer_; }
+  ~ListBuild() { busy_ = outer_; }
   ListBuild(const ListBuild&) = delete;
   ListBuild& operator=(const ListBuild&) = delete;
 
  private:
-  frmNewUI& form_;
+  bool& busy_;
   widgets::ListBatch batch_;
   bool outer_;
 };
 
-void frmNewUI::CreateHeaderlvAlerts() {
+AlertsPane::AlertsPane(AlertsNeeds needs)
+    : needs_(std::move(needs)),
+      app_(needs_.state),
+      details_({needs_.state, needs_.log, needs_.alerts, needs_.screen}, sDesc) {
+  sClearAll.tip = "Mark as deleted";
+  sShowAll.tip = "Show also deleted alerts";
+  sMoreInfo.enabled = false;
+  lvAlerts.item_clicked.ConnectForever([this](widgets::ListView::Slot item) { lvAlerts_ItemClick(item); });
+  lvAlerts.right_button_up.ConnectForever([this] { lvAlerts_MouseUp(); });
+  mPopRNormal.clicked.ConnectForever([this] { mPopRNormal_Click(); });
+  mPopRAbnormal.clicked.ConnectForever([this] { mPopRAbnormal_Click(); });
+  sckShowAll.clicked.ConnectForever([this] { sckShowAll_Click(); });
+  sClearAll.clicked.ConnectForever([this] { sClearAll_Click(); });
+  sShowAll.clicked.ConnectForever([this] { sShowAll_Click(); });
+}
+
+void AlertsPane::CreateHeaderlvAlerts() {
   lvAlerts.columns = std::vector<widgets::ListColumn>{{"Time", 2.0 / 5, 0},
                                                       {"Event Type", 1 / 3.3, 0},
                                                       {"Status", 0, kNarrowColumn},
                                                       {"Details", 0, kNarrowColumn}};
 }
 
-void frmNewUI::LoadlvAlerts() {
+void AlertsPane::LoadlvAlerts() {
   FillFromTable(true);
 }
 
-void frmNewUI::UpdatelvAlerts() {
+void AlertsPane::UpdatelvAlerts() {
   FillFromTable(false);
 }
 
-void frmNewUI::FillFromTable(bool whole) {
+void AlertsPane::FillFromTable(bool whole) {
   ListBuild busy(*this);
   const std::string place = whole ? "frmNewUI:LoadlvAlerts" : "frmNewUI:UpdatelvAlerts";
   std::string remembered;
   bool filled = false;
-  core::OrLog(parts_.log, place, [&] {
+  core::OrLog(needs_.log, place, [&] {
     // A reload may put a new table in place of this one while a row is shown; the clone keeps the old one
     // alive.
-    const auto table = parts_.gKvlF.EventTable;
+    const auto table = needs_.gKvlF.EventTable;
     if (!table) {
       lvAlerts.Clear();
       return;
@@ -82,9 +111,9 @@ void frmNewUI::FillFromTable(bool whole) {
     clone.SetFilter(alerts::kAlertFilter);
     if (clone.Eof() || clone.Bof()) return;
     if (const auto selected = lvAlerts.selected()) remembered = lvAlerts.in_slot(*selected).key;
-    if (whole && parts_.gKvlF.ReloadedFlag) {
+    if (whole && needs_.gKvlF.ReloadedFlag) {
       ClearAlertList();
-      parts_.gKvlF.ReloadedFlag = false;
+      needs_.gKvlF.ReloadedFlag = false;
     }
     const int picture = alerts::GetImgNumH3(kAlertMonitor);
     if (whole)
@@ -93,23 +122,23 @@ void frmNewUI::FillFromTable(bool whole) {
       FillRowsBehind(clone, picture);
     filled = true;
   });
-  core::OrLog(parts_.log, place, [&] {
+  core::OrLog(needs_.log, place, [&] {
     if (filled) CloseBuild(remembered);
   });
   sMoreInfo.enabled = lvAlerts.size() > 0;
 }
 
-void frmNewUI::FillRows(store::EventCursor& clone, int picture) {
+void AlertsPane::FillRows(store::EventCursor& clone, int picture) {
   for (; !clone.Eof(); clone.MoveNext()) {
-    const auto decision = parts_.alerts.Decision(TextOf(clone, store::kDateUTC));
+    const auto decision = needs_.alerts.Decision(TextOf(clone, store::kDateUTC));
     const bool blocked = decision && decision->ends_with('A');
     if (blocked && !ShowBlockedAlerts) continue;
     AddRow(clone, picture, !decision ? "" : blocked ? kBlocked : kAllowed);
   }
 }
 
-void frmNewUI::FillRowsBehind(store::EventCursor& clone, int picture) {
-  if (const auto last = parts_.gKvlF.LastBookmark) {
+void AlertsPane::FillRowsBehind(store::EventCursor& clone, int picture) {
+  if (const auto last = needs_.gKvlF.LastBookmark) {
     if (*last >= clone.table().RowCount()) core::Raise(core::kBadCriterion);
     // The position may be that of a row which is no alert; the first alert behind it is where the new part
     // begins. The row itself is old, also when the user has cleared the list since.
@@ -123,7 +152,7 @@ void frmNewUI::FillRowsBehind(store::EventCursor& clone, int picture) {
   for (; !clone.Eof(); clone.MoveNext()) AddRow(clone, picture, "");
 }
 
-void frmNewUI::AddRow(const store::EventCursor& row, int picture, const std::string& status) {
+void AlertsPane::AddRow(const store::EventCursor& row, int picture, const std::string& status) {
   const auto& locale = app_.seams.locale.Current();
   const std::string change = TextOf(row, store::kChange);
   if (!alerts::ReachesShownRisk(change, app_.settings, locale)) return;
@@ -133,71 +162,88 @@ void frmNewUI::AddRow(const store::EventCursor& row, int picture, const std::str
   if (!slot) return;  // the row is in the list already
   const std::string level = alerts::GetRiskName(change, app_.settings, locale);
   lvAlerts.AddSubItem(*slot, level, PictureOfLevel(level));
-  if (level != alerts::kNormal && level != alerts::kSuspicious) AttentionPending = true;
+  if (level != alerts::kNormal && level != alerts::kSuspicious) needs_.AttentionPending = true;
   const bool decided = !status.empty();
   if (decided) {
     lvAlerts.AddSubItem(*slot, status,
                         status == kBlocked ? alerts::kPictureBlocked : alerts::kPictureAllowed);
-    AttentionPending = false;
+    needs_.AttentionPending = false;
   }
-  if (parts_.alerts.HasDetails(id)) {
+  if (needs_.alerts.HasDetails(id)) {
     if (!decided) lvAlerts.AddSubItem(*slot, "");
     lvAlerts.AddSubItem(*slot, "", alerts::kPictureDetails);
   }
   if (decided) return;
   if (level == alerts::kIntrusion) NoteIntrusion(date_time);
-  parts_.alerts.ShowAlertPopUp(row, PopupsSuppressed);
+  needs_.ShowAlertPopUp(row);
 }
 
 // A date text that is no date stands in the list as the Agent wrote it. It tells no later moment, and it must
 // not end the build either: whoever can write one such line would hide every alert behind it.
-void frmNewUI::NoteIntrusion(const std::string& date_time) {
+void AlertsPane::NoteIntrusion(const std::string& date_time) {
   const core::Date now = core::Now(app_.seams.clock, app_.seams.family);
   const auto moment = core::ReadDate(date_time, app_.seams.locale.Current(), core::LocalTimeOf(now).year);
   if (moment && *moment > LastIntrusionTime) LastIntrusionTime = *moment;
 }
 
-void frmNewUI::CloseBuild(const std::string& remembered) {
+void AlertsPane::CloseBuild(const std::string& remembered) {
   if (!remembered.empty()) {
     const auto slot = lvAlerts.Find(remembered);
     if (slot) lvAlerts.Select(*slot);
-  } else if (const auto first = lvAlerts.first_visible()) {
-    lvAlerts.Select(*first);
-    lvAlerts_ItemClick(*first);
+  } else {
+    ShowFirst();
   }
 }
 
-void frmNewUI::ClearAlertList() {
-  core::OrLog(parts_.log, "frmNewUI:ClearAlertList", [&] {
+void AlertsPane::ShowFirst() {
+  const auto first = lvAlerts.first_visible();
+  if (!first) return;
+  lvAlerts.Select(*first);
+  lvAlerts_ItemClick(*first);
+}
+
+void AlertsPane::ShowRow(const std::string& key) {
+  const auto slot = lvAlerts.Find(key);
+  if (!slot) core::Raise(core::kElementNotFound);
+  lvAlerts.Select(*slot);
+  lvAlerts_ItemClick(*slot);
+}
+
+void AlertsPane::ShowOpeningText() {
+  details_.ShowText(core::DescAt(app_.Desc[0], 1));
+}
+
+void AlertsPane::ClearAlertList() {
+  core::OrLog(needs_.log, "frmNewUI:ClearAlertList", [&] {
     lvAlerts.Clear();
-    details_.ShowText(OpeningText());
+    ShowOpeningText();
   });
 }
 
-void frmNewUI::lvAlerts_ItemClick(widgets::ListView::Slot item) {
-  core::OrLog(parts_.log, "frmNewUI:lvAlerts_ItemClick",
+void AlertsPane::lvAlerts_ItemClick(widgets::ListView::Slot item) {
+  core::OrLog(needs_.log, "frmNewUI:lvAlerts_ItemClick",
               [&] { details_.ShowAlert(ListedIn(lvAlerts.in_slot(item))); });
 }
 
-void frmNewUI::lvAlerts_MouseUp() {
+void AlertsPane::lvAlerts_MouseUp() {
   if (lvAlerts.selected()) mPopReview.popup.Raise();
 }
 
-void frmNewUI::mPopRNormal_Click() {
+void AlertsPane::mPopRNormal_Click() {
   Decide(alerts::Answer::kAllow, "frmNewUI:mPopRNormal_Click");
 }
 
-void frmNewUI::mPopRAbnormal_Click() {
+void AlertsPane::mPopRAbnormal_Click() {
   Decide(alerts::Answer::kBlock, "frmNewUI:mPopRAbnormal_Click");
 }
 
-void frmNewUI::Decide(alerts::Answer answer, const char* procedure) {
-  core::OrLog(parts_.log, procedure, [&] {
+void AlertsPane::Decide(alerts::Answer answer, const char* procedure) {
+  core::OrLog(needs_.log, procedure, [&] {
     const auto asked = lvAlerts.selected();
     if (!asked) return;
     const std::string key = lvAlerts.in_slot(*asked).key;
     const alerts::ListedAlert alert = ListedIn(lvAlerts.in_slot(*asked));
-    const bool yes = parts_.alerts.DecideFromMenu(answer, alert);
+    const bool yes = needs_.alerts.DecideFromMenu(answer, alert);
     // The list may have been built anew while the question stood open, and the key be another alert's.
     const auto item = lvAlerts.Find(key);
     if (yes && item && lvAlerts.in_slot(*item).tag == alert.date_utc) {
@@ -213,26 +259,45 @@ void frmNewUI::Decide(alerts::Answer answer, const char* procedure) {
   });
 }
 
-void frmNewUI::sckShowAll_Click() {
+void AlertsPane::sckShowAll_Click() {
   ShowBlockedAlerts = sckShowAll.checked;
   ClearAlertList();
   LoadlvAlerts();
-  CheckRiskLevel();
+  needs_.CheckRiskLevel();
 }
 
-void frmNewUI::sClearAll_Click() {
+void AlertsPane::sClearAll_Click() {
   ShowBlockedAlerts = false;
   ClearAlertList();
-  parts_.alerts.ForgetNotableInfo();
+  needs_.alerts.ForgetNotableInfo();
   sMoreInfo.enabled = false;
-  CheckRiskLevel();
+  needs_.CheckRiskLevel();
 }
 
-void frmNewUI::sShowAll_Click() {
+void AlertsPane::sShowAll_Click() {
   ShowBlockedAlerts = true;
   ClearAlertList();
   LoadlvAlerts();
-  CheckRiskLevel();
+  needs_.CheckRiskLevel();
+}
+
+std::int16_t AlertsPane::CheckAlrSta() {
+  int level = kUndecided;
+  core::OrLog(needs_.log, "frmNewUI:CheckAlrSta", [&] {
+    for (std::size_t i = 0; i < lvAlerts.size(); ++i) {
+      const widgets::ListRow& row = lvAlerts.at(i);
+      const auto decision = needs_.alerts.Decision(row.tag);
+      if (decision && !decision->ends_with('A')) continue;
+      for (const widgets::SubItem& item : row.sub_items) level = std::max(level, LevelOf(item.text));
+    }
+    level = std::max(level, kGood);
+    needs_.row.Flag.picture = FlagOf(level);
+    StaImg.picture = FlagOf(level);
+    sTitleDesc.caption = core::Replace(StatusText(app_, kAlertsView, level), "<countofalerts>",
+                                       std::to_string(lvAlerts.size()));
+    needs_.row.icDesc.caption = sTitleDesc.caption.Get();
+  });
+  return static_cast<std::int16_t>(level);
 }
 
 }  // namespace zendrix::home

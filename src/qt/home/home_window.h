@@ -1,4 +1,4 @@
-// The window of frmNewUI.
+// The window of frmNewUI: the navigation and a frame around the panes.
 #pragma once
 
 #include "home/frm_new_ui.h"
@@ -13,14 +13,9 @@ class HomeWindow : public FormWindow {
  private:
   QWidget* MakeStrip();
   QWidget* MakeNavigationRow(int view);
-  QWidget* MakeHeading(int view, widgets::Label& description);
-  QWidget* MakeAlertsPane();
+  // A pane's title, its sentence and, where it has one, its flag.
+  QWidget* MakeHeading(int view, widgets::Label& description, widgets::Image* flag);
   QWidget* MakeAdvancedPane();
-  QWidget* MakeHelpPane();
-  QWidget* MakeSummaryPane();
-  QWidget* MakeStatusBand();
-  QWidget* MakeCountsCard();
-  QWidget* MakeSummaryRow(int view);
 
   home::frmNewUI& ui_;
 };

@@ -1,0 +1,40 @@
+#include "home/agent_pane.h"
+
+#include <utility>
+
+#include "core/guards.h"
+
+namespace zendrix::home {
+
+AgentPane::AgentPane(AgentNeeds needs) : needs_(std::move(needs)) {
+  aClick.clicked.ConnectForever([this] { aClick_Click(); });
+}
+
+std::int16_t AgentPane::CheckAgnSta() {
+  int status = kImmediate;
+  core::OrLog(needs_.log, "frmNewUI:CheckAgnSta", [&] {
+    if (needs_.agent.AgentStatus(true) == 0) status = kGood;
+    StaImg.picture = FlagOf(status);
+    if (status == kImmediate && AgentJustStarted) {
+      needs_.AttentionPending = true;
+      AgentJustStarted = false;
+    }
+    aTitleDesc.caption = StatusText(needs_.state, kAdvancedView, status);
+    aStatus.caption = status == kGood ? "Monitoring is Enabled" : "Monitoring is Disabled";
+    aClick.caption = status == kGood ? "[Disable]" : "[Enable]";
+  });
+  return static_cast<std::int16_t>(status);
+}
+
+void AgentPane::aClick_Click() {
+  if (aClick.caption.Get() == "[Disable]") {
+    needs_.agent.StopAgent(false);
+  } else {
+    needs_.agent.StartAgent(false);
+    AgentJustStarted = true;
+  }
+  needs_.AgentLevel = CheckAgnSta();
+  needs_.FillAgentFra();
+}
+
+}  // namespace zendrix::home
