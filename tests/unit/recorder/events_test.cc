@@ -104,6 +104,18 @@ TEST(Measures, SharpRiseAndNearlyFullMemoryAreUnusual) {
   EXPECT_EQ(measures.Present()[0].item.rules, RuleSet({Rule::kMemoryNearlyFull}));
 }
 
+TEST(Measures, MemoryIsNearlyFullAndRisesSharplyFromTheLimitsOn) {
+  const auto rules = [](double before, double then) {
+    Measures measures;
+    measures.Take(At(0, before, 0));
+    return measures.Take(At(1000, then, 0))[0].item.rules;
+  };
+  EXPECT_EQ(rules(70, 90), RuleSet({Rule::kMemoryRise, Rule::kMemoryNearlyFull}));
+  EXPECT_EQ(rules(70.5, 90), RuleSet({Rule::kMemoryNearlyFull}));
+  EXPECT_EQ(rules(69.5, 89.5), RuleSet({Rule::kMemoryRise}));
+  EXPECT_TRUE(rules(70, 89.5).empty());
+}
+
 TEST(Measures, RateIsKilobytesPerSecondOfTheTimeBetween) {
   Measures measures;
   measures.Take(At(0, 12, 0));
@@ -124,6 +136,23 @@ TEST(Measures, RateFarAboveTheUsualIsUnusual) {
   EXPECT_EQ(events[0].item.rules, RuleSet({Rule::kTrafficRise}));
   EXPECT_DOUBLE_EQ(events[0].original, 1);
   EXPECT_DOUBLE_EQ(events[0].change, 5119);
+}
+
+TEST(Measures, RateIsSharpFromTheLimitsOnAndAfterThreeOthers) {
+  // The rules about a rate of that many KB per second behind so many usual ones.
+  const auto rules = [](int usual_rates, std::uint64_t usual, std::uint64_t then) {
+    Measures measures;
+    std::uint64_t bytes = 0;
+    std::int64_t now = 0;
+    for (int i = 0; i <= usual_rates; ++i) measures.Take(At(now += 1000, 12, bytes += usual * 1024));
+    const auto events = measures.Take(At(now + 1000, 12, bytes + then * 1024));
+    return events.empty() ? RuleSet() : events.back().item.rules;
+  };
+  EXPECT_EQ(rules(3, 1, 1024), RuleSet({Rule::kTrafficRise}));
+  EXPECT_TRUE(rules(2, 1, 1024).empty());
+  EXPECT_TRUE(rules(3, 1, 1023).empty());
+  EXPECT_EQ(rules(3, 127, 1024), RuleSet({Rule::kTrafficRise}));
+  EXPECT_TRUE(rules(3, 130, 1024).empty());
 }
 
 TEST(Measures, CountersThatBeginAnewGiveNoRate) {

@@ -13,6 +13,10 @@ TEST(ParseDesktopCommand, SwitchedOffEntryGivesNothing) {
   EXPECT_FALSE(ParseDesktopCommand("[Desktop Entry]\nExec=x\nHidden=true\n"));
 }
 
+TEST(ParseDesktopCommand, OnlyHiddenTrueSwitchesOff) {
+  EXPECT_EQ(ParseDesktopCommand("[Desktop Entry]\nHidden=false\nTerminal=true\nExec=x\n"), "x");
+}
+
 TEST(ParseDesktopCommand, CommandOutsideTheEntryIsNone) {
   EXPECT_FALSE(ParseDesktopCommand("Exec=/tmp/y\n[Other]\nExec=/tmp/z\n"));
   EXPECT_FALSE(ParseDesktopCommand("[Desktop Entry]\nExec=\n"));

@@ -78,6 +78,11 @@ TEST(ParseMemoryPercent, IsTheShareThatIsNotAvailable) {
   EXPECT_EQ(ParseMemoryPercent("MemTotal: 1000 kB\nMemFree: 1 kB\nMemAvailable: 250 kB\n"), 75.0);
 }
 
+TEST(ParseMemoryPercent, NumbersNeedNoUnit) {
+  EXPECT_EQ(ParseMemoryPercent("MemTotal: 1000\nMemAvailable: 250\nMemFree:\n"), 75.0);
+  EXPECT_EQ(ParseMemoryPercent("MemTotal: 10 kB\nMemAvailable: 10 kB\n"), 0.0);
+}
+
 TEST(ParseMemoryPercent, DamagedTextGivesNothing) {
   EXPECT_FALSE(ParseMemoryPercent(""));
   EXPECT_FALSE(ParseMemoryPercent("MemTotal: 1000 kB\n"));

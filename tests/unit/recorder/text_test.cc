@@ -31,6 +31,14 @@ TEST(CleanName, ReplacesEachByteThatIsNoUtf8) {
   EXPECT_EQ(CleanName("a\xFF\xC3(\x80"), "a__(_");
 }
 
+TEST(CleanName, FirstAndLastCharacterOfEachUtf8LengthAreOne) {
+  for (const char* whole : {"\x7F", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xEF\xBF\xBD",
+                            "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"})
+    EXPECT_EQ(CleanName(whole), "_") << whole;
+  EXPECT_EQ(CleanName("\xF5\x80\x80\x80"), "____");
+  EXPECT_EQ(CleanName("~\xC2\xA0\xC3\xBF"), "~\xA0\xFF");
+}
+
 TEST(CleanName, OverlongSeparatorDoesNotGetThrough) {
   EXPECT_EQ(CleanName("a\xC1\xBC"
                       "b\xE0\x81\xBC"),

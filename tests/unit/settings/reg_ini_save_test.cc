@@ -195,5 +195,27 @@ TEST_F(RegIniSaveTest, ASaveAfterAnInterruptedOneKeepsWhatTheInterruptedOneWrote
   EXPECT_TRUE(Verifies());
 }
 
+TEST_F(RegIniSaveTest, ASaveOfWhatAnInterruptedOneWroteLeavesNoNoteOfIt) {
+  PutIni("[Misc]\r\nTTour=N\r\n");
+  struct Killed {};
+  platform_.files.before = [&](FileOp op, const std::string& path) {
+    if (op == FileOp::kWriteAll && path == kSide) throw Killed();
+  };
+  EXPECT_THROW(reg_ini_.SaveSettingHashed("Misc", "TTour", "Y"), Killed);
+  platform_.files.before = nullptr;
+  reg_ini_.SaveSettingHashed("Misc", "TTour", "Y");
+  EXPECT_EQ(platform_.files.Paths(), (std::vector<std::string>{kIni, kSide}));
+  EXPECT_TRUE(Verifies());
+}
+
+TEST_F(RegIniSaveTest, AFailedSaveRefreshesAStaleHashOfTheOldFile) {
+  platform_.files.Put(kIni, "[Misc]\r\nTTour=N\r\n");
+  platform_.files.Put(kSide, "stale\r\n");
+  platform_.files.FailNext(FileOp::kWriteAll, kIni, ErrorKind::kNoSpace);
+  EXPECT_NO_THROW(reg_ini_.SaveSettingHashed("Misc", "TTour", "Y"));
+  EXPECT_EQ(Ini(), "[Misc]\r\nTTour=N\r\n");
+  EXPECT_TRUE(Verifies());
+}
+
 }  // namespace
 }  // namespace zendrix::settings

@@ -33,6 +33,14 @@ TEST_F(SettingTest, AnOperationBeforeInitInitialisesWithTheExecutablesNameAndMod
   EXPECT_EQ(file.GetSettingStr("s", "k", ""), "v");
   EXPECT_EQ(file.SaveMode(), 0);
   EXPECT_EQ(file.path(), kIni);
+  CSetting(state_).SaveSettingStr("s", "k", "w");
+  CSetting(state_).SaveSettingInt("s", "n", 3);
+  EXPECT_EQ(platform_.files.Get(kIni), "[s]\r\nk=w\r\nn=3\r\n");
+  EXPECT_EQ(CSetting(state_).GetSettingInt("s", "n", 0), 3);
+  EXPECT_EQ(CSetting(state_).GetSettingAll("s")->size(), 2U);
+  EXPECT_EQ(CSetting(state_).GetSectionNames(), std::vector<std::string>{"s"});
+  CSetting(state_).DeleteKey("s", "n");
+  EXPECT_EQ(platform_.files.Get(kIni), "[s]\r\nk=w\r\n");
 }
 
 TEST_F(SettingTest, InitFileTakesExactlyThisFile) {
