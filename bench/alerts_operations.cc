@@ -30,7 +30,7 @@ struct HomeConsole {
     store::LoadDescArrays(state, log);
     reader.InitClass(file);
     form = std::make_unique<home::frmNewUI>(
-        home::HomeParts{state, log, reader, reg_ini, agent, screen, alerts, home::HomeServices{}});
+        home::HomeParts{state, log, reader, reg_ini, misc, agent, screen, alerts, home::HomeServices{}});
     form->alerts.CreateHeaderlvAlerts();
   }
 
@@ -42,6 +42,7 @@ struct HomeConsole {
   core::ErrorLog log;
   store::CMkvlf reader{state, log, [](int) {}};
   settings::RegIni reg_ini{state, log};
+  settings::MiscSettings misc{state, reg_ini};
   widgets::Screen screen;
   control::AgentControl agent{state, screen};
   alerts::ConsoleAlerts alerts{state, log, [this] { return reader.EventTable; }};

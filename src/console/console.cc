@@ -13,6 +13,7 @@ Console::Console(core::AppState& state, core::ErrorLog& log, std::function<admin
       log_(log),
       metrics_(std::move(metrics)),
       reg_ini_(state, log),
+      misc_(state, reg_ini_),
       agent_(state, screen_),
       gKvlF_(state, log, [&state](int percent) { core::SetSplashProgress(state.forms, percent); }),
       alerts_(state, log, [this] { return gKvlF_.EventTable; }) {
@@ -41,7 +42,7 @@ core::MainHooks Console::Hooks() {
 
 home::frmNewUI& Console::MakeHome() {
   home_ = std::make_unique<home::frmNewUI>(
-      home::HomeParts{state_, log_, gKvlF_, reg_ini_, agent_, screen_, alerts_, home::HomeServices{}});
+      home::HomeParts{state_, log_, gKvlF_, reg_ini_, misc_, agent_, screen_, alerts_, home::HomeServices{}});
   return *home_;
 }
 

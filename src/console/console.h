@@ -17,6 +17,7 @@
 #include "core/error_log.h"
 #include "core/initial.h"
 #include "home/frm_new_ui.h"
+#include "settings/misc_settings.h"
 #include "settings/reg_ini.h"
 #include "store/reader.h"
 #include "widgets/screen.h"
@@ -41,6 +42,7 @@ class Console {
 
   widgets::Screen& screen() { return screen_; }
   settings::RegIni& reg_ini() { return reg_ini_; }
+  settings::MiscSettings& misc() { return misc_; }
   alerts::ConsoleAlerts& alerts() { return alerts_; }
   store::CMkvlf& gKvlF() { return gKvlF_; }
   // The main window's form; null in the other edition and before the start has come to it.
@@ -56,6 +58,7 @@ class Console {
   core::ErrorLog& log_;
   std::function<admin::TextMetrics()> metrics_;
   settings::RegIni reg_ini_;
+  settings::MiscSettings misc_;
   widgets::Screen screen_;
   control::AgentControl agent_;
   store::CMkvlf gKvlF_;

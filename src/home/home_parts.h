@@ -7,6 +7,7 @@
 #include "control/agent_control.h"
 #include "core/app_state.h"
 #include "core/error_log.h"
+#include "settings/misc_settings.h"
 #include "settings/reg_ini.h"
 #include "store/reader.h"
 #include "widgets/form.h"
@@ -27,6 +28,7 @@ struct HomeParts {
   core::ErrorLog& log;
   store::CMkvlf& gKvlF;
   settings::RegIni& reg_ini;
+  settings::MiscSettings& misc;
   control::AgentControl& agent;
   widgets::Screen& screen;
   alerts::AlertServices& alerts;

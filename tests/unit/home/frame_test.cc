@@ -121,7 +121,8 @@ TEST_F(FrameTest, PointerIsAnHourglassWhileThePaneChangesAndWhileTheFormLoads) {
 }
 
 TEST_F(FrameTest, NothingIsMarkedBeforeTheLoad) {
-  const frmNewUI form(HomeParts{state_, world_.log, reader_, reg_ini_, agent_, screen_, alerts_, services_});
+  const frmNewUI form(
+      HomeParts{state_, world_.log, reader_, reg_ini_, misc_, agent_, screen_, alerts_, services_});
   EXPECT_FALSE(form.visible);
   EXPECT_FALSE(form.Frame2.visible);
   EXPECT_FALSE(form.summary.icMore.visible);

@@ -95,7 +95,7 @@ class HomeFixture : public ::testing::Test {
   }
   frmNewUI& OpenForm() {
     form_ = std::make_unique<frmNewUI>(
-        HomeParts{state_, world_.log, reader_, reg_ini_, agent_, screen_, alerts_, services_});
+        HomeParts{state_, world_.log, reader_, reg_ini_, misc_, agent_, screen_, alerts_, services_});
     world_.quiet.Expect("'Load': UI started.");
     form_->Form_Load();
     form_->visible = true;
@@ -135,6 +135,7 @@ class HomeFixture : public ::testing::Test {
   zendrix::testing::ConsoleWorld world_;
   core::AppState& state_ = world_.state;
   settings::RegIni reg_ini_{world_.state, world_.log};
+  settings::MiscSettings misc_{world_.state, reg_ini_};
   widgets::Screen screen_;
   control::AgentControl agent_{world_.state, screen_};
   ScriptedAlerts alerts_;
