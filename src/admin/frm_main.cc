@@ -87,8 +87,7 @@ void frmMain::Form_Load() {
   core::OrLog(parts_.log, "frmMain : Form_Load", [&] {
     std::vector<int> widths = EventList.ColWidths();
     saved_widths = parts_.reg_ini.LoadColWidths(EventList.name(), widths);
-    for (int i = 0; saved_widths && i < EventList.Cols(); ++i)
-      EventList.SetColWidth(i, widths[static_cast<std::size_t>(i)]);
+    if (saved_widths) EventList.SetColWidths(widths);
   });
   if (!saved_widths) EventList.SetColWidth(kColDescription, kFirstDescriptionWidth);
   DisplayData("");

@@ -216,7 +216,7 @@ void frmMain::Reload() {
   if (first_fill) {
     EventList.SetColWidth(kColDescription, kFirstDescriptionWidth);
   } else {
-    for (int i = 0; i < EventList.Cols(); ++i) EventList.SetColWidth(i, widths[static_cast<std::size_t>(i)]);
+    EventList.SetColWidths(widths);
     EventList.LeftCol = left_col;
   }
   DisplayData("Event View is full, Reloading...");
@@ -255,7 +255,7 @@ void frmMain::ResetClick() {
   if (first_fill) {
     AutoSizeColumns();
   } else {
-    for (int i = 0; i < EventList.Cols(); ++i) EventList.SetColWidth(i, widths[static_cast<std::size_t>(i)]);
+    EventList.SetColWidths(widths);
     EventList.LeftCol = SavedLeftCol;
   }
   ApplyColumnSettings();

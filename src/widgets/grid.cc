@@ -37,6 +37,11 @@ void Grid::SetColWidth(int index, int twips) {
   TellColumns();
 }
 
+void Grid::SetColWidths(const std::vector<int>& twips) {
+  int index = 0;
+  for (const int width : twips) SetColWidth(index++, width);
+}
+
 void Grid::SetHeading(int index, const std::string& text, Align align) {
   auto& column = columns_[static_cast<std::size_t>(index)];
   if (column.heading == text && column.align == align) return;

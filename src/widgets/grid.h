@@ -37,6 +37,8 @@ class Grid : public Control {
   int Cols() const { return static_cast<int>(columns_.size()); }
   const GridColumn& column(int index) const { return columns_[static_cast<std::size_t>(index)]; }
   void SetColWidth(int index, int twips);
+  // One for each column, from the first.
+  void SetColWidths(const std::vector<int>& twips);
   void SetHeading(int index, const std::string& text, Align align);
   void SetArrow(int index, SortArrow arrow);
   std::vector<int> ColWidths() const;

@@ -293,6 +293,32 @@ TEST_F(FrmMainTest, FirstTickOnAnUnchangedFileNeitherReloadsNorClears) {
   EXPECT_EQ(form_->GridLineCount, 2);
 }
 
+TEST_F(FrmMainTest, FirstTickOnAnUnchangedFileDoesNotOpenIt) {
+  OpenOn({Line(1, "system")});
+  int opened = 0;
+  world_.platform.files.before = [&](platform::FileOp op, const std::string& path) {
+    if (op == platform::FileOp::kOpen && path == Path()) ++opened;
+  };
+  Tick();
+  EXPECT_EQ(opened, 0);
+}
+
+TEST_F(FrmMainTest, ReloadHidesASwitchedOffColumnAgain) {
+  world_.state.settings.ColumnStates = {{"Hostname", "0"}};
+  OpenOn({Line(1, "system")});
+  form_->EventList.SetColWidth(kColHostname, 700);
+  form_->Reload();
+  EXPECT_EQ(form_->EventList.column(kColHostname).width, 0);
+}
+
+TEST_F(FrmMainTest, ReloadOfAGridWithThreeRowsKeepsItsWidths) {
+  OpenOn({Line(1, "system"), Line(2, "system")});  // three with the header
+  form_->EventList.SetColWidth(kColDescription, 9000);
+  Put({Line(1, "system")});
+  Tick();
+  EXPECT_EQ(form_->EventList.column(kColDescription).width, 9000);
+}
+
 TEST_F(FrmMainTest, UpdateHidesASwitchedOffColumnAgain) {
   world_.state.settings.ColumnStates = {{"Hostname", "0"}};
   OpenOn({Line(1, "system")});
@@ -331,6 +357,27 @@ TEST_F(FrmMainTest, LoadingShowsItsProgressEveryFiftyLines) {
   EXPECT_EQ(counts.at(1), "Loading... 100 records");
   EXPECT_EQ(counts.at(2), "100 records");
   EXPECT_THAT(percents, ElementsAre(49, 100, 0));
+}
+
+TEST_F(FrmMainTest, LoadServesTheEventLoopEveryFiftyLines) {
+  std::vector<std::string> lines;
+  for (int i = 0; i < 149; ++i) lines.push_back(Line(i, "system"));
+  const int before = world_.platform.timers.ProcessMessagesCount();
+  OpenOn(lines);
+  EXPECT_EQ(world_.platform.timers.ProcessMessagesCount() - before, 2);
+}
+
+TEST_F(FrmMainTest, ListsHoldEveryDistinctFieldOfTheLoadedLines) {
+  OpenOn({"1,HOST,system,A,one", "2,OTHER,system,R,two", "3,HOST,system,A,one"});
+  const auto items = [](const store::CUList& list) {
+    std::vector<std::string> texts;
+    for (const auto& entry : list.ColList()) texts.push_back(entry.item);
+    return texts;
+  };
+  EXPECT_THAT(items(form_->GridHostList), ElementsAre("HOST", "OTHER"));
+  EXPECT_THAT(items(form_->GridChangeList), ElementsAre("A", "R"));
+  EXPECT_THAT(items(form_->GridDescList), ElementsAre("one", "two"));
+  EXPECT_THAT(items(form_->GridMonitorList), ElementsAre("System"));
 }
 
 TEST_F(FrmMainTest, TickInTheMiddleOfALoadStartsNoOther) {

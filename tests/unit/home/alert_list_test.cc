@@ -139,6 +139,15 @@ TEST_F(AlertListTest, RemovedAndReplacedFileRebuildsTheList) {
   EXPECT_FALSE(reader_.ReloadedFlag);
 }
 
+TEST_F(AlertListTest, ReplacedFileWithoutAnAlertEmptiesTheList) {
+  Open(Alert(1, "0.5") + Alert(2, "0.5"));
+  Replace(Line(9, "System", "0"));
+  Poll();
+  EXPECT_THAT(Rows(), IsEmpty());
+  EXPECT_EQ(Selected(), "none");
+  EXPECT_FALSE(form_->sMoreInfo.enabled);
+}
+
 TEST_F(AlertListTest, EmptyTableClearsNothing) {
   Open(Alert(1, "0.5"));
   Replace("");

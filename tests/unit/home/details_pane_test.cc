@@ -59,6 +59,14 @@ TEST_F(DetailsPaneTest, AlertIsWrittenIntoTheBlankPageAndThenTheScripts) {
   EXPECT_THAT(alerts_.calls, ElementsAre("render 7"));
 }
 
+TEST_F(DetailsPaneTest, PointerIsAnHourglassWhileACommandOfThePageRuns) {
+  pane_.ShowAlert(Alert("7"));
+  std::vector<int> shapes;
+  const auto link = screen_.MousePointer.changed.Connect([&] { shapes.push_back(screen_.MousePointer); });
+  Click("about:do");
+  EXPECT_THAT(shapes, ElementsAre(widgets::kPointerHourglass, widgets::kPointerDefault));
+}
+
 TEST_F(DetailsPaneTest, EmptyExplanationShowsThatThereIsNone) {
   alerts_.html = "";
   pane_.ShowAlert(Alert("7"));
