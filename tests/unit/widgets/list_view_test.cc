@@ -145,6 +145,13 @@ TEST_F(ListViewTest, ChangeOfARowThatNobodyKnowsYetIsNotTold) {
   EXPECT_EQ(list_.Print(), "text a[1] | x |  | y[3]\n");
 }
 
+TEST_F(ListViewTest, ColumnRightBehindTheLastIsAdded) {
+  const auto slot = Insert("a");
+  list_.SetSubItem(slot, 0, "x", 1);
+  list_.SetSubItem(slot, 1, "y", 2);
+  EXPECT_EQ(list_.Print(), "text a[1] | x[1] | y[2]\n");
+}
+
 TEST_F(ListViewTest, ChangeOfARowThatViewsKnowIsTold) {
   std::vector<ListView::Slot> changed;
   list_.row_changed.ConnectForever([&](ListView::Slot slot) { changed.push_back(slot); });
