@@ -145,7 +145,7 @@ TEST_F(AlertListTest, ReplacedFileWithoutAnAlertEmptiesTheList) {
   Poll();
   EXPECT_THAT(Rows(), IsEmpty());
   EXPECT_EQ(Selected(), "none");
-  EXPECT_FALSE(form_->sMoreInfo.enabled);
+  EXPECT_FALSE(form_->alerts.sMoreInfo.enabled);
 }
 
 TEST_F(AlertListTest, EmptyTableClearsNothing) {
