@@ -4,6 +4,7 @@
 
 #include "core/initial.h"
 #include "core/splash.h"
+#include "platform/pe_version.h"
 #include "store/descriptions.h"
 
 namespace zendrix::console {
@@ -33,7 +34,9 @@ core::MainHooks Console::Hooks() {
   hooks.RegisterMonitors = [this](const std::vector<std::string>& names) {
     reg_ini_.RegisterMonitors(names);
   };
-  hooks.FileVersion = [](const std::string&) { return std::string(); };
+  hooks.FileVersion = [this](const std::string& path) {
+    return platform::PeFileVersion(state_.seams.files, path);
+  };
   hooks.frmMain = [this]() -> widgets::Form& { return MakeAdministrator(); };
   hooks.frmNewUI = [this]() -> widgets::Form& { return MakeHome(); };
   hooks.frmTour = [] { return nullptr; };
