@@ -531,5 +531,21 @@ TEST_F(FrmMainLoadTest, UpdateOfAGridThatIsNotSortedLeavesItsArrowAndItsMarkedRo
   EXPECT_EQ(form_->EventList.column(kColDateTime).arrow, widgets::SortArrow::kDown);
 }
 
+TEST_F(FrmMainLoadTest, UpdateOfAGridThatWasNeverScrolledLeavesItsLeftColumn) {
+  OpenOn({Line(1, "system")});
+  form_->SavedLeftCol = 0;
+  form_->EventList.LeftCol = 3;
+  form_->UpgradeGrid();
+  EXPECT_EQ(form_->EventList.LeftCol.Get(), 3);
+}
+
+TEST_F(FrmMainLoadTest, ReloadEndsTheBackgroundUpdate) {
+  OpenOn({Line(1, "system"), Line(2, "system")});
+  Put({Line(1, "system")});
+  form_->BackgroundUpdate = true;
+  form_->UpgradeGrid();
+  EXPECT_FALSE(form_->BackgroundUpdate);
+}
+
 }  // namespace
 }  // namespace zendrix::admin

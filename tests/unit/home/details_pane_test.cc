@@ -228,6 +228,35 @@ TEST_F(DetailsPaneTest, DetailsAreToggledAndRemembered) {
   EXPECT_FALSE(world_.state.settings.ShowDetailsOpen);
 }
 
+TEST_F(DetailsPaneTest, PageWithoutDetailsHasNothingToShowOrHide) {
+  world_.state.settings.ShowDetailsOpen = true;
+  EXPECT_TRUE(Click("about:showhide"));
+  EXPECT_THAT(page_.display, ::testing::IsEmpty());
+  EXPECT_THAT(page_.first_child_text, ::testing::IsEmpty());
+  EXPECT_TRUE(world_.state.settings.ShowDetailsOpen);
+}
+
+TEST_F(DetailsPaneTest, PageThatGoesBeforeItAnswersChangesNothing) {
+  class SlowPage : public testing::FakePage {
+   public:
+    using FakePage::FakePage;
+    void AskDisplay(const std::string&, std::function<void(std::optional<std::string>)> then) override {
+      answer = std::move(then);
+    }
+    std::function<void(std::optional<std::string>)> answer;
+  };
+  world_.state.settings.ShowDetailsOpen = true;
+  std::function<void(std::optional<std::string>)> answer;
+  {
+    SlowPage slow(view_);
+    Click("about:showhide");
+    answer = slow.answer;
+  }
+  answer("");
+  EXPECT_TRUE(world_.state.settings.ShowDetailsOpen);
+  view_.SetPage(&page_);
+}
+
 TEST_F(DetailsPaneTest, WithoutAViewNothingWaits) {
   widgets::BrowserView bare("sDesc");
   DetailsPane pane({world_.state, world_.log, alerts_, screen_}, bare);

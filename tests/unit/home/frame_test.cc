@@ -241,6 +241,19 @@ TEST_F(FrameTest, MinimisedWindowGoesOnBlinkingAndIsTold) {
   EXPECT_EQ(world_.host.shown.size(), 1u);
 }
 
+TEST_F(FrameTest, IconAlternatesForAsLongAsItBlinks) {
+  Open(Alert(1, "0"));
+  form_->visible = false;
+  form_->AttentionPending = true;
+  form_->CheckRiskLevel();
+  std::vector<bool> notable;
+  for (int second = 0; second < 4; ++second) {
+    form_->Timer2_Timer();
+    notable.push_back(form_->tray.icon.Get() == TrayIcon::kNotableSystemTrayIcon);
+  }
+  EXPECT_THAT(notable, ElementsAre(true, false, true, false));
+}
+
 TEST_F(FrameTest, BlinkBeginsWithTheNotableIcon) {
   Open(Alert(1, "0"));
   form_->visible = false;

@@ -20,6 +20,7 @@ TEST_F(StatusTest, EmptyListRunningAgentAndNoMailIsGreen) {
 TEST_F(StatusTest, StoppedAgentIsRedAndWinsTheSecondLineOverAnIntrusion) {
   world_.platform.services.SetStopped("ZENDRIX");
   Open(Alert(1, "0.99"));
+  EXPECT_THAT(Boxes().shown, ::testing::IsEmpty()) << "a check asks nobody";
   EXPECT_EQ(form_->summary.OSFlag.picture.Get(), "FlagR");
   EXPECT_EQ(form_->summary.icStatus.caption.Get(), "Agent rests.");
   EXPECT_EQ(form_->summary.icMore.caption.Get(), "[Start Agent]");
