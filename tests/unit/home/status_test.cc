@@ -99,6 +99,7 @@ TEST_F(StatusTest, SuspiciousAlertIsYellow) {
   Open(Alert(1, "0.92"));
   EXPECT_EQ(form_->AlertLevel, 2);
   EXPECT_EQ(form_->summary.alerts_row.Flag.picture.Get(), "FlagY");
+  EXPECT_EQ(form_->summary.alerts_row.icDesc.caption.Get(), "Strange: 1.");
   EXPECT_EQ(form_->summary.OSRiskLevel.caption.Get(), "Some items require your attention");
   EXPECT_EQ(form_->summary.OSRiskLevel.fore_colour.Get(), 0x008080u);
 }
