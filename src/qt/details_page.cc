@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInfo>
 #include <QWebEngineUrlRequestJob>
@@ -16,7 +17,9 @@
 #include <QWebEngineView>
 #include <algorithm>
 
+#include "qt/page_style.h"
 #include "qt/text_edge.h"
+#include "qt/theme.h"
 #include "qt/user_acts.h"
 
 namespace zendrix::qt {
@@ -42,7 +45,26 @@ QString FreshNonce() {
   return QString::fromLatin1(QByteArray(reinterpret_cast<const char*>(words.data()), sizeof words).toHex());
 }
 
-QByteArray Document(const QString& nonce, const QString& body) {
+// Notes the link that the last plain click was made on, where no script of the page can see or change it.
+// Only the browser itself makes events that count as trusted: from an input device, or on behalf of an
+// assistive program.
+constexpr char kNoteClicks[] = R"(
+(() => {
+  let pressed = null;
+  addEventListener('click', event => {
+    const link = event.target instanceof Element ? event.target.closest('a[href]') : null;
+    const plain = event.detail <= 1 && !event.ctrlKey && !event.shiftKey && !event.altKey && !event.metaKey;
+    if (event.isTrusted && plain && link) pressed = {href: link.href, at: performance.now()};
+  }, true);
+  window.zendrixTakeClick = href => {
+    const last = pressed;
+    pressed = null;
+    return !!last && last.href === href && performance.now() - last.at < 3000;
+  };
+})();
+)";
+
+QByteArray Document(const QString& nonce, const QString& style, const QString& body) {
   const QString policy =
       QStringLiteral(
           "default-src 'none'; img-src %1:; style-src 'unsafe-inline'; script-src 'nonce-%2'; "
@@ -51,8 +73,8 @@ QByteArray Document(const QString& nonce, const QString& body) {
   return QStringLiteral(
              "<!DOCTYPE html><html><head><meta charset=\"utf-8\">"
              "<meta http-equiv=\"Content-Security-Policy\" content=\"%1\">"
-             "<title>Details</title><style>body { margin: 12px; line-height: 1.45; }</style></head>%2</html>")
-      .arg(policy, body)
+             "<title>Details</title><style>%2</style></head>%3</html>")
+      .arg(policy, style, body)
       .toUtf8();
 }
 
@@ -127,11 +149,12 @@ DetailsShell::DetailsShell(std::unique_ptr<Parts> parts) : shell_(std::move(part
 
 DetailsShell::~DetailsShell() = default;
 
-DetailsPage::DetailsPage(const QString& images_folder, std::function<std::string()> subject,
+DetailsPage::DetailsPage(const QString& images_folder, Theme& theme, std::function<std::string()> subject,
                          std::function<void(const std::string&, const std::string&)> clicked,
                          std::function<void()> navigated)
     : DetailsShell(std::make_unique<Parts>(images_folder, std::move(subject), std::move(clicked))),
       QWebEnginePage(&shell_->profile),
+      theme_(theme),
       acts_(std::make_unique<UserActs>([this] { return QWebEngineView::forPage(this); })) {
   QWebEngineSettings* const rules = settings();
   for (const auto off :
@@ -148,6 +171,14 @@ DetailsPage::DetailsPage(const QString& images_folder, std::function<std::string
   // readable.
   rules->setFontFamily(QWebEngineSettings::StandardFont, QApplication::font().family());
   rules->setFontSize(QWebEngineSettings::MinimumFontSize, kSmallestFont);
+  QWebEngineScript clicks;
+  clicks.setInjectionPoint(QWebEngineScript::DocumentCreation);
+  clicks.setWorldId(QWebEngineScript::ApplicationWorld);
+  clicks.setRunsOnSubFrames(false);
+  clicks.setSourceCode(QString::fromLatin1(kNoteClicks));
+  scripts().insert(clicks);
+  connect(&theme_, &Theme::Changed, this, &DetailsPage::FollowTheme);
+  FollowTheme();
   // A load that was overtaken by another ends too, and so does one that the browser asks nobody about, of a
   // blank page.
   connect(this, &QWebEnginePage::loadFinished, this, [this, navigated = std::move(navigated)](bool done) {
@@ -164,11 +195,19 @@ void DetailsPage::Navigate(const std::string& url) {
   const std::size_t head = sizeof kAboutHead - 1;
   const std::string body = url.starts_with(kAboutHead) ? url.substr(head) : std::string();
   shell_->nonce = FreshNonce();
-  shell_->source.SetDocument(Document(shell_->nonce, ToQt(body)));
+  shell_->source.SetDocument(Document(shell_->nonce, PageStyle(theme_.tokens(), theme_.dark()), ToQt(body)));
   shell_->there = false;
   shell_->navigating = true;
   acts_->Forget();
   load(PageUrl(++shell_->number));
+}
+
+void DetailsPage::FollowTheme() {
+  // What shows before the document is painted.
+  setBackgroundColor(theme_.tokens().base);
+  if (shell_->there && IsThere())
+    Run(QStringLiteral("document.querySelector('style').textContent = %1;")
+            .arg(Literal(PageStyle(theme_.tokens(), theme_.dark()))));
 }
 
 bool DetailsPage::IsThere() const {
@@ -224,20 +263,37 @@ void DetailsPage::Stop() {
 bool DetailsPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool is_main_frame) {
   if (!is_main_frame) return false;
   if (shell_->navigating && type == NavigationTypeTyped && url == PageUrl(shell_->number)) return true;
-  if (type != NavigationTypeLinkClicked || !acts_->Take()) return false;
-  std::string address;
-  if (url.scheme() == QLatin1String(kScheme)) {
-    // A command is a link beside the page: "do" stands for ".../do".
-    if (!IsPage(url)) address = "about:" + FromQt(url.fileName());
-  } else {
-    address = url.toEncoded().toStdString();
-  }
+  if (type != NavigationTypeLinkClicked) return false;
+  const std::string address = AddressOf(url);
   if (address.empty()) return false;
+  if (acts_->Take()) {
+    TellClick(address);
+    Run(QStringLiteral("window.zendrixTakeClick('')"));
+  } else {
+    AskForTrustedClick(url, address);
+  }
+  return false;
+}
+
+// A command is a link beside the page: "do" stands for ".../do".
+std::string DetailsPage::AddressOf(const QUrl& url) const {
+  if (url.scheme() != QLatin1String(kScheme)) return url.toEncoded().toStdString();
+  return IsPage(url) ? std::string() : "about:" + FromQt(url.fileName());
+}
+
+void DetailsPage::TellClick(const std::string& address) {
   // A click that was made while the next page was on its way belongs to a document that has gone.
   const std::string subject = shell_->there && IsThere() ? shell_->subject() : std::string();
-  // Behind this call: a command may show a message box, which the browser must not wait for.
   QTimer::singleShot(0, this, [this, address, subject] { shell_->clicked(address, subject); });
-  return false;
+}
+
+void DetailsPage::AskForTrustedClick(const QUrl& url, const std::string& address) {
+  const int number = shell_->number;
+  const QString href = Literal(QString::fromLatin1(url.toEncoded()));
+  runJavaScript(QStringLiteral("window.zendrixTakeClick(%1)").arg(href), QWebEngineScript::ApplicationWorld,
+                [this, address, number](const QVariant& trusted) {
+                  if (trusted.toBool() && number == shell_->number) TellClick(address);
+                });
 }
 
 }  // namespace zendrix::qt

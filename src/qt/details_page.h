@@ -5,6 +5,8 @@
 // document allows no script but the verified one, which carries a nonce of its own for each page. The browser
 // itself never navigates: a person's click on a link in the main frame is handed to the logic, and every
 // other navigation (redirect, refresh, form, frame, another window, a script and its clicks) is refused.
+// A link pressed through the accessibility bus reaches the page without the toolkit: it counts as a click
+// when the page itself got a click on that link which no script can make.
 #pragma once
 
 #include <QString>
@@ -21,6 +23,7 @@ class QWebEngineProfile;
 
 namespace zendrix::qt {
 
+class Theme;
 class UserActs;
 
 // To be called before the application object exists.
@@ -58,10 +61,10 @@ class DetailsShell {
 
 class DetailsPage : private DetailsShell, public QWebEnginePage, public widgets::BrowserPage {
  public:
-  // `images_folder`: the pictures. `subject` tells what the document explains at the moment. `clicked` gets
-  // the address of a clicked link as the logic knows it, commands as "about:do", links as they stand, and the
-  // subject of the document that the click was made in.
-  DetailsPage(const QString& images_folder, std::function<std::string()> subject,
+  // `images_folder`: the pictures. The page follows the theme. `subject` tells what the document explains at
+  // the moment. `clicked` gets the address of a clicked link as the logic knows it, commands as "about:do",
+  // links as they stand, and the subject of the document that the click was made in.
+  DetailsPage(const QString& images_folder, Theme& theme, std::function<std::string()> subject,
               std::function<void(const std::string& url, const std::string& subject)> clicked,
               std::function<void()> navigated);
   ~DetailsPage() override;
@@ -84,6 +87,14 @@ class DetailsPage : private DetailsShell, public QWebEnginePage, public widgets:
   // The browser is at the page that it was sent to last.
   bool IsThere() const;
   void Run(const QString& script);
+  void FollowTheme();
+  // The address of a link as the logic knows it; empty for what is no link of a page.
+  std::string AddressOf(const QUrl& url) const;
+  // Behind the browser's call: a command may show a message box, which the browser must not wait for.
+  void TellClick(const std::string& address);
+  void AskForTrustedClick(const QUrl& url, const std::string& address);
+
+  Theme& theme_;
 
   std::unique_ptr<UserActs> acts_;
 };

@@ -151,6 +151,11 @@ Theme::Theme(Pictures& pictures) {
   Apply();
 }
 
+Theme::~Theme() {
+  qApp->setStyleSheet({});
+  QApplication::setStyle(QStringLiteral("Fusion"));
+}
+
 const Tokens& Theme::tokens() const {
   return dark_ ? kDark : kLight;
 }

@@ -23,6 +23,10 @@ class Theme : public QObject {
  public:
   // Reads what the desktop prefers and dresses the application; from then on follows the desktop.
   explicit Theme(Pictures& pictures);
+  // Undresses it: the style draws with the pictures.
+  ~Theme() override;
+  Theme(const Theme&) = delete;
+  Theme& operator=(const Theme&) = delete;
   bool dark() const { return dark_; }
   const Tokens& tokens() const;
   void SetDark(bool dark);

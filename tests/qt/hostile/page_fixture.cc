@@ -89,12 +89,13 @@ PageFixture::PageFixture()
     return logic(url, subject);
   };
   const Toolkit kit{guard_, pictures_, theme_};
-  widget_.reset(qobject_cast<QWebEngineView*>(MakeBrowserView(view_, QStringLiteral("Details"), kit)));
-  page_ = dynamic_cast<DetailsPage*>(widget_->page());
-  page_->profile()->setUrlRequestInterceptor(&wall_);
+  widget_.reset(MakeBrowserView(view_, QStringLiteral("Details"), kit));
   widget_->resize(800, 1400);
   widget_->show();
   EXPECT_TRUE(QTest::qWaitForWindowExposed(widget_.get(), kLongestMs));
+  browser_ = BrowserIn(widget_.get());
+  page_ = dynamic_cast<DetailsPage*>(browser_->page());
+  page_->profile()->setUrlRequestInterceptor(&wall_);
 }
 
 PageFixture::~PageFixture() {

@@ -87,7 +87,7 @@ class PageFixture : public ::testing::Test {
 
   QPoint MiddleOf(const QString& selector);
   void Click(const QString& selector, Qt::MouseButton button = Qt::LeftButton);
-  QWidget* Input() { return widget_->focusProxy() ? widget_->focusProxy() : widget_.get(); }
+  QWidget* Input() { return browser_->focusProxy() ? browser_->focusProxy() : browser_; }
   // A page of the console's own, or one of its pictures.
   static bool IsOwn(const QUrl& url);
 
@@ -109,7 +109,8 @@ class PageFixture : public ::testing::Test {
   SlotGuard guard_;
   Pictures pictures_;
   Theme theme_;
-  std::unique_ptr<QWebEngineView> widget_;
+  std::unique_ptr<QWidget> widget_;
+  QWebEngineView* browser_ = nullptr;
   DetailsPage* page_ = nullptr;
 };
 
