@@ -1,14 +1,10 @@
 #include "app/prepare.h"
 
-#include <unistd.h>
-
 #include <QApplication>
-#include <QLoggingCategory>
-#include <cstdlib>
 
 #include "app/end_signals.h"
 #include "platform/linux/clean_environment.h"
-#include "qt/details_page.h"
+#include "qt/browser_start.h"
 
 namespace zendrix::app {
 
@@ -17,12 +13,7 @@ void BeforeApplication() {
   platform::CleanEnvironment();
 #endif
   EndSignals::Block();
-  qt::RegisterPageScheme();
-  // The browser part refuses to start as the superuser inside its own sandbox.
-  if (::geteuid() == 0) ::setenv("QTWEBENGINE_DISABLE_SANDBOX", "1", 0);
-  // A page of text needs no graphics processor, and a host under attack no more open doors than that.
-  ::setenv("QTWEBENGINE_CHROMIUM_FLAGS", "--disable-gpu", 0);
-  QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext.info=false"));
+  qt::BeforeBrowser();
 }
 
 void AfterApplication() {
