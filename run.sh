@@ -1,22 +1,23 @@
 #!/usr/bin/env bash
-# Sets up and starts the console on this computer's own events (Debian 12): installs what is missing, builds, records
-# this host for a few seconds, then opens the console on the recording while the recorder goes on.
+# Sets up and starts the console on this computer's own events (Debian 12): installs what is missing, builds, has the
+# recorder beside the console watch this host, and opens the console on what it writes.
 #
 #   ./run.sh             the Home console
 #   ./run.sh --admin     the Administrator console
 #
-# Without a display it starts the console on a virtual one for a short while, prints the alerts as JSON and leaves
-# pictures of the windows in out/.
+# A recorder that this command started ends with it. Without a display it starts the console on a virtual one for a
+# short while, prints the alerts as JSON and leaves pictures of the windows in out/.
 set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/prerequisites.sh
 
 edition=Home form=home
-case "${1:-}" in
-  "") ;;
-  --admin) edition=Administrator form=admin ;;
-  *) sed -n '2,9p' "$0" | cut -c3-; exit 2 ;;
-esac
+for argument in "$@"; do
+  case $argument in
+    --admin) edition=Administrator form=admin ;;
+    *) sed -n '2,9p' "$0" | cut -c3-; exit 2 ;;
+  esac
+done
 
 need_packages $build_packages
 export CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR="$PWD"
@@ -33,11 +34,14 @@ if [ ! -e "$folder/zendrix.ini" ]; then  # the defaults, with their hash, so tha
   "$bin/zendrix-inspect" --write --folder "$folder" settings save Misc DetSho 1 >/dev/null
 fi
 
-echo "Recording this host ..."
-"$bin/zendrix-recorder" --form $form --folder "$folder" --interval 1 --for 6
-"$bin/zendrix-recorder" --form $form --folder "$folder" --interval 3 &
-recorder=$!
-trap 'kill $recorder 2>/dev/null || true' EXIT
+# The same road as [Enable] in the console takes. It says who watches; 3 is a recorder that was there before.
+status=0
+"$bin/zendrix-recorder" --start --form $form --folder "$folder" --interval 3 || status=$?
+case $status in
+  0) trap '"$bin/zendrix-recorder" --stop --folder "$folder"' EXIT ;;
+  3) ;;
+  *) exit $status ;;
+esac
 
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
   "$bin/zendrix" --edition=$edition --folder="$folder"

@@ -1,4 +1,4 @@
-// zendrix-recorder: the command line, the signals and the real host around the recorder.
+// zendrix-recorder: the command line, the signals, the folder's lock and the real host around the recorder.
 #include <unistd.h>
 
 #include <csignal>
@@ -8,11 +8,21 @@
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_host_info.h"
+#include "platform/linux/local_service_manager.h"
+#include "platform/linux/process_lock.h"
+#include "platform/linux/service_outcomes.h"
 #include "recorder/recorder.h"
 
 namespace {
 
+using zendrix::platform::LocalServiceManager;
+using zendrix::platform::LockOutcome;
+using zendrix::platform::ServiceMethod;
+using zendrix::recorder::Form;
 using zendrix::recorder::Options;
+using zendrix::recorder::Task;
+
+constexpr char kService[] = "ZENDRIX";
 
 // The only thing that a signal handler may safely touch.
 volatile std::sig_atomic_t stop_signal = 0;
@@ -31,22 +41,70 @@ void CatchStopSignals() {
   sigaction(SIGINT, &action, nullptr);
 }
 
-std::string FolderOfProgram(zendrix::recorder::HostView& host) {
-  const std::string program = host.ReadLink("/proc/self/exe").value_or("./zendrix-recorder");
-  return program.substr(0, program.rfind('/'));
+std::string ThisProgram(zendrix::recorder::HostView& host) {
+  return host.ReadLink("/proc/self/exe").value_or("./zendrix-recorder");
 }
 
-int Record(Options options) {
+int Complain(const std::string& message, int status) {
+  std::cerr << "zendrix-recorder: " << message << "\n";
+  return status;
+}
+
+int Record(const Options& options, zendrix::recorder::HostView& host) {
   CatchStopSignals();
-  const auto host = zendrix::recorder::MakeLinuxHostView();
   zendrix::platform::LinuxFiles files;
   zendrix::platform::LinuxClock clock;
   zendrix::platform::LinuxHostInfo facts;
-  if (options.folder.empty()) options.folder = FolderOfProgram(*host);
-  zendrix::recorder::RecorderParts parts{*host, files, clock, std::cerr, {}, facts.ComputerName(), 0};
-  parts.stop_requested = [] { return stop_signal != 0; };
+  zendrix::platform::ProcessLock lock;
+  // What a missing folder means is the recorder's own affair.
+  if (files.FolderExists(options.folder)) {
+    const std::string path = zendrix::platform::JoinPath(options.folder, zendrix::platform::kRecorderLock);
+    const LockOutcome outcome = lock.Acquire(path);
+    if (outcome == LockOutcome::kTaken)
+      return Complain("another recorder writes into this folder", zendrix::platform::kFolderTaken);
+    if (outcome == LockOutcome::kUnusable) return Complain("cannot take the lock " + path, 1);
+  }
+  zendrix::recorder::RecorderParts parts{host, files, clock, std::cerr, {}, facts.ComputerName(), 0};
+  // With its folder a recorder goes too: nobody would read it, and nobody could stop it.
+  parts.stop_requested = [&lock] { return stop_signal != 0 || !lock.CanBeFound(); };
   parts.own_pid = static_cast<std::uint64_t>(getpid());
-  return zendrix::recorder::Recorder(std::move(parts), std::move(options)).Run();
+  parts.on_first_look = [&lock] { lock.SetReady(); };
+  return zendrix::recorder::Recorder(std::move(parts), options).Run();
+}
+
+int Start(LocalServiceManager& services, const Options& options) {
+  const auto result = services.Run(kService, ServiceMethod::kStart);
+  const int number = result ? result.value() : zendrix::platform::kServiceUnknownFailure;
+  if (number == zendrix::platform::kServiceAlreadyRunning) {
+    return Complain("a recorder writes into " + options.folder + " already", zendrix::platform::kFolderTaken);
+  }
+  if (number != zendrix::platform::kServiceDone) {
+    return Complain("cannot start; number " + std::to_string(number), 1);
+  }
+  std::cout << "This computer is watched by the recorder beside the console, process "
+            << services.Process().value_or(0) << ", not by a service of the system; it writes into "
+            << options.folder << "\n";
+  return 0;
+}
+
+int Stop(LocalServiceManager& services, const Options& options) {
+  const auto result = services.Run(kService, ServiceMethod::kStop);
+  const int number = result ? result.value() : zendrix::platform::kServiceUnknownFailure;
+  const bool gone =
+      number == zendrix::platform::kServiceDone || number == zendrix::platform::kServiceNotRunning;
+  return gone ? 0 : Complain("cannot stop the recorder of " + options.folder, 1);
+}
+
+int Do(Options options) {
+  const auto host = zendrix::recorder::MakeLinuxHostView();
+  const std::string program = ThisProgram(*host);
+  if (options.folder.empty()) options.folder = program.substr(0, program.rfind('/'));
+  if (options.task == Task::kRecord) return Record(options, *host);
+  const std::string form = options.form == Form::kHome ? "home" : "admin";
+  const std::vector<std::string> arguments = {"--form", form, "--interval",
+                                              std::to_string(options.interval_seconds)};
+  LocalServiceManager services({kService, program, options.folder, arguments});
+  return options.task == Task::kStart ? Start(services, options) : Stop(services, options);
 }
 
 }  // namespace
@@ -63,7 +121,7 @@ int main(int argc, char** argv) {
       std::cout << zendrix::recorder::kHelpText;
       return 0;
     }
-    return Record(parsed.options);
+    return Do(parsed.options);
   } catch (const std::exception& error) {  // out of memory, at most
     std::cerr << "zendrix-recorder: " << error.what() << "\n";
     return 1;

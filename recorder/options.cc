@@ -5,8 +5,9 @@
 namespace zendrix::recorder {
 
 const char* const kHelpText =
-    "Usage: zendrix-recorder [--once | --for SECONDS] [--interval SECONDS] [--folder DIR] [--form "
-    "home|admin]\n"
+    "Usage: zendrix-recorder [--once | --for SECONDS | --start | --stop] [--interval SECONDS] [--folder "
+    "DIR]\n"
+    "                        [--form home|admin]\n"
     "\n"
     "Observes this computer and appends what it sees to DIR/KorvessaMonitoring.kvl, for the console to "
     "read.\n"
@@ -14,6 +15,8 @@ const char* const kHelpText =
     "\n"
     "  --once              look once and end\n"
     "  --for SECONDS       end after that time; without it, run until SIGTERM or SIGINT\n"
+    "  --start             start a recorder that goes on by itself, and end when it has looked once\n"
+    "  --stop              stop the recorder of the folder, however it was started\n"
     "  --interval SECONDS  time between two looks, 1 to 3600 (default 5)\n"
     "  --folder DIR        folder of the two files written (default: that of this program)\n"
     "  --form home|admin   lines for the Home or the Administrator console (default home)\n"
@@ -61,6 +64,7 @@ bool TakesValue(const std::string& name) {
 ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
   ParsedOptions parsed;
   Options& options = parsed.options;
+  int tasks = 0;
   for (std::size_t i = 0; i < arguments.size() && parsed.error.empty(); ++i) {
     const std::size_t sign = arguments[i].find('=');
     const std::string name = arguments[i].substr(0, sign);
@@ -74,14 +78,18 @@ ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
           name, sign != std::string::npos ? arguments[i].substr(sign + 1) : arguments[++i], options);
     } else if (arguments[i] == "--once") {
       options.once = true;
+    } else if (arguments[i] == "--start" || arguments[i] == "--stop") {
+      options.task = arguments[i] == "--start" ? Task::kStart : Task::kStop;
+      ++tasks;
     } else if (arguments[i] == "--help") {
       options.help = true;
     } else {
       parsed.error = "unknown argument " + CleanName(arguments[i]);
     }
   }
-  if (parsed.error.empty() && options.once && options.for_seconds)
-    parsed.error = "--once and --for exclude each other";
+  tasks += options.once + options.for_seconds.has_value();
+  if (parsed.error.empty() && tasks > 1)
+    parsed.error = "--once, --for, --start and --stop exclude each other";
   return parsed;
 }
 

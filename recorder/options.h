@@ -10,7 +10,15 @@
 
 namespace zendrix::recorder {
 
+// What the program is asked to do.
+enum class Task {
+  kRecord,
+  kStart,  // have a recorder started that goes on by itself
+  kStop,   // have the folder's recorder stopped
+};
+
 struct Options {
+  Task task = Task::kRecord;
   bool help = false;
   bool once = false;
   std::int64_t interval_seconds = 5;

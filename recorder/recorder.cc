@@ -97,6 +97,7 @@ bool Recorder::Look() {
   measures_ = std::move(measures);
   before_ = std::move(seen);
   begins_session_ = false;
+  if (const auto tell = std::exchange(parts_.on_first_look, {})) tell();
   return true;
 }
 

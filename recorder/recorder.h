@@ -27,6 +27,7 @@ struct RecorderParts {
   std::function<bool()> stop_requested;  // asked between looks and while resting
   std::string host_name;                 // raw
   std::uint64_t own_pid = 0;
+  std::function<void()> on_first_look = {};  // once, when it has been written
 };
 
 class Recorder {

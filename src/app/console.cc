@@ -5,7 +5,9 @@
 
 #include "app/end_signals.h"
 #include "console/console.h"
+#include "control/agent_control.h"
 #include "core/legible_locale.h"
+#include "platform/linux/agent_services.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_family.h"
 #include "platform/linux/linux_files.h"
@@ -15,6 +17,7 @@
 #include "platform/linux/linux_process.h"
 #include "platform/linux/linux_service_manager.h"
 #include "platform/linux/linux_shell.h"
+#include "platform/linux/local_service_manager.h"
 #include "qt/admin_window.h"
 #include "qt/bind_screen.h"
 #include "qt/qt_dialogs.h"
@@ -22,6 +25,13 @@
 #include "qt/qt_loop.h"
 
 namespace zendrix::app {
+namespace {
+
+std::string FolderOf(const std::string& path) {
+  return path.substr(0, path.rfind('/'));
+}
+
+}  // namespace
 
 struct Console::Parts {
   explicit Parts(const Options& the_options);
@@ -37,7 +47,9 @@ struct Console::Parts {
   platform::LinuxHostInfo host;
   platform::LinuxShell shell;
   platform::LinuxInstanceLock instance_lock;
-  platform::LinuxServiceManager services;
+  platform::LinuxServiceManager service_manager;
+  platform::LocalServiceManager recorder;
+  platform::AgentServices services{service_manager, recorder};
   qt::QtMessageLoop loop;
   qt::QtTimers timers;
   qt::QtMessageBoxes message_boxes;
@@ -61,7 +73,11 @@ struct Console::Parts {
 
 Console::Parts::Parts(const Options& the_options)
     : options(the_options),
-      family(options.exe_path.substr(0, options.exe_path.rfind('/'))),
+      recorder({control::kServiceName,
+                platform::JoinPath(FolderOf(options.exe_path), platform::kRecorderProgram),
+                options.folder,
+                {"--form", options.edition == "Home" ? "home" : "admin"}}),
+      family(FolderOf(options.exe_path)),
       seams{files, clock,  locale,        host,         shell,  instance_lock, services,
             loop,  timers, message_boxes, file_dialogs, family, process},
       state(seams),

@@ -6,12 +6,14 @@
 #include "control/agent_control.h"
 #include "core/legible_locale.h"
 #include "core/text_rules.h"
+#include "platform/linux/agent_services.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_family.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_host_info.h"
 #include "platform/linux/linux_locale.h"
 #include "platform/linux/linux_service_manager.h"
+#include "platform/linux/local_service_manager.h"
 #include "platform/memory/fake_service_manager.h"
 #include "platform/memory/fake_timers.h"
 #include "platform/memory/memory_instance_lock.h"
@@ -101,6 +103,10 @@ void SetAgent(platform::FakeServiceManager& services, const std::string& agent_s
 struct Console::Parts {
   Parts(const Options& options, bool live)
       : overlay(disk),
+        recorder({control::kServiceName,
+                  platform::JoinPath(ExecutableFolder(), platform::kRecorderProgram),
+                  options.folder,
+                  {"--form", options.edition == "Home" ? "home" : "admin"}}),
         family(ExecutableFolder()),
         boxes(options.answer_yes),
         seams{options.write ? static_cast<platform::Files&>(disk) : overlay,
@@ -143,7 +149,9 @@ struct Console::Parts {
   platform::FakeTimers still_timers{still_clock};
   platform::MemoryInstanceLock instance_lock{still_timers,
                                              std::make_shared<platform::MemoryInstanceRegistry>()};
-  platform::LinuxServiceManager services;
+  platform::LinuxServiceManager service_manager;
+  platform::LocalServiceManager recorder;
+  platform::AgentServices services{service_manager, recorder};
   platform::FakeServiceManager scripted_services;
   platform::PollLoop poll_loop;
   WatchedTimers live_timers{poll_loop};

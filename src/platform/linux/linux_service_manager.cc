@@ -173,7 +173,7 @@ Result<T> Outcome(const sdbus::Error& error) {
     return refusal.value();
   } else {
     const bool denied = refusal.value() == kServiceNoAccess;
-    return Error{denied ? ErrorKind::kPermissionDenied : ErrorKind::kUnavailable, error.what()};
+    return Error{denied ? ErrorKind::kPermissionDenied : ErrorKind::kOther, error.what()};
   }
 }
 

@@ -32,7 +32,8 @@
 //   8  everything else, job "failed" included
 //
 // Errors of both calls: kNotFound when there is no such unit, kUnavailable when there is no bus or no systemd
-// on it. Properties also has kPermissionDenied, and kUnavailable at the deadline.
+// on it. Properties also has kPermissionDenied, and kOther at the deadline and for every other refusal: a
+// manager is there then.
 #pragma once
 
 #include <chrono>

@@ -94,7 +94,7 @@ int StartFailure(std::string_view service_result, std::int32_t exit_status) {
   constexpr std::int32_t kNoUser = 217;
   if (service_result == "timeout") return kServiceTimeOut;
   if (service_result == "start-limit-hit") return kServiceWrongState;
-  if (exit_status == kNoExecutable) return 9;
+  if (exit_status == kNoExecutable) return kServiceNoProgram;
   if (exit_status == kNoGroup || exit_status == kNoUser) return 22;
   return kServiceUnknownFailure;
 }

@@ -17,8 +17,10 @@ inline constexpr int kServiceWrongState = 5;
 inline constexpr int kServiceNotRunning = 6;
 inline constexpr int kServiceTimeOut = 7;
 inline constexpr int kServiceUnknownFailure = 8;
+inline constexpr int kServiceNoProgram = 9;
 inline constexpr int kServiceAlreadyRunning = 10;
 inline constexpr int kServiceDisabled = 14;
+inline constexpr int kServiceNamesake = 19;
 
 // The error of a call, by its D-Bus name. `text` goes into the Error.
 Result<int> RefusalOf(std::string_view dbus_error, const std::string& text);

@@ -90,17 +90,81 @@ TEST_F(AgentControlTest, SilentFailureShowsNothing) {
   EXPECT_THAT(Boxes(), IsEmpty());
 }
 
-TEST_F(AgentControlTest, EveryRefusalHasItsTexts) {
-  for (int value = 1; value <= 24; ++value) {
-    EXPECT_NE(StopMessage(value), "") << value;
-    EXPECT_NE(StartMessage(value), "") << value;
-    const bool differs = value == 3 || (value >= 6 && value <= 12) || value == 18;
-    EXPECT_EQ(StopMessage(value) != StartMessage(value), differs) << value;
+struct Meaning {
+  int value;
+  const char* after_stop;
+  const char* after_start;  // null: the same
+};
+
+constexpr Meaning kMeanings[] = {
+    {1, "The request is not supported.", nullptr},
+    {2, "The user did not have the necessary access.", nullptr},
+    {3, "The Zendrix Agent cannot be stopped because other services that are running are dependent on it.",
+     "The service cannot be started because it depends on other services that are not running."},
+    {4, "The requested control code is not valid, or it is unacceptable to the service.", nullptr},
+    {5, "The requested control code cannot be sent to the service because the state of the service.",
+     nullptr},
+    {6, "The Zendrix Agent is not running.", "The service has not been started."},
+    {7, "The Zendrix Agent could not be disabled in a timely fashion.",
+     "The service did not respond to the start request in a timely fashion."},
+    {8, "Unknown failure when stopping the Zendrix Agent.", "Unknown failure when starting the service."},
+    {9, "The Zendrix Agent executable was not found.",
+     "The directory path to the service executable was not found."},
+    {10, "The Zendrix Agent is already stopped", "The service is already running."},
+    {11, "The service database is locked.", "The database to add a new service is locked."},
+    {12, "A dependency which this service relies on has been removed from the system.",
+     "A dependency for which this service relies on has been removed from the system."},
+    {13, "The service failed to find the service needed from a dependent service.", nullptr},
+    {14, "The service has been disabled from the system.", nullptr},
+    {15, "The service does not have the correct authentication to run on the system.", nullptr},
+    {16, "This service is being removed from the system.", nullptr},
+    {17, "There is no execution thread for the service.", nullptr},
+    {18, "There are circular dependencies when stopping the service.",
+     "There are circular dependencies when starting the service."},
+    {19, "There is a service running under the same name.", nullptr},
+    {20, "There are invalid characters in the name of the service.", nullptr},
+    {21, "Invalid parameters have been passed to the service.", nullptr},
+    {22,
+     "The account, which this service is to run under is either invalid or lacks the permissions to run the "
+     "service.",
+     nullptr},
+    {23, "The service exists in the database of services available from the system.", nullptr},
+    {24, "The service is currently paused in the system.", nullptr},
+    {25, "", ""},
+    {99, "", ""},
+    {1000, "", ""},
+};
+
+TEST_F(AgentControlTest, EveryRefusalOfAStopHasItsWords) {
+  world_.platform.services.SetRunning("ZENDRIX");
+  for (const Meaning& meaning : kMeanings) {
+    Boxes().clear();
+    world_.platform.services.Script(ServiceMethod::kStop, meaning.value);
+    EXPECT_EQ(agent_.StopAgent(false), meaning.value);
+    ASSERT_EQ(Boxes().size(), 1u);
+    EXPECT_EQ(Boxes()[0].title, "StopService");
+    EXPECT_EQ(Boxes()[0].text, std::string("Zendrix Monitoring failed to stop.\r\n") + meaning.after_stop);
   }
-  EXPECT_EQ(StopMessage(0) + StartMessage(0) + StopMessage(25) + StartMessage(25), "");
-  EXPECT_EQ(StopMessage(10), "The Zendrix Agent is already stopped");
-  EXPECT_EQ(StartMessage(12),
-            "A dependency for which this service relies on has been removed from the system.");
+}
+
+TEST_F(AgentControlTest, EveryRefusalOfAStartHasItsWords) {
+  world_.platform.services.SetStopped("ZENDRIX");
+  for (const Meaning& meaning : kMeanings) {
+    Boxes().clear();
+    world_.platform.services.Script(ServiceMethod::kStart, meaning.value);
+    EXPECT_EQ(agent_.StartAgent(false), meaning.value);
+    ASSERT_EQ(Boxes().size(), 1u);
+    EXPECT_EQ(Boxes()[0].title, "StartService");
+    EXPECT_EQ(Boxes()[0].text, "Zendrix Monitoring failed to start. Error: " + std::to_string(meaning.value) +
+                                   "\r\n" + (meaning.after_start ? meaning.after_start : meaning.after_stop));
+  }
+}
+
+TEST_F(AgentControlTest, RefusalMakesNoSecondAttempt) {
+  world_.platform.services.SetRunning("ZENDRIX");
+  world_.platform.services.Script(ServiceMethod::kStop, 5);
+  EXPECT_EQ(agent_.StopAgent(true), 5);
+  EXPECT_THAT(world_.platform.services.runs, ElementsAre(std::pair("ZENDRIX", ServiceMethod::kStop)));
 }
 
 TEST_F(AgentControlTest, RestartOfARunningAgentStopsRestsAndStarts) {

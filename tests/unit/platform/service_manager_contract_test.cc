@@ -1,12 +1,15 @@
-// What a service manager promises, held by the real one (with a stand-in for systemd on a bus of its own) and
-// by the twin alike.
+// What a service manager promises, held by the real one (with a stand-in for systemd on a bus of its own), by
+// the one for the recorder beside the console, and by the twin alike. What needs a right, a disabled service
+// or a stop that takes its time is promised by the first and the twin alone: a recorder has none of it.
 #include "platform/service_manager.h"
 
 #include <gtest/gtest.h>
 
 #include "platform/linux/linux_service_manager.h"
+#include "platform/linux/local_service_manager.h"
 #include "platform/memory/fake_service_manager.h"
 #include "private_bus.h"
+#include "support/temporary_folder.h"
 
 namespace zendrix::platform {
 namespace {
@@ -14,6 +17,7 @@ namespace {
 // Each machine has one service, "ZENDRIX", running and enabled, and verbs that change it.
 class RealMachine {
  public:
+  static constexpr char kAsBegun[] = ",Zendrix Agent,Auto";
   ServiceManager& services() { return services_; }
   void SetState(const std::string& state) {
     systemd_.Set("ActiveState", state == "Running"         ? "active"
@@ -43,8 +47,29 @@ class RealMachine {
   std::unique_ptr<test::EnvironmentVariable> gone_;
 };
 
+class LocalMachine {
+ public:
+  static constexpr char kAsBegun[] = ",Zendrix Recorder,Manual";
+  LocalMachine() { EXPECT_EQ(services_.Run("ZENDRIX", ServiceMethod::kStart).value(), 0); }
+  ~LocalMachine() { services_.Run("ZENDRIX", ServiceMethod::kStop).ok(); }
+  LocalMachine(const LocalMachine&) = delete;
+  LocalMachine& operator=(const LocalMachine&) = delete;
+
+  ServiceManager& services() { return services_; }
+  void Remove() {
+    services_.Run("ZENDRIX", ServiceMethod::kStop).ok();
+    services_ = LocalServiceManager({"ZENDRIX", folder_.Path("none"), folder_.path(), {}});
+  }
+
+ private:
+  test::TemporaryFolder folder_;
+  LocalServiceManager services_{
+      {"ZENDRIX", ZENDRIX_TEST_RECORDER, folder_.path(), {}, std::chrono::seconds(100)}};
+};
+
 class TwinMachine {
  public:
+  static constexpr char kAsBegun[] = ",Zendrix Agent,Auto";
   TwinMachine() {
     services_.SetRunning("ZENDRIX");
     services_.At("ZENDRIX").display_name = "Zendrix Agent";
@@ -62,7 +87,7 @@ class TwinMachine {
 };
 
 template <class Machine>
-class ServiceManagerContract : public ::testing::Test {
+class AnyServiceManager : public ::testing::Test {
  protected:
   static constexpr auto kStart = ServiceMethod::kStart;
   static constexpr auto kStop = ServiceMethod::kStop;
@@ -84,15 +109,27 @@ class ServiceManagerContract : public ::testing::Test {
   Machine machine_;
 };
 
+using AllMachines = ::testing::Types<RealMachine, LocalMachine, TwinMachine>;
+TYPED_TEST_SUITE(AnyServiceManager, AllMachines);
+
+template <class Machine>
+class ServiceManagerContract : public AnyServiceManager<Machine> {};
+
 using Machines = ::testing::Types<RealMachine, TwinMachine>;
 TYPED_TEST_SUITE(ServiceManagerContract, Machines);
 
-TYPED_TEST(ServiceManagerContract, StateFollowsTheMethods) {
-  EXPECT_EQ(this->Properties(), "Running,Zendrix Agent,Auto");
+TYPED_TEST(AnyServiceManager, StateFollowsTheMethods) {
+  EXPECT_EQ(this->Properties(), std::string("Running") + TypeParam::kAsBegun);
   EXPECT_EQ(this->Run(this->kStop), 0);
-  EXPECT_EQ(this->Properties(), "Stopped,Zendrix Agent,Auto");
+  EXPECT_EQ(this->Properties(), std::string("Stopped") + TypeParam::kAsBegun);
   EXPECT_EQ(this->Run(this->kStart), 0);
-  EXPECT_EQ(this->Properties(), "Running,Zendrix Agent,Auto");
+  EXPECT_EQ(this->Properties(), std::string("Running") + TypeParam::kAsBegun);
+}
+
+TYPED_TEST(AnyServiceManager, WhatIsAlreadySoIsNoSuccess) {
+  EXPECT_EQ(this->Run(this->kStart), 10);
+  EXPECT_EQ(this->Run(this->kStop), 0);
+  EXPECT_EQ(this->Run(this->kStop), 6);
 }
 
 TYPED_TEST(ServiceManagerContract, WhatIsAlreadySoHasItsOwnNumbers) {
@@ -132,19 +169,19 @@ TYPED_TEST(ServiceManagerContract, RefusalLeavesTheStateAsItWas) {
   EXPECT_EQ(this->Run(this->kStop), 0);
 }
 
-TYPED_TEST(ServiceManagerContract, NamesAreComparedWithoutRegardToCase) {
+TYPED_TEST(AnyServiceManager, NamesAreComparedWithoutRegardToCase) {
   EXPECT_EQ(this->Run(this->kStop, "zendrix"), 0);
-  EXPECT_EQ(this->Properties("Zendrix"), "Stopped,Zendrix Agent,Auto");
+  EXPECT_EQ(this->Properties("Zendrix"), std::string("Stopped") + TypeParam::kAsBegun);
 }
 
-TYPED_TEST(ServiceManagerContract, MissingServiceIsNotFound) {
+TYPED_TEST(AnyServiceManager, MissingServiceIsNotFound) {
   this->machine_.Remove();
   EXPECT_EQ(this->Run(this->kStart), this->Failed(ErrorKind::kNotFound));
   EXPECT_EQ(this->Run(this->kStop), this->Failed(ErrorKind::kNotFound));
   EXPECT_EQ(this->Properties(), this->Refused(ErrorKind::kNotFound));
 }
 
-TYPED_TEST(ServiceManagerContract, NameThatNoServiceCanHaveIsNotFound) {
+TYPED_TEST(AnyServiceManager, NameThatNoServiceCanHaveIsNotFound) {
   EXPECT_EQ(this->Run(this->kStart, "a/b"), this->Failed(ErrorKind::kNotFound));
   EXPECT_EQ(this->Properties(""), this->Refused(ErrorKind::kNotFound));
 }

@@ -24,6 +24,13 @@ TEST(ParseOptions, TakesEveryOption) {
   EXPECT_TRUE(parsed.options.help);
 }
 
+TEST(ParseOptions, StartAndStopAreTasksOfTheirOwn) {
+  EXPECT_EQ(ParseOptions({}).options.task, Task::kRecord);
+  EXPECT_EQ(ParseOptions({"--start", "--interval", "3"}).options.task, Task::kStart);
+  EXPECT_EQ(ParseOptions({"--stop"}).options.task, Task::kStop);
+  EXPECT_EQ(ParseOptions({"--stop"}).error, "");
+}
+
 TEST(ParseOptions, ValueMayStandBehindAnEqualsSign) {
   const auto parsed = ParseOptions({"--interval=3", "--folder=/a=b", "--once"});
   EXPECT_EQ(parsed.error, "");
@@ -43,7 +50,9 @@ TEST(ParseOptions, WrongUsageIsNamedInOneLine) {
       {{"--folder", ""}, "--folder needs a folder"},
       {{"--folder"}, "--folder needs a value"},
       {{"--form", "Home"}, "--form needs home or admin"},
-      {{"--once", "--for", "6"}, "--once and --for exclude each other"},
+      {{"--once", "--for", "6"}, "--once, --for, --start and --stop exclude each other"},
+      {{"--start", "--stop"}, "--once, --for, --start and --stop exclude each other"},
+      {{"--stop", "--once"}, "--once, --for, --start and --stop exclude each other"},
       {{"--once=1"}, "unknown argument --once_1"},
       {{"folder"}, "unknown argument folder"},
       {{"-h\n"}, "unknown argument -h_"},

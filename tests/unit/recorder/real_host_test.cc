@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <filesystem>
 #include <thread>
 
 #include "recorder/host_view.h"
@@ -99,6 +100,61 @@ TEST_F(RealHost, RequestToStopEndsAtALineEnd) {
   EXPECT_EQ(WaitFor(folder, pid).status, 0);
   EXPECT_TRUE(folder.Read("KorvessaMonitoring.kvl").ends_with("\r\n"));
   EXPECT_THAT(folder.Read("KorvessaEventLog.kvl"), HasSubstr("Recorder stopped\r\n"));
+}
+
+// Two recorders of one folder wrote over each other's idea of the file.
+TEST_F(RealHost, SecondRecorderOfAFolderEndsAtOnce) {
+  ASSERT_EQ(Run({"--start", "--folder", folder.path()}).status, 0);
+  const std::string written = folder.Read("KorvessaMonitoring.kvl");
+  EXPECT_THAT(written, HasSubstr("Begin Session Refresh."));
+  for (const char* task : {"--once", "--start"}) {
+    const Ended ended = Run({task, "--folder", folder.path()});
+    EXPECT_EQ(ended.status, 3) << task;
+    EXPECT_TRUE(IsOneLine(ended.errors)) << ended.errors;
+  }
+  EXPECT_EQ(Run({"--stop", "--folder", folder.path()}).status, 0);
+  EXPECT_EQ(Run({"--once", "--folder", folder.path()}).status, 0);
+}
+
+TEST_F(RealHost, StartedRecorderGoesOnUntilItIsStopped) {
+  const Ended started = Run({"--start", "--folder", folder.path()});
+  ASSERT_EQ(started.status, 0) << started.errors;
+  EXPECT_TRUE(IsOneLine(started.output)) << started.output;
+  const std::string words = "by the recorder beside the console, process ";
+  const std::size_t at = started.output.find(words);
+  ASSERT_NE(at, std::string::npos) << started.output;
+  const pid_t recorder = std::stoi(started.output.substr(at + words.size()));
+  EXPECT_EQ(kill(recorder, 0), 0);
+  EXPECT_EQ(Run({"--stop", "--folder", folder.path()}).status, 0);
+  EXPECT_THAT(folder.Read("KorvessaEventLog.kvl"), HasSubstr("Recorder stopped\r\n"));
+  // Nothing to stop is as good as stopped.
+  EXPECT_EQ(Run({"--stop", "--folder", folder.path()}).status, 0);
+}
+
+TEST_F(RealHost, StartThatFailsSaysSo) {
+  folder.Write("KorvessaMonitoring.kvl", "1,vm,System,B,a line of the other form\r\n");
+  const Ended ended = Run({"--start", "--folder", folder.path()});
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_TRUE(IsOneLine(ended.errors)) << ended.errors;
+}
+
+// A recorder whose folder was deleted wrote on for ever, and nothing could find it to stop it.
+TEST_F(RealHost, RecorderEndsWithItsFolder) {
+  test::TemporaryFolder gone;
+  const pid_t pid = Start(folder, {"--folder", gone.path()});
+  while (gone.Read("KorvessaEventLog.kvl").find("Session began") == std::string::npos) {
+    std::this_thread::yield();
+  }
+  std::filesystem::remove_all(gone.path());
+  EXPECT_EQ(WaitFor(folder, pid).status, 0);
+}
+
+TEST_F(RealHost, FolderWithoutALockIsNotWrittenInto) {
+  ASSERT_EQ(symlink("elsewhere", folder.Path("zendrix-recorder.lock").c_str()), 0);
+  const Ended ended = Run({"--once", "--folder", folder.path()});
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_TRUE(IsOneLine(ended.errors)) << ended.errors;
+  EXPECT_EQ(folder.Read("KorvessaMonitoring.kvl"), "");
 }
 
 TEST_F(RealHost, WrongUsageIsOneLineAndStatusTwo) {

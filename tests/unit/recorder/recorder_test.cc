@@ -65,6 +65,18 @@ TEST_F(RecorderTest, OneLookWritesASession) {
   EXPECT_EQ(errors.str(), "");
 }
 
+// A console that started a recorder on a full disk said that the computer is watched.
+TEST_F(RecorderTest, FirstLookIsToldOnceAndNotBeforeItIsWritten) {
+  std::vector<std::string> at;
+  RecorderParts parts{host, files, clock, errors, {}, "vm", 42};
+  parts.stop_requested = [&] { return clock.NowUtc() > 1700000020; };
+  parts.on_first_look = [&] { at.push_back(files.Get(kEvents)); };
+  files.FailNext(platform::FileOp::kAppend, kEvents, platform::ErrorKind::kNoSpace);
+  EXPECT_EQ(Recorder(parts, options).Run(), 0);
+  ASSERT_EQ(at.size(), 1u);
+  EXPECT_TRUE(at[0].starts_with("1700000005,vm,42,System|0|0|Begin Session Refresh.")) << at[0];
+}
+
 TEST_F(RecorderTest, LogHasNumericSecondsHostThreadAndAMessageWithoutCommas) {
   options.once = true;
   Run();

@@ -1,0 +1,204 @@
+#include "platform/linux/local_service_manager.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <thread>
+
+#include "child_process.h"
+#include "platform/linux/process_lock.h"
+#include "support/temporary_folder.h"
+
+namespace zendrix::platform {
+namespace {
+
+using test::ChildProcess;
+
+// Never reached, however busy the machine is.
+constexpr auto kLong = std::chrono::seconds(100);
+constexpr auto kShort = std::chrono::milliseconds(200);
+
+class LocalServiceManagerTest : public ::testing::Test {
+ protected:
+  // Whatever a test has started ends with it.
+  ~LocalServiceManagerTest() override {
+    if (const auto holder = HolderOf(Lock()); holder && holder->process > 0) kill(holder->process, SIGKILL);
+  }
+
+  std::string Lock() const { return folder_.Path(kRecorderLock); }
+  LocalServiceManager Manager(std::chrono::milliseconds deadline = kLong,
+                              const std::string& program = ZENDRIX_TEST_RECORDER) const {
+    return LocalServiceManager({"ZENDRIX", program, folder_.path(), {"--form", "home"}, deadline});
+  }
+  int Start() const { return Number(Manager().Run("ZENDRIX", ServiceMethod::kStart)); }
+  int Stop() const { return Number(Manager().Run("ZENDRIX", ServiceMethod::kStop)); }
+  std::string State() const { return Manager().Properties("ZENDRIX").value().state; }
+  static int Number(const Result<int>& result) {
+    return result ? result.value() : -1 - static_cast<int>(result.error().kind);
+  }
+  std::vector<std::string> Started() const {
+    std::vector<std::string> lines;
+    std::istringstream text(folder_.Read("started"));
+    for (std::string line; std::getline(text, line);) lines.push_back(line);
+    return lines;
+  }
+
+  test::TemporaryFolder folder_;
+};
+
+TEST_F(LocalServiceManagerTest, RecorderIsStartedForTheFolder) {
+  EXPECT_EQ(Start(), 0);
+  EXPECT_EQ(State(), "Running");
+  EXPECT_EQ(Started(), std::vector<std::string>{"--folder " + folder_.path() + " --form home "});
+  EXPECT_EQ(Manager().Process(), HolderOf(Lock())->process);
+  EXPECT_EQ(Stop(), 0);
+  EXPECT_EQ(State(), "Stopped");
+  EXPECT_FALSE(Manager().Process());
+}
+
+TEST_F(LocalServiceManagerTest, RecorderHasASessionOfItsOwn) {
+  ASSERT_EQ(Start(), 0);
+  const pid_t recorder = *Manager().Process();
+  EXPECT_EQ(getsid(recorder), recorder);
+}
+
+TEST_F(LocalServiceManagerTest, RecorderThatDiesAtOnceIsAFailedStart) {
+  for (const char* plan : {"die", "die-late", "killed"}) {
+    folder_.Write("plan", plan);
+    EXPECT_EQ(Start(), 8) << plan;
+    EXPECT_EQ(State(), "Stopped") << plan;
+  }
+  // None is left behind as a zombie.
+  EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+  EXPECT_EQ(errno, ECHILD);
+}
+
+TEST_F(LocalServiceManagerTest, RecorderThatIsNotReadyInTimeIsATimeOut) {
+  folder_.Write("plan", "slow");
+  EXPECT_EQ(Number(Manager(kShort).Run("ZENDRIX", ServiceMethod::kStart)), 7);
+  // On a busy machine it may not even have come to its lock yet.
+  while (!HolderOf(Lock())) std::this_thread::yield();
+  EXPECT_EQ(State(), "Start Pending");
+  EXPECT_EQ(Start(), 10);
+  EXPECT_EQ(Stop(), 0);
+}
+
+TEST_F(LocalServiceManagerTest, RecorderThatDoesNotEndInTimeIsATimeOut) {
+  folder_.Write("plan", "stubborn");
+  ASSERT_EQ(Start(), 0);
+  EXPECT_EQ(Number(Manager(kShort).Run("ZENDRIX", ServiceMethod::kStop)), 7);
+  EXPECT_EQ(State(), "Running");
+}
+
+TEST_F(LocalServiceManagerTest, LockLeftBehindByAKilledRecorderIsInNobodysWay) {
+  ASSERT_EQ(Start(), 0);
+  kill(*Manager().Process(), SIGKILL);
+  while (HolderOf(Lock())) std::this_thread::yield();
+  EXPECT_EQ(State(), "Stopped");
+  EXPECT_EQ(Stop(), 6);
+  EXPECT_EQ(Start(), 0);
+  EXPECT_EQ(State(), "Running");
+}
+
+// Two consoles, or a console and run.sh, at the same moment.
+TEST_F(LocalServiceManagerTest, RacingStartsGiveOneRecorder) {
+  std::vector<ChildProcess> consoles;
+  for (int i = 0; i < 4; ++i) {
+    consoles.emplace_back([this](const ChildProcess::Line& parent) {
+      parent.Hear();
+      return Start();
+    });
+  }
+  for (const ChildProcess& console : consoles) console.Tell('g');
+  std::vector<int> numbers;
+  for (ChildProcess& console : consoles) numbers.push_back(console.Wait());
+  std::sort(numbers.begin(), numbers.end());
+  EXPECT_EQ(numbers, (std::vector<int>{0, 10, 10, 10}));
+  EXPECT_EQ(State(), "Running");
+  EXPECT_EQ(Stop(), 0);
+  EXPECT_FALSE(HolderOf(Lock()));
+}
+
+// A program that took the lock got the console's signals, and the console called it the Agent.
+TEST_F(LocalServiceManagerTest, HolderThatIsNotThatProgramIsNoAgent) {
+  ChildProcess stranger([path = Lock()](const ChildProcess::Line& parent) {
+    ProcessLock lock;
+    lock.Acquire(path);
+    lock.SetReady();
+    parent.Tell('l');
+    parent.Hear();
+    return 0;
+  });
+  ASSERT_EQ(stranger.Hear(), 'l');
+  EXPECT_EQ(State(), "Stopped");
+  EXPECT_EQ(Start(), 19);
+  EXPECT_EQ(Stop(), 6);
+  EXPECT_TRUE(Started().empty());
+  stranger.Tell('e');
+  EXPECT_EQ(stranger.Wait(), 0);
+}
+
+TEST_F(LocalServiceManagerTest, CopyOfTheProgramIsAnotherProgram) {
+  const test::TemporaryFolder elsewhere;
+  const std::string copy = elsewhere.Path("zendrix-recorder");
+  std::filesystem::copy_file(ZENDRIX_TEST_RECORDER, copy);
+  auto other = Manager(kLong, copy);
+  ASSERT_EQ(Number(other.Run("ZENDRIX", ServiceMethod::kStart)), 0);
+  EXPECT_EQ(State(), "Stopped");
+  EXPECT_EQ(Start(), 19);
+  EXPECT_EQ(Stop(), 6);
+  EXPECT_EQ(Number(other.Run("ZENDRIX", ServiceMethod::kStop)), 0);
+}
+
+TEST_F(LocalServiceManagerTest, RecorderOfAnotherUserIsNotTouched) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
+  ASSERT_EQ(chmod(folder_.path().c_str(), 0777), 0);
+  ChildProcess other([this](const ChildProcess::Line& parent) {
+    if (setgid(65534) != 0 || setuid(65534) != 0) return 97;
+    const int number = Start();
+    parent.Tell(static_cast<char>('A' + number));
+    parent.Hear();
+    return Stop();
+  });
+  ASSERT_EQ(other.Hear(), 'A');
+  EXPECT_EQ(State(), "Stopped");
+  EXPECT_EQ(Stop(), 6);
+  EXPECT_EQ(Start(), 19);
+  other.Tell('e');
+  EXPECT_EQ(other.Wait(), 0);
+}
+
+TEST_F(LocalServiceManagerTest, RecorderThatMayNotBeExecutedIsNoAccess) {
+  const test::TemporaryFolder elsewhere;
+  elsewhere.Write("zendrix-recorder", "#!/bin/true\n");
+  auto manager = Manager(kLong, elsewhere.Path("zendrix-recorder"));
+  EXPECT_EQ(Number(manager.Run("ZENDRIX", ServiceMethod::kStart)), 2);
+}
+
+TEST_F(LocalServiceManagerTest, WithoutARecorderThereIsNoService) {
+  auto manager = Manager(kLong, folder_.Path("nothing"));
+  EXPECT_EQ(manager.Run("ZENDRIX", ServiceMethod::kStart).error().kind, ErrorKind::kNotFound);
+  EXPECT_EQ(manager.Properties("ZENDRIX").error().kind, ErrorKind::kNotFound);
+  folder_.Write(kRecorderLock, "");
+  EXPECT_FALSE(manager.InCharge());
+}
+
+TEST_F(LocalServiceManagerTest, IsInChargeOnceARecorderWasAtWork) {
+  EXPECT_FALSE(Manager().InCharge());
+  ASSERT_EQ(Start(), 0);
+  EXPECT_TRUE(Manager().InCharge());
+  ASSERT_EQ(Stop(), 0);
+  EXPECT_TRUE(Manager().InCharge());
+}
+
+TEST_F(LocalServiceManagerTest, LookingChangesNothing) {
+  EXPECT_EQ(State(), "Stopped");
+  EXPECT_EQ(Stop(), 6);
+  EXPECT_TRUE(std::filesystem::is_empty(folder_.path()));
+}
+
+}  // namespace
+}  // namespace zendrix::platform
