@@ -21,10 +21,10 @@ constexpr char kColorScheme[] = "color-scheme";
 constexpr uint kPreferDark = 1;
 constexpr int kPortalTimeoutMs = 250;
 
-const Tokens kLight = {"#F4F6FA", "#FFFFFF", "#F5F8FC", "#17222E", "#566778", "#D6DEE8", "#0052A5",
-                       "#FFFFFF", "#0052A5", "#0B2340", "#C3D3E8", "#16345A", "#CFE3FA", "#10243A"};
-const Tokens kDark = {"#141A21", "#1B222B", "#202933", "#E4EBF2", "#9AA9B8", "#303C49", "#1B66BF",
-                      "#FFFFFF", "#86B9F2", "#0A1626", "#B9C9DE", "#15294A", "#244B75", "#FFFFFF"};
+const Tokens kLight = {"#F4F6FA", "#FFFFFF", "#F5F8FC", "#17222E", "#566778", "#D6DEE8", "#0052A5", "#FFFFFF",
+                       "#0052A5", "#0B2340", "#C3D3E8", "#16345A", "#061527", "#CFE3FA", "#10243A"};
+const Tokens kDark = {"#141A21", "#1B222B", "#202933", "#E4EBF2", "#9AA9B8", "#303C49", "#1B66BF", "#FFFFFF",
+                      "#86B9F2", "#0A1626", "#B9C9DE", "#15294A", "#040A12", "#244B75", "#FFFFFF"};
 
 // The desktop's preference as its portal tells it; nothing when there is no portal or no preference.
 std::optional<bool> PortalSaysDark() {
@@ -57,7 +57,8 @@ QWidget#Frame2 QLabel { color: @striptext; }
 QLabel#stripTitle { font-size: 13pt; font-weight: 600; color: white; }
 QPushButton[role="nav"] { border: 1px solid transparent; border-radius: 6px; background: transparent;
   text-align: left; padding: 9px 10px; font-size: 11pt; }
-QPushButton[role="nav"]:hover, QPushButton[role="nav"][current="true"] { background: @striphover; }
+QPushButton[role="nav"]:hover { background: @striphover; }
+QPushButton[role="nav"][current="true"] { background: @stripselected; }
 QPushButton[role="nav"]:focus { border: 1px solid #6E8ADD; }
 QPushButton[role="link"] { border: 1px solid transparent; border-radius: 4px; background: transparent; color: @link;
   padding: 2px 4px; text-align: left; }
@@ -103,6 +104,7 @@ QLabel[role="empty"] { color: @faint; font-size: 11pt; background: transparent; 
                                                   {"@selection", t.selection},
                                                   {"@striptext", t.strip_text},
                                                   {"@striphover", t.strip_hover},
+                                                  {"@stripselected", t.strip_selected},
                                                   {"@strip", t.strip},
                                                   {"@window", t.window},
                                                   {"@base", t.base},

@@ -15,7 +15,7 @@ namespace zendrix::qt {
 
 struct Tokens {
   QColor window, base, alternate, text, faint, border, accent, on_accent, link, strip, strip_text,
-      strip_hover, selection, on_selection;
+      strip_hover, strip_selected, selection, on_selection;
 };
 
 class Theme : public QObject {
