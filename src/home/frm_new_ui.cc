@@ -1,5 +1,7 @@
 #include "home/frm_new_ui.h"
 
+#include <utility>
+
 #include "core/desc_lookup.h"
 #include "core/guards.h"
 #include "core/version.h"
@@ -13,6 +15,11 @@ namespace {
 
 constexpr char kNoDataFound[] =
     "No Zendrix Data Found.  Please ensure that the Zendrix Product is properly installed.";
+
+// Ours: on the desktops that the system was made for the notification area is always there.
+constexpr char kStaysOpen[] =
+    "This desktop shows no notification area, so the window is only minimised.\r\n"
+    "Zendrix goes on watching for alerts. To end it, choose Quit.";
 
 }  // namespace
 
@@ -115,7 +122,15 @@ void frmNewUI::Form_Load() {
 void frmNewUI::Form_Activate() {
   if (!app_.UpdatedRun || !HideOnActivate) return;
   HideOnActivate = false;
-  visible = false;
+  PutAway();
+}
+
+// Where no desktop shows the icon, a hidden window could not be brought back.
+void frmNewUI::PutAway() {
+  if (tray.hosted())
+    visible = false;
+  else
+    state = WindowState::kMinimised;
 }
 
 void frmNewUI::LoadDescTips() {
@@ -223,7 +238,9 @@ bool frmNewUI::mPopExit_Click() {
 
 bool frmNewUI::QueryUnload(widgets::UnloadCause cause) {
   if (cause == widgets::UnloadCause::kCloseBox) {
-    visible = false;
+    if (!tray.hosted() && !std::exchange(told_of_minimising_, true))
+      app_.seams.message_boxes.Show({app_.ProductName, kStaysOpen, platform::BoxIcon::kInformation});
+    if (loaded()) PutAway();
     return false;
   }
   parts_.log.WriteLog("QueryUnload", "Stop UI.");

@@ -126,6 +126,8 @@ class frmNewUI : public widgets::Form, private MainWindow {
   template <class Body>
   bool Guarded(const char* procedure, Body&& body);
   void ShowWindow(widgets::WindowState wanted);
+  // Hides the window, or what comes nearest to it.
+  void PutAway();
   void RunViewAction(int index);
   void ShowOnlyPane(int index);
   void EverySeconds3();
@@ -134,6 +136,7 @@ class frmNewUI : public widgets::Form, private MainWindow {
 
   std::unique_ptr<platform::Timer> Timer1_, Timer2_, Timer4_;
   widgets::Connection new_alert_;
+  bool told_of_minimising_ = false;
   std::uint8_t ThreeSecondTicks_ = 0;
   std::uint8_t TwoMinuteTicks_ = 0;
 };

@@ -1,11 +1,26 @@
 #include "qt/bind_label.h"
 
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 
 #include "qt/text_edge.h"
 
 namespace zendrix::qt {
+namespace {
+
+// Looks like a text and acts like a button, also for Enter, which the toolkit keeps for dialogs.
+class TextButton : public QPushButton {
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!enter) return QPushButton::keyPressEvent(event);
+    event->accept();
+    if (!event->isAutoRepeat()) click();
+  }
+};
+
+}  // namespace
 
 QLabel* MakeLabel(widgets::Label& label, const Toolkit& kit, bool with_colour) {
   auto* widget = new QLabel;
@@ -32,7 +47,7 @@ QLabel* MakeWarning(widgets::Label& label, const Toolkit& kit) {
 }
 
 QPushButton* MakeButton(widgets::Label& label, const char* role, const Toolkit& kit) {
-  auto* widget = new QPushButton;
+  auto* widget = new TextButton;
   widget->setProperty("role", QString::fromLatin1(role));
   widget->setCursor(Qt::PointingHandCursor);
   BindControl(label, widget);

@@ -1,9 +1,12 @@
 #include "qt/bind_list_view.h"
 
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <algorithm>
+
+#include "qt/bind_menu.h"
 
 namespace zendrix::qt {
 
@@ -81,6 +84,16 @@ void ListTable::keyPressEvent(QKeyEvent* event) {
   if (!presses || !currentIndex().isValid()) return TableView::keyPressEvent(event);
   event->accept();
   if (!event->isAutoRepeat()) TellClick(currentIndex());
+}
+
+// The mouse's way to the menu is the button's release.
+void ListTable::contextMenuEvent(QContextMenuEvent* event) {
+  event->accept();
+  if (event->reason() == QContextMenuEvent::Mouse || !currentIndex().isValid()) return;
+  scrollTo(currentIndex());
+  setProperty(kMenuPlace, viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()));
+  kit_.guard(list_.name(), [&] { list_.right_button_up.Raise(); });
+  setProperty(kMenuPlace, QVariant());
 }
 
 void ListTable::mouseReleaseEvent(QMouseEvent* event) {

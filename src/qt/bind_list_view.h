@@ -1,7 +1,7 @@
 // Binds a logical report list: rows through a model, column widths as shares of the list's width, the
 // selection both ways. Only an act of the user counts as a click: pressing a mouse button on a row or Enter
 // or the space bar on the current one, also when it is selected already, and moving to another row by the
-// keyboard.
+// keyboard. The menu key opens the list's menu as the right button does.
 #pragma once
 
 #include "qt/bind.h"
@@ -20,6 +20,7 @@ class ListTable : public TableView {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
   void SizeColumns();

@@ -1,6 +1,7 @@
 #include "qt/bind_menu.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCursor>
 #include <QMenu>
 #include <QTimer>
@@ -8,6 +9,15 @@
 #include "qt/text_edge.h"
 
 namespace zendrix::qt {
+namespace {
+
+QPoint MenuPlace() {
+  const QWidget* const focus = QApplication::focusWidget();
+  const QVariant place = focus ? focus->property(kMenuPlace) : QVariant();
+  return place.isValid() ? place.toPoint() : QCursor::pos();
+}
+
+}  // namespace
 
 QAction* MakeAction(widgets::MenuItem& item, QObject* owner, const Toolkit& kit) {
   auto* action = new QAction(owner);
@@ -27,7 +37,7 @@ QMenu* MakeMenu(widgets::Menu& menu, QWidget* owner, const Toolkit& kit) {
   widget->setObjectName(ToQt(menu.name()));
   Reflect(widget, menu.caption, [widget](const std::string& text) { widget->setTitle(ToQt(text)); });
   for (widgets::MenuItem* item : menu.items) widget->addAction(MakeAction(*item, widget, kit));
-  Keep(widget, menu.popup.Connect([widget] { widget->popup(QCursor::pos()); }));
+  Keep(widget, menu.popup.Connect([widget] { widget->popup(MenuPlace()); }));
   return widget;
 }
 

@@ -18,6 +18,7 @@ void BindTray(widgets::Tray& tray, QMenu* menu, QWidget* owner, const Toolkit& k
                                                                    : QStringLiteral("tray-notable")));
   });
   Reflect(icon, tray.tip, [icon](const std::string& text) { icon->setToolTip(ToQt(text)); });
+  tray.hosted = [] { return QSystemTrayIcon::isSystemTrayAvailable(); };
   Reflect(icon, tray.shown, [icon](bool shown) { icon->setVisible(shown); });
   QObject::connect(icon, &QSystemTrayIcon::activated, icon,
                    [&tray, guard = &kit.guard](QSystemTrayIcon::ActivationReason reason) {

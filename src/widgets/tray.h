@@ -1,6 +1,7 @@
 // The icon in the notification area. Mouse acts on it arrive as the desktop's message numbers.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "widgets/observed.h"
@@ -20,6 +21,9 @@ class Tray {
 
   void SetTip(const std::string& text) { tip = text.substr(0, kTipCharacters); }
 
+  // Whether a desktop shows the icon at the moment; without one a hidden window could not be brought back.
+  // Told by the screen toolkit.
+  std::function<bool()> hosted = [] { return true; };
   Observed<bool> shown{false};
   Observed<TrayIcon> icon{TrayIcon::kForm};
   Observed<std::string> tip;

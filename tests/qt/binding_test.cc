@@ -3,7 +3,9 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QContextMenuEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
@@ -16,6 +18,7 @@
 #include "qt/bind_grid.h"
 #include "qt/bind_label.h"
 #include "qt/bind_list_view.h"
+#include "qt/bind_menu.h"
 #include "qt/qt_dialogs.h"
 #include "support/console_world.h"
 
@@ -49,6 +52,21 @@ TEST_F(BindingTest, BoundWidgetDoesNotBecomeAWindow) {
   widgets::Label label("x", "x");
   const std::unique_ptr<QLabel> widget(MakeLabel(label, kit_));
   EXPECT_FALSE(widget->isVisible());
+}
+
+TEST_F(BindingTest, EnterAndTheSpaceBarPressAButtonOnce) {
+  widgets::Label label("ViewItems(0)", "Alerts");
+  int clicks = 0;
+  label.clicked.ConnectForever([&] { ++clicks; });
+  const std::unique_ptr<QPushButton> button(MakeButton(label, "nav", kit_));
+  int expected = 0;
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+    QTest::keyClick(button.get(), key);
+    EXPECT_EQ(clicks, ++expected) << key;
+  }
+  QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, {}, {}, true);
+  QApplication::sendEvent(button.get(), &held);
+  EXPECT_EQ(clicks, expected);
 }
 
 TEST_F(BindingTest, WarningIsPlainTextReachedByTheKeyboardAndRead) {
@@ -164,6 +182,36 @@ TEST_F(ListTableTest, RightClickOnTheSelectedRowCountsAndThenOpensTheMenu) {
   list_.Select(list_.Find("c"));
   Click(0, Qt::RightButton);
   EXPECT_THAT(clicked_, ElementsAre("c", "menu"));
+}
+
+TEST_F(ListTableTest, MenuKeyOpensTheMenuBesideTheCurrentRow) {
+  widgets::MenuItem item("mPopRNormal", "Allow");
+  widgets::Menu menu("mPopReview", "", {&item});
+  const std::unique_ptr<QMenu> shown(MakeMenu(menu, nullptr, kit_));
+  list_.right_button_up.ConnectForever([&] { menu.popup.Raise(); });
+  table_->activateWindow();
+  table_->setFocus();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::focusWidget() == table_.get(); }));
+  QContextMenuEvent without_a_row(QContextMenuEvent::Keyboard, {}, {});
+  QApplication::sendEvent(table_.get(), &without_a_row);
+  EXPECT_FALSE(shown->isVisible());
+  list_.Select(list_.Find("b"));
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+  QApplication::sendEvent(table_.get(), &event);
+  EXPECT_TRUE(shown->isVisible());
+  const QRect row = table_->visualRect(table_->currentIndex());
+  EXPECT_EQ(shown->pos(), table_->viewport()->mapToGlobal(row.bottomLeft()));
+  EXPECT_FALSE(table_->property(kMenuPlace).isValid());
+}
+
+TEST_F(ListTableTest, MouseOpensTheMenuOnceAndNotTwice) {
+  int menus = 0;
+  list_.right_button_up.ConnectForever([&] { ++menus; });
+  list_.Select(list_.Find("b"));
+  Click(1, Qt::RightButton);
+  QContextMenuEvent event(QContextMenuEvent::Mouse, {}, {});
+  QApplication::sendEvent(table_.get(), &event);
+  EXPECT_EQ(menus, 1);
 }
 
 TEST_F(ListTableTest, ClickOnAnotherRowCountsOnce) {

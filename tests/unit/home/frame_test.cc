@@ -347,6 +347,41 @@ TEST_F(FrameTest, MissingTableIsToldAndTheStartGoesOn) {
   EXPECT_FALSE(form_->PopupsSuppressed);
 }
 
+// A window that is hidden without an icon to bring it back would be lost.
+TEST_F(FrameTest, CloseBoxWithoutANotificationAreaMinimisesAndSaysSoOnce) {
+  Open(Line(1, "System", "0"));
+  form_->tray.hosted = [] { return false; };
+  EXPECT_FALSE(form_->Unload(widgets::UnloadCause::kCloseBox));
+  EXPECT_TRUE(form_->visible);
+  EXPECT_EQ(form_->state.Get(), widgets::WindowState::kMinimised);
+  ASSERT_EQ(Boxes().shown.size(), 1U);
+  EXPECT_THAT(Boxes().shown[0].text, ::testing::HasSubstr("only minimised"));
+  form_->mPopRestore_Click();
+  EXPECT_FALSE(form_->Unload(widgets::UnloadCause::kCloseBox));
+  EXPECT_EQ(form_->state.Get(), widgets::WindowState::kMinimised);
+  EXPECT_EQ(Boxes().shown.size(), 1U);
+  // A desktop that shows the icon by now.
+  form_->tray.hosted = [] { return true; };
+  EXPECT_FALSE(form_->Unload(widgets::UnloadCause::kCloseBox));
+  EXPECT_FALSE(form_->visible);
+}
+
+TEST_F(FrameTest, FirstRunAfterAnUpdateIsMinimisedWithoutANotificationArea) {
+  state_.UpdatedRun = true;
+  world_.platform.files.Put(Path(), Line(1, "System", "0"));
+  reader_.InitClass(Path());
+  form_ = std::make_unique<frmNewUI>(
+      HomeParts{state_, world_.log, reader_, reg_ini_, misc_, agent_, screen_, alerts_, services_});
+  form_->tray.hosted = [] { return false; };
+  world_.quiet.Expect("'Load': UI started.");
+  form_->Form_Load();
+  form_->visible = true;
+  form_->Form_Activate();
+  EXPECT_TRUE(form_->visible);
+  EXPECT_EQ(form_->state.Get(), widgets::WindowState::kMinimised);
+  EXPECT_TRUE(Boxes().shown.empty());
+}
+
 TEST_F(FrameTest, CloseBoxHidesAndTimersRunOn) {
   Open(Alert(1, "0"));
   EXPECT_FALSE(form_->Unload(widgets::UnloadCause::kCloseBox));
