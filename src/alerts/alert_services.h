@@ -1,5 +1,5 @@
 // What the alert list and its details pane ask of the alert logic: the user's decisions, the contributing
-// events, the page of an alert, the pop-ups.
+// events, the page of an alert.
 //
 // None but the two decisions may serve the event loop: the list calls them while it holds a cursor on the
 // event table.
@@ -9,7 +9,6 @@
 #include <string>
 
 #include "alerts/answer.h"
-#include "store/event_table.h"
 
 namespace zendrix::alerts {
 
@@ -35,9 +34,6 @@ class AlertServices {
   virtual bool HasDetails(const std::string& id) = 0;
   // Empties the contributing events looked up last.
   virtual void ForgetNotableInfo() = 0;
-  // Decides on a pop-up for the row under the cursor; `silent` is set while the list is built for the first
-  // time.
-  virtual void ShowAlertPopUp(const store::EventCursor& row, bool silent) = 0;
   // The page that explains the alert with this ID; empty when there is none.
   virtual std::string RenderDetails(const std::string& id) = 0;
   // The user's answer through the list's menu, to the alert of this row: asks, and on Yes files and keeps it.

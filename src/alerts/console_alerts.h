@@ -21,8 +21,6 @@ class ConsoleAlerts : public AlertServices {
   std::optional<std::string> Decision(const std::string& date_utc) override;
   bool HasDetails(const std::string& id) override;
   void ForgetNotableInfo() override;
-  // Nothing pops up.
-  void ShowAlertPopUp(const store::EventCursor&, bool) override {}
   std::string RenderDetails(const std::string& id) override;
   bool DecideFromMenu(Answer answer, const ListedAlert& alert) override;
   void DecideFromPage(Answer answer, const ListedAlert& alert) override;

@@ -35,13 +35,13 @@ frmNewUI::frmNewUI(HomeParts parts)
       summary({app_, parts_.log, parts_.gKvlF,  //
                [this](int view) { ViewItems_Click(view); }, [this] { agent.aClick_Click(); }}),
       alerts({app_, parts_.log, parts_.screen, parts_.gKvlF, parts_.alerts, summary.alerts_row, ListBusy,
-              AttentionPending,
-              [this](const store::EventCursor& row) { parts_.alerts.ShowAlertPopUp(row, PopupsSuppressed); },
+              AttentionPending, [this](const store::EventCursor& row) { pop_ups.ShowAlertPopUp(row); },
               [this] { CheckRiskLevel(); }}),
       agent({app_, parts_.log, parts_.agent, AttentionPending, AgentLevel, [this] { logs.FillAgentFra(); }}),
       logs({app_, parts_.log}),
       options({app_, parts_.log, summary.options_row, AttentionPending}),
-      help({app_, parts_.log}) {
+      help({app_, parts_.log}),
+      pop_ups(app_, parts_.log, parts_.misc, *this) {
   MakeControls();
   ConnectControls();
 }

@@ -11,6 +11,7 @@
 
 #include "core/root_warning.h"
 #include "home/agent_pane.h"
+#include "home/alert_pop_ups.h"
 #include "home/alerts_pane.h"
 #include "home/help_pane.h"
 #include "home/home_parts.h"
@@ -106,6 +107,7 @@ class frmNewUI : public widgets::Form, private MainWindow {
   LogsPane logs;
   OptionsPane options;
   HelpPane help;
+  AlertPopUps pop_ups;
 
  protected:
   void OnLoad() override { Form_Load(); }

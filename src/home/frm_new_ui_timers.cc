@@ -53,12 +53,7 @@ void frmNewUI::EveryHour() {
   const auto hours = static_cast<long long>(std::floor((now - alerts.LastIntrusionTime) * 24 + 1e-6));
   const bool whole_days = hours % 24 == 0;
   if (whole_days && hours > 1) {
-    if (!InSight() && app_.settings.PopNotifyMs && parts_.services.frmNotifyMsg) {
-      widgets::ShowOptions pop_up;
-      pop_up.on_top = true;
-      pop_up.take_focus = false;
-      app_.host().Show(parts_.services.frmNotifyMsg(), pop_up);
-    }
+    if (!InSight() && app_.settings.PopNotifyMs) pop_ups.ShowNotification();
   }
   if (!whole_days || hours == 0 || hours == 1) CheckSurvey();
 }

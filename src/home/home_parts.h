@@ -10,7 +10,6 @@
 #include "settings/misc_settings.h"
 #include "settings/reg_ini.h"
 #include "store/reader.h"
-#include "widgets/form.h"
 #include "widgets/screen.h"
 
 namespace zendrix::home {
@@ -19,8 +18,6 @@ namespace zendrix::home {
 struct HomeServices {
   std::function<void()> CheckUpdate;
   std::function<void()> PostSurvey;
-  // The notification that no intrusion was seen; shown through the form host.
-  std::function<widgets::Form&()> frmNotifyMsg;
 };
 
 struct HomeParts {

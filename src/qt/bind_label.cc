@@ -27,7 +27,9 @@ QLabel* MakeLabel(widgets::Label& label, const Toolkit& kit, bool with_colour) {
   widget->setTextFormat(Qt::PlainText);
   widget->setWordWrap(true);
   BindControl(label, widget);
-  Reflect(widget, label.caption, [widget](const std::string& text) { widget->setText(ToQt(text)); });
+  Reflect(widget, label.caption, [widget](const std::string& text) {
+    widget->setText(ToQt(text).replace(QStringLiteral("\r\n"), QStringLiteral("\n")));
+  });
   if (with_colour) {
     Theme* theme = &kit.theme;
     Reflect(widget, label.fore_colour, [widget, theme](widgets::Colour colour) {

@@ -1,6 +1,8 @@
 #include "qt/form_views.h"
 
 #include "qt/admin_window.h"
+#include "qt/home/frm_notify_msg.h"
+#include "qt/home/frm_pop_up_msg.h"
 #include "qt/home/home_window.h"
 #include "qt/small_windows.h"
 
@@ -14,10 +16,12 @@ std::unique_ptr<QWidget> Make(widgets::Form& form, const Toolkit& kit) {
 }
 
 constexpr auto kViews = {
-    Make<core::frmSplash, SplashWindow>,  //
-    Make<core::frmMsg, MessageWindow>,    //
-    Make<core::frmAbout, AboutWindow>,    //
-    Make<home::frmNewUI, HomeWindow>,     //
+    Make<core::frmSplash, SplashWindow>,      //
+    Make<core::frmMsg, MessageWindow>,        //
+    Make<core::frmAbout, AboutWindow>,        //
+    Make<home::frmNewUI, HomeWindow>,         //
+    Make<home::frmPopUpMsg, IntrusionPopUp>,  //
+    Make<home::frmNotifyMsg, NoticeWindow>,   //
     Make<admin::frmMain, AdminWindow>,
 };
 

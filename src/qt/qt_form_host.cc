@@ -44,7 +44,9 @@ void QtFormHost::MakeWindow(widgets::Form& form, const widgets::ShowOptions& opt
   if (!options.take_focus) view->setWindowFlag(Qt::WindowDoesNotAcceptFocus);
   if (options.on_top) view->setWindowFlag(Qt::WindowStaysOnTopHint);
   view->setWindowModality(options.modal ? Qt::ApplicationModal : Qt::NonModal);
-  StandAbove(*view, Find(options.owner));
+  // What stands above all windows needs none of its own below it, with which it would be minimised. But a
+  // modal window shuts out whatever does not belong to it.
+  StandAbove(*view, options.on_top ? QApplication::activeModalWidget() : Find(options.owner));
 }
 
 void QtFormHost::RunModal(widgets::Form& form) {

@@ -48,6 +48,7 @@ QToolTip { color: @text; background: @base; border: 1px solid @border; padding: 
 QLabel#paneTitle { font-size: 20pt; font-weight: 600; }
 QLabel[role="faint"] { color: @faint; }
 QLabel[role="value"] { font-size: 12pt; }
+QLabel[role="heading"] { font-size: 13pt; font-weight: 600; }
 QLabel[role="warning"] { color: #3D2A00; background: #FFF0C2; border: 1px solid #B7791F; border-radius: 6px;
   padding: 8px 12px; font-weight: 600; }
 QLabel[role="warning"]:focus { border: 2px solid #0052A5; }

@@ -11,7 +11,6 @@ class NoAlerts : public alerts::AlertServices {
   std::optional<std::string> Decision(const std::string&) override { return std::nullopt; }
   bool HasDetails(const std::string&) override { return false; }
   void ForgetNotableInfo() override {}
-  void ShowAlertPopUp(const store::EventCursor&, bool) override {}
   std::string RenderDetails(const std::string&) override { return {}; }
   bool DecideFromMenu(alerts::Answer, const alerts::ListedAlert&) override { return false; }
   void DecideFromPage(alerts::Answer, const alerts::ListedAlert&) override {}

@@ -224,8 +224,6 @@ TEST_F(FrameTest, SurveyWaitsForTheThirdDay) {
 }
 
 TEST_F(FrameTest, MinimisedWindowGoesOnBlinkingAndIsTold) {
-  widgets::Form notice(state_.forms, "frmNotifyMsg");
-  services_.frmNotifyMsg = [&]() -> widgets::Form& { return notice; };
   state_.settings.PopNotifyMs = true;
   Open(Alert(1, "0"));
   form_->state = WindowState::kMinimised;
@@ -585,12 +583,7 @@ TEST_F(FrameTest, UpdateIsLookedForBehindEveryNineHundredthTick) {
 }
 
 TEST_F(FrameTest, WholeDaysWithoutAnIntrusionAreToldToAHiddenWindow) {
-  int told = 0;
-  std::vector<std::unique_ptr<widgets::Form>> notices;
-  services_.frmNotifyMsg = [&]() -> widgets::Form& {
-    ++told;
-    return *notices.emplace_back(std::make_unique<widgets::Form>(state_.forms, "frmNotifyMsg"));
-  };
+  std::size_t told = 0;
   state_.settings.PopNotifyMs = true;
   state_.settings.TSurv = "Y";
   Open(Alert(1, "0"));
@@ -600,22 +593,22 @@ TEST_F(FrameTest, WholeDaysWithoutAnIntrusionAreToldToAHiddenWindow) {
     form_->alerts.LastIntrusionTime = now + 1.0 / 86400 - hours / 24;
     Seconds(1);
     EXPECT_EQ(form_->HourTicks, 0);
+    told = world_.host.shown.size();
   };
   at_hours(48);
-  EXPECT_EQ(told, 0) << "a visible window gets no notification";
+  EXPECT_EQ(told, 0U) << "a visible window gets no notification";
   form_->visible = false;
   at_hours(48.5);
-  EXPECT_EQ(told, 1);
   // It takes the keyboard from nobody.
   EXPECT_THAT(world_.host.shown,
-              ElementsAre(widgets::ScriptedFormHost::Shown{"frmNotifyMsg", "", true, false, false}));
+              ElementsAre(widgets::ScriptedFormHost::Shown{"frmNotifyMsg", "frmNewUI", true, false, false}));
   at_hours(47);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(told, 1U);
   at_hours(0);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(told, 1U);
   state_.settings.PopNotifyMs = false;
   at_hours(24);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(told, 1U);
 }
 
 TEST_F(FrameTest, OtherHoursAskForTheSurvey) {

@@ -32,9 +32,6 @@ class ScriptedAlerts : public testing::NoAlerts {
     return details.contains(id);
   }
   void ForgetNotableInfo() override { ++forgotten; }
-  void ShowAlertPopUp(const store::EventCursor& row, bool silent) override {
-    pop_ups.push_back(std::to_string(row.ID()) + (silent ? " silent" : ""));
-  }
   std::string RenderDetails(const std::string& id) override {
     rendered.push_back(id);
     return "<b>told</b>";
@@ -51,7 +48,7 @@ class ScriptedAlerts : public testing::NoAlerts {
   std::function<void()> on_details;
   std::function<void()> on_question;
   bool says_yes = true;
-  std::vector<std::string> asked_details, pop_ups, rendered, asked;
+  std::vector<std::string> asked_details, rendered, asked;
   int loaded = 0, forgotten = 0;
 };
 
@@ -129,6 +126,11 @@ class HomeFixture : public ::testing::Test {
   std::string Selected() const {
     const auto slot = form_->alerts.lvAlerts.selected();
     return slot ? form_->alerts.lvAlerts.in_slot(*slot).key : "none";
+  }
+  // The alert that the pop-up reports, "none" without one.
+  std::string PopUpKey() const {
+    frmPopUpMsg* const pop_up = form_->pop_ups.pop_up();
+    return pop_up && pop_up->loaded() ? pop_up->Key : "none";
   }
   platform::ScriptedBoxes& Boxes() { return world_.platform.message_boxes; }
 
