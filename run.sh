@@ -4,6 +4,7 @@
 #
 #   ./run.sh             the Home console
 #   ./run.sh --admin     the Administrator console
+#   --sample             beside either: not this computer, but a month of a made-up one that ends now; nothing is kept
 #
 # A recorder that this command started ends with it. Without a display it starts the console on a virtual one for a
 # short while, prints the alerts as JSON and leaves pictures of the windows in out/.
@@ -11,11 +12,12 @@ set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/prerequisites.sh
 
-edition=Home form=home
+edition=Home form=home sample=
 for argument in "$@"; do
   case $argument in
     --admin) edition=Administrator form=admin ;;
-    *) sed -n '2,9p' "$0" | cut -c3-; exit 2 ;;
+    --sample) sample=yes ;;
+    *) sed -n '2,10p' "$0" | cut -c3-; exit 2 ;;
   esac
 done
 
@@ -24,24 +26,35 @@ export CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR="$PWD"
 cmake --preset release >/dev/null
 cmake --build --preset release -j "${JOBS:-$(nproc)}"
 
-# The program folder of this run: the staged data with the recording beside it. Settings stay from run to run.
+# The program folder of this run: the staged data with the recording beside it. Settings stay from run to run, but those
+# of the sample go with it.
 bin=$PWD/build/release/bin
-folder=$PWD/out/$form
-mkdir -p "$folder"
+if [ -n "$sample" ]; then
+  folder=$(mktemp -d)
+  trap '"$bin/zendrix-recorder" --stop --folder "$folder"; rm -rf "$folder"' EXIT
+  data/sample/copy-to $form "$folder"
+else
+  folder=$PWD/out/$form
+  mkdir -p "$folder"
+fi
 cp -r "$bin"/KorvessaDesc*.kv? "$bin/Images" "$folder/"
 if [ ! -e "$folder/zendrix.ini" ]; then  # the defaults, with their hash, so that the first start asks nothing
   "$bin/zendrix-inspect" --write --folder "$folder" settings >/dev/null
   "$bin/zendrix-inspect" --write --folder "$folder" settings save Misc DetSho 1 >/dev/null
 fi
 
-# The same road as [Enable] in the console takes. It says who watches; 3 is a recorder that was there before.
-status=0
-"$bin/zendrix-recorder" --start --form $form --folder "$folder" --interval 3 || status=$?
-case $status in
-  0) trap '"$bin/zendrix-recorder" --stop --folder "$folder"' EXIT ;;
-  3) ;;
-  *) exit $status ;;
-esac
+if [ -n "$sample" ]; then
+  echo "A sample: a made-up computer, which nobody watches. [Enable] in the console would add what happens on this one."
+else
+  # The same road as [Enable] in the console takes. It says who watches; 3 is a recorder that was there before.
+  status=0
+  "$bin/zendrix-recorder" --start --form $form --folder "$folder" --interval 3 || status=$?
+  case $status in
+    0) trap '"$bin/zendrix-recorder" --stop --folder "$folder"' EXIT ;;
+    3) ;;
+    *) exit $status ;;
+  esac
+fi
 
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
   "$bin/zendrix" --edition=$edition --folder="$folder"

@@ -52,8 +52,8 @@ figures() {  # figures LABEL FILES...: median, 95th percentile and maximum of th
       if (NR) printf "%s: %d files, median %d, 95th percentile %d, largest %d lines\n", label, NR,
         lines[int((NR + 1) / 2)], lines[int(NR * 0.95 + 0.95)], lines[NR]}'
 }
-mapfile -t headers < <(find src recorder bench -name '*.h' | sort)
-mapfile -t sources < <(find src recorder bench tests -name '*.cc' | sort)
+mapfile -t headers < <(find src recorder bench data -name '*.h' | sort)
+mapfile -t sources < <(find src recorder bench data tests -name '*.cc' | sort)
 figures "headers" "${headers[@]}"
 figures "sources" "${sources[@]}"
 for file in "${headers[@]}" "${sources[@]}"; do
