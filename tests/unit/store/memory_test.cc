@@ -9,7 +9,8 @@ namespace {
 
 class MemoryTest : public StoreFixture {
  protected:
-  // What a new reader and its table hold once a file of these lines is loaded and every cell has been read.
+  // What a new reader and its table hold once a file of these lines is loaded and the cells of
+  // every fortieth row have been read.
   std::size_t HeldAfter(const std::vector<std::string>& lines) {
     ReplaceFile(lines);
     reader_.reset();
@@ -17,7 +18,7 @@ class MemoryTest : public StoreFixture {
     reader_ = std::make_unique<store::CMkvlf>(state_, log_);
     Load();
     std::size_t seen = 0;
-    for (store::Bookmark row = 0; row < Rows(); ++row) {
+    for (store::Bookmark row = 0; row < Rows(); row += 40) {
       for (int column = store::kDateUTC; column < reader_->EventTable->ColumnCount(); ++column)
         seen += reader_->EventTable->Text(row, column).size();
     }
