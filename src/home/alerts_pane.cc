@@ -124,6 +124,7 @@ void AlertsPane::FillFromTable(bool whole) {
   });
   core::OrLog(needs_.log, place, [&] {
     if (filled) CloseBuild(remembered);
+    TellWhyEmpty();
   });
   sMoreInfo.enabled = lvAlerts.size() > 0;
 }
@@ -193,6 +194,22 @@ void AlertsPane::CloseBuild(const std::string& remembered) {
   } else {
     ShowFirst();
   }
+}
+
+// An empty list is good news only when nothing was found, not when it was cleared or hides what there is.
+void AlertsPane::TellWhyEmpty() {
+  if (lvAlerts.size() > 0) return;
+  const auto table = needs_.gKvlF.EventTable;
+  if (!table || table->RowCount() == 0) {
+    lvAlerts.empty_text = "Nothing has been recorded yet.";
+    return;
+  }
+  store::EventCursor clone = table->Clone();
+  const std::string since = " since " + TextOf(clone, store::kDateTime) + ".";
+  clone.SetFilter(alerts::kAlertFilter);
+  lvAlerts.empty_text = clone.Eof()
+                            ? "Nothing suspicious was found" + since
+                            : "No alert is on show: those recorded are cleared, or below the level to show.";
 }
 
 void AlertsPane::ShowFirst() {
@@ -269,6 +286,7 @@ void AlertsPane::sckShowAll_Click() {
 void AlertsPane::sClearAll_Click() {
   ShowBlockedAlerts = false;
   ClearAlertList();
+  TellWhyEmpty();
   needs_.alerts.ForgetNotableInfo();
   sMoreInfo.enabled = false;
   needs_.CheckRiskLevel();

@@ -96,6 +96,7 @@ class AlertsPane {
   void AddRow(const store::EventCursor& row, int picture, const std::string& status);
   void NoteIntrusion(const std::string& date_time);
   void CloseBuild(const std::string& remembered);
+  void TellWhyEmpty();
   void Decide(alerts::Answer answer, const char* procedure);
 
   AlertsNeeds needs_;

@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "qt/bind_menu.h"
+#include "qt/text_edge.h"
 
 namespace zendrix::qt {
 
@@ -29,6 +30,11 @@ ListTable::ListTable(widgets::ListView& list, const QString& picture_list, const
           [this] { list_.SetScrolledRows(static_cast<std::size_t>(std::max(0, rowAt(0)))); });
   Keep(this, list_.selection_changed.Connect([this] { ShowSelection(); }));
   Keep(this, list_.rows_added.Connect([this] { ShowSelection(); }));
+  const auto tell_why_empty = [this, empty_text] {
+    SetEmptyText(list_.empty_text.Get().empty() ? empty_text : ToQt(list_.empty_text.Get()));
+  };
+  Keep(this, list_.empty_text.changed.Connect(tell_why_empty));
+  tell_why_empty();
   ShowSelection();
 }
 

@@ -37,6 +37,10 @@ void TableView::setModel(QAbstractItemModel* model) {
   PlaceEmptyText();
 }
 
+void TableView::SetEmptyText(const QString& text) {
+  empty_->setText(text);
+}
+
 void TableView::resizeEvent(QResizeEvent* event) {
   QTableView::resizeEvent(event);
   PlaceEmptyText();

@@ -12,6 +12,7 @@ class TableView : public QTableView {
  public:
   explicit TableView(const QString& empty_text);
   void setModel(QAbstractItemModel* model) override;
+  void SetEmptyText(const QString& text);
 
  protected:
   void resizeEvent(QResizeEvent* event) override;

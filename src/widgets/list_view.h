@@ -45,6 +45,8 @@ class ListView : public Control {
   explicit ListView(std::string name) : Control(std::move(name)) {}
 
   Observed<std::vector<ListColumn>> columns;
+  // Shown in place of the rows while there are none; empty for the view's own words.
+  Observed<std::string> empty_text;
 
   // Inserts above all others; the row stays open for AddSubItem. Nothing when the key is taken.
   std::optional<Slot> InsertTop(std::string key, std::string text, int picture, std::string tag);

@@ -184,6 +184,21 @@ TEST_F(ListTableTest, RightClickOnTheSelectedRowCountsAndThenOpensTheMenu) {
   EXPECT_THAT(clicked_, ElementsAre("c", "menu"));
 }
 
+TEST_F(ListTableTest, EmptyListShowsItsReasonAsPlainText) {
+  list_.Clear();
+  auto* const words = table_->viewport()->findChild<QLabel*>();
+  ASSERT_NE(words, nullptr);
+  const QString own_words = words->text();
+  list_.empty_text = "<b>nothing</b> since \xE4";
+  EXPECT_EQ(words->text(), QString::fromUtf8("<b>nothing</b> since \u00E4"));
+  EXPECT_EQ(words->textFormat(), Qt::PlainText);
+  EXPECT_FALSE(words->isHidden());
+  list_.empty_text = "";
+  EXPECT_EQ(words->text(), own_words);
+  list_.InsertTop("K9", "time", 0, "9");
+  EXPECT_TRUE(words->isHidden());
+}
+
 TEST_F(ListTableTest, MenuKeyOpensTheMenuBesideTheCurrentRow) {
   widgets::MenuItem item("mPopRNormal", "Allow");
   widgets::Menu menu("mPopReview", "", {&item});

@@ -30,6 +30,33 @@ TEST_F(AlertListTest, NewestAlertOnTopWithThePictureOfItsLevel) {
   EXPECT_EQ(row.text, core::DisplayTime(kStart + 3, 0, world_.platform.family, world_.platform.locale.info));
 }
 
+// A fresh computer showed an empty list, which looked like a console that does not work.
+TEST_F(AlertListTest, EmptyListSaysThatNothingWasFoundAndSinceWhen) {
+  Open(Line(0, "System", "0") + Alert(1, "-0.5"));
+  const std::string since = core::DisplayTime(kStart, 0, world_.platform.family, world_.platform.locale.info);
+  EXPECT_EQ(form_->alerts.lvAlerts.empty_text.Get(), "Nothing suspicious was found since " + since + ".");
+}
+
+TEST_F(AlertListTest, EmptyListWithoutEventsSaysThatNothingIsRecorded) {
+  Open("");
+  EXPECT_EQ(form_->alerts.lvAlerts.empty_text.Get(), "Nothing has been recorded yet.");
+  Append(Line(0, "System", "0"));
+  Poll();
+  EXPECT_THAT(form_->alerts.lvAlerts.empty_text.Get(), HasSubstr("Nothing suspicious was found since "));
+}
+
+TEST_F(AlertListTest, ListThatHidesItsAlertsDoesNotSayThatNothingWasFound) {
+  state_.settings.ShRskLvl = 50;
+  Open(Alert(1, "0.1") + Alert(2, "0.2"));
+  constexpr char kHidden[] = "No alert is on show: those recorded are cleared, or below the level to show.";
+  EXPECT_EQ(form_->alerts.lvAlerts.empty_text.Get(), kHidden);
+  Append(Alert(3, "0.9"));
+  Poll();
+  form_->alerts.lvAlerts.empty_text = "";
+  form_->alerts.sClearAll_Click();
+  EXPECT_EQ(form_->alerts.lvAlerts.empty_text.Get(), kHidden);
+}
+
 TEST_F(AlertListTest, OnlyAggregationRowsWithoutANegativeChangeAreListed) {
   Open(Alert(1, "-0.5") + Line(2, "Community", "0.99") + Alert(3, "0"));
   EXPECT_THAT(Rows(), ElementsAre("K3 Normal:23"));
