@@ -54,17 +54,18 @@ void SummaryPane::Show(const Findings& findings) {
   const auto any = [&](int value) {
     return findings.alert == value || findings.agent == value || findings.email == value;
   };
-  int level = kUndecided;
+  shown = findings;
+  OverallLevel = kUndecided;
   if (any(kImmediate)) {
-    level = kImmediate;
+    OverallLevel = kImmediate;
   } else if (any(kAttention)) {
-    level = kAttention;
+    OverallLevel = kAttention;
   } else if (findings.alert == kGood && findings.agent == kGood && findings.email == kGood) {
-    level = kGood;
+    OverallLevel = kGood;
   }
-  if (level != kUndecided) PaintLevel(level);
+  if (OverallLevel != kUndecided) PaintLevel(OverallLevel);
   icStatus.caption = "";
-  if (!app_.Desc[1].empty()) SecondLine(level, findings);
+  if (!app_.Desc[1].empty()) SecondLine(OverallLevel, findings);
 }
 
 void SummaryPane::FillSummaryFra() {

@@ -44,6 +44,9 @@ class SummaryPane {
   void icMore_Click();
 
   std::int16_t StatusAction = 0;
+  // What was shown last, and the level that it was folded into: 0 while it is undecided.
+  Findings shown;
+  int OverallLevel = 0;
 
   StatusRow alerts_row{kAlertsView};
   StatusRow options_row{kOptionsView};

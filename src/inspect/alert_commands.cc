@@ -1,4 +1,4 @@
-// alerts, alert, decide, act, checked, link, portal.
+// alerts, status, alert, decide, act, checked, link, portal.
 #include <charconv>
 
 #include "alerts/activations.h"
@@ -127,6 +127,24 @@ void Alerts(Console& console, const Words& words) {
                  {"AttentionPending", form.AttentionPending},
                  {"LastIntrusionTime",
                   seen ? Text(core::ShortDateLongTime(form.alerts.LastIntrusionTime, locale)) : Json("")}});
+}
+
+void Status(Console& console, const Words& words) {
+  RequireWords(words, 0, 0, "status");
+  HomeConsole home(console);
+  const home::frmNewUI& form = home.form();
+  const home::SummaryPane& pane = form.summary;
+  console.Print({{"AlertLevel", form.AlertLevel},
+                 {"AgentLevel", form.AgentLevel},
+                 {"EmailStatus", pane.shown.email},
+                 {"OverallLevel", pane.OverallLevel},
+                 {"OSRiskLevel", Text(pane.OSRiskLevel.caption.Get())},
+                 {"icStatus", Text(pane.icStatus.caption.Get())},
+                 {"icMore", pane.icMore.visible ? Text(pane.icMore.caption.Get()) : Json(nullptr)},
+                 {"StatusAction", pane.StatusAction},
+                 {"icEventCount", Text(pane.icEventCount.caption.Get())},
+                 {"icAlertCount", Text(pane.icAlertCount.caption.Get())},
+                 {"icDate", Text(pane.icDate.caption.Get())}});
 }
 
 void Alert(Console& console, const Words& words) {

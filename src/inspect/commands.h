@@ -38,6 +38,7 @@ void Act(Console& console, const Words& words);
 void Checked(Console& console, const Words& words);
 void Link(Console& console, const Words& words);
 void Portal(Console& console, const Words& words);
+void Status(Console& console, const Words& words);
 void Quarantine(Console& console, const Words& words);
 
 // One call of the arguments' count; usage is what to tell otherwise.

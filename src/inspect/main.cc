@@ -35,7 +35,7 @@ class CommandLine {
     app_.add_flag("--pretty", options.pretty, "Indent the document");
     app_.footer(
         "Commands: events, follow, log, desc, hash, risk, settings, ini, smtp, valid, token,\n"
-        "          alerts, alert, decide, act, checked, link, portal, quarantine.\n"
+        "          alerts, status, alert, decide, act, checked, link, portal, quarantine.\n"
         "Arguments that begin with \"-\" stand behind \"--\".");
     app_.allow_extras();
   }

@@ -32,6 +32,7 @@ TEST_F(ArgumentsTest, WrongUsageIsOneLineOnStandardErrorAndNoDocument) {
       {"events", "--nonsense"},
       {"events", "--live"},
       {"--agent", "sleeping", "events"},
+      {"status", "now"},
       {"--answer", "maybe", "events"},
       {"--edition", "Office", "events"},
       {"--agent"},
