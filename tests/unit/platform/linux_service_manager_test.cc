@@ -136,14 +136,48 @@ TEST_F(LinuxServiceManagerTest, MissingUnitIsNotFound) {
   EXPECT_EQ(services_.Properties("ZENDRIX").error().kind, ErrorKind::kNotFound);
 }
 
-TEST_F(LinuxServiceManagerTest, RefusalsOfSystemdBecomeNumbers) {
-  for (const auto& [error, number] :
-       std::map<std::string, int>{{"org.freedesktop.DBus.Error.AccessDenied", 2},
-                                  {"org.freedesktop.DBus.Error.InteractiveAuthorizationRequired", 2},
-                                  {"org.freedesktop.systemd1.NoSuchUnit", 13},
-                                  {"org.freedesktop.systemd1.TransactionOrderIsCyclic", 18},
-                                  {"org.freedesktop.systemd1.SomethingNew", 8}}) {
-    EXPECT_EQ(Start({.refusal = error}), number) << error;
+TEST_F(LinuxServiceManagerTest, EveryRefusalOfSystemdBecomesItsNumber) {
+  const std::map<std::string, int> numbers = {{"DBus.Error.NotSupported", 1},
+                                              {"DBus.Error.UnknownMethod", 1},
+                                              {"DBus.Error.AccessDenied", 2},
+                                              {"DBus.Error.AuthFailed", 2},
+                                              {"DBus.Error.InteractiveAuthorizationRequired", 2},
+                                              {"PolicyKit1.Error.NotAuthorized", 2},
+                                              {"PolicyKit1.Error.Cancelled", 2},
+                                              {"systemd1.JobTypeNotApplicable", 4},
+                                              {"systemd1.OnlyByDependency", 4},
+                                              {"systemd1.ShuttingDown", 5},
+                                              {"systemd1.TransactionIsDestructive", 5},
+                                              {"systemd1.TransactionJobsConflicting", 5},
+                                              {"DBus.Error.NoReply", 7},
+                                              {"DBus.Error.Timeout", 7},
+                                              {"DBus.Error.TimedOut", 7},
+                                              {"systemd1.LoadFailed", 8},
+                                              {"systemd1.SomethingNew", 8},
+                                              {"systemd1.NoSuchUnit", 13},
+                                              {"systemd1.UnitMasked", 14},
+                                              {"systemd1.TransactionOrderIsCyclic", 18},
+                                              {"systemd1.BadUnitSetting", 21},
+                                              {"DBus.Error.InvalidArgs", 21},
+                                              // Nobody there: the method could not be run.
+                                              {"DBus.Error.ServiceUnknown", -1},
+                                              {"DBus.Error.NameHasNoOwner", -1},
+                                              {"DBus.Error.Spawn.ChildExited", -1}};
+  for (const auto& [name, number] : numbers) {
+    const FakeSystemd::Plan refused{.refusal = "org.freedesktop." + name};
+    EXPECT_EQ(Start(refused), number) << name;
+    EXPECT_EQ(Stop(refused), number) << name;
+  }
+}
+
+TEST_F(LinuxServiceManagerTest, EveryEndOfAJobBecomesItsNumber) {
+  const std::map<std::string, int> numbers = {{"done", 0},    {"unsupported", 1}, {"dependency", 3},
+                                              {"invalid", 4}, {"canceled", 5},    {"skipped", 5},
+                                              {"assert", 5},  {"once", 5},        {"timeout", 7},
+                                              {"failed", 8},  {"new word", 8},    {"collected", 16}};
+  for (const auto& [result, number] : numbers) {
+    EXPECT_EQ(Start({.result = result}), number) << result;
+    EXPECT_EQ(Stop({.result = result}), number) << result;
   }
 }
 
