@@ -10,6 +10,6 @@ checks=(--checks=-*,readability-identifier-naming,clang-diagnostic-missing-proto
 
 cmake --preset tidy >/dev/null
 # Small batches keep all processors busy to the end.
-find src recorder bench -name '*.cc' | sort | xargs -P "${JOBS:-$(nproc)}" -n 4 \
+find src recorder bench data -name '*.cc' | sort | xargs -P "${JOBS:-$(nproc)}" -n 4 \
   clang-tidy -p build/tidy --quiet "${checks[@]}" --extra-arg=-Wmissing-prototypes \
   2> >(grep -vE '^[0-9]+ warnings? generated' >&2)
