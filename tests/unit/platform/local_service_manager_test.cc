@@ -165,12 +165,20 @@ TEST_F(LocalServiceManagerTest, RecorderOfAnotherUserIsNotTouched) {
   ASSERT_EQ(chmod(folder_.path().c_str(), 0777), 0);
   ChildProcess other([this](const ChildProcess::Line& parent) {
     if (setgid(65534) != 0 || setuid(65534) != 0) return 97;
+    const bool reaches =
+        access(ZENDRIX_TEST_RECORDER, X_OK) == 0 && access(folder_.path().c_str(), W_OK) == 0;
+    if (!reaches) {
+      parent.Tell('-');
+      return 0;
+    }
     const int number = Start();
     parent.Tell(static_cast<char>('A' + number));
     parent.Hear();
     return Stop();
   });
-  ASSERT_EQ(other.Hear(), 'A');
+  const char told = other.Hear();
+  if (told == '-') GTEST_SKIP() << "the second user does not reach the program or the folder";
+  ASSERT_EQ(told, 'A');
   EXPECT_EQ(State(), "Stopped");
   EXPECT_EQ(Stop(), 6);
   EXPECT_EQ(Start(), 19);
