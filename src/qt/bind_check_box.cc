@@ -6,11 +6,11 @@
 
 namespace zendrix::qt {
 
-QCheckBox* MakeCheckBox(widgets::CheckBox& box, const Toolkit& kit) {
+QCheckBox* MakeCheckBox(widgets::CheckBox& box, const Toolkit& kit, QChar access_key) {
   auto* widget = new QCheckBox;
   BindControl(box, widget);
-  Reflect(widget, box.caption, [widget](const std::string& text) {
-    widget->setText(ToQt(text));
+  Reflect(widget, box.caption, [widget, access_key](const std::string& text) {
+    widget->setText(WithAccessKey(ToQt(text), access_key));
     widget->setAccessibleName(ToQt(text));
   });
   Reflect(widget, box.checked, [widget](bool checked) { widget->setChecked(checked); });

@@ -1,6 +1,8 @@
 // Check boxes.
 #pragma once
 
+#include <QChar>
+
 #include "qt/bind.h"
 #include "widgets/check_box.h"
 
@@ -8,6 +10,6 @@ class QCheckBox;
 
 namespace zendrix::qt {
 
-QCheckBox* MakeCheckBox(widgets::CheckBox& box, const Toolkit& kit);
+QCheckBox* MakeCheckBox(widgets::CheckBox& box, const Toolkit& kit, QChar access_key = {});
 
 }  // namespace zendrix::qt

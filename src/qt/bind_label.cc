@@ -39,6 +39,16 @@ QLabel* MakeLabel(widgets::Label& label, const Toolkit& kit, bool with_colour) {
   return widget;
 }
 
+QLabel* MakeFieldLabel(widgets::Label& label, QWidget* field, QChar access_key, const Toolkit& kit) {
+  QLabel* widget = MakeLabel(label, kit);
+  widget->setWordWrap(false);
+  widget->setBuddy(field);
+  Reflect(widget, label.caption, [widget, access_key](const std::string& text) {
+    widget->setText(WithAccessKey(ToQt(text), access_key));
+  });
+  return widget;
+}
+
 QLabel* MakeWarning(widgets::Label& label, const Toolkit& kit) {
   QLabel* widget = MakeLabel(label, kit);
   widget->setProperty("role", QStringLiteral("warning"));

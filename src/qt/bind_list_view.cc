@@ -22,6 +22,10 @@ ListTable::ListTable(widgets::ListView& list, const QString& picture_list, const
   setIconSize(QSize(16, 16));
   horizontalHeader()->setStretchLastSection(true);
   connect(model_, &QAbstractItemModel::modelReset, this, [this] { SizeColumns(); });
+  // The first rows show what the columns have to hold.
+  connect(model_, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex&, int first, int last) {
+    if (last - first + 1 == model_->rowCount()) SizeColumns();
+  });
   connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& current) {
             if (!applying_ && current.isValid()) TellClick(current);
@@ -52,16 +56,18 @@ void ListTable::ShowSelection() {
 }
 
 void ListTable::SizeColumns() {
-  // The program's narrow columns leave no room for a word beside its picture; none is made narrower than its
-  // contents.
+  // The program's narrow columns leave no room for a word beside its picture, or for a date in a large font.
+  // None is made narrower than its contents, up to a share of the list: an event's text may be of any length.
   constexpr int kRoomForAWord = 96;
+  constexpr int kLargestShare = 3;
   const auto& columns = list_.columns.Get();
   const int width = viewport()->width();
   for (int i = 0; i + 1 < static_cast<int>(columns.size()); ++i) {
     const widgets::ListColumn& column = columns[static_cast<std::size_t>(i)];
     const int wanted =
         column.share > 0 ? static_cast<int>(width * column.share) : column.twips / kTwipsPerPixel;
-    setColumnWidth(i, std::max(wanted, kRoomForAWord));
+    const int contents = column.share > 0 ? 0 : std::min(sizeHintForColumn(i), width / kLargestShare);
+    setColumnWidth(i, std::max({wanted, contents, kRoomForAWord}));
   }
 }
 

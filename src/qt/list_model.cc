@@ -1,5 +1,8 @@
 #include "qt/list_model.h"
 
+#include <QApplication>
+#include <QPalette>
+
 #include "qt/text_edge.h"
 
 namespace zendrix::qt {
@@ -60,7 +63,12 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return ToQt(text);
     case Qt::DecorationRole:
-      return picture > 0 ? QVariant(pictures_.Numbered(picture_list_, picture)) : QVariant();
+      return picture > 0 ? QVariant(Picture(picture, row.ghosted)) : QVariant();
+    case Qt::ForegroundRole:
+      // The palette's grey, which reads on its paper, light or dark.
+      return row.ghosted ? QVariant(QApplication::palette().brush(QPalette::PlaceholderText)) : QVariant();
+    case Qt::AccessibleDescriptionRole:
+      return row.ghosted ? QVariant(QStringLiteral("Marked as deleted")) : QVariant();
     case Qt::ToolTipRole:
       return ToolTipText(text);
     case Qt::AccessibleTextRole:
@@ -69,6 +77,12 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     default:
       return {};
   }
+}
+
+QIcon ListModel::Picture(int number, bool dimmed) const {
+  const QIcon icon = pictures_.Numbered(picture_list_, number);
+  constexpr int kEdge = 16;
+  return dimmed ? QIcon(icon.pixmap(QSize(kEdge, kEdge), qApp->devicePixelRatio(), QIcon::Disabled)) : icon;
 }
 
 QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {

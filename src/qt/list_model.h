@@ -26,6 +26,8 @@ class ListModel : public QAbstractTableModel {
   }
 
  private:
+  QIcon Picture(int number, bool dimmed) const;
+
   widgets::ListView& list_;
   Pictures& pictures_;
   QString picture_list_;

@@ -22,6 +22,12 @@ QString WithoutAccessKeys(const QString& text) {
   return QString(text).replace(QLatin1Char('&'), QStringLiteral("&&"));
 }
 
+QString WithAccessKey(const QString& text, QChar key) {
+  const qsizetype at = key.isNull() ? -1 : text.indexOf(key, 0, Qt::CaseInsensitive);
+  if (at < 0) return WithoutAccessKeys(text);
+  return WithoutAccessKeys(text.left(at)) + QLatin1Char('&') + WithoutAccessKeys(text.mid(at));
+}
+
 QString PathToQt(const std::string& path) {
   return QString::fromUtf8(path.data(), static_cast<qsizetype>(path.size()));
 }

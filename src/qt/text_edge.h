@@ -15,6 +15,8 @@ std::string FromQt(const QString& text);
 QString ToolTipText(std::string_view bytes);
 // For buttons and menus: "&" keeps its meaning only where a caption of the program says so.
 QString WithoutAccessKeys(const QString& text);
+// The same, with the first `key` in the text, in either case, as its access key; none when it is not there.
+QString WithAccessKey(const QString& text, QChar key);
 // Host paths are UTF-8 bytes.
 QString PathToQt(const std::string& path);
 std::string PathFromQt(const QString& path);

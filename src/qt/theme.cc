@@ -72,6 +72,22 @@ QPushButton[role="flat"]:focus { border-color: @link; }
 QPushButton[role="flat"]:pressed { background: @alternate; border: 1px solid @text; }
 QPushButton[role="flat"]:disabled { color: @faint; }
 QFrame[role="card"] { background: @base; border: 1px solid @border; border-radius: 8px; }
+QLineEdit { background: @base; color: @text; border: 1px solid @border; border-radius: 6px; padding: 6px 8px;
+  selection-background-color: @accent; selection-color: @onaccent; }
+QLineEdit:focus { border: 1px solid @link; }
+QLineEdit:disabled { background: @window; color: @faint; }
+QTabBar { outline: 0; }
+QTabBar::tab { background: transparent; color: @faint; border: 1px solid transparent; border-bottom: 2px solid @border;
+  padding: 7px 16px; }
+QTabBar::tab:hover { color: @text; }
+QTabBar::tab:selected { color: @text; border-bottom: 2px solid @link; }
+QTabBar::tab:selected:focus { border: 1px solid @link; border-bottom: 2px solid @link; }
+QSlider:horizontal { min-height: 24px; }
+QSlider::groove:horizontal { height: 4px; background: @border; border-radius: 2px; }
+QSlider::sub-page:horizontal { background: @accent; border-radius: 2px; }
+QSlider::handle:horizontal { width: 16px; height: 16px; margin: -8px 0; border: 2px solid @accent; border-radius: 10px;
+  background: @base; }
+QSlider::handle:horizontal:focus { border-color: @link; background: @selection; }
 QTableView { background: @base; alternate-background-color: @alternate; color: @text; border: 1px solid @border;
   border-radius: 6px; gridline-color: transparent; selection-background-color: @selection;
   selection-color: @onselection; outline: 0; }

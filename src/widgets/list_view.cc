@@ -8,7 +8,7 @@ std::optional<ListView::Slot> ListView::InsertTop(std::string key, std::string t
                                                   std::string tag) {
   const Slot slot = static_cast<Slot>(rows_.size());
   if (!keys_.emplace(key, slot).second) return std::nullopt;
-  rows_.push_back({std::move(key), std::move(tag), std::move(text), picture, {}});
+  rows_.push_back({std::move(key), std::move(tag), std::move(text), picture, {}, false});
   if (batch_ == 0) {
     told_ = rows_.size();
     rows_added.Raise();
@@ -25,6 +25,11 @@ void ListView::SetSubItem(Slot slot, std::size_t index, std::string text, int pi
   auto& items = rows_[slot].sub_items;
   if (items.size() <= index) items.resize(index + 1);
   items[index] = {std::move(text), picture};
+  if (slot < told_) row_changed.Raise(slot);
+}
+
+void ListView::Ghost(Slot slot) {
+  rows_[slot].ghosted = true;
   if (slot < told_) row_changed.Raise(slot);
 }
 
@@ -78,6 +83,7 @@ std::string ListView::Print() const {
   std::string page;
   for (std::size_t position = 0; position < size(); ++position) {
     const ListRow& row = at(position);
+    if (row.ghosted) page += "~";
     page += cell(row.text, row.picture);
     for (const SubItem& item : row.sub_items) page += " | " + cell(item.text, item.picture);
     page += "\n";

@@ -36,7 +36,10 @@ struct ListRow {
   std::string text;
   int picture = 0;
   std::vector<SubItem> sub_items;
+  bool ghosted = false;  // dimmed, all its texts in kGhostGrey
 };
+
+inline constexpr Colour kGhostGrey = 0x808080;
 
 class ListView : public Control {
  public:
@@ -52,6 +55,7 @@ class ListView : public Control {
   std::optional<Slot> InsertTop(std::string key, std::string text, int picture, std::string tag);
   void AddSubItem(Slot slot, std::string text, int picture = 0);
   void SetSubItem(Slot slot, std::size_t index, std::string text, int picture);
+  void Ghost(Slot slot);
   // Removes all rows, and with them the selection. Told at once, also within a batch.
   void Clear();
 
@@ -83,7 +87,8 @@ class ListView : public Control {
   Signal<> cleared;
   Signal<> selection_changed;
 
-  // The list as text, one line per row, columns separated by " | " and pictures in brackets.
+  // The list as text, one line per row, columns separated by " | ", pictures in brackets, "~" in front of a
+  // ghosted row.
   std::string Print() const;
 
  private:

@@ -1,4 +1,5 @@
-// Menu commands and the menus made of them. "&" in a caption marks the access key.
+// Menu commands and the menus made of them. "&" in a caption marks the access key. What a command is,
+// checkable or the first of a group, is settled before a view is made of it.
 #pragma once
 
 #include <string>
@@ -12,6 +13,12 @@ class MenuItem : public Control {
  public:
   MenuItem(std::string name, std::string text) : Control(std::move(name)), caption(std::move(text)) {}
   Observed<std::string> caption;
+  // A command that shows a setting as a mark in front of it. The mark is the program's to set: a click does
+  // not move it.
+  bool checkable = false;
+  Observed<bool> checked{false};
+  // A line stands above it.
+  bool begins_group = false;
   Signal<> clicked;
 };
 

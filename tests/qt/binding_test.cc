@@ -301,6 +301,24 @@ TEST_F(ListTableTest, FirstColumnTakesItsShare) {
   EXPECT_EQ(table_->columnWidth(0), static_cast<int>(table_->viewport()->width() * 0.4));
 }
 
+TEST_F(ListTableTest, ColumnIsWideEnoughForItsFirstRowsUpToAThirdOfTheList) {
+  list_.Clear();
+  list_.InsertTop("short", "x", 0, "");
+  EXPECT_EQ(table_->columnWidth(1), 96);
+  list_.Clear();
+  {
+    const widgets::ListBatch batch(list_);
+    list_.AddSubItem(*list_.InsertTop("wide", "x", 0, ""), "eighteen letters w");
+  }
+  EXPECT_GE(table_->columnWidth(1), table_->sizeHintForIndex(table_->model()->index(0, 1)).width());
+  list_.Clear();
+  {
+    const widgets::ListBatch batch(list_);
+    list_.AddSubItem(*list_.InsertTop("endless", "x", 0, ""), std::string(1000, 'x'));
+  }
+  EXPECT_EQ(table_->columnWidth(1), table_->viewport()->width() / 3);
+}
+
 class GridTableTest : public BindingTest {
  protected:
   GridTableTest() {

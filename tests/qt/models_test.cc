@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
 #include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QPalette>
 
 #include "admin/event_grid.h"
 #include "qt/grid_model.h"
@@ -60,6 +62,20 @@ TEST_F(ListModelTest, ClearInTheMiddleOfABatch) {
   EXPECT_EQ(model_.rowCount(), 0);
   Insert("c");
   EXPECT_EQ(model_.rowCount(), 0);
+}
+
+TEST_F(ListModelTest, GhostedRowIsGreyAndSaysSo) {
+  Insert("a");
+  Insert("b");
+  list_.Ghost(*list_.Find("a"));
+  EXPECT_FALSE(model_.index(0, 0).data(Qt::ForegroundRole).isValid());
+  EXPECT_FALSE(model_.index(0, 0).data(Qt::AccessibleDescriptionRole).isValid());
+  for (const int column : {0, 1}) {
+    const auto grey = model_.index(1, column).data(Qt::ForegroundRole).value<QBrush>();
+    EXPECT_EQ(grey.color(), QApplication::palette().color(QPalette::PlaceholderText));
+  }
+  EXPECT_EQ(model_.index(1, 0).data(Qt::AccessibleDescriptionRole).toString(),
+            QStringLiteral("Marked as deleted"));
 }
 
 TEST_F(ListModelTest, MissingSubItemIsAnEmptyCell) {

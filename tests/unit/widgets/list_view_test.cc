@@ -51,6 +51,24 @@ TEST_F(ListViewTest, BatchTellsItsRowsOnce) {
   EXPECT_EQ(added_, 1);
 }
 
+TEST_F(ListViewTest, GhostedRowIsMarkedAndTold) {
+  int changed = 0;
+  list_.row_changed.ConnectForever([&](ListView::Slot) { ++changed; });
+  const auto first = Insert("a");
+  Insert("b");
+  list_.Ghost(first);
+  EXPECT_EQ(list_.Print(), "text b[1]\n~text a[1]\n");
+  EXPECT_EQ(changed, 1);
+}
+
+TEST_F(ListViewTest, RowGhostedInItsBatchIsToldWithIt) {
+  int changed = 0;
+  list_.row_changed.ConnectForever([&](ListView::Slot) { ++changed; });
+  const ListBatch batch(list_);
+  list_.Ghost(Insert("a"));
+  EXPECT_EQ(changed, 0);
+}
+
 TEST_F(ListViewTest, InnerBatchDoesNotTell) {
   const ListBatch outer(list_);
   {
