@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "core/guards.h"
+#include "widgets/busy_mark.h"
 
 namespace zendrix::home {
 
@@ -27,14 +28,23 @@ std::int16_t AgentPane::CheckAgnSta() {
 }
 
 void AgentPane::aClick_Click() {
+  // Waiting for the service manager may serve the event loop.
+  if (changing_) return;
+  {
+    const widgets::BusyMark changing(changing_);
+    core::OrLog(needs_.log, "frmNewUI:aClick_Click", [&] { Change(); });
+  }
+  needs_.AgentLevel = CheckAgnSta();
+  needs_.FillAgentFra();
+}
+
+void AgentPane::Change() {
   if (aClick.caption.Get() == "[Disable]") {
     needs_.agent.StopAgent(false);
   } else {
     needs_.agent.StartAgent(false);
     AgentJustStarted = true;
   }
-  needs_.AgentLevel = CheckAgnSta();
-  needs_.FillAgentFra();
 }
 
 }  // namespace zendrix::home

@@ -43,7 +43,10 @@ class AgentPane {
   widgets::Image StaImg{"StaImg(2)"};
 
  private:
+  void Change();
+
   AgentNeeds needs_;
+  bool changing_ = false;  // the Agent is being started or stopped
 };
 
 }  // namespace zendrix::home

@@ -80,6 +80,9 @@ class AlertsPane {
   widgets::Label sClearAll{"sClearAll", "Clear All"};
   widgets::Label sShowAll{"sShowAll", "Show All"};
   widgets::Label sMoreInfo{"sMoreInfo", "Analyze"};
+  // Which alerts the slider of the Options pane stands for, and the link that leads there.
+  widgets::Label sCurrSens{"sCurrSens"};
+  widgets::Label sClick1{"sClick1", "[ Adjust Sensitivity ]"};
   widgets::Label sTitleDesc{"sTitleDesc"};
   widgets::Image StaImg{"StaImg(0)"};
   widgets::BrowserView sDesc{"sDesc"};

@@ -38,8 +38,9 @@ frmNewUI::frmNewUI(HomeParts parts)
               AttentionPending, [this](const store::EventCursor& row) { pop_ups.ShowAlertPopUp(row); },
               [this] { CheckRiskLevel(); }}),
       agent({app_, parts_.log, parts_.agent, AttentionPending, AgentLevel, [this] { logs.FillAgentFra(); }}),
-      logs({app_, parts_.log}),
-      options({app_, parts_.log, summary.options_row, AttentionPending}),
+      logs({app_, parts_.log, parts_.screen, parts_.misc, [this] { CheckRiskLevel(); }}),
+      options({app_, parts_.log, parts_.screen, parts_.misc, summary.options_row, AttentionPending,
+               alerts.sCurrSens, [this] { RebuildAlerts(); }}),
       help({app_, parts_.log}),
       pop_ups(app_, parts_.log, parts_.misc, *this) {
   MakeControls();
@@ -59,6 +60,8 @@ void frmNewUI::MakeControls() {
     fraDesc[at] = std::make_unique<widgets::Frame>(Indexed("fraDesc", i), false);
   }
   lblRootWarning.visible = app_.seams.host.RunsAsRoot();
+  for (widgets::MenuItem* setting : {&mPopOrigHigh, &mPopNotifyMs}) setting->checkable = true;
+  mPopOrigHigh.begins_group = true;
 }
 
 void frmNewUI::ConnectControls() {
@@ -72,6 +75,10 @@ void frmNewUI::ConnectControls() {
   mPopMinimize.clicked.ConnectForever([this] { mPopMinimize_Click(); });
   mPopMaximize.clicked.ConnectForever([this] { mPopMaximize_Click(); });
   mPopExit.clicked.ConnectForever([this] { mPopExit_Click(); });
+  mPopOrigHigh.clicked.ConnectForever([this] { Turn(&core::Settings::PopOrigHigh, "mPopOrigHigh_Click"); });
+  mPopNotifyMs.clicked.ConnectForever([this] { Turn(&core::Settings::PopNotifyMs, "mPopNotifyMs_Click"); });
+  misc_changed_ = parts_.misc.changed.Connect([this] { ShowMarks(); });
+  alerts.sClick1.clicked.ConnectForever([this] { sClick1_Click(); });
   // A desktop may open the icon's menu itself, without an event that the form could refuse.
   enabled.changed.ConnectForever([this] {
     for (widgets::MenuItem* item : mPopupSys2.items) item->enabled = enabled.Get();
@@ -94,15 +101,19 @@ void frmNewUI::Form_Load() {
   alerts.sckShowAll.checked = true;
   Guarded("LoadWindowState", [&] { parts_.reg_ini.LoadWindowState(*this); });
   Guarded("LoadDescTips", [&] { LoadDescTips(); });
-  options.eSbRiskLevel.value = static_cast<int>(app_.settings.ShRskLvl);
+  options.eSbRiskLevel.Put(app_.settings.ShRskLvl);
+  options.UpdateRiskFilterLabels();
+  ShowMarks();
   Guarded("LoadChkAlrColl", [&] { parts_.alerts.LoadChkAlrColl(); });
   alerts.CreateHeaderlvAlerts();
   alerts.LoadlvAlerts();
   alerts.ShowFirst();
+  logs.CreateHeaderlvAgErrLog();
   if (!parts_.gKvlF.EventTable)
     app_.seams.message_boxes.Show({app_.ProductName, kNoDataFound, platform::BoxIcon::kStop});
   Frame2.visible = true;
   ViewItems_Click(kSummaryView);
+  options.etbOptionSel_Click(kMailTab);
   tray.SetTip(app_.ProductName);
   tray.icon = widgets::TrayIcon::kForm;
   tray.shown = true;
@@ -160,8 +171,31 @@ void frmNewUI::ViewItems_Click(int index) {
   RunViewAction(index);
   ShowOnlyPane(index);
   if (index == kAlertsView) alerts.lvAlerts.focus.Raise();
+  if (index == kAdvancedView) logs.alvAgErrLog.focus.Raise();
   PreviousView = static_cast<std::int16_t>(index);
   parts_.screen.MousePointer = widgets::kPointerDefault;
+}
+
+void frmNewUI::sClick1_Click() {
+  ViewItems_Click(kOptionsView);
+  options.etbOptionSel_Click(kAlertTab);
+}
+
+void frmNewUI::RebuildAlerts() {
+  alerts.ClearAlertList();
+  alerts.LoadlvAlerts();
+  summary.FillSummaryFra();
+}
+
+// A setting in the menu. A click on its way may arrive when a box is open already.
+void frmNewUI::Turn(bool core::Settings::*flag, const char* procedure) {
+  if (!enabled) return;
+  Guarded(procedure, [&] { parts_.misc.Set(flag, !(app_.settings.*flag)); });
+}
+
+void frmNewUI::ShowMarks() {
+  mPopOrigHigh.checked = app_.settings.PopOrigHigh;
+  mPopNotifyMs.checked = app_.settings.PopNotifyMs;
 }
 
 void frmNewUI::RunViewAction(int index) {

@@ -99,7 +99,13 @@ class frmNewUI : public widgets::Form, private MainWindow {
   widgets::MenuItem mPopMinimize{"mPopMinimize", "&Minimize"};
   widgets::MenuItem mPopMaximize{"mPopMaximize", "&Maximize"};
   widgets::MenuItem mPopExit{"mPopExit", "&Quit"};
-  widgets::Menu mPopupSys2{"mPopupSys2", "", {&mPopRestore, &mPopMinimize, &mPopMaximize, &mPopExit}};
+  // Marked while the setting of the same name is on.
+  widgets::MenuItem mPopOrigHigh{"mPopOrigHigh", "Also notify me of &blocked events"};
+  widgets::MenuItem mPopNotifyMs{"mPopNotifyMs", "Notify me after a &day without intrusions"};
+  widgets::Menu mPopupSys2{
+      "mPopupSys2",
+      "",
+      {&mPopRestore, &mPopMinimize, &mPopMaximize, &mPopExit, &mPopOrigHigh, &mPopNotifyMs}};
 
   SummaryPane summary;
   AlertsPane alerts;
@@ -127,6 +133,10 @@ class frmNewUI : public widgets::Form, private MainWindow {
   // Runs a procedure of this form under its name: a run-time error is logged and the console goes on.
   template <class Body>
   bool Guarded(const char* procedure, Body&& body);
+  void Turn(bool core::Settings::*flag, const char* procedure);
+  void ShowMarks();
+  void sClick1_Click();
+  void RebuildAlerts();
   void ShowWindow(widgets::WindowState wanted);
   // Hides the window, or what comes nearest to it.
   void PutAway();
@@ -137,7 +147,7 @@ class frmNewUI : public widgets::Form, private MainWindow {
   std::string FormattedVersion() const;
 
   std::unique_ptr<platform::Timer> Timer1_, Timer2_, Timer4_;
-  widgets::Connection new_alert_;
+  widgets::Connection new_alert_, misc_changed_;
   bool told_of_minimising_ = false;
   std::uint8_t ThreeSecondTicks_ = 0;
   std::uint8_t TwoMinuteTicks_ = 0;

@@ -1,17 +1,220 @@
 #include "home/options_pane.h"
 
+#include <utility>
+
+#include "core/desc_lookup.h"
 #include "core/guards.h"
-#include "settings/smtp.h"
+#include "core/number_rules.h"
+#include "core/validation.h"
+#include "settings/reg_ini.h"
+#include "widgets/busy_mark.h"
 
 namespace zendrix::home {
+namespace {
 
-OptionsPane::OptionsPane(OptionsNeeds needs) : needs_(needs) {}
+using core::Settings;
+
+constexpr char kStandardPort[] = "25";
+constexpr widgets::Colour kWhite = 0xFFFFFF;
+constexpr int kDesignedSensitivity = 110;
+constexpr float kSensitivityScale = 100;  // slider places to one of the setting
+// The slider's last place of "All", and of "Suspicious and Intrusion".
+constexpr int kLastOfAll = 33, kLastOfSuspicious = 66;
+// Where the slider stands for the three floors.
+constexpr int kAllPlace = 0, kSuspiciousPlace = 50, kIntrusionPlace = 100;
+
+}  // namespace
+
+OptionsPane::OptionsPane(OptionsNeeds needs) : needs_(std::move(needs)), app_(needs_.state) {
+  eSbSensitivity.value = kDesignedSensitivity;
+  ConnectControls();
+}
+
+void OptionsPane::ConnectControls() {
+  for (int i = 0; i < kOptionTabs; ++i)
+    etbOptionSel[static_cast<std::size_t>(i)].clicked.ConnectForever([this, i] { etbOptionSel_Click(i); });
+  eEnable.clicked.ConnectForever([this] { eEnable_Click(); });
+  for (widgets::TextBox* box : {&Email, &Server, &Port})
+    box->text.changed.ConnectForever([this] { SmtpDirty = true; });
+  Email.valid = [this] {
+    return Valid(core::IsValidEmail(Email.text.Get()), "Not a valid email address.",
+                 "should be as in: 'name@domain.ext'");
+  };
+  Server.valid = [this] {
+    return Valid(core::IsValidServer(Server.text.Get()), "Not a valid Server name.",
+                 "should be as in: 'server.maildomain.ext'");
+  };
+  Port.takes = [](char key) { return key >= '0' && key <= '9'; };
+  Port.refused.ConnectForever([this] { needs_.screen.beep.Raise(); });
+  eSbRiskLevel.value.changed.ConnectForever([this] { UpdateRiskFilterLabels(); });
+  eSbSensitivity.value.changed.ConnectForever([this] {
+    eSensitivity.caption =
+        core::FormatPicture(eSbSensitivity.value.Get() / 100.0, "#0.00", app_.seams.locale.Current());
+  });
+  eSave.clicked.ConnectForever([this] {
+    if (MayLeaveFields()) eSave_Click();
+  });
+  misc_changed_ = needs_.misc.changed.Connect([this] { FollowFlags(); });
+}
+
+bool OptionsPane::Valid(bool good, const char* first_line, const char* second_line) {
+  if (!good) {
+    app_.seams.message_boxes.Show(
+        {app_.ProductName, std::string(first_line) + "\r\n" + second_line, platform::BoxIcon::kStop});
+  }
+  return good;
+}
+
+// The button may be pressed without taking the keyboard away from a field, by its access key for one.
+bool OptionsPane::MayLeaveFields() {
+  for (widgets::TextBox* box : {&Email, &Server, &Port})
+    if (box->has_keyboard()) return box->Leave();
+  return true;
+}
+
+void OptionsPane::FillEmailFra() {
+  if (reading_) return;
+  core::OrLog(needs_.log, "frmNewUI:FillEmailFra", [&] {
+    LoadMail();
+    CheckEmlSta();
+    LoadAlertSettings();
+    LoadFlags();
+  });
+}
+
+void OptionsPane::LoadMail() {
+  eEnable.checked = app_.settings.enblAlr == "1";
+  const settings::SmtpData mail = ReadMail();
+  Email.text = mail.Address;
+  Server.text = mail.Server;
+  Port.text = mail.Port.empty() ? kStandardPort : mail.Port;
+  SmtpDirty = false;
+  eEnable_Click();
+}
+
+// The box about a damaged file stays open while the refresh cycle runs on; each of its looks at the settings
+// would find the same file and open another one.
+settings::SmtpData OptionsPane::ReadMail() {
+  const widgets::BusyMark reading(reading_);
+  return settings::LoadSMTPData(app_, needs_.log);
+}
+
+void OptionsPane::LoadAlertSettings() {
+  const Settings& settings = app_.settings;
+  eSbRiskLevel.value = settings.ShRskLvl == settings.NormalFrom       ? kAllPlace
+                       : settings.ShRskLvl == settings.SuspiciousFrom ? kSuspiciousPlace
+                                                                      : kIntrusionPlace;
+  UpdateRiskFilterLabels();
+  // In this order: the slider, when it moves, shows its own form of the number.
+  eSensitivity.caption = core::TextOf(settings.Sensitivity, app_.seams.locale.Current());
+  eSbSensitivity.Put(settings.Sensitivity * kSensitivityScale);
+}
+
+// echkNotifyMs is not loaded: it stays as the user left it.
+void OptionsPane::LoadFlags() {
+  std::string caption;
+  if (core::DescLookup(app_.Desc[9], "003,", caption)) echkOrigHigh.caption = caption;
+  shown_PopOrigHigh_ = app_.settings.PopOrigHigh;
+  shown_DontAsk_ = app_.settings.DontAsk;
+  echkOrigHigh.checked = !shown_PopOrigHigh_;
+  echkDontAsk.checked = shown_DontAsk_;
+}
+
+// Only what has changed: a tick that the user has not saved yet stays.
+void OptionsPane::FollowFlags() {
+  if (std::exchange(shown_PopOrigHigh_, app_.settings.PopOrigHigh) != app_.settings.PopOrigHigh)
+    echkOrigHigh.checked = !app_.settings.PopOrigHigh;
+  if (std::exchange(shown_DontAsk_, app_.settings.DontAsk) != app_.settings.DontAsk)
+    echkDontAsk.checked = app_.settings.DontAsk;
+}
+
+void OptionsPane::etbOptionSel_Click(int index) {
+  for (widgets::Label& label : etbOptionSel) {
+    label.bordered = false;
+    label.back_colour = kWhite;
+  }
+  etbOptionSel[static_cast<std::size_t>(index)].bordered = true;
+  for (int i = 0; i < kOptionTabs; ++i) {
+    widgets::Frame& page = efrOption[static_cast<std::size_t>(i)];
+    page.visible = i == index;
+    page.enabled = i == index;
+    if (i == index) page.to_front.Raise();
+  }
+}
+
+void OptionsPane::eEnable_Click() {
+  const bool on = eEnable.checked;
+  if (!on) {
+    Email.text = "";
+    Server.text = "";
+    Port.text = kStandardPort;
+  }
+  for (widgets::Control* control : std::initializer_list<widgets::Control*>{
+           &Email, &Server, &Port, &elabel1, &elabel2, &elabel3, &elabel4, &elabel5})
+    control->enabled = on;
+}
+
+void OptionsPane::UpdateRiskFilterLabels() {
+  const int place = eSbRiskLevel.value;
+  if (place <= kLastOfAll) {
+    eAlertsToShow.caption = "All";
+    needs_.sCurrSens.caption = "Currently displaying All alerts";
+  } else if (place <= kLastOfSuspicious) {
+    eAlertsToShow.caption = "Only Suspicious and Intrusion alerts";
+    needs_.sCurrSens.caption = "Currently displaying Suspicious and Intrusion alerts";
+  } else {
+    eAlertsToShow.caption = "Only Intrusion alerts";
+    needs_.sCurrSens.caption = "Currently displaying Intrusion alerts";
+  }
+}
+
+void OptionsPane::eSave_Click() {
+  needs_.screen.MousePointer = widgets::kPointerHourglass;
+  const bool mail = efrOption[kMailTab].visible;
+  const bool saved = core::OrLog(needs_.log, "frmNewUI:eSave_Click", [&] {
+    if (mail)
+      SaveMail();
+    else if (efrOption[kAlertTab].visible)
+      SaveAlertSettings();
+    else if (efrOption[kPropertiesTab].visible)
+      SaveProperties();
+  });
+  needs_.screen.MousePointer = widgets::kPointerDefault;
+  if (saved && mail) (Email.enabled ? Email.focus : eEnable.focus).Raise();
+}
+
+void OptionsPane::SaveMail() {
+  if (SmtpDirty) settings::SaveSMTPData(app_, needs_.log, {Email.text, Server.text, Port.text});
+  needs_.misc.Set(&Settings::enblAlr, std::string(eEnable.checked ? "1" : "0"));
+  EmailJustSaved = true;
+}
+
+void OptionsPane::SaveAlertSettings() {
+  Settings& settings = app_.settings;
+  settings.Sensitivity = static_cast<float>(eSbSensitivity.value.Get()) / kSensitivityScale;
+  settings::DeriveThresholds(settings);
+  for (float Settings::*number : {&Settings::Sensitivity, &Settings::NormalTop, &Settings::SuspiciousTop})
+    needs_.misc.Set(number, settings.*number);
+  needs_.misc.Set(&Settings::ShRskLvl, static_cast<float>(eSbRiskLevel.value.Get()));
+  UpdateRiskFilterLabels();
+  needs_.RebuildAlerts();
+}
+
+// All three are read before the first is saved: the check boxes follow what is saved.
+void OptionsPane::SaveProperties() {
+  const bool orig_high = !echkOrigHigh.checked, notify = !echkNotifyMs.checked,
+             dont_ask = echkDontAsk.checked;
+  needs_.misc.Set(&Settings::PopOrigHigh, orig_high);
+  needs_.misc.Set(&Settings::PopNotifyMs, notify);
+  needs_.misc.Set(&Settings::DontAsk, dont_ask);
+}
 
 std::int16_t OptionsPane::CheckEmlSta() {
+  if (reading_) return EmailStatus_;
   int status = kGood;
   core::OrLog(needs_.log, "frmNewUI:CheckEmlSta", [&] {
-    if (needs_.state.settings.enblAlr != "0") {
-      const settings::SmtpData mail = settings::LoadSMTPData(needs_.state, needs_.log);
+    if (app_.settings.enblAlr != "0") {
+      const settings::SmtpData mail = ReadMail();
       if (mail.Address.empty() || mail.Server.empty()) status = kAttention;
     }
     needs_.row.Flag.picture = FlagOf(status);
@@ -20,10 +223,11 @@ std::int16_t OptionsPane::CheckEmlSta() {
       needs_.AttentionPending = true;
       EmailJustSaved = false;
     }
-    eTitleDesc.caption = StatusText(needs_.state, kOptionsView, status);
+    eTitleDesc.caption = StatusText(app_, kOptionsView, status);
     needs_.row.icDesc.caption = eTitleDesc.caption.Get();
   });
-  return static_cast<std::int16_t>(status);
+  EmailStatus_ = static_cast<std::int16_t>(status);
+  return EmailStatus_;
 }
 
 }  // namespace zendrix::home

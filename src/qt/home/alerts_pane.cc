@@ -2,6 +2,7 @@
 
 #include <QBoxLayout>
 #include <QCheckBox>
+#include <QLabel>
 #include <QPushButton>
 #include <QSplitter>
 
@@ -25,6 +26,13 @@ QWidget* MakeAlertsPane(home::AlertsPane& pane, const Toolkit& kit) {
   tools->addWidget(MakeButton(pane.sShowAll, "flat", kit));
   tools->addWidget(MakeButton(pane.sClearAll, "flat", kit));
   column->addLayout(tools);
+  auto* shown = new QHBoxLayout;
+  QLabel* which = WithRole(MakeLabel(pane.sCurrSens, kit), "faint");
+  which->setWordWrap(false);
+  shown->addWidget(which);
+  shown->addWidget(MakeButton(pane.sClick1, "link", kit));
+  shown->addStretch(1);
+  column->addLayout(shown);
   auto* split = new QSplitter(Qt::Vertical);
   split->setChildrenCollapsible(false);
   split->setHandleWidth(kPaneGap);

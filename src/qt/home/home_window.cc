@@ -56,8 +56,9 @@ HomeWindow::HomeWindow(home::frmNewUI& form, const Toolkit& toolkit) : FormWindo
     auto* frame = new QWidget;
     auto* layout = new QVBoxLayout(frame);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(pane.body, pane.view == kAlertsView ? 1 : 0);
-    if (pane.view != kAlertsView) layout->addStretch(1);
+    const bool has_list = pane.view == kAlertsView || pane.view == kAdvancedView;
+    layout->addWidget(pane.body, has_list ? 1 : 0);
+    if (!has_list) layout->addStretch(1);
     BindControl(*ui_.fraDesc[at], heading);
     BindControl(*ui_.Frame1[at], frame);
     content->addWidget(heading);
@@ -143,7 +144,7 @@ QWidget* HomeWindow::MakeAdvancedPane() {
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(kPaneGap);
   column->addWidget(MakeAgentCard(ui_.agent, kit()));
-  column->addWidget(MakeLogs(ui_.logs, kit()));
+  column->addWidget(MakeLogs(ui_.logs, kit()), 1);
   return pane;
 }
 

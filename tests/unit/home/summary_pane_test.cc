@@ -1,12 +1,11 @@
 #include "home_fixture.h"
-#include "settings/smtp.h"
 
 namespace zendrix::home {
 namespace {
 
-class StatusTest : public HomeFixture {};
+class SummaryPaneTest : public HomeFixture {};
 
-TEST_F(StatusTest, EmptyListRunningAgentAndNoMailIsGreen) {
+TEST_F(SummaryPaneTest, EmptyListRunningAgentAndNoMailIsGreen) {
   Open(Line(1, "System", "0"));
   EXPECT_EQ(form_->AlertLevel, 1);
   EXPECT_EQ(form_->summary.OSFlag.picture.Get(), "FlagG");
@@ -17,7 +16,7 @@ TEST_F(StatusTest, EmptyListRunningAgentAndNoMailIsGreen) {
   EXPECT_EQ(form_->alerts.sTitleDesc.caption.Get(), "No alerts of 0.");
 }
 
-TEST_F(StatusTest, StoppedAgentIsRedAndWinsTheSecondLineOverAnIntrusion) {
+TEST_F(SummaryPaneTest, StoppedAgentIsRedAndWinsTheSecondLineOverAnIntrusion) {
   world_.platform.services.SetStopped("ZENDRIX");
   Open(Alert(1, "0.99"));
   EXPECT_THAT(Boxes().shown, ::testing::IsEmpty()) << "a check asks nobody";
@@ -28,7 +27,7 @@ TEST_F(StatusTest, StoppedAgentIsRedAndWinsTheSecondLineOverAnIntrusion) {
   EXPECT_EQ(form_->summary.StatusAction, 2);
 }
 
-TEST_F(StatusTest, LinkOfAStoppedAgentStartsIt) {
+TEST_F(SummaryPaneTest, LinkOfAStoppedAgentStartsIt) {
   world_.platform.services.SetStopped("ZENDRIX");
   Open(Line(1, "System", "0"));
   form_->summary.icMore.clicked.Raise();
@@ -37,32 +36,7 @@ TEST_F(StatusTest, LinkOfAStoppedAgentStartsIt) {
   EXPECT_EQ(form_->agent.aClick.caption.Get(), "[Disable]");
 }
 
-TEST_F(StatusTest, LinkOfARunningAgentStopsIt) {
-  Open(Line(1, "System", "0"));
-  EXPECT_EQ(form_->agent.StaImg.picture.Get(), "FlagG");
-  EXPECT_EQ(form_->agent.aTitleDesc.caption.Get(), "Agent watches.");
-  EXPECT_EQ(form_->agent.aStatus.caption.Get(), "Monitoring is Enabled");
-  form_->agent.aClick.clicked.Raise();
-  EXPECT_EQ(form_->AgentLevel, 3);
-  EXPECT_EQ(form_->agent.StaImg.picture.Get(), "FlagR");
-  EXPECT_EQ(form_->agent.aTitleDesc.caption.Get(), "Agent rests.");
-  EXPECT_EQ(form_->agent.aClick.caption.Get(), "[Enable]");
-}
-
-TEST_F(StatusTest, AgentThatStopsWarnsOnceUntilItIsStartedByHand) {
-  Open(Line(1, "System", "0"));
-  EXPECT_FALSE(form_->AttentionPending);
-  world_.platform.services.SetStopped("ZENDRIX");
-  form_->agent.CheckAgnSta();
-  EXPECT_TRUE(form_->AttentionPending);
-  form_->AttentionPending = false;
-  form_->agent.CheckAgnSta();
-  EXPECT_FALSE(form_->AttentionPending);
-  form_->agent.aClick.clicked.Raise();
-  EXPECT_TRUE(form_->agent.AgentJustStarted);
-}
-
-TEST_F(StatusTest, SentenceComesInFrontOfItsBand) {
+TEST_F(SummaryPaneTest, SentenceComesInFrontOfItsBand) {
   Open(Line(1, "System", "0"));
   int front = 0;
   const auto link = form_->summary.OSRiskLevel.to_front.Connect([&] { ++front; });
@@ -70,7 +44,7 @@ TEST_F(StatusTest, SentenceComesInFrontOfItsBand) {
   EXPECT_EQ(front, 1);
 }
 
-TEST_F(StatusTest, SecondLineIsClearedWhenItsDescriptionsAreGone) {
+TEST_F(SummaryPaneTest, SecondLineIsClearedWhenItsDescriptionsAreGone) {
   Open(Line(1, "System", "0"));
   EXPECT_NE(form_->summary.icStatus.caption.Get(), "");
   state_.Desc[1].clear();
@@ -78,7 +52,7 @@ TEST_F(StatusTest, SecondLineIsClearedWhenItsDescriptionsAreGone) {
   EXPECT_EQ(form_->summary.icStatus.caption.Get(), "");
 }
 
-TEST_F(StatusTest, UndecidedStatusKeepsTheLastColour) {
+TEST_F(SummaryPaneTest, UndecidedStatusKeepsTheLastColour) {
   Open(Alert(1, "0.92"));
   ASSERT_EQ(form_->summary.OSFlag.picture.Get(), "FlagY");
   form_->AlertLevel = 0;
@@ -87,7 +61,7 @@ TEST_F(StatusTest, UndecidedStatusKeepsTheLastColour) {
   EXPECT_FALSE(form_->summary.icMore.visible);
 }
 
-TEST_F(StatusTest, IntrusionLeadsToTheList) {
+TEST_F(SummaryPaneTest, IntrusionLeadsToTheList) {
   Open(Alert(1, "0.99"));
   EXPECT_EQ(form_->summary.icMore.caption.Get(), "[Details...]");
   EXPECT_EQ(form_->summary.icStatus.caption.Get(), "Intrusion: 1.");
@@ -95,7 +69,7 @@ TEST_F(StatusTest, IntrusionLeadsToTheList) {
   EXPECT_EQ(form_->CurrentView, kAlertsView);
 }
 
-TEST_F(StatusTest, SuspiciousAlertIsYellow) {
+TEST_F(SummaryPaneTest, SuspiciousAlertIsYellow) {
   Open(Alert(1, "0.92"));
   EXPECT_EQ(form_->AlertLevel, 2);
   EXPECT_EQ(form_->summary.alerts_row.Flag.picture.Get(), "FlagY");
@@ -104,13 +78,13 @@ TEST_F(StatusTest, SuspiciousAlertIsYellow) {
   EXPECT_EQ(form_->summary.OSRiskLevel.fore_colour.Get(), 0x008080u);
 }
 
-TEST_F(StatusTest, AllowedIntrusionNoLongerCounts) {
+TEST_F(SummaryPaneTest, AllowedIntrusionNoLongerCounts) {
   alerts_.decisions = {{Tag(1), "x"}};
   Open(Alert(1, "0.99"));
   EXPECT_EQ(form_->AlertLevel, 1);
 }
 
-TEST_F(StatusTest, BlockedIntrusionCountsWhileItIsListed) {
+TEST_F(SummaryPaneTest, BlockedIntrusionCountsWhileItIsListed) {
   alerts_.decisions = {{Tag(1), "A"}};
   Open(Alert(1, "0.99"));
   EXPECT_EQ(form_->AlertLevel, 3);
@@ -119,36 +93,7 @@ TEST_F(StatusTest, BlockedIntrusionCountsWhileItIsListed) {
   EXPECT_EQ(form_->alerts.CheckAlrSta(), 1);
 }
 
-TEST_F(StatusTest, MailWithoutAServerIsYellowAndWarnsOnce) {
-  state_.settings.enblAlr = "1";
-  settings::SaveSMTPData(state_, world_.log, {"a@b.c", "", "25"});
-  Open(Line(1, "System", "0"));
-  EXPECT_EQ(form_->summary.OSFlag.picture.Get(), "FlagY");
-  EXPECT_FALSE(form_->summary.icMore.visible);
-  EXPECT_EQ(form_->options.eTitleDesc.caption.Get(), "Mail is incomplete.");
-  EXPECT_TRUE(form_->AttentionPending);
-  form_->AttentionPending = false;
-  form_->CheckRiskLevel();
-  EXPECT_FALSE(form_->AttentionPending);
-}
-
-TEST_F(StatusTest, MailWithoutAPortIsComplete) {
-  state_.settings.enblAlr = "1";
-  settings::SaveSMTPData(state_, world_.log, {"a@b.c", "mail.b.c", ""});
-  Open(Line(1, "System", "0"));
-  EXPECT_EQ(form_->options.CheckEmlSta(), 1);
-}
-
-TEST_F(StatusTest, MissingServiceCountsAsStoppedAndCallsOnce) {
-  world_.platform.services.SetMissing("ZENDRIX");
-  Open(Line(1, "System", "0"));
-  EXPECT_EQ(form_->AgentLevel, 3);
-  EXPECT_EQ(form_->agent.aStatus.caption.Get(), "Monitoring is Disabled");
-  EXPECT_EQ(form_->agent.aClick.caption.Get(), "[Enable]");
-  EXPECT_FALSE(form_->agent.AgentJustStarted);
-}
-
-TEST_F(StatusTest, CountsAndDateOfTheTable) {
+TEST_F(SummaryPaneTest, CountsAndDateOfTheTable) {
   Open(Line(1, "System", "0") + Alert(2, "0.94") + Alert(3, "0.95") + Alert(4, "0.99"));
   EXPECT_EQ(form_->summary.icEventCount.caption.Get(), "Events: 4");
   EXPECT_EQ(form_->summary.icAlertCount.caption.Get(), "Alerts: 2");
@@ -156,47 +101,25 @@ TEST_F(StatusTest, CountsAndDateOfTheTable) {
 }
 
 // (Su + 0.5) x 0.99 / 100: the floor of the count lies a little above the ceiling of Suspicious.
-TEST_F(StatusTest, AlertCountBeginsExactlyAtItsFloor) {
+TEST_F(SummaryPaneTest, AlertCountBeginsExactlyAtItsFloor) {
   state_.settings.SuspiciousTop = 90;  // 0.89595
   Open(Alert(1, "0.895949") + Alert(2, "0.89595") + Alert(3, "0.895951"));
   EXPECT_EQ(form_->summary.icAlertCount.caption.Get(), "Alerts: 2");
 }
 
-TEST_F(StatusTest, OnlyAggregationRowsAreCountedAsAlerts) {
+TEST_F(SummaryPaneTest, OnlyAggregationRowsAreCountedAsAlerts) {
   Open(Line(1, "Community", "0.99") + Line(2, "System", "0.99"));
   EXPECT_EQ(form_->summary.icAlertCount.caption.Get(), "Alerts: 0");
 }
 
-TEST_F(StatusTest, FlagOfTheOptionsFollowsTheMailSettings) {
-  Open(Line(1, "System", "0"));
-  EXPECT_EQ(form_->summary.options_row.Flag.picture.Get(), "FlagG");
-  EXPECT_EQ(form_->options.StaImg.picture.Get(), "FlagG");
-  state_.settings.enblAlr = "1";
-  form_->options.CheckEmlSta();
-  EXPECT_EQ(form_->summary.options_row.Flag.picture.Get(), "FlagY");
-  EXPECT_EQ(form_->options.StaImg.picture.Get(), "FlagY");
-}
-
-TEST_F(StatusTest, ClickOnOptionsChecksTheMailSettingsAgain) {
-  Open(Line(1, "System", "0"));
-  EXPECT_EQ(form_->options.eTitleDesc.caption.Get(), "Mail is fine.");
-  state_.settings.enblAlr = "1";
-  form_->ViewItems[kOptionsView]->clicked.Raise();
-  EXPECT_EQ(form_->options.eTitleDesc.caption.Get(), "Mail is incomplete.");
-  EXPECT_EQ(form_->summary.options_row.icDesc.caption.Get(), "Mail is incomplete.");
-  settings::SaveSMTPData(state_, world_.log, {"a@b.c", "mail.b.c", "25"});
-  form_->ViewItems[kOptionsView]->clicked.Raise();
-  EXPECT_EQ(form_->options.eTitleDesc.caption.Get(), "Mail is fine.");
-}
-
-TEST_F(StatusTest, EmptyTableHasNoDateAndNoCounts) {
+TEST_F(SummaryPaneTest, EmptyTableHasNoDateAndNoCounts) {
   Open("");
   EXPECT_EQ(form_->summary.icDate.caption.Get(), "N/A");
   EXPECT_EQ(form_->summary.icEventCount.caption.Get(), "Events: 0");
   EXPECT_EQ(form_->summary.icAlertCount.caption.Get(), "Alerts: 0");
 }
 
-TEST_F(StatusTest, CountsFollowNewEvents) {
+TEST_F(SummaryPaneTest, CountsFollowNewEvents) {
   Open(Line(1, "System", "0"));
   Append(Alert(2, "0.99"));
   Poll();
@@ -204,13 +127,13 @@ TEST_F(StatusTest, CountsFollowNewEvents) {
   EXPECT_EQ(form_->AlertLevel, 3);
 }
 
-TEST_F(StatusTest, DescriptionReplacesTheSentence) {
+TEST_F(SummaryPaneTest, DescriptionReplacesTheSentence) {
   state_.Desc[4] = {"1,All is well"};
   Open(Line(1, "System", "0"));
   EXPECT_EQ(form_->summary.OSRiskLevel.caption.Get(), "All is well");
 }
 
-TEST_F(StatusTest, MissingDescriptionsChangeNoColour) {
+TEST_F(SummaryPaneTest, MissingDescriptionsChangeNoColour) {
   state_.Desc[1].clear();
   state_.Desc[9].clear();
   Open(Alert(1, "0.99"));
