@@ -1,24 +1,18 @@
 // quarantine: what was put away, and the way back.
-#include <algorithm>
-
+#include "alerts/quarantine.h"
 #include "inspect/commands.h"
 #include "inspect/console.h"
-#include "platform/family_libraries.h"
 
 namespace zendrix::inspect {
 namespace {
 
 constexpr char kUsage[] = "quarantine list | quarantine restore NAME";
 
-std::vector<platform::QuarantineEntry> EntriesIn(Console& console) {
-  auto entries = console.state().seams.family.QuarantineList();
-  if (!entries) throw NoSuchThing(Text(entries.error().text));
-  return std::move(entries.value());
-}
-
 void List(Console& console) {
+  const auto contents = alerts::ReadQuarantine(console.state().seams.family);
+  if (!contents.failure.empty()) throw NoSuchThing(Text(contents.failure));
   Json entries = Json::array();
-  for (const auto& entry : EntriesIn(console))
+  for (const auto& entry : contents.entries)
     entries.push_back({{"name", entry.name},
                        {"path", Path(entry.path)},
                        {"size", entry.size},
@@ -30,15 +24,9 @@ void List(Console& console) {
 }
 
 void Restore(Console& console, const std::string& name) {
-  const auto entries = EntriesIn(console);
-  const auto entry =
-      std::find_if(entries.begin(), entries.end(), [&](const auto& one) { return one.name == name; });
-  if (entry == entries.end()) throw NoSuchThing("There is no such entry in quarantine.");
-  std::string message;
-  const auto restored = console.state().seams.family.RestoreExport(name, message);
-  if (!restored) throw NoSuchThing(Text(restored.error().text));
-  if (!restored.value()) throw NoSuchThing(Text(message.substr(0, message.find('\0'))));
-  console.Print({{"restored", Path(entry->path)}});
+  const auto outcome = alerts::RestoreFromQuarantine(console.state().seams.family, name);
+  if (!outcome.restored) throw NoSuchThing(Text(outcome.told));
+  console.Print({{"restored", Path(outcome.path)}});
 }
 
 }  // namespace
