@@ -5,6 +5,8 @@
 // event table.
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -19,6 +21,14 @@ struct ListedAlert {
   std::string id;        // of its row, decimal
   std::string date_utc;  // of its row
   std::string text;      // what the list shows of it
+};
+
+// An alert and its events as the wizard explains them. It is a copy of what was looked up once, which no
+// later lookup changes; the services outlive it.
+struct Explanation {
+  std::size_t events = 0;  // beside the alert itself
+  // The page of the alert (0) or of one of its events (1 to `events`), as it is shown.
+  std::function<std::string(std::size_t index)> page;
 };
 
 class AlertServices {
@@ -36,6 +46,11 @@ class AlertServices {
   virtual void ForgetNotableInfo() = 0;
   // The page that explains the alert with this ID; empty when there is none.
   virtual std::string RenderDetails(const std::string& id) = 0;
+  // Looks the alert up for the wizard; one that is not in the table any more has no events.
+  virtual Explanation Explain(const ListedAlert& alert) = 0;
+  // Keeps what the wizard has come to, that the alert is normal (allow) or not (block), as the list's mark
+  // and nowhere else. An earlier mark of the same kind stays.
+  virtual void Conclude(Answer answer, const ListedAlert& alert) = 0;
   // The user's answer through the list's menu, to the alert of this row: asks, and on Yes files and keeps it.
   // Returns whether the user said Yes. Shows message boxes, so the event loop runs.
   virtual bool DecideFromMenu(Answer answer, const ListedAlert& alert) = 0;

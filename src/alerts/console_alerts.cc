@@ -1,9 +1,11 @@
 #include "alerts/console_alerts.h"
 
+#include <memory>
 #include <utility>
 
 #include "alerts/lookup.h"
 #include "alerts/summary_table.h"
+#include "core/guards.h"
 
 namespace zendrix::alerts {
 
@@ -39,6 +41,29 @@ std::string ConsoleAlerts::RenderDetails(const std::string& id) {
 void ConsoleAlerts::GetNotableInfo(const std::string& id) {
   const auto table = table_();
   alerts::GetNotableInfo(state_, log_, table.get(), id, context_);
+}
+
+Explanation ConsoleAlerts::Explain(const ListedAlert& alert) {
+  GetNotableInfo(alert.id);
+  if (context_.NotableInfo.front().DateUTC != alert.date_utc) context_.Reset();
+  auto copy = std::make_shared<AlertContext>(context_);
+  // The pages name the time that the alert's own rendering leaves.
+  copy->AlertDate.clear();
+  copy->AlertTime.clear();
+  Renderer(state_, log_, *copy).GetCurrDesc(true, Purpose::kShown);
+  return {copy->NotableInfo.size() - 1, [this, copy](std::size_t index) {
+            return Renderer(state_, log_, *copy).GetMonitorDesc(index, Purpose::kShown);
+          }};
+}
+
+// The place of an entry that stays is its old one.
+void ConsoleAlerts::Conclude(Answer answer, const ListedAlert& alert) {
+  core::OrIgnore([&] {
+    const auto decision = checked_.Find(alert.date_utc);
+    if (answer == Answer::kBlock) return checked_.MarkBlocked(alert.date_utc);
+    if (decision && IsBlocked(*decision)) checked_.Remove(alert.date_utc);
+    checked_.Add(alert.date_utc, alert.date_utc);
+  });
 }
 
 bool ConsoleAlerts::DecideFromMenu(Answer answer, const ListedAlert& alert) {

@@ -22,6 +22,8 @@ class ConsoleAlerts : public AlertServices {
   bool HasDetails(const std::string& id) override;
   void ForgetNotableInfo() override;
   std::string RenderDetails(const std::string& id) override;
+  Explanation Explain(const ListedAlert& alert) override;
+  void Conclude(Answer answer, const ListedAlert& alert) override;
   bool DecideFromMenu(Answer answer, const ListedAlert& alert) override;
   void DecideFromPage(Answer answer, const ListedAlert& alert) override;
 

@@ -13,6 +13,8 @@
 #include "core/moments.h"
 #include "core/run_time_error.h"
 #include "core/text_rules.h"
+#include "home/frm_more_info.h"
+#include "home/frm_quarantine.h"
 
 namespace zendrix::home {
 
@@ -77,6 +79,8 @@ AlertsPane::AlertsPane(AlertsNeeds needs)
   sckShowAll.clicked.ConnectForever([this] { sckShowAll_Click(); });
   sClearAll.clicked.ConnectForever([this] { sClearAll_Click(); });
   sShowAll.clicked.ConnectForever([this] { sShowAll_Click(); });
+  sMoreInfo.clicked.ConnectForever([this] { sMoreInfo_Click(); });
+  sQuarantine.clicked.ConnectForever([this] { sQuarantine_Click(); });
 }
 
 void AlertsPane::CreateHeaderlvAlerts() {
@@ -297,6 +301,41 @@ void AlertsPane::sShowAll_Click() {
   ClearAlertList();
   LoadlvAlerts();
   needs_.CheckRiskLevel();
+}
+
+// A press that reaches the button past the open window counts for nothing, here and below.
+void AlertsPane::sMoreInfo_Click() {
+  core::OrLog(needs_.log, "frmNewUI:sMoreInfo_Click", [&] {
+    if (!needs_.window.enabled) return;
+    if (!lvAlerts.selected()) ShowFirst();
+    const auto selected = lvAlerts.selected();
+    if (selected) Analyze(ListedIn(lvAlerts.in_slot(*selected)));
+  });
+}
+
+// Another row may be the selected one behind the window, and the file another one: the outcome is about the
+// alert that was explained.
+void AlertsPane::Analyze(const alerts::ListedAlert& alert) {
+  WizardResult = -1;
+  {
+    frmMoreInfo wizard(app_, needs_.log, needs_.alerts.Explain(alert),
+                       [this](std::int16_t result) { WizardResult = result; });
+    app_.host().ShowModal(wizard, &needs_.window);
+  }
+  if (WizardResult == 0) needs_.alerts.Conclude(alerts::Answer::kAllow, alert);
+  if (WizardResult == 1) needs_.alerts.Conclude(alerts::Answer::kBlock, alert);
+  ClearAlertList();
+  needs_.alerts.ForgetNotableInfo();
+  LoadlvAlerts();
+  needs_.CheckRiskLevel();
+}
+
+void AlertsPane::sQuarantine_Click() {
+  core::OrLog(needs_.log, "frmNewUI:sQuarantine_Click", [&] {
+    if (!needs_.window.enabled) return;
+    frmQuarantine window(app_);
+    app_.host().ShowModal(window, &needs_.window);
+  });
 }
 
 std::int16_t AlertsPane::CheckAlrSta() {

@@ -19,6 +19,7 @@
 #include "store/reader.h"
 #include "widgets/browser_view.h"
 #include "widgets/check_box.h"
+#include "widgets/form.h"
 #include "widgets/list_view.h"
 #include "widgets/menu.h"
 #include "widgets/screen.h"
@@ -32,6 +33,7 @@ struct AlertsNeeds {
   widgets::Screen& screen;
   store::CMkvlf& gKvlF;
   alerts::AlertServices& alerts;
+  widgets::Form& window;   // the main window
   StatusRow& row;          // that of the Summary pane
   bool& ListBusy;          // a list is being built
   bool& AttentionPending;  // something new needs the user
@@ -63,6 +65,10 @@ class AlertsPane {
   void sckShowAll_Click();
   void sClearAll_Click();
   void sShowAll_Click();
+  // Opens the wizard on the selected alert, keeps what it has come to, and builds the list anew.
+  void sMoreInfo_Click();
+  // What Block has put away, and the way back.
+  void sQuarantine_Click();
   // What selecting the pane runs.
   void FillEventsFra() { CheckAlrSta(); }
   // The status of the list: 1 good, 2 needs attention, 3 needs immediate attention.
@@ -74,6 +80,8 @@ class AlertsPane {
   bool ShowBlockedAlerts = true;
   // Time of the newest undecided row of level "Intrusion" seen; 0 before the first.
   core::Date LastIntrusionTime = 0;
+  // Outcome of the wizard: 0 all normal, 1 not so, -1 none.
+  std::int16_t WizardResult = -1;
 
   widgets::ListView lvAlerts{"lvAlerts"};
   widgets::CheckBox sckShowAll{"sckShowAll", "Display blocked events"};
@@ -83,6 +91,7 @@ class AlertsPane {
   // Which alerts the slider of the Options pane stands for, and the link that leads there.
   widgets::Label sCurrSens{"sCurrSens"};
   widgets::Label sClick1{"sClick1", "[ Adjust Sensitivity ]"};
+  widgets::Label sQuarantine{"sQuarantine", "Quarantine..."};
   widgets::Label sTitleDesc{"sTitleDesc"};
   widgets::Image StaImg{"StaImg(0)"};
   widgets::BrowserView sDesc{"sDesc"};
@@ -100,6 +109,7 @@ class AlertsPane {
   void NoteIntrusion(const std::string& date_time);
   void CloseBuild(const std::string& remembered);
   void TellWhyEmpty();
+  void Analyze(const alerts::ListedAlert& alert);
   void Decide(alerts::Answer answer, const char* procedure);
 
   AlertsNeeds needs_;

@@ -34,8 +34,9 @@ frmNewUI::frmNewUI(HomeParts parts)
       app_(parts_.state),
       summary({app_, parts_.log, parts_.gKvlF,  //
                [this](int view) { ViewItems_Click(view); }, [this] { agent.aClick_Click(); }}),
-      alerts({app_, parts_.log, parts_.screen, parts_.gKvlF, parts_.alerts, summary.alerts_row, ListBusy,
-              AttentionPending, [this](const store::EventCursor& row) { pop_ups.ShowAlertPopUp(row); },
+      alerts({app_, parts_.log, parts_.screen, parts_.gKvlF, parts_.alerts, *this, summary.alerts_row,
+              ListBusy, AttentionPending,
+              [this](const store::EventCursor& row) { pop_ups.ShowAlertPopUp(row); },
               [this] { CheckRiskLevel(); }}),
       agent({app_, parts_.log, parts_.agent, AttentionPending, AgentLevel, [this] { logs.FillAgentFra(); }}),
       logs({app_, parts_.log, parts_.screen, parts_.misc, [this] { CheckRiskLevel(); }}),

@@ -30,13 +30,13 @@ bool OwnPage::Write(const std::string& url, const std::string& html) {
 bool OwnPage::WaitForDocument() {
   auto& clock = app_.seams.clock;
   const std::int64_t start = clock.MonotonicMs();
-  while (!DocumentReady_) {
+  while (!stopped_ && !DocumentReady_) {
     app_.seams.loop.ProcessMessages();
-    if (DocumentReady_) break;
+    if (stopped_ || DocumentReady_) break;
     if (clock.MonotonicMs() - start >= kLongestWaitMs) return false;
     app_.seams.loop.WaitForMessages(kRestMs);
   }
-  return true;
+  return !stopped_;
 }
 
 // The script file is read at each use: it counts as it is now, with the hash that it has now.
@@ -66,6 +66,7 @@ bool OwnPage::OpenedLink(const std::string& url, const std::string& place) {
 }
 
 void OwnPage::Stop() {
+  stopped_ = true;
   if (widgets::BrowserPage* page = view_.page()) page->Stop();
 }
 

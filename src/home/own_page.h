@@ -20,14 +20,16 @@ class OwnPage {
 
   // Goes to one of the console's own "About:" pages.
   void Navigate(const std::string& url) { view_.Navigate(url); }
-  // Goes to this page, serves the event loop until it is there, and writes `html` into its body. False when
-  // ten seconds have passed: the page stays as it is then.
+  // Goes to this page, serves the event loop until it is there, and writes `html` into its body, as it stands
+  // by then: what the caller has made of it meanwhile is the newer page. False when ten seconds have passed,
+  // or Stop was called: the page stays as it is then.
   bool Write(const std::string& url, const std::string& html);
   // Runs the verified script file at the end of the page; what keeps it from that is logged under `place`.
   void AddScripts(const std::string& place);
   // A person's click on a link of the portal, "http://" or "https://", opens the user's browser; a failure is
   // logged under `place`. False when the address is no such link.
   bool OpenedLink(const std::string& url, const std::string& place);
+  // Ends whatever loads or waits; nothing is written any more.
   void Stop();
 
   widgets::BrowserView& view() { return view_; }
@@ -39,6 +41,7 @@ class OwnPage {
   core::ErrorLog& log_;
   widgets::BrowserView& view_;
   bool DocumentReady_ = false;  // the view reached the end of a navigation
+  bool stopped_ = false;
 };
 
 }  // namespace zendrix::home

@@ -9,12 +9,14 @@
 namespace zendrix::inspect {
 
 Command FindCommand(const std::string& name) {
-  static constexpr std::array<std::pair<const char*, Command>, 20> kCommands = {
-      {{"events", Events}, {"follow", Follow}, {"log", Log},           {"desc", Desc},
-       {"hash", Hash},     {"risk", Risk},     {"settings", Settings}, {"ini", Ini},
-       {"smtp", Smtp},     {"valid", Valid},   {"token", Token},       {"alerts", Alerts},
-       {"alert", Alert},   {"decide", Decide}, {"act", Act},           {"checked", Checked},
-       {"link", Link},     {"portal", Portal}, {"status", Status},     {"quarantine", Quarantine}}};
+  static constexpr std::array<std::pair<const char*, Command>, 21> kCommands = {
+      {{"events", Events},     {"follow", Follow},   {"log", Log},
+       {"desc", Desc},         {"hash", Hash},       {"risk", Risk},
+       {"settings", Settings}, {"ini", Ini},         {"smtp", Smtp},
+       {"valid", Valid},       {"token", Token},     {"alerts", Alerts},
+       {"alert", Alert},       {"decide", Decide},   {"act", Act},
+       {"wizard", Wizard},     {"checked", Checked}, {"link", Link},
+       {"portal", Portal},     {"status", Status},   {"quarantine", Quarantine}}};
   const auto found =
       std::find_if(kCommands.begin(), kCommands.end(), [&](const auto& one) { return name == one.first; });
   return found == kCommands.end() ? nullptr : found->second;

@@ -35,6 +35,7 @@ void Alerts(Console& console, const Words& words);
 void Alert(Console& console, const Words& words);
 void Decide(Console& console, const Words& words);
 void Act(Console& console, const Words& words);
+void Wizard(Console& console, const Words& words);
 void Checked(Console& console, const Words& words);
 void Link(Console& console, const Words& words);
 void Portal(Console& console, const Words& words);

@@ -35,7 +35,8 @@ class CommandLine {
     app_.add_flag("--pretty", options.pretty, "Indent the document");
     app_.footer(
         "Commands: events, follow, log, desc, hash, risk, settings, ini, smtp, valid, token,\n"
-        "          alerts, status, alert, decide, act, checked, link, portal, quarantine.\n"
+        "          alerts, status, alert, decide, act, wizard, checked, link, portal,\n"
+        "          quarantine.\n"
         "Arguments that begin with \"-\" stand behind \"--\".");
     app_.allow_extras();
   }

@@ -1,8 +1,10 @@
 #include "qt/form_views.h"
 
 #include "qt/admin_window.h"
+#include "qt/home/frm_more_info.h"
 #include "qt/home/frm_notify_msg.h"
 #include "qt/home/frm_pop_up_msg.h"
+#include "qt/home/frm_quarantine.h"
 #include "qt/home/home_window.h"
 #include "qt/small_windows.h"
 
@@ -22,6 +24,8 @@ constexpr auto kViews = {
     Make<home::frmNewUI, HomeWindow>,         //
     Make<home::frmPopUpMsg, IntrusionPopUp>,  //
     Make<home::frmNotifyMsg, NoticeWindow>,   //
+    Make<home::frmMoreInfo, MoreInfoWindow>,  //
+    Make<home::frmQuarantine, QuarantineWindow>,
     Make<admin::frmMain, AdminWindow>,
 };
 

@@ -12,6 +12,10 @@ class NoAlerts : public alerts::AlertServices {
   bool HasDetails(const std::string&) override { return false; }
   void ForgetNotableInfo() override {}
   std::string RenderDetails(const std::string&) override { return {}; }
+  alerts::Explanation Explain(const alerts::ListedAlert&) override {
+    return {0, [](std::size_t) { return std::string(); }};
+  }
+  void Conclude(alerts::Answer, const alerts::ListedAlert&) override {}
   bool DecideFromMenu(alerts::Answer, const alerts::ListedAlert&) override { return false; }
   void DecideFromPage(alerts::Answer, const alerts::ListedAlert&) override {}
 };

@@ -22,7 +22,9 @@ QWidget* MakeAlertsPane(home::AlertsPane& pane, const Toolkit& kit) {
   column->setSpacing(kPaneGap);
   auto* tools = new QHBoxLayout;
   tools->addWidget(MakeCheckBox(pane.sckShowAll, kit));
+  tools->addWidget(MakeButton(pane.sQuarantine, "link", kit));
   tools->addStretch(1);
+  tools->addWidget(MakeButton(pane.sMoreInfo, "flat", kit));
   tools->addWidget(MakeButton(pane.sShowAll, "flat", kit));
   tools->addWidget(MakeButton(pane.sClearAll, "flat", kit));
   column->addLayout(tools);
