@@ -68,12 +68,19 @@ std::string LogsPane::GeneralText() const {
 
 void LogsPane::FillAgentFra() {
   core::OrLog(needs_.log, "frmNewUI:FillAgentFra", [&] { aDesc.caption = GeneralText(); });
-  Load(SelectedLog());
+  LoadSelectedLog();
 }
 
 void LogsPane::ShowSelectedLog() {
   ClearLogList();
-  Load(SelectedLog());
+  LoadSelectedLog();
+}
+
+void LogsPane::LoadSelectedLog() {
+  if (aAgStatus.checked)
+    LoadlvAgErrLog();
+  else
+    LoadlvUIErrLog();
 }
 
 void LogsPane::LoadlvAgErrLog() {
@@ -140,9 +147,8 @@ void LogsPane::aClearAll_Click() {
 }
 
 void LogsPane::aShowAll_Click() {
-  const Log log = SelectedLog();
-  log.show_all = true;
-  Load(log);
+  SelectedLog().show_all = true;
+  LoadSelectedLog();
   needs_.CheckRiskLevel();
 }
 

@@ -58,6 +58,7 @@ class LogsPane {
 
   Log SelectedLog();
   void ShowSelectedLog();
+  void LoadSelectedLog();
   Log AgentLog();
   Log OwnLog();
   void Load(const Log& log);

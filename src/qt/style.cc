@@ -5,6 +5,33 @@
 
 namespace zendrix::qt {
 
+namespace {
+
+// The colour of an indicator's frame: visible on any paper, and another one under the keyboard.
+QColor FrameOf(const QStyleOption& option) {
+  return option.palette.color(option.state.testFlag(QStyle::State_HasFocus) ? QPalette::Link
+                                                                            : QPalette::PlaceholderText);
+}
+
+void DrawRadio(const QStyleOption& option, QPainter& painter) {
+  const bool checked = option.state.testFlag(QStyle::State_On);
+  const QRectF circle = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+  const qreal inset = circle.width() * 0.3;
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(FrameOf(option));
+  painter.setBrush(checked ? option.palette.highlight() : option.palette.base());
+  painter.drawEllipse(circle);
+  if (checked) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(option.palette.highlightedText());
+    painter.drawEllipse(circle.adjusted(inset, inset, -inset, -inset));
+  }
+  painter.restore();
+}
+
+}  // namespace
+
 QPixmap Style::generatedIconPixmap(QIcon::Mode mode, const QPixmap& pixmap,
                                    const QStyleOption* option) const {
   if (mode == QIcon::Selected || mode == QIcon::Active) return pixmap;
@@ -19,15 +46,15 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
 
 void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                           const QWidget* widget) const {
+  if (element == PE_IndicatorRadioButton) return DrawRadio(*option, *painter);
   if (element != PE_IndicatorCheckBox) return QProxyStyle::drawPrimitive(element, option, painter, widget);
   constexpr qreal kRadius = 3;
   const QPalette& palette = option->palette;
   const bool checked = option->state.testFlag(State_On);
-  const bool focused = option->state.testFlag(State_HasFocus);
   const QRectF box = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
   painter->save();
   painter->setRenderHint(QPainter::Antialiasing);
-  painter->setPen(focused ? palette.color(QPalette::Link) : palette.color(QPalette::PlaceholderText));
+  painter->setPen(FrameOf(*option));
   painter->setBrush(checked ? palette.highlight() : palette.base());
   painter->drawRoundedRect(box, kRadius, kRadius);
   if (checked) {

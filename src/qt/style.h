@@ -1,6 +1,6 @@
 // The drawing style: Fusion, with pictures that keep their colours in a selected row, buttons of dialogs
-// without pictures, the program's own signs in message boxes, and check boxes whose frame is visible in a
-// dark palette too.
+// without pictures, the program's own signs in message boxes, and check boxes and option buttons whose
+// frame is visible in a dark palette too.
 #pragma once
 
 #include <QProxyStyle>

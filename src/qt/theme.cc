@@ -72,10 +72,10 @@ QPushButton[role="flat"]:focus { border-color: @link; }
 QPushButton[role="flat"]:pressed { background: @alternate; border: 1px solid @text; }
 QPushButton[role="flat"]:disabled { color: @faint; }
 QFrame[role="card"] { background: @base; border: 1px solid @border; border-radius: 8px; }
-QLineEdit { background: @base; color: @text; border: 1px solid @border; border-radius: 6px; padding: 6px 8px;
+QLineEdit { background: @base; color: @text; border: 1px solid @faint; border-radius: 6px; padding: 6px 8px;
   selection-background-color: @accent; selection-color: @onaccent; }
 QLineEdit:focus { border: 1px solid @link; }
-QLineEdit:disabled { background: @window; color: @faint; }
+QLineEdit:disabled { background: @window; color: @faint; border-color: @border; }
 QTabBar { outline: 0; }
 QTabBar::tab { background: transparent; color: @faint; border: 1px solid transparent; border-bottom: 2px solid @border;
   padding: 7px 16px; }

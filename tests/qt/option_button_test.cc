@@ -1,8 +1,11 @@
 #include <gmock/gmock.h>
 
 #include <QRadioButton>
+#include <QStyle>
 #include <QTest>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <cstdlib>
 
 #include "qt/bind_option_button.h"
 #include "support/console_world.h"
@@ -44,6 +47,20 @@ TEST_F(OptionButtonBindingTest, NoneIsCheckedAndAClickReachesTheLogic) {
   EXPECT_TRUE(yes_.checked);
   EXPECT_FALSE(no_.checked);
   EXPECT_FALSE(buttons_[1]->isChecked());
+}
+
+// The toolkit's own circle vanished in the dark palette.
+TEST_F(OptionButtonBindingTest, CircleOfAnUncheckedButtonIsSeenInTheDark) {
+  theme_.SetDark(true);
+  const QImage picture = buttons_[0]->grab().toImage();
+  const int edge = buttons_[0]->style()->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth);
+  const int paper = picture.pixelColor(picture.width() - 1, 0).lightness();
+  int furthest = 0;
+  for (int x = 0; x < std::min(edge, picture.width()); ++x)
+    for (int y = 0; y < picture.height(); ++y)
+      furthest = std::max(furthest, std::abs(picture.pixelColor(x, y).lightness() - paper));
+  EXPECT_GT(furthest, 100);
+  theme_.SetDark(false);
 }
 
 // The toolkit keeps the last checked button of a group checked.

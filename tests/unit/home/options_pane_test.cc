@@ -288,6 +288,9 @@ TEST_F(OptionsPaneTest, PortTakesDigitsAndBeepsAtOtherKeys) {
   EXPECT_EQ(beeps, 3);
   Options().Email.Type("x");
   EXPECT_EQ(beeps, 3);
+  Options().Port.Type("09/:");  // the digits at the ends and their neighbours
+  EXPECT_EQ(Options().Port.text.Get(), "58709");
+  EXPECT_EQ(beeps, 5);
 }
 
 TEST_F(OptionsPaneTest, SliderOfTheListStandsWhereTheFloorsAre) {
