@@ -44,8 +44,11 @@ core::MainHooks Console::Hooks() {
 }
 
 home::frmNewUI& Console::MakeHome() {
+  home::HomeServices services;
+  services.CheckUpdate = [this] { update_->CheckUpdate(); };
   home_ = std::make_unique<home::frmNewUI>(
-      home::HomeParts{state_, log_, gKvlF_, reg_ini_, misc_, agent_, screen_, alerts_, home::HomeServices{}});
+      home::HomeParts{state_, log_, gKvlF_, reg_ini_, misc_, agent_, screen_, alerts_, std::move(services)});
+  update_ = std::make_unique<home::SelfUpdate>(home::UpdateNeeds{state_, log_, misc_, agent_, *home_});
   return *home_;
 }
 

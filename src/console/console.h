@@ -17,6 +17,7 @@
 #include "core/error_log.h"
 #include "core/initial.h"
 #include "home/frm_new_ui.h"
+#include "home/self_update.h"
 #include "settings/misc_settings.h"
 #include "settings/reg_ini.h"
 #include "store/reader.h"
@@ -45,6 +46,8 @@ class Console {
   settings::MiscSettings& misc() { return misc_; }
   alerts::ConsoleAlerts& alerts() { return alerts_; }
   store::CMkvlf& gKvlF() { return gKvlF_; }
+  // The self-update of the Home edition; null in the other one.
+  home::SelfUpdate* update() { return update_.get(); }
   // The main window's form; null in the other edition and before the start has come to it.
   home::frmNewUI* home() { return home_.get(); }
   admin::frmMain* administrator() { return administrator_.get(); }
@@ -64,6 +67,7 @@ class Console {
   store::CMkvlf gKvlF_;
   alerts::ConsoleAlerts alerts_;
   std::unique_ptr<home::frmNewUI> home_;
+  std::unique_ptr<home::SelfUpdate> update_;
   std::unique_ptr<admin::frmMain> administrator_;
 };
 

@@ -30,6 +30,9 @@ class FormHost {
   // event loop runs, so anything may have changed when this returns. A form that has unloaded, or whose
   // opening raised, has no window any more then: the caller may destroy it at once.
   void ShowModal(Form& form, Form* owner = nullptr);
+  // For a form that was shown, and has unloaded: its window is destroyed now, if it has not gone by itself
+  // yet. Behind this the form may be destroyed.
+  void Forget(const Form& form) { TakeDown(form); }
 
  protected:
   // Makes a window that reflects the form, if it has none yet, and does not show it: the window follows

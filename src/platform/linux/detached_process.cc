@@ -17,7 +17,7 @@ namespace {
 // Attributes and file actions of a detached child, freed together.
 class SpawnSettings {
  public:
-  SpawnSettings() {
+  explicit SpawnSettings(int folder) {
     posix_spawnattr_init(&attributes_);
     posix_spawn_file_actions_init(&actions_);
     // The child begins with no signal blocked or ignored, whatever this process does with them.
@@ -32,6 +32,7 @@ class SpawnSettings {
     posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_addopen(&actions_, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    if (folder >= 0) posix_spawn_file_actions_addfchdir_np(&actions_, folder);
     posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
   }
   SpawnSettings(const SpawnSettings&) = delete;
@@ -59,9 +60,10 @@ std::vector<char*> Pointers(const std::vector<std::string>& texts) {
 
 }  // namespace
 
-Result<pid_t> StartDetached(const std::string& program, const std::vector<std::string>& arguments) {
+Result<pid_t> StartDetached(const std::string& program, const std::vector<std::string>& arguments,
+                            int folder) {
   const std::vector<std::string> environment = EnvironmentForOthers();
-  const SpawnSettings settings;
+  const SpawnSettings settings(folder);
   pid_t child = 0;
   const int failure = posix_spawn(&child, program.c_str(), settings.actions(), settings.attributes(),
                                   Pointers(arguments).data(), Pointers(environment).data());

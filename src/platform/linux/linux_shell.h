@@ -16,6 +16,10 @@ class LinuxShell : public Shell {
   Status Open(const std::string& document) override;
   // A program name without "/" is looked for on PATH.
   Status RunHidden(const std::vector<std::string>& arguments) override;
+  // Started as a program, in the folder that it lies in. It must be a plain file and no link; it and its
+  // folder must belong to root or to the user, and nobody else may write to either. Parameters are parted at
+  // blanks; quotes hold one together and are not part of it.
+  Status OpenInstaller(const std::string& path, const std::string& parameters) override;
 };
 
 }  // namespace zendrix::platform

@@ -138,5 +138,87 @@ TEST_F(LinuxShellTest, NoZombieStaysBehind) {
   EXPECT_TRUE(Comes([] { return ChildStates().empty(); })) << ChildStates();
 }
 
+constexpr char kParameters[] = "/silent /log =\"Setup.log\" /NOCANCEL";
+
+class OpenInstallerTest : public LinuxShellTest {
+ protected:
+  OpenInstallerTest() {
+    folder_.Write("Zendrix Update.exe",
+                  "#!/bin/sh\n{ printf '%s\\n' \"$#\" \"$@\"; pwd; echo; } > \"$OUT.new\"\n"
+                  "mv \"$OUT.new\" \"$OUT\"\n");
+    Mode(0755);
+  }
+  void Mode(mode_t mode) { chmod(installer_.c_str(), mode); }
+  ErrorKind Refusal() {
+    const Status status = shell_.OpenInstaller(installer_, kParameters);
+    EXPECT_FALSE(status.ok());
+    return status.ok() ? ErrorKind::kOther : status.error().kind;
+  }
+
+  const std::string installer_ = folder_.Path("Zendrix Update.exe");
+};
+
+TEST_F(OpenInstallerTest, ProgramOfTheUsersOwnStartsInItsFolderWithItsParameters) {
+  ASSERT_TRUE(shell_.OpenInstaller(installer_, kParameters).ok());
+  EXPECT_EQ(Written(), "4\n/silent\n/log\n=Setup.log\n/NOCANCEL\n" + folder_.path() + "\n");
+}
+
+TEST_F(OpenInstallerTest, QuotesHoldAParameterTogetherAndNothingIsExpanded) {
+  ASSERT_TRUE(shell_.OpenInstaller(installer_, "  \"a  b\"c \"\" $(id) ").ok());
+  EXPECT_EQ(Written(), "3\na  bc\n\n$(id)\n" + folder_.path() + "\n");
+  ASSERT_TRUE(shell_.OpenInstaller(installer_, "").ok());
+  EXPECT_EQ(Written(), "0\n" + folder_.path() + "\n");
+}
+
+TEST_F(OpenInstallerTest, FileThatOthersMayWriteIsNotStarted) {
+  for (const mode_t mode : {0775, 0757, 0777}) {
+    Mode(mode);
+    EXPECT_EQ(Refusal(), ErrorKind::kPermissionDenied) << std::oct << mode;
+  }
+}
+
+TEST_F(OpenInstallerTest, FolderThatOthersMayWriteStartsNothing) {
+  for (const mode_t mode : {0770, 0707, 01777}) {
+    chmod(folder_.path().c_str(), mode);
+    EXPECT_EQ(Refusal(), ErrorKind::kPermissionDenied) << std::oct << mode;
+  }
+}
+
+TEST_F(OpenInstallerTest, FileOrFolderOfSomebodyElseStartsNothing) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can give a file away";
+  constexpr uid_t kNobody = 65534;
+  ASSERT_EQ(chown(installer_.c_str(), kNobody, 0), 0);
+  EXPECT_EQ(Refusal(), ErrorKind::kPermissionDenied);
+  ASSERT_EQ(chown(installer_.c_str(), 0, 0), 0);
+  ASSERT_EQ(chown(folder_.path().c_str(), kNobody, 0), 0);
+  EXPECT_EQ(Refusal(), ErrorKind::kPermissionDenied);
+}
+
+TEST_F(OpenInstallerTest, LinkFolderOrPipeIsNoInstaller) {
+  std::filesystem::rename(installer_, folder_.Path("elsewhere"));
+  std::filesystem::create_symlink(folder_.Path("elsewhere"), installer_);
+  EXPECT_FALSE(shell_.OpenInstaller(installer_, kParameters).ok());
+  std::filesystem::remove(installer_);
+  ASSERT_EQ(mkfifo(installer_.c_str(), 0755), 0);
+  EXPECT_EQ(Refusal(), ErrorKind::kNotRegular);
+  std::filesystem::remove(installer_);
+  std::filesystem::create_directory(installer_);
+  EXPECT_EQ(Refusal(), ErrorKind::kNotRegular);
+}
+
+TEST_F(OpenInstallerTest, WhatIsNoProgramOrNotThereIsRefused) {
+  Mode(0644);
+  EXPECT_EQ(Refusal(), ErrorKind::kPermissionDenied);
+  Mode(0755);
+  folder_.Write("Zendrix Update.exe", "neither a script nor an image");
+  EXPECT_FALSE(shell_.OpenInstaller(installer_, kParameters).ok());
+  std::filesystem::remove(installer_);
+  EXPECT_EQ(Refusal(), ErrorKind::kNotFound);
+  EXPECT_EQ(shell_.OpenInstaller("/no/such/folder/x", "").error().kind, ErrorKind::kNotFound);
+  EXPECT_FALSE(shell_.OpenInstaller("tool", "").ok());
+  EXPECT_FALSE(shell_.OpenInstaller(installer_ + std::string("\0x", 2), "").ok());
+  EXPECT_FALSE(std::filesystem::exists(out_));
+}
+
 }  // namespace
 }  // namespace zendrix::platform

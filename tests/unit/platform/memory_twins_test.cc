@@ -257,6 +257,11 @@ TEST(RecordingShellTest, WritesDownAndRefusesWhenTold) {
   EXPECT_THAT(seen, ElementsAre("NET", "START", "ZENDRIX"));
   EXPECT_THAT(shell.opened, ElementsAre("http://x/"));
   EXPECT_EQ(shell.runs.size(), 1U);
+  bool started = false;
+  shell.on_installer = [&] { started = true; };
+  EXPECT_FALSE(shell.OpenInstaller("/p/x.exe", "/silent").ok());
+  EXPECT_TRUE(started);
+  EXPECT_THAT(shell.installers, ElementsAre(std::pair<std::string, std::string>("/p/x.exe", "/silent")));
 }
 
 TEST(ThrowingProcessTest, EndIsAnExceptionOfItsOwn) {

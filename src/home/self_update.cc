@@ -1,0 +1,46 @@
+#include "home/self_update.h"
+
+#include "core/guards.h"
+#include "core/initial.h"
+#include "core/path_text.h"
+#include "home/fresh_window.h"
+
+namespace zendrix::home {
+namespace {
+constexpr char kPlace[] = "CheckUpdate";
+}  // namespace
+
+void SelfUpdate::CheckUpdate() {
+  core::OrLog(needs_.log, "frmNewUI:CheckUpdate", [&] {
+    if (installing_ || (offer_ && offer_->Installing()) || !file_.IsThere()) return;
+    const std::string version = file_.Version();
+    if (version == RunningVersion()) {
+      file_.Remove();
+      needs_.log.WriteLog(kPlace, "Version to install (" + version + ") is currently running, deleting " +
+                                      core::PathText(needs_.state.ProgramFolder) + "\\" +
+                                      core::kUpdateFileName);
+      return;
+    }
+    needs_.log.WriteLog(kPlace, "New version available " + version);
+    if (!needs_.state.settings.DontAsk) return Offer();
+    needs_.log.WriteLog(kPlace, "About to automatically install new version " + version);
+    Install();
+  });
+}
+
+void SelfUpdate::Offer() {
+  widgets::ShowOptions above_all;
+  above_all.on_top = true;
+  needs_.state.host().Show(Fresh(needs_.state, offer_, needs_), above_all);
+}
+
+// The box that tells a failure serves the event loop, and the next check with it.
+void SelfUpdate::Install() {
+  installing_ = true;
+  needs_.agent.StopAgent(true);
+  const bool started = file_.Start();
+  installing_ = false;
+  if (started) needs_.main.Unload();
+}
+
+}  // namespace zendrix::home

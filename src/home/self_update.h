@@ -1,0 +1,33 @@
+// Looks for a new version of the program in its folder, and offers or starts its installer.
+#pragma once
+
+#include <memory>
+
+#include "home/frm_new_update.h"
+
+namespace zendrix::home {
+
+class SelfUpdate {
+ public:
+  explicit SelfUpdate(UpdateNeeds needs) : needs_(needs), file_(needs.state, needs.log) {}
+  SelfUpdate(const SelfUpdate&) = delete;
+  SelfUpdate& operator=(const SelfUpdate&) = delete;
+
+  // An update file of the running version has done its work and is deleted. Any other is offered, or started
+  // at once where the user wants that. Does nothing while an earlier one is being started.
+  void CheckUpdate();
+
+  // The offer, when one was made; it may have unloaded since.
+  frmNewUpdate* offer() { return offer_.get(); }
+
+ private:
+  void Offer();
+  void Install();
+
+  UpdateNeeds needs_;
+  UpdateFile file_;
+  std::unique_ptr<frmNewUpdate> offer_;
+  bool installing_ = false;
+};
+
+}  // namespace zendrix::home
