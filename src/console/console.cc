@@ -39,16 +39,19 @@ core::MainHooks Console::Hooks() {
   };
   hooks.frmMain = [this]() -> widgets::Form& { return MakeAdministrator(); };
   hooks.frmNewUI = [this]() -> widgets::Form& { return MakeHome(); };
-  hooks.frmTour = [] { return nullptr; };
+  hooks.frmTour = [this]() -> widgets::Form* { return &portal_->Tour(); };
   return hooks;
 }
 
 home::frmNewUI& Console::MakeHome() {
   home::HomeServices services;
   services.CheckUpdate = [this] { update_->CheckUpdate(); };
+  services.PostSurvey = [this] { portal_->TakeSurvey(); };
+  services.ShowTour = [this] { portal_->ShowTour(); };
   home_ = std::make_unique<home::frmNewUI>(
       home::HomeParts{state_, log_, gKvlF_, reg_ini_, misc_, agent_, screen_, alerts_, std::move(services)});
   update_ = std::make_unique<home::SelfUpdate>(home::UpdateNeeds{state_, log_, misc_, agent_, *home_});
+  portal_ = std::make_unique<home::PortalWindows>(home::TourNeeds{state_, log_, misc_, screen_}, *home_);
   return *home_;
 }
 

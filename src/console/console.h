@@ -17,6 +17,7 @@
 #include "core/error_log.h"
 #include "core/initial.h"
 #include "home/frm_new_ui.h"
+#include "home/portal_windows.h"
 #include "home/self_update.h"
 #include "settings/misc_settings.h"
 #include "settings/reg_ini.h"
@@ -46,8 +47,9 @@ class Console {
   settings::MiscSettings& misc() { return misc_; }
   alerts::ConsoleAlerts& alerts() { return alerts_; }
   store::CMkvlf& gKvlF() { return gKvlF_; }
-  // The self-update of the Home edition; null in the other one.
+  // Self-update, tour and survey of the Home edition; null in the other one.
   home::SelfUpdate* update() { return update_.get(); }
+  home::PortalWindows* portal() { return portal_.get(); }
   // The main window's form; null in the other edition and before the start has come to it.
   home::frmNewUI* home() { return home_.get(); }
   admin::frmMain* administrator() { return administrator_.get(); }
@@ -68,6 +70,7 @@ class Console {
   alerts::ConsoleAlerts alerts_;
   std::unique_ptr<home::frmNewUI> home_;
   std::unique_ptr<home::SelfUpdate> update_;
+  std::unique_ptr<home::PortalWindows> portal_;
   std::unique_ptr<admin::frmMain> administrator_;
 };
 

@@ -3,6 +3,7 @@
 #include "core/guards.h"
 #include "core/portal_endpoint.h"
 #include "core/version.h"
+#include "widgets/wait_pointer.h"
 
 namespace zendrix::control {
 namespace {
@@ -41,25 +42,31 @@ std::string PlainVersion() {
          std::to_string(core::kVersionRevision);
 }
 
+std::string HostIdentifier(core::AppState& state, widgets::Screen& screen) {
+  const widgets::WaitPointer wait(screen);
+  return core::ValueOrRaise(state.seams.family.GetHostIDExport("Zendrix"));
+}
+
 }  // namespace
 
-std::string PortalUrl(core::AppState& state, PortalRequest request) {
+std::string PortalUrl(core::AppState& state, widgets::Screen& screen, PortalRequest request) {
   const Form& form = FormOf(request);
-  const std::string host = core::ValueOrRaise(state.seams.family.GetHostIDExport("Zendrix"));
-  std::string url = core::PortalEndpoint(state) + "?PostType=" + form.type + "&HostID=" + host;
+  std::string url = core::PortalEndpoint(state) + "?PostType=" + form.type;
+  url += "&HostID=" + HostIdentifier(state, screen);
   if (form.product) url += "&Product=ZendrixHome";
   url += "&Ver=" + PlainVersion();
   if (form.reason) url += std::string("&Reason=") + form.reason;
   return url;
 }
 
-bool GuardedPortalUrl(core::AppState& state, core::ErrorLog& log, PortalRequest request, std::string& url) {
-  return core::OrLog(log, FormOf(request).place, [&] { url = PortalUrl(state, request); });
+bool GuardedPortalUrl(core::AppState& state, core::ErrorLog& log, widgets::Screen& screen,
+                      PortalRequest request, std::string& url) {
+  return core::OrLog(log, FormOf(request).place, [&] { url = PortalUrl(state, screen, request); });
 }
 
-void OpenPortal(core::AppState& state, core::ErrorLog& log, PortalRequest request) {
+void OpenPortal(core::AppState& state, core::ErrorLog& log, widgets::Screen& screen, PortalRequest request) {
   core::OrLog(log, FormOf(request).place,
-              [&] { core::ValueOrRaise(state.seams.shell.Open(PortalUrl(state, request))); });
+              [&] { core::ValueOrRaise(state.seams.shell.Open(PortalUrl(state, screen, request))); });
 }
 
 }  // namespace zendrix::control

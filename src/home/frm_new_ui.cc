@@ -43,7 +43,8 @@ frmNewUI::frmNewUI(HomeParts parts)
       options({app_, parts_.log, parts_.screen, parts_.misc, summary.options_row, AttentionPending,
                alerts.sCurrSens, [this] { RebuildAlerts(); }}),
       help({app_, parts_.log}),
-      pop_ups(app_, parts_.log, parts_.misc, *this) {
+      pop_ups(app_, parts_.log, parts_.misc, *this),
+      links({app_, parts_.log, parts_.screen, parts_.services.ShowTour}) {
   MakeControls();
   ConnectControls();
 }

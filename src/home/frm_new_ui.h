@@ -18,6 +18,7 @@
 #include "home/logs_pane.h"
 #include "home/main_window.h"
 #include "home/options_pane.h"
+#include "home/portal_links.h"
 #include "home/summary_pane.h"
 #include "home/views.h"
 #include "platform/message_loop.h"
@@ -114,6 +115,7 @@ class frmNewUI : public widgets::Form, private MainWindow {
   OptionsPane options;
   HelpPane help;
   AlertPopUps pop_ups;
+  PortalLinks links;
 
  protected:
   void OnLoad() override { Form_Load(); }

@@ -94,7 +94,10 @@ void frmNewUI::CheckSurvey() {
     const auto installed =
         core::ReadDate(app_.settings.IniDate, app_.seams.locale.Current(), core::LocalTimeOf(now).year);
     if (!installed) core::Raise(core::kTypeMismatch);
-    if (std::floor(now) - std::floor(*installed) >= kDaysBeforeSurvey) parts_.services.PostSurvey();
+    if (std::floor(now) - std::floor(*installed) < kDaysBeforeSurvey) return;
+    parts_.services.PostSurvey();
+    // Once only, whatever became of it.
+    parts_.misc.Set(&core::Settings::TSurv, "Y");
   });
 }
 

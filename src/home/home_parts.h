@@ -14,10 +14,11 @@
 
 namespace zendrix::home {
 
-// Requests that the refresh cycle starts. One that is not set is not there.
+// Requests that the refresh cycle and the navigation strip start. One that is not set is not there.
 struct HomeServices {
   std::function<void()> CheckUpdate;
   std::function<void()> PostSurvey;
+  std::function<void()> ShowTour;
 };
 
 struct HomeParts {

@@ -170,7 +170,8 @@ void Portal(Console& console, const Words& words) {
     if (name != words[0]) continue;
     store::LoadDescArrays(console.state(), console.log());
     std::string url;
-    control::GuardedPortalUrl(console.state(), console.log(), request, url);
+    widgets::Screen screen;
+    control::GuardedPortalUrl(console.state(), console.log(), screen, request, url);
     return console.Print({{"url", url.empty() ? Json(nullptr) : Text(url)}});
   }
   throw WrongUsage("portal: say feedback, support, newver, survey or tour");

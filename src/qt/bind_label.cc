@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <string_view>
 
 #include "qt/text_edge.h"
 
@@ -67,14 +68,14 @@ QPushButton* MakeButton(widgets::Label& label, const char* role, const Toolkit& 
     widget->setText(WithoutAccessKeys(ToQt(text)));
     widget->setAccessibleName(ToQt(text));
   });
-  QObject::connect(widget, &QPushButton::pressed, widget,
-                   [&label, guard = &kit.guard] { (*guard)(label.name(), [&] { label.MouseDown(); }); });
-  QObject::connect(widget, &QPushButton::clicked, widget, [&label, guard = &kit.guard] {
-    (*guard)(label.name(), [&] {
-      label.bordered = false;
-      label.clicked.Raise();
-    });
-  });
+  if (std::string_view(role) == "flat") {
+    QObject::connect(widget, &QPushButton::pressed, widget,
+                     [&label, guard = &kit.guard] { (*guard)(label.name(), [&] { label.MouseDown(); }); });
+    QObject::connect(widget, &QPushButton::released, widget,
+                     [&label, guard = &kit.guard] { (*guard)(label.name(), [&] { label.MouseUp(); }); });
+  }
+  QObject::connect(widget, &QPushButton::clicked, widget,
+                   [&label, guard = &kit.guard] { (*guard)(label.name(), [&] { label.clicked.Raise(); }); });
   return widget;
 }
 

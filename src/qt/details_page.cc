@@ -18,6 +18,7 @@
 #include <algorithm>
 
 #include "qt/page_style.h"
+#include "qt/shut_in.h"
 #include "qt/text_edge.h"
 #include "qt/theme.h"
 #include "qt/user_acts.h"
@@ -128,8 +129,7 @@ struct DetailsShell::Parts {
   Parts(const QString& images_folder, std::function<std::string()> subject_now,
         std::function<void(const std::string&, const std::string&)> on_click)
       : source(images_folder), subject(std::move(subject_now)), clicked(std::move(on_click)) {
-    profile.setHttpCacheType(QWebEngineProfile::NoCache);
-    profile.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
+    KeepNothing(profile);
     profile.setUrlRequestInterceptor(&wall);
     profile.installUrlSchemeHandler(kScheme, &source);
   }
@@ -156,17 +156,8 @@ DetailsPage::DetailsPage(const QString& images_folder, Theme& theme, std::functi
       QWebEnginePage(&shell_->profile),
       theme_(theme),
       acts_(std::make_unique<UserActs>([this] { return QWebEngineView::forPage(this); })) {
+  ShutIn(*this);
   QWebEngineSettings* const rules = settings();
-  for (const auto off :
-       {QWebEngineSettings::PluginsEnabled, QWebEngineSettings::LocalStorageEnabled,
-        QWebEngineSettings::JavascriptCanOpenWindows, QWebEngineSettings::JavascriptCanAccessClipboard,
-        QWebEngineSettings::LocalContentCanAccessRemoteUrls,
-        QWebEngineSettings::LocalContentCanAccessFileUrls, QWebEngineSettings::FullScreenSupportEnabled,
-        QWebEngineSettings::AutoLoadIconsForPage, QWebEngineSettings::WebGLEnabled,
-        QWebEngineSettings::ScreenCaptureEnabled, QWebEngineSettings::DnsPrefetchEnabled,
-        QWebEngineSettings::PdfViewerEnabled, QWebEngineSettings::HyperlinkAuditingEnabled,
-        QWebEngineSettings::ErrorPageEnabled})
-    rules->setAttribute(off, false);
   // Pages name a font that may not be there and sizes of another time: what stands in for them is to be
   // readable.
   rules->setFontFamily(QWebEngineSettings::StandardFont, QApplication::font().family());

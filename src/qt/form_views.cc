@@ -2,9 +2,12 @@
 
 #include "qt/admin_window.h"
 #include "qt/home/frm_more_info.h"
+#include "qt/home/frm_new_update.h"
 #include "qt/home/frm_notify_msg.h"
 #include "qt/home/frm_pop_up_msg.h"
 #include "qt/home/frm_quarantine.h"
+#include "qt/home/frm_survey.h"
+#include "qt/home/frm_tour.h"
 #include "qt/home/home_window.h"
 #include "qt/small_windows.h"
 
@@ -26,6 +29,9 @@ constexpr auto kViews = {
     Make<home::frmNotifyMsg, NoticeWindow>,   //
     Make<home::frmMoreInfo, MoreInfoWindow>,  //
     Make<home::frmQuarantine, QuarantineWindow>,
+    Make<home::frmNewUpdate, NewUpdateWindow>,  //
+    Make<home::frmTour, TourWindow>,            //
+    Make<home::frmSurvey, SurveyWindow>,        //
     Make<admin::frmMain, AdminWindow>,
 };
 

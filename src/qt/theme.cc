@@ -65,6 +65,10 @@ QPushButton[role="link"] { border: 1px solid transparent; border-radius: 4px; ba
   padding: 2px 4px; text-align: left; }
 QPushButton[role="link"]:hover { text-decoration: underline; }
 QPushButton[role="link"]:focus { border: 1px solid @link; }
+QPushButton[role="striplink"] { border: 1px solid transparent; border-radius: 4px; background: transparent;
+  color: @striptext; padding: 3px 10px; text-align: left; }
+QPushButton[role="striplink"]:hover { text-decoration: underline; }
+QPushButton[role="striplink"]:focus { border: 1px solid #6E8ADD; }
 QPushButton[role="flat"] { border: 1px solid @border; border-radius: 6px; background: @base; color: @text;
   padding: 6px 14px; }
 QPushButton[role="flat"]:hover { border-color: @accent; }

@@ -89,6 +89,11 @@ QWidget* HomeWindow::MakeStrip() {
   for (const int view : {kSummaryView, kAlertsView, kAdvancedView, kOptionsView, kHelpView})
     column->addWidget(MakeNavigationRow(view));
   column->addStretch(1);
+  for (widgets::Label* link : {&ui_.links.Feedbacklbl, &ui_.links.Supportlbl, &ui_.links.NewVerlbl})
+    column->addWidget(MakeButton(*link, "striplink", kit()));
+  column->addSpacing(6);
+  column->addWidget(MakeButton(ui_.links.hGetStr, "flat", kit()));
+  column->addSpacing(6);
   column->addWidget(MakeNavigationRow(kQuitView));
   BindControl(ui_.Frame2, strip, QStringLiteral("Navigation"));
   return strip;

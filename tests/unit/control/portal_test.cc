@@ -18,12 +18,13 @@ class PortalTest : public ::testing::Test {
     world_.platform.family.host_id = "HOST&1";
     world_.state.PortalBase = "http://portal.test/redir.asp";
   }
-  std::string Url(PortalRequest request) { return PortalUrl(world_.state, request); }
+  std::string Url(PortalRequest request) { return PortalUrl(world_.state, screen_, request); }
   std::vector<std::string>& Opened() { return world_.platform.shell.opened; }
   // The places under which the requests log a failure, in their order.
   std::vector<std::string> Lines() { return world_.quiet.Take(); }
 
   zendrix::testing::ConsoleWorld world_;
+  widgets::Screen screen_;
 };
 
 std::string Version() {
@@ -49,14 +50,14 @@ TEST_F(PortalTest, CentralLineReplacesTheBaseWhole) {
 }
 
 TEST_F(PortalTest, RequestIsOpenedByTheShell) {
-  OpenPortal(world_.state, world_.log, PortalRequest::kSurvey);
+  OpenPortal(world_.state, world_.log, screen_, PortalRequest::kSurvey);
   EXPECT_THAT(Opened(), ElementsAre(Url(PortalRequest::kSurvey)));
 }
 
 // Feedback is logged under the name of Support.
 TEST_F(PortalTest, EachRequestFailsUnderItsNameInTheLogAndNoBrowserOpens) {
   world_.platform.family.library_missing = true;
-  for (const PortalRequest request : kAll) OpenPortal(world_.state, world_.log, request);
+  for (const PortalRequest request : kAll) OpenPortal(world_.state, world_.log, screen_, request);
   EXPECT_THAT(Opened(), IsEmpty());
   EXPECT_THAT(Lines(), ElementsAre("'frmNewUI : Support_Click': 53: File not found",
                                    "'frmNewUI : Support_Click': 53: File not found",
@@ -69,7 +70,7 @@ TEST_F(PortalTest, AddressThatCannotBeHadIsNoneAndIsLogged) {
   world_.platform.family.library_missing = true;
   for (const PortalRequest request : kAll) {
     std::string url;
-    EXPECT_FALSE(GuardedPortalUrl(world_.state, world_.log, request, url));
+    EXPECT_FALSE(GuardedPortalUrl(world_.state, world_.log, screen_, request, url));
     EXPECT_EQ(url, "");
   }
   EXPECT_EQ(Lines().size(), std::size(kAll));
@@ -77,15 +78,34 @@ TEST_F(PortalTest, AddressThatCannotBeHadIsNoneAndIsLogged) {
 
 TEST_F(PortalTest, AddressThatCanBeHadIsGivenWithoutALogLine) {
   std::string url;
-  EXPECT_TRUE(GuardedPortalUrl(world_.state, world_.log, PortalRequest::kTour, url));
+  EXPECT_TRUE(GuardedPortalUrl(world_.state, world_.log, screen_, PortalRequest::kTour, url));
   EXPECT_EQ(url, Url(PortalRequest::kTour));
   EXPECT_THAT(Opened(), IsEmpty());
 }
 
 TEST_F(PortalTest, ShellThatRefusesIsLogged) {
   world_.platform.shell.fail = platform::ErrorKind::kPermissionDenied;
-  OpenPortal(world_.state, world_.log, PortalRequest::kNewVersion);
+  OpenPortal(world_.state, world_.log, screen_, PortalRequest::kNewVersion);
   EXPECT_THAT(Lines(), ElementsAre("'frmNewUI : NewVer_Click': 70: Permission denied"));
+}
+
+// The pointer was an arrow while the library took its time.
+TEST_F(PortalTest, PointerIsAnHourglassWhileTheHostIsAskedFor) {
+  std::vector<int> shapes;
+  const auto link = screen_.MousePointer.changed.Connect([&] {
+    shapes.push_back(screen_.MousePointer);
+    EXPECT_THAT(Opened(), IsEmpty()) << "the browser is opened behind it";
+  });
+  OpenPortal(world_.state, world_.log, screen_, PortalRequest::kSupport);
+  EXPECT_THAT(shapes, ElementsAre(widgets::kPointerHourglass, widgets::kPointerDefault));
+  EXPECT_EQ(Opened().size(), 1U);
+}
+
+TEST_F(PortalTest, PointerIsAnArrowAgainAfterAFailure) {
+  world_.platform.family.library_missing = true;
+  OpenPortal(world_.state, world_.log, screen_, PortalRequest::kSupport);
+  EXPECT_EQ(screen_.MousePointer, widgets::kPointerDefault);
+  EXPECT_EQ(Lines().size(), 1U);
 }
 
 }  // namespace

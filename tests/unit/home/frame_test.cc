@@ -181,6 +181,7 @@ TEST_F(FrameTest, WholeDaysAskForNoSurvey) {
   state_.settings.IniDate = "01/01/2004";
   const auto posts_at = [&](int hours) {
     const int before = posts;
+    state_.settings.TSurv = "N";
     form_->HourTicks = 3600;
     const core::Date now = core::Now(world_.platform.clock, world_.platform.family);
     form_->alerts.LastIntrusionTime = now + 1.0 / 86400 - (hours + 0.5) / 24;
@@ -634,7 +635,8 @@ TEST_F(FrameTest, SurveyWaitsThreeDaysAndHappensOnce) {
   state_.settings.IniDate = "11/06/2004";
   form_->CheckSurvey();
   EXPECT_EQ(posts, 1);
-  state_.settings.TSurv = "Y";
+  EXPECT_EQ(state_.settings.TSurv, "Y");
+  EXPECT_THAT(world_.platform.files.Get(world_.InFolder("zendrix.ini")), HasSubstr("TSurv=Y"));
   form_->CheckSurvey();
   EXPECT_EQ(posts, 1);
 }

@@ -1,0 +1,28 @@
+#include "home/portal_windows.h"
+
+#include "control/portal.h"
+#include "home/fresh_window.h"
+
+namespace zendrix::home {
+
+frmTour& PortalWindows::Tour() {
+  return Fresh(needs_.state, tour_, needs_);
+}
+
+void PortalWindows::ShowTour() {
+  frmTour& tour = Tour();
+  needs_.state.host().Show(tour);
+  tour.bring_forward.Raise();
+}
+
+void PortalWindows::TakeSurvey() {
+  std::string url;
+  if (!control::GuardedPortalUrl(needs_.state, needs_.log, needs_.screen, control::PortalRequest::kSurvey,
+                                 url))
+    return;
+  widgets::ShowOptions above_the_console;
+  above_the_console.owner = &main_;
+  needs_.state.host().Show(Fresh(needs_.state, survey_, needs_.state, url), above_the_console);
+}
+
+}  // namespace zendrix::home
