@@ -114,6 +114,28 @@ TEST_F(BindingTest, ButtonClickReachesTheLogic) {
   EXPECT_FALSE(label.bordered);
 }
 
+TEST_F(BindingTest, FlatButtonHasABorderWhileItIsHeldDown) {
+  widgets::Label label("hGetStr", "Getting Started");
+  const std::unique_ptr<QPushButton> widget(MakeButton(label, "flat", kit_));
+  label.fore_colour = 1;
+  QTest::mousePress(widget.get(), Qt::LeftButton);
+  EXPECT_TRUE(label.bordered);
+  QTest::mouseRelease(widget.get(), Qt::LeftButton, {}, QPoint(-5, -5));
+  EXPECT_FALSE(label.bordered) << "let go beside it";
+  EXPECT_EQ(label.fore_colour.Get(), widgets::kSystemButtonText);
+}
+
+// A held entry of the navigation lost the colour that tells which pane is on show.
+TEST_F(BindingTest, LinkIsNoFlatButton) {
+  widgets::Label label("ViewItems(0)", "Alerts");
+  label.fore_colour = 1;
+  const std::unique_ptr<QPushButton> widget(MakeButton(label, "nav", kit_));
+  QTest::mousePress(widget.get(), Qt::LeftButton);
+  EXPECT_FALSE(label.bordered);
+  QTest::mouseRelease(widget.get(), Qt::LeftButton);
+  EXPECT_EQ(label.fore_colour.Get(), 1U);
+}
+
 TEST_F(BindingTest, WidgetThatIsGoneIsNotTold) {
   widgets::Label label("x", "x");
   delete MakeLabel(label, kit_);
