@@ -49,6 +49,23 @@ class PortalWidget : public QWebEngineView {
   PortalWebPage page_;
 };
 
+// Stands for a new window for as long as it takes to learn where that is to go.
+class CaughtWindow : public QWebEnginePage {
+ public:
+  CaughtWindow(QWebEngineProfile* profile, QWebEnginePage& opener)
+      : QWebEnginePage(profile, &opener), opener_(opener) {}
+
+ protected:
+  bool acceptNavigationRequest(const QUrl& url, NavigationType, bool) override {
+    QTimer::singleShot(0, &opener_, [&opener = opener_, url] { opener.load(url); });
+    deleteLater();
+    return false;
+  }
+
+ private:
+  QWebEnginePage& opener_;
+};
+
 class PortalPane : public QWidget {
  public:
   PortalPane(widgets::PortalView& view, QString accessible_name, const Toolkit& kit)
@@ -130,6 +147,10 @@ bool PortalWebPage::acceptNavigationRequest(const QUrl& url, NavigationType, boo
   const bool cancels = Cancels(url);
   if (is_main_frame) cancelled_ = cancels;
   return !cancels;
+}
+
+QWebEnginePage* PortalWebPage::createWindow(WebWindowType) {
+  return new CaughtWindow(profile(), *this);
 }
 
 void PortalWebPage::TellCommands() {

@@ -42,8 +42,8 @@ class PortalWebPage : private PortalGround, public QWebEnginePage, public widget
 
  protected:
   bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool is_main_frame) override;
-  // A link into a new window is followed here; what scripts open is off.
-  QWebEnginePage* createWindow(WebWindowType) override { return this; }
+  // A link into a new window is followed in this one.
+  QWebEnginePage* createWindow(WebWindowType) override;
   QStringList chooseFiles(FileSelectionMode, const QStringList&, const QStringList&) override { return {}; }
   void javaScriptAlert(const QUrl&, const QString&) override {}
   bool javaScriptConfirm(const QUrl&, const QString&) override { return false; }
