@@ -91,6 +91,11 @@ void ListTable::mousePressEvent(QMouseEvent* event) {
 }
 
 void ListTable::keyPressEvent(QKeyEvent* event) {
+  // The toolkit itself makes a request for the menu of the menu key alone.
+  if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+    QContextMenuEvent request(QContextMenuEvent::Keyboard, {}, {});
+    return contextMenuEvent(&request);
+  }
   const bool presses = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
                        event->key() == Qt::Key_Space || event->key() == Qt::Key_Select;
   if (!presses || !currentIndex().isValid()) return TableView::keyPressEvent(event);

@@ -39,6 +39,7 @@ void TableView::setModel(QAbstractItemModel* model) {
 
 void TableView::SetEmptyText(const QString& text) {
   empty_->setText(text);
+  PlaceEmptyText();
 }
 
 void TableView::resizeEvent(QResizeEvent* event) {
@@ -47,7 +48,10 @@ void TableView::resizeEvent(QResizeEvent* event) {
 }
 
 void TableView::PlaceEmptyText() {
-  empty_->setVisible(model() && model()->rowCount() == 0);
+  const bool empty = model() && model()->rowCount() == 0;
+  empty_->setVisible(empty);
+  // What stands inside a table is in no tree of an assistive program.
+  setAccessibleDescription(empty ? empty_->text() : QString());
   empty_->setGeometry(viewport()->rect().adjusted(24, 24, -24, -24));
 }
 
