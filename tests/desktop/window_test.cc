@@ -1,0 +1,86 @@
+// The window put away and brought back, with a notification area and without.
+#include <gmock/gmock.h>
+
+#include "desktop/console_program.h"
+#include "desktop/eventually.h"
+
+namespace zendrix::desktop {
+namespace {
+
+class WindowTest : public ::testing::Test {
+ protected:
+  Screen& screen() { return console_.screen(); }
+  void StartTray() {
+    tray_ = TheStage().desktop->Start(
+        {"/usr/bin/trayer", "--edge", "top", "--align", "left", "--widthtype", "request"}, "tray");
+    ASSERT_TRUE(Eventually([&] { return screen().HasTray(); })) << tray_.Output();
+  }
+  Place AwaitIcon() {
+    std::optional<Place> icon;
+    EXPECT_TRUE(Eventually([&] { return (icon = screen().TrayIcon()).has_value(); })) << tray_.Output();
+    return icon.value_or(Place());
+  }
+  bool HasWindow() { return screen().WithTitle("Home Edition -  v ").has_value(); }
+  // The icon's menu comes up at a click; its items tell of themselves when the keys come by.
+  void ChooseInTheIconsMenu(const std::string& item) {
+    const Place icon = AwaitIcon();
+    screen().Click(icon.x + icon.width / 2, icon.y + icon.height / 2);
+    console_.MoveFocusTo("menu item", item, "Down");
+    screen().Key("Return");
+  }
+  static constexpr char kStaysOpen[] = "This desktop shows no notification area";
+
+  ConsoleProgram console_;
+  ChildProcess tray_;
+};
+
+TEST_F(WindowTest, CloseBoxHidesItAndTheIconBringsItBack) {
+  StartTray();
+  console_.StartAndWait();
+  AwaitIcon();
+  screen().CloseWindow(console_.MainWindow());
+  ASSERT_TRUE(Eventually([&] { return !HasWindow(); }));
+  EXPECT_TRUE(console_.process().Running());
+  ChooseInTheIconsMenu("Open Zendrix");
+  EXPECT_TRUE(Eventually([&] { return console_.IsActive(); }));
+}
+
+TEST_F(WindowTest, HiddenConsoleIsEndedFromTheIconsMenu) {
+  StartTray();
+  console_.StartAndWait();
+  AwaitIcon();
+  screen().CloseWindow(console_.MainWindow());
+  ASSERT_TRUE(Eventually([&] { return !HasWindow(); }));
+  ChooseInTheIconsMenu("Quit");
+  console_.Press("push button", "Yes");
+  console_.AwaitText("You have chosen to exit");
+  console_.Press("push button", "OK");
+  ASSERT_TRUE(Eventually([&] { return !console_.process().Running(); })) << console_.Log();
+  EXPECT_EQ(console_.process().status(), 0);
+}
+
+TEST_F(WindowTest, WithoutANotificationAreaTheCloseBoxMinimisesAndSaysSoOnce) {
+  console_.StartAndWait();
+  const WindowId window = console_.MainWindow();
+  screen().CloseWindow(window);
+  console_.AwaitText(kStaysOpen);
+  console_.Press("push button", "OK");
+  ASSERT_TRUE(Eventually([&] { return screen().IsMinimised(window); }));
+  screen().Activate(window);
+  ASSERT_TRUE(Eventually([&] { return console_.IsActive() && !screen().IsMinimised(window); }));
+  screen().CloseWindow(window);
+  ASSERT_TRUE(Eventually([&] { return screen().IsMinimised(window); }));
+  EXPECT_FALSE(console_.HasText(kStaysOpen));
+}
+
+TEST_F(WindowTest, NotificationAreaThatComesLateGetsTheIcon) {
+  console_.StartAndWait();
+  StartTray();
+  AwaitIcon();
+  screen().CloseWindow(console_.MainWindow());
+  EXPECT_TRUE(Eventually([&] { return !HasWindow(); }));
+  EXPECT_FALSE(console_.HasText(kStaysOpen));
+}
+
+}  // namespace
+}  // namespace zendrix::desktop
