@@ -74,6 +74,8 @@ TEST_F(ConsoleTest, LineAppearsInTheGridWhileTheAgentWrites) {
 
 TEST_F(ConsoleTest, RequestOfAnotherStartBringsTheHiddenWindowBack) {
   Open("Home");
+  // As if this screen had a notification area; without one the window is not hidden but minimised.
+  console_->home()->tray.hosted = [] { return true; };
   console_->home()->Unload(widgets::UnloadCause::kCloseBox);
   ASSERT_FALSE(console_->home()->visible);
   platform::LinuxInstanceLock other;
