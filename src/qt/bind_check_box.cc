@@ -1,6 +1,7 @@
 #include "qt/bind_check_box.h"
 
 #include <QCheckBox>
+#include <QTimer>
 
 #include "qt/text_edge.h"
 
@@ -18,6 +19,12 @@ QCheckBox* MakeCheckBox(widgets::CheckBox& box, const Toolkit& kit, QChar access
     (*guard)(box.name(), [&] {
       box.checked = checked;
       box.clicked.Raise();
+    });
+  });
+  // An assistive program turns it over without a click.
+  QObject::connect(widget, &QCheckBox::toggled, widget, [widget, &box] {
+    QTimer::singleShot(0, widget, [widget, &box] {
+      if (widget->isChecked() != box.checked) emit widget->clicked(widget->isChecked());
     });
   });
   return widget;

@@ -1,6 +1,7 @@
 #include "qt/bind_option_button.h"
 
 #include <QRadioButton>
+#include <QTimer>
 
 #include "qt/text_edge.h"
 
@@ -21,6 +22,12 @@ QRadioButton* MakeOptionButton(widgets::OptionButton& option, const Toolkit& kit
   });
   QObject::connect(widget, &QRadioButton::clicked, widget,
                    [&option, guard = &kit.guard] { (*guard)(option.name(), [&] { option.Click(); }); });
+  // An assistive program checks it without a click.
+  QObject::connect(widget, &QRadioButton::toggled, widget, [widget, &option] {
+    QTimer::singleShot(0, widget, [widget, &option] {
+      if (widget->isChecked() && !option.checked) emit widget->clicked(true);
+    });
+  });
   return widget;
 }
 
