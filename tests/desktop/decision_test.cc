@@ -77,5 +77,20 @@ TEST_F(DecisionTest, LinkInThePagePutsTheFileInQuarantine) {
   ASSERT_TRUE(Eventually([&] { return Activations() == "Q,1\r\n"; })) << Activations();
 }
 
+TEST_F(DecisionTest, QuarantineGivesTheFileBackWhenTheQuestionIsAnsweredYes) {
+  console_.MoveFocusTo("link", "[Block]", "shift+Tab");
+  console_.screen().Key("Return");
+  console_.Press("push button", "OK");
+  console_.AwaitGone("push button", "OK");
+  ASSERT_FALSE(IsThere());
+  console_.Press("push button", "Quarantine...");
+  console_.AwaitText(tool_);
+  console_.Press("push button", "Restore...");
+  console_.Press("push button", "Yes");
+  console_.Press("push button", "OK");
+  EXPECT_TRUE(IsThere());
+  EXPECT_EQ(elsewhere_.Read("tool"), "program");
+}
+
 }  // namespace
 }  // namespace zendrix::desktop

@@ -1,0 +1,49 @@
+// What reaches the user while the window is hidden.
+#include <gmock/gmock.h>
+
+#include "desktop/console_program.h"
+#include "desktop/eventually.h"
+
+namespace zendrix::desktop {
+namespace {
+
+class HiddenTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    tray_ = TheStage().desktop->Start(
+        {"/usr/bin/trayer", "--edge", "top", "--align", "left", "--widthtype", "request"}, "tray");
+    ASSERT_TRUE(Eventually([&] { return screen().HasTray(); })) << tray_.Output();
+    console_.StartAndWait();
+    ASSERT_TRUE(Eventually([&] { return screen().TrayIcon().has_value(); }));
+    screen().CloseWindow(console_.MainWindow());
+    ASSERT_TRUE(Eventually([&] { return !screen().WithTitle("Home Edition -  v "); }));
+  }
+  Screen& screen() { return console_.screen(); }
+  std::vector<unsigned long> Icon() { return screen().Pixels(*screen().TrayIcon()); }
+
+  ConsoleProgram console_;
+  ChildProcess tray_;
+};
+
+TEST_F(HiddenTest, NewIntrusionPopsUpAndLeadsToItsExplanation) {
+  const WindowId active = screen().Active();
+  console_.Event("Aggregation", "a", "0.99", "", "Q,1");
+  console_.Await("push button", "[Details ]");
+  EXPECT_TRUE(screen().WithTitle("Suspicious Event Alert!"));
+  EXPECT_EQ(screen().Active(), active) << "the pop-up took the keyboard";
+  console_.Press("push button", "[Details ]");
+  ASSERT_TRUE(Eventually([&] { return screen().WithTitle("Home Edition -  v ").has_value(); }));
+  console_.AwaitText("Risk level: Intrusion");
+  EXPECT_TRUE(Eventually([&] { return !screen().WithTitle("Suspicious Event Alert!"); }));
+}
+
+TEST_F(HiddenTest, IconBlinksAfterANewIntrusion) {
+  const auto calm = Icon();
+  console_.Event("Aggregation", "a", "0.99", "", "Q,1");
+  ASSERT_TRUE(Eventually([&] { return Icon() != calm; }));
+  ASSERT_TRUE(Eventually([&] { return Icon() == calm; }));
+  EXPECT_TRUE(Eventually([&] { return Icon() != calm; }));
+}
+
+}  // namespace
+}  // namespace zendrix::desktop
