@@ -1,5 +1,6 @@
 #include "desktop/guarded_run.h"
 
+#include <fcntl.h>
 #include <grp.h>
 #include <net/if.h>
 #include <sched.h>
@@ -11,6 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -77,6 +79,34 @@ void EndAllLeft() {
   }
 }
 
+bool IsOf(const std::filesystem::path& process, const std::string& folder) {
+  std::ifstream environment(process / "environ", std::ios::binary);
+  for (std::string setting; std::getline(environment, setting, '\0');)
+    if (setting.starts_with("XDG_RUNTIME_DIR=" + folder + "/")) return true;
+  return false;
+}
+
+// Stands by in case the guard is killed, which it learns from the pipe's end: then it ends what lives in the
+// folder, and removes it.
+void StandBy(const std::string& folder) {
+  int ends[2] = {-1, -1};
+  if (pipe2(ends, O_CLOEXEC) != 0 || fork() != 0) {
+    close(ends[0]);
+    return;  // the writing end stays open for as long as this process lives
+  }
+  setsid();
+  close(ends[1]);
+  for (const int output : {1, 2}) close(output);
+  char none = 0;
+  while (read(ends[0], &none, 1) < 0 && errno == EINTR) {
+  }
+  std::error_code ignored;
+  for (const auto& process : std::filesystem::directory_iterator("/proc", ignored))
+    if (IsOf(process.path(), folder)) kill(std::atoi(process.path().filename().c_str()), SIGKILL);
+  std::filesystem::remove_all(folder, ignored);
+  std::_Exit(0);
+}
+
 // Waits for the tests. A request to end goes on to them.
 int StatusOf(pid_t tests, const sigset_t& awaited) {
   for (;;) {
@@ -105,11 +135,13 @@ int GuardedRun(const std::function<void(const std::string&)>& prepare,
   for (const int signal : {SIGCHLD, SIGTERM, SIGINT, SIGHUP}) sigaddset(&awaited, signal);
   sigprocmask(SIG_BLOCK, &awaited, &before);
   prctl(PR_SET_CHILD_SUBREAPER, 1);
+  StandBy(folder.path());
   const pid_t guard = getpid();
   const pid_t child = fork();
   if (child < 0) Fail("fork");
   if (child == 0) {
     sigprocmask(SIG_SETMASK, &before, nullptr);
+    closefrom(3);  // the guard's end of the pipe among them
     BecomeOrdinary();
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != guard) std::_Exit(kBroken);

@@ -1,6 +1,6 @@
 // Runs tests so that nothing of them outlives them. The calling process becomes the guard: it adopts whatever
 // the tests leave behind, ends it, and removes their folder, however they ended. When the guard itself is
-// killed, the tests are killed with it, and what they started with them.
+// killed, the tests are killed with it, and a process that stood by for this ends the rest.
 //
 // The tests run as an ordinary user: when the superuser calls, as "nobody", in a network name space of their
 // own with nothing but the loopback in it.
