@@ -84,6 +84,7 @@ void OptionsPane::FillEmailFra() {
 
 void OptionsPane::LoadMail() {
   eEnable.checked = app_.settings.enblAlr == "1";
+  told_of_damage_ = false;  // who selects the pane is told again
   const settings::SmtpData mail = ReadMail();
   Email.text = mail.Address;
   Server.text = mail.Server;
@@ -96,7 +97,7 @@ void OptionsPane::LoadMail() {
 // would find the same file and open another one.
 settings::SmtpData OptionsPane::ReadMail() {
   const widgets::BusyMark reading(reading_);
-  return settings::LoadSMTPData(app_, needs_.log);
+  return settings::LoadSMTPData(app_, needs_.log, &told_of_damage_);
 }
 
 void OptionsPane::LoadAlertSettings() {

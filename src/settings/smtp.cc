@@ -1,5 +1,6 @@
 #include "settings/smtp.h"
 
+#include <optional>
 #include <vector>
 
 #include "core/guards.h"
@@ -55,22 +56,25 @@ std::string SmtpTextWith(const SmtpData& data, std::string_view present) {
   return text;
 }
 
-SmtpData LoadSMTPData(core::AppState& state, core::ErrorLog& log) {
+SmtpData LoadSMTPData(core::AppState& state, core::ErrorLog& log, bool* told) {
   SmtpData data;
+  bool once = false;
+  bool& known = told ? *told : once;
   core::OrLog(log, "Utils : LoadSMTPData", [&] {
     const std::string path = SmtpPath(state);
     core::HashUtils hashes(state.seams.files, state.seams.family);
     hashes.FinishInterruptedSave(path);
-    if (!state.seams.files.Exists(path)) return;
-    const auto text = hashes.ReadVerified(path);
-    if (!text) {
+    std::optional<std::string> text;
+    if (state.seams.files.Exists(path) && !(text = hashes.ReadVerified(path))) {
+      if (known) return;
+      known = true;
       state.seams.message_boxes.Show({state.ProductName,
                                       "Invalid SMTP configuration file. Loading default values",
                                       platform::BoxIcon::kInformation, platform::BoxButtons::kOk});
       core::ValueOrRaise(state.seams.files.Remove(path));
-      return;
     }
-    data = ParseSmtpText(*text);
+    known = false;
+    if (text) data = ParseSmtpText(*text);
   });
   return data;
 }

@@ -28,8 +28,9 @@ SmtpData ParseSmtpText(std::string_view text);
 std::string SmtpTextWith(const SmtpData& data, std::string_view present);
 
 // All empty when there is nothing to read. A file that fails its hash is deleted after a message. Failures
-// are logged under "Utils : LoadSMTPData".
-SmtpData LoadSMTPData(core::AppState& state, core::ErrorLog& log);
+// are logged under "Utils : LoadSMTPData". `told` is for a caller that looks again and again: it becomes true
+// when such a file could not be deleted, and while it is true that file is passed over in silence.
+SmtpData LoadSMTPData(core::AppState& state, core::ErrorLog& log, bool* told = nullptr);
 // The file and its hash change as one. The present file is not checked. Failures are logged under
 // "Utils : SaveSMTPData", and both are then as they were.
 void SaveSMTPData(core::AppState& state, core::ErrorLog& log, const SmtpData& data);

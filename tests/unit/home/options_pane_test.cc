@@ -562,6 +562,32 @@ TEST_F(OptionsPaneTest, DamagedMailFileIsToldOnceHoweverLongTheBoxIsOpen) {
   EXPECT_EQ(Options().eTitleDesc.caption.Get(), "Mail is incomplete.");
 }
 
+// In a folder that the user may not write to the file stays: the box came back every three seconds, over
+// whatever the user was about.
+TEST_F(OptionsPaneTest, DamagedMailFileThatCannotBeDeletedIsToldOnceAndOnceMoreOnItsPane) {
+  HaveMail("user@example.org", "mail.example.org", "25");
+  const std::string good = MailFile();
+  MailIsOn(true);
+  Open(Line(1, "System", "0"));
+  const std::string path = world_.InFolder("KorvessaSMTPConfig.kvl");
+  auto& files = world_.platform.files;
+  files.FailNext(platform::FileOp::kRemove, path, platform::ErrorKind::kPermissionDenied, files.kAlways);
+  files.Put(path, "x");
+  world_.quiet.Expect("'Utils : LoadSMTPData': 70: Permission denied");
+  Seconds(10);
+  EXPECT_EQ(Boxes().shown.size(), 1u);
+  EXPECT_EQ(form_->options.CheckEmlSta(), kAttention);
+  world_.quiet.Expect("'Utils : LoadSMTPData': 70: Permission denied");
+  form_->ViewItems_Click(kOptionsView);
+  EXPECT_EQ(Boxes().shown.size(), 2u);
+  files.Put(path, good);
+  EXPECT_EQ(form_->options.CheckEmlSta(), kGood) << "and it is looked at again";
+  world_.quiet.Expect("'Utils : LoadSMTPData': 70: Permission denied");
+  files.Put(path, "y");
+  Seconds(10);
+  EXPECT_EQ(Boxes().shown.size(), 3u) << "another damage";
+}
+
 TEST_F(OptionsPaneTest, PaneSelectedUnderThatBoxReadsNothingAgain) {
   HaveMail("user@example.org", "mail.example.org", "25");
   MailIsOn(true);
