@@ -227,6 +227,7 @@ void AlertsPane::ShowRow(const std::string& key) {
   const auto slot = lvAlerts.Find(key);
   if (!slot) core::Raise(core::kElementNotFound);
   lvAlerts.Select(*slot);
+  lvAlerts.reveal.Raise(*slot);
   lvAlerts_ItemClick(*slot);
 }
 

@@ -231,10 +231,10 @@ void frmNewUI::ShowAlert(const std::string& key) {
   bring_forward.Raise();
   visible = true;
   ViewItems_Click(kAlertsView);
-  if (key.empty())
-    alerts.ShowFirst();
-  else
+  if (!key.empty())
     alerts.ShowRow(key);
+  else if (alerts.lvAlerts.size() > 0)
+    alerts.ShowRow(alerts.lvAlerts.at(0).key);
 }
 
 void frmNewUI::Tray_Mouse(int message) {

@@ -64,7 +64,7 @@ void SummaryPane::Show(const Findings& findings) {
     OverallLevel = kGood;
   }
   if (OverallLevel != kUndecided) PaintLevel(OverallLevel);
-  icStatus.caption = "";
+  icStatus.caption = app_.Desc[1].empty() ? core::kDescriptionNotAvailable : "";
   if (!app_.Desc[1].empty()) SecondLine(OverallLevel, findings);
 }
 

@@ -34,6 +34,8 @@ ListTable::ListTable(widgets::ListView& list, const QString& picture_list, const
           [this] { list_.SetScrolledRows(static_cast<std::size_t>(std::max(0, rowAt(0)))); });
   Keep(this, list_.selection_changed.Connect([this] { ShowSelection(); }));
   Keep(this, list_.rows_added.Connect([this] { ShowSelection(); }));
+  Keep(this, list_.reveal.Connect(
+                 [this](widgets::ListView::Slot slot) { scrollTo(model_->index(model_->RowOf(slot), 0)); }));
   const auto tell_why_empty = [this, empty_text] {
     SetEmptyText(list_.empty_text.Get().empty() ? empty_text : ToQt(list_.empty_text.Get()));
   };

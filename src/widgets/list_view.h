@@ -86,6 +86,8 @@ class ListView : public Control {
   Signal<Slot> row_changed;
   Signal<> cleared;
   Signal<> selection_changed;
+  // Asks for this row to be scrolled into view, also when it is selected already.
+  Signal<Slot> reveal;
 
   // The list as text, one line per row, columns separated by " | ", pictures in brackets, "~" in front of a
   // ghosted row.

@@ -14,8 +14,10 @@
 
 #include "admin/event_grid.h"
 #include "qt/bind_check_box.h"
+#include "qt/bind_click.h"
 #include "qt/bind_form.h"
 #include "qt/bind_grid.h"
+#include "qt/bind_image.h"
 #include "qt/bind_label.h"
 #include "qt/bind_list_view.h"
 #include "qt/bind_menu.h"
@@ -52,6 +54,21 @@ TEST_F(BindingTest, BoundWidgetDoesNotBecomeAWindow) {
   widgets::Label label("x", "x");
   const std::unique_ptr<QLabel> widget(MakeLabel(label, kit_));
   EXPECT_FALSE(widget->isVisible());
+}
+
+TEST_F(BindingTest, PictureThatLeadsSomewhereIsClickedByTheLeftButtonAlone) {
+  widgets::Image image("Flag(0)", "FlagG");
+  int clicks = 0;
+  image.clicked.ConnectForever([&] { ++clicks; });
+  const std::unique_ptr<QLabel> widget(MakeImage(image, 24, kit_));
+  BindClick(image.name(), image.clicked, widget.get(), kit_);
+  QTest::mouseClick(widget.get(), Qt::RightButton);
+  EXPECT_EQ(clicks, 0);
+  QTest::mouseClick(widget.get(), Qt::LeftButton);
+  EXPECT_EQ(clicks, 1);
+  QTest::mousePress(widget.get(), Qt::LeftButton);
+  QTest::mouseRelease(widget.get(), Qt::LeftButton, {}, QPoint(200, 200));
+  EXPECT_EQ(clicks, 1);
 }
 
 TEST_F(BindingTest, EnterAndTheSpaceBarPressAButtonOnce) {
@@ -249,6 +266,17 @@ TEST_F(ListTableTest, MouseOpensTheMenuOnceAndNotTwice) {
   QContextMenuEvent event(QContextMenuEvent::Mouse, {}, {});
   QApplication::sendEvent(table_.get(), &event);
   EXPECT_EQ(menus, 1);
+}
+
+// A pop-up leads to an alert that may be the selected one and scrolled away.
+TEST_F(ListTableTest, SelectedRowThatIsScrolledAwayIsRevealed) {
+  for (int i = 0; i < 200; ++i) list_.InsertTop("n" + std::to_string(i), "x", 0, "");
+  list_.Select(list_.Find("n199"));
+  table_->scrollToBottom();
+  const QModelIndex first = table_->model()->index(0, 0);
+  ASSERT_FALSE(table_->viewport()->rect().intersects(table_->visualRect(first)));
+  list_.reveal.Raise(*list_.Find("n199"));
+  EXPECT_TRUE(table_->viewport()->rect().intersects(table_->visualRect(first)));
 }
 
 TEST_F(ListTableTest, ClickOnAnotherRowCountsOnce) {

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "qt/bind_click.h"
 #include "qt/bind_image.h"
 #include "qt/bind_label.h"
 #include "qt/home/pane_looks.h"
@@ -36,7 +37,9 @@ QWidget* MakeCountsCard(home::SummaryPane& pane, const Toolkit& kit) {
 QWidget* MakeSummaryRow(home::StatusRow& part, const Toolkit& kit) {
   auto* row = new QHBoxLayout;
   row->setSpacing(14);
-  row->addWidget(MakeImage(part.Flag, 24, kit), 0, Qt::AlignTop);
+  QLabel* flag = MakeImage(part.Flag, 24, kit);
+  BindClick(part.Flag.name(), part.Flag.clicked, flag, kit);
+  row->addWidget(flag, 0, Qt::AlignTop);
   auto* words = new QVBoxLayout;
   words->setSpacing(2);
   auto* name = new QHBoxLayout;
@@ -45,6 +48,7 @@ QWidget* MakeSummaryRow(home::StatusRow& part, const Toolkit& kit) {
   words->addLayout(name);
   QLabel* sentence = WithRole(MakeLabel(part.icDesc, kit), "faint");
   sentence->setContentsMargins(5, 0, 0, 0);
+  BindClick(part.icDesc.name(), part.icDesc.clicked, sentence, kit);
   words->addWidget(sentence);
   row->addLayout(words, 1);
   return Card(row);

@@ -44,12 +44,12 @@ TEST_F(SummaryPaneTest, SentenceComesInFrontOfItsBand) {
   EXPECT_EQ(front, 1);
 }
 
-TEST_F(SummaryPaneTest, SecondLineIsClearedWhenItsDescriptionsAreGone) {
+TEST_F(SummaryPaneTest, SecondLineSaysWhenItsDescriptionsAreGone) {
   Open(Line(1, "System", "0"));
   EXPECT_NE(form_->summary.icStatus.caption.Get(), "");
   state_.Desc[1].clear();
   form_->CheckRiskLevel();
-  EXPECT_EQ(form_->summary.icStatus.caption.Get(), "");
+  EXPECT_EQ(form_->summary.icStatus.caption.Get(), "Description Not Available");
 }
 
 TEST_F(SummaryPaneTest, UndecidedStatusKeepsTheLastColour) {
@@ -139,7 +139,7 @@ TEST_F(SummaryPaneTest, MissingDescriptionsChangeNoColour) {
   Open(Alert(1, "0.99"));
   EXPECT_EQ(form_->summary.OSFlag.picture.Get(), "FlagR");
   EXPECT_EQ(form_->alerts.sTitleDesc.caption.Get(), "Description Not Available");
-  EXPECT_EQ(form_->summary.icStatus.caption.Get(), "");
+  EXPECT_EQ(form_->summary.icStatus.caption.Get(), "Description Not Available");
   EXPECT_EQ(form_->summary.icEventCount.caption.Get(), "");
 }
 
