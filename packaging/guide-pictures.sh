@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# guide-pictures.sh BIN OUT: takes the pictures of the user guide on the sample history, on a virtual display and as an
+# ordinary user, so that no picture shows a name or a path of this machine.
+#
+# BIN is a build's bin folder. Needs the screen packages of prerequisites.sh, openbox, xdotool and x11-utils.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bin=$(realpath "$1") out=$(realpath -m "$2")
+mkdir -p "$out"
+folder=$(mktemp -d /tmp/zendrix-guide.XXXXXX)
+trap 'rm -rf "$folder"' EXIT
+cp -r "$bin"/KorvessaDesc*.kv? "$bin/Images" "$folder/"
+data/sample/copy-to home "$folder"
+"$bin/zendrix-inspect" --write --folder "$folder" settings >/dev/null
+for setting in "DetSho 1" "TTour Y" "TSurv Y"; do
+  # shellcheck disable=SC2086
+  "$bin/zendrix-inspect" --write --folder "$folder" settings save Misc $setting >/dev/null
+done
+as_user=()
+if [ "$(id -u)" = 0 ]; then
+  chown -R 65534:65534 "$folder"
+  as_user=(setpriv --reuid=65534 --regid=65534 --clear-groups)
+fi
+
+"${as_user[@]}" env HOME="$folder" TMPDIR="$folder" XDG_RUNTIME_DIR="$folder" LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb \
+  xvfb-run -a -s "-screen 0 1060x760x24" bash -c '
+  bin=$1 folder=$2
+  openbox & manager=$!
+  sleep 1
+  "$bin/zendrix" --folder="$folder" -ns & console=$!
+  trap "kill $console $manager 2>/dev/null || true; wait $console || true" EXIT
+  find_window() { xdotool search --onlyvisible --name "Korvessa Zendrix Home Edition -" | tail -1; }
+  for try in $(seq 1 100); do [ -z "$(find_window)" ] || break; sleep 0.2; done
+  sleep 3
+  xdotool windowmove "$(find_window)" 20 10 windowsize "$(find_window)" 1000 700
+  sleep 1
+  # What xdotool tells of a window counts its frame twice.
+  place() {
+    read -r X Y WIDTH HEIGHT < <(xwininfo -id "$1" | awk "
+      /Absolute upper-left X/ {x = \$4} /Absolute upper-left Y/ {y = \$4} /Width:/ {w = \$2} /Height:/ {h = \$2}
+      END {print x, y, w, h}")
+  }
+  # A place in the window, in pixels from its upper left corner.
+  press() { place "${3:-$(find_window)}"; xdotool mousemove $((X + $1)) $((Y + $2)); sleep 0.3; xdotool click 1; sleep 2.5; }
+  take() {
+    place "${2:-$(find_window)}"
+    import -window root -crop "${WIDTH}x$HEIGHT+$X+$Y" +repage "$folder/$1.png"
+  }
+  named() { for try in $(seq 1 50); do xdotool search --onlyvisible --name "$1" | tail -1 | grep . && return; sleep 0.2; done; }
+  take summary
+  press 80 184; take advanced
+  press 80 228; take options
+  press 80 272; take help
+  press 80 140; take alerts
+  press 451 93; window=$(named "Quarantine"); [ -z "$window" ] || take quarantine "$window"
+  xdotool key Escape; sleep 1
+  press 748 93; window=$(named "Analisys Wizard"); [ -z "$window" ] || take wizard "$window"
+' pictures "$bin" "$folder"
+cp "$folder"/*.png "$out/"
