@@ -1,34 +1,13 @@
 // Half an hour of a busy computer in front of a restless user: ten new lines a second, the file replaced
 // every five minutes, and clicks wherever something can be clicked. Nothing may pile up.
-#include <malloc.h>
-
 #include <algorithm>
 #include <random>
 
 #include "flow_fixture.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-#define ZENDRIX_COUNTS_BY_SANITIZER
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define ZENDRIX_COUNTS_BY_SANITIZER
-#endif
-#endif
-#ifdef ZENDRIX_COUNTS_BY_SANITIZER
-#include <sanitizer/allocator_interface.h>
-#endif
+#include "support/held_bytes.h"
 
 namespace zendrix::flow {
 namespace {
-
-std::size_t HeldBytes() {
-#ifdef ZENDRIX_COUNTS_BY_SANITIZER
-  return __sanitizer_get_current_allocated_bytes();
-#else
-  const auto held = ::mallinfo2();
-  return held.uordblks + held.hblkhd;
-#endif
-}
 
 class SoakFlowTest : public FlowTest {
  protected:
@@ -100,7 +79,7 @@ TEST_F(SoakFlowTest, NothingPilesUpInHalfAnHour) {
     world_.host.shown.clear();
     world_.quiet.Take();
     if (second % (kReplacedEvery * 60) != 0) continue;
-    held.push_back(HeldBytes());
+    held.push_back(test::HeldBytes());
     Write(NextLine());
   }
   EXPECT_TRUE(Boxes().shown.empty());

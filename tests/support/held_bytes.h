@@ -3,13 +3,7 @@
 
 #include <cstddef>
 
-#if defined(__SANITIZE_ADDRESS__)
-#define ZENDRIX_ADDRESS_SANITIZER 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define ZENDRIX_ADDRESS_SANITIZER 1
-#endif
-#endif
+#include "support/sanitizers.h"
 
 #ifdef ZENDRIX_ADDRESS_SANITIZER
 #include <sanitizer/allocator_interface.h>
