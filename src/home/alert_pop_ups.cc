@@ -27,21 +27,21 @@ std::string Message(const core::DescArray& texts, const std::string& date_time, 
 
 }  // namespace
 
-void AlertPopUps::ShowAlertPopUp(const store::EventCursor& Row) {
+void AlertPopUps::ShowAlertPopUp(const store::EventCursor& row) {
   if (window_.Loading() || window_.InSight()) return;
   const auto risk_of = [&](store::Column column) {
-    return alerts::GetRiskName(Row.Text(column), app_.settings, app_.seams.locale.Current());
+    return alerts::GetRiskName(row.Text(column), app_.settings, app_.seams.locale.Current());
   };
   const std::string level = risk_of(store::kChange);
   const bool was_intrusion = app_.settings.PopOrigHigh && risk_of(store::kOriginal) == alerts::kIntrusion;
   if (!was_intrusion && level != alerts::kIntrusion) return;
   if (notice_) notice_->Unload();
-  const std::string message = Message(app_.Desc[9], std::string(Row.Text(store::kDateTime)), level);
+  const std::string message = Message(app_.Desc[9], std::string(row.Text(store::kDateTime)), level);
   if (!pop_up_ || !pop_up_->loaded()) pop_up_ = std::make_unique<frmPopUpMsg>(app_, log_, misc_, window_);
   Show(*pop_up_);
   if (was_intrusion) pop_up_->lblTitle.caption = "Intrusion Alert";
   pop_up_->lblMsg.caption = message;
-  pop_up_->Key = "K" + std::to_string(Row.ID());
+  pop_up_->Key = "K" + std::to_string(row.ID());
 }
 
 void AlertPopUps::ShowNotification() {

@@ -27,7 +27,7 @@ class AlertPopUps {
 
   // Decides on a pop-up for the alert under the cursor, and shows it; one that is open already takes the
   // alert over.
-  void ShowAlertPopUp(const store::EventCursor& Row);
+  void ShowAlertPopUp(const store::EventCursor& row);
   // The daily notice.
   void ShowNotification();
 

@@ -62,8 +62,8 @@ void frmMoreInfo::OnActivate() {
 
 // A page that came up while an earlier one still waited is the one that the buttons are about: whoever is
 // through with the waiting writes the newest.
-void frmMoreInfo::LoadHTML(const std::string& Html) {
-  html_ = Html;
+void frmMoreInfo::LoadHTML(const std::string& html) {
+  html_ = html;
   page_.Write(kBlankPage, html_);
 }
 

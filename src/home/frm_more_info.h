@@ -60,7 +60,7 @@ class frmMoreInfo : public widgets::Form {
 
   // Puts a page into the browser pane; serves the event loop until the pane is ready, ten seconds at the
   // most.
-  void LoadHTML(const std::string& Html);
+  void LoadHTML(const std::string& html);
   std::string Page(int index) const;
   // The heading and the explanation of the step's event, asked about anew.
   void ShowStep();

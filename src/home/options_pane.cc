@@ -115,17 +115,17 @@ void OptionsPane::LoadAlertSettings() {
 void OptionsPane::LoadFlags() {
   std::string caption;
   if (core::DescLookup(app_.Desc[9], "003,", caption)) echkOrigHigh.caption = caption;
-  shown_PopOrigHigh_ = app_.settings.PopOrigHigh;
-  shown_DontAsk_ = app_.settings.DontAsk;
-  echkOrigHigh.checked = !shown_PopOrigHigh_;
-  echkDontAsk.checked = shown_DontAsk_;
+  shown_orig_high_ = app_.settings.PopOrigHigh;
+  shown_dont_ask_ = app_.settings.DontAsk;
+  echkOrigHigh.checked = !shown_orig_high_;
+  echkDontAsk.checked = shown_dont_ask_;
 }
 
 // Only what has changed: a tick that the user has not saved yet stays.
 void OptionsPane::FollowFlags() {
-  if (std::exchange(shown_PopOrigHigh_, app_.settings.PopOrigHigh) != app_.settings.PopOrigHigh)
+  if (std::exchange(shown_orig_high_, app_.settings.PopOrigHigh) != app_.settings.PopOrigHigh)
     echkOrigHigh.checked = !app_.settings.PopOrigHigh;
-  if (std::exchange(shown_DontAsk_, app_.settings.DontAsk) != app_.settings.DontAsk)
+  if (std::exchange(shown_dont_ask_, app_.settings.DontAsk) != app_.settings.DontAsk)
     echkDontAsk.checked = app_.settings.DontAsk;
 }
 

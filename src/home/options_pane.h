@@ -110,7 +110,7 @@ class OptionsPane {
   core::AppState& app_;
   widgets::Connection misc_changed_;
   // The flags as the check boxes last showed them.
-  bool shown_PopOrigHigh_ = false, shown_DontAsk_ = false;
+  bool shown_orig_high_ = false, shown_dont_ask_ = false;
   bool reading_ = false;         // the box about a damaged mail file may be open
   bool told_of_damage_ = false;  // that file could not be deleted, and the refresh cycle finds it again
   std::int16_t EmailStatus_ = kGood;
