@@ -73,10 +73,8 @@ struct Console::Parts {
 
 Console::Parts::Parts(const Options& the_options)
     : options(the_options),
-      recorder({control::kServiceName,
-                platform::JoinPath(FolderOf(options.exe_path), platform::kRecorderProgram),
-                options.folder,
-                {"--form", options.edition == "Home" ? "home" : "admin"}}),
+      recorder(platform::RecorderBeside(FolderOf(options.exe_path), control::kServiceName, options.folder,
+                                        options.edition == "Home")),
       family(FolderOf(options.exe_path)),
       seams{files, clock,  locale,        host,         shell,  instance_lock, services,
             loop,  timers, message_boxes, file_dialogs, family, process},

@@ -1,24 +1,12 @@
 #include "control/agent_control.h"
 
 #include "core/letter_case.h"
+#include "widgets/wait_pointer.h"
 
 namespace zendrix::control {
 namespace {
 
 constexpr char kLineEnd[] = "\r\n";
-
-class WaitPointer {
- public:
-  explicit WaitPointer(widgets::Screen& screen) : screen_(screen) {
-    screen_.MousePointer = widgets::kPointerHourglass;
-  }
-  ~WaitPointer() { screen_.MousePointer = widgets::kPointerDefault; }
-  WaitPointer(const WaitPointer&) = delete;
-  WaitPointer& operator=(const WaitPointer&) = delete;
-
- private:
-  widgets::Screen& screen_;
-};
 
 // The results that mean the same after either method.
 std::string CommonMessage(int return_value) {
@@ -115,7 +103,7 @@ std::string StartMessage(int return_value) {
 
 std::int16_t AgentControl::Change(bool silent, bool start) {
   using platform::BoxIcon;
-  const WaitPointer wait(screen_);
+  const widgets::WaitPointer wait(screen_);
   const auto method = start ? platform::ServiceMethod::kStart : platform::ServiceMethod::kStop;
   const auto outcome = state_.seams.services.Run(kServiceName, method);
   if (!outcome) return kNoService;

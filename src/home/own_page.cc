@@ -5,13 +5,12 @@
 #include "core/guards.h"
 #include "core/hash_utils.h"
 #include "core/path_text.h"
+#include "home/page_wait.h"
 #include "store/descriptions.h"
 
 namespace zendrix::home {
 namespace {
 constexpr int kScriptFile = 8;
-constexpr std::int64_t kLongestWaitMs = 10000;
-constexpr std::int64_t kRestMs = 50;
 }  // namespace
 
 OwnPage::OwnPage(core::AppState& state, core::ErrorLog& log, widgets::BrowserView& view)
@@ -22,21 +21,9 @@ OwnPage::OwnPage(core::AppState& state, core::ErrorLog& log, widgets::BrowserVie
 bool OwnPage::Write(const std::string& url, const std::string& html) {
   DocumentReady_ = false;
   view_.Navigate(url);
-  if (!WaitForDocument()) return false;
+  if (!WaitForPage(app_, [this] { return stopped_ || DocumentReady_; }) || stopped_) return false;
   if (widgets::BrowserPage* page = view_.page()) page->SetBodyHtml(html);
   return true;
-}
-
-bool OwnPage::WaitForDocument() {
-  auto& clock = app_.seams.clock;
-  const std::int64_t start = clock.MonotonicMs();
-  while (!stopped_ && !DocumentReady_) {
-    app_.seams.loop.ProcessMessages();
-    if (stopped_ || DocumentReady_) break;
-    if (clock.MonotonicMs() - start >= kLongestWaitMs) return false;
-    app_.seams.loop.WaitForMessages(kRestMs);
-  }
-  return !stopped_;
 }
 
 // The script file is read at each use: it counts as it is now, with the hash that it has now.

@@ -35,8 +35,6 @@ class OwnPage {
   widgets::BrowserView& view() { return view_; }
 
  private:
-  bool WaitForDocument();
-
   core::AppState& app_;
   core::ErrorLog& log_;
   widgets::BrowserView& view_;

@@ -1,12 +1,9 @@
 #include "home/portal_page.h"
 
 #include "core/portal_endpoint.h"
+#include "home/page_wait.h"
 
 namespace zendrix::home {
-namespace {
-constexpr std::int64_t kLongestWaitMs = 10000;
-constexpr std::int64_t kRestMs = 50;
-}  // namespace
 
 PortalPage::PortalPage(core::AppState& state, widgets::PortalView& view) : app_(state), view_(view) {
   lblNoPage.visible = false;
@@ -29,12 +26,8 @@ void PortalPage::WaitUntilReady() {
   if (waiting_) return;
   waiting_ = true;
   const std::weak_ptr<char> alive = alive_;
-  core::AppState& app = app_;
-  const std::int64_t start = app.seams.clock.MonotonicMs();
-  while (!view_.ready && app.seams.clock.MonotonicMs() - start < kLongestWaitMs) {
-    app.seams.loop.WaitForMessages(kRestMs);
-    if (alive.expired()) return;
-  }
+  WaitForPage(app_, [this, alive] { return alive.expired() || view_.ready; });
+  if (alive.expired()) return;
   waiting_ = false;
 }
 

@@ -103,10 +103,8 @@ void SetAgent(platform::FakeServiceManager& services, const std::string& agent_s
 struct Console::Parts {
   Parts(const Options& options, bool live)
       : overlay(disk),
-        recorder({control::kServiceName,
-                  platform::JoinPath(ExecutableFolder(), platform::kRecorderProgram),
-                  options.folder,
-                  {"--form", options.edition == "Home" ? "home" : "admin"}}),
+        recorder(platform::RecorderBeside(ExecutableFolder(), control::kServiceName, options.folder,
+                                          options.edition == "Home")),
         family(ExecutableFolder()),
         boxes(options.answer_yes),
         seams{options.write ? static_cast<platform::Files&>(disk) : overlay,

@@ -58,6 +58,14 @@ bool EndsUntil(const FileDescriptor& process, Moment moment) {
 
 }  // namespace
 
+LocalService RecorderBeside(const std::string& program_folder, std::string name, const std::string& folder,
+                            bool home_edition) {
+  return {std::move(name),
+          JoinPath(program_folder, kRecorderProgram),
+          folder,
+          {"--form", home_edition ? "home" : "admin"}};
+}
+
 struct LocalServiceManager::Recorder {
   FileDescriptor process;
   pid_t number = 0;

@@ -46,6 +46,11 @@ struct LocalService {
   std::chrono::milliseconds deadline = std::chrono::seconds(10);
 };
 
+// The recorder that stands in `program_folder`, beside the console, as the Agent called `name` of the folder
+// that the console reads, in the form of the console's edition.
+LocalService RecorderBeside(const std::string& program_folder, std::string name, const std::string& folder,
+                            bool home_edition);
+
 class LocalServiceManager : public ServiceManager {
  public:
   explicit LocalServiceManager(LocalService service) : service_(std::move(service)) {}
