@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
-# Builds and tests everything on Debian 12: installs what is missing, runs the toolkit-free rooms and the fuzz targets
-# under the address and undefined-behaviour sanitizers, builds those rooms without Qt and tries the inspector there,
-# checks names, then runs the whole suite, windows included. No display needed.
+# Builds and tests everything on Debian 12: installs what is missing, runs the rooms' own tests, the inspector and the
+# fuzz targets under the address and undefined-behaviour sanitizers, builds the rooms without Qt and tries the inspector
+# there, checks names, then runs the hostile texts, the windows and the real program. Each test is built and run once;
+# only inspector and hostile texts serve twice. No display needed.
 #
 #   ./test.sh              everything
-#   ./test.sh quick        only the whole suite: no sanitizers, no build without Qt, no check of names
+#   ./test.sh quick        every test in one build: no sanitizers, no build without Qt, no check of names
 #
 # FUZZ_SECONDS (default 10) bounds each fuzz target; JOBS (default: number of processors) the parallel build.
 set -euo pipefail
@@ -26,20 +27,25 @@ for name in en_US de_DE en_GB ja_JP; do
 done
 export ZENDRIX_TEST_LOCPATH=$locales
 
+# try PRESET [SET]...: builds and runs everything, or all programs and only these folders of tests/.
+try() {
+  local preset=$1 started=$SECONDS
+  shift
+  local labels=$*
+  cmake --preset "$preset" >/dev/null
+  cmake --build --preset "$preset" -j "$jobs" ${labels:+--target programs} "${@/#/tests_}"
+  echo "Built $preset in $((SECONDS - started)) s"
+  started=$SECONDS
+  ctest --preset "$preset" -j "$jobs" ${labels:+-L "^(${labels// /|})\$"}
+  echo "Tried $preset in $((SECONDS - started)) s"
+}
+
 packaging/house-rules.sh
-
-if [ "${1:-}" != quick ]; then
-  cmake --preset asan >/dev/null
-  cmake --build --preset asan -j "$jobs"
-  ctest --preset asan -j "$jobs"
-
-  # All of its tests ran just now, and run once more below; the inspector, which links every room, stands for them here.
-  cmake --preset core-only >/dev/null
-  cmake --build --preset core-only -j "$jobs"
-  ctest --preset core-only -j "$jobs" -L cli
+if [ "${1:-}" = quick ]; then
+  try dev
+else
+  try asan
+  try core-only cli
+  packaging/tidy.sh
+  try dev hostile qt e2e desktop
 fi
-
-cmake --preset dev >/dev/null
-cmake --build --preset dev -j "$jobs"
-[ "${1:-}" = quick ] || packaging/tidy.sh
-ctest --preset dev -j "$jobs"
