@@ -35,21 +35,19 @@ void AlertPopUps::ShowAlertPopUp(const store::EventCursor& row) {
   const std::string level = risk_of(store::kChange);
   const bool was_intrusion = app_.settings.PopOrigHigh && risk_of(store::kOriginal) == alerts::kIntrusion;
   if (!was_intrusion && level != alerts::kIntrusion) return;
-  if (notice_) notice_->Unload();
+  if (notice()) notice()->Unload();
   const std::string message = Message(app_.Desc[9], std::string(row.Text(store::kDateTime)), level);
-  if (!pop_up_ || !pop_up_->loaded()) pop_up_ = std::make_unique<frmPopUpMsg>(app_, log_, misc_, window_);
-  Show(*pop_up_);
-  if (was_intrusion) pop_up_->lblTitle.caption = "Intrusion Alert";
-  pop_up_->lblMsg.caption = message;
-  pop_up_->Key = "K" + std::to_string(row.ID());
+  frmPopUpMsg& pop_up = pop_up_.Open(app_.host(), app_, log_, misc_, window_);
+  Show(pop_up);
+  if (was_intrusion) pop_up.lblTitle.caption = "Intrusion Alert";
+  pop_up.lblMsg.caption = message;
+  pop_up.Key = "K" + std::to_string(row.ID());
 }
 
 void AlertPopUps::ShowNotification() {
-  if (notice_ && notice_->loaded())
-    notice_->ApplyTexts();
-  else
-    notice_ = std::make_unique<frmNotifyMsg>(app_, misc_);
-  Show(*notice_);
+  frmNotifyMsg& notice = notice_.Open(app_.host(), app_, misc_);
+  if (notice.visible) notice.ApplyTexts();
+  Show(notice);
 }
 
 void AlertPopUps::Show(widgets::Form& form) {

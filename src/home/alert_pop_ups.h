@@ -5,13 +5,12 @@
 // Nothing here serves the event loop: the alert list asks while it holds a cursor on the event table.
 #pragma once
 
-#include <memory>
-
 #include "core/app_state.h"
 #include "core/error_log.h"
 #include "home/frm_notify_msg.h"
 #include "home/frm_pop_up_msg.h"
 #include "home/main_window.h"
+#include "home/reopened_window.h"
 #include "settings/misc_settings.h"
 #include "store/event_table.h"
 
@@ -42,8 +41,8 @@ class AlertPopUps {
   core::ErrorLog& log_;
   settings::MiscSettings& misc_;
   MainWindow& window_;
-  std::unique_ptr<frmPopUpMsg> pop_up_;
-  std::unique_ptr<frmNotifyMsg> notice_;
+  Reopened<frmPopUpMsg> pop_up_;
+  Reopened<frmNotifyMsg> notice_;
 };
 
 }  // namespace zendrix::home

@@ -1,12 +1,11 @@
 #include "home/portal_windows.h"
 
 #include "control/portal.h"
-#include "home/fresh_window.h"
 
 namespace zendrix::home {
 
 frmTour& PortalWindows::Tour() {
-  return Fresh(needs_.state, tour_, needs_);
+  return tour_.Open(needs_.state.host(), needs_);
 }
 
 void PortalWindows::ShowTour() {
@@ -22,7 +21,8 @@ void PortalWindows::TakeSurvey() {
     return;
   widgets::ShowOptions above_the_console;
   above_the_console.owner = &main_;
-  needs_.state.host().Show(Fresh(needs_.state, survey_, needs_.state, url), above_the_console);
+  widgets::FormHost& host = needs_.state.host();
+  host.Show(survey_.Open(host, needs_.state, url), above_the_console);
 }
 
 }  // namespace zendrix::home

@@ -1,10 +1,9 @@
 // The windows of the Home console that show pages of the portal, one of each kind at most.
 #pragma once
 
-#include <memory>
-
 #include "home/frm_survey.h"
 #include "home/frm_tour.h"
+#include "home/reopened_window.h"
 
 namespace zendrix::home {
 
@@ -28,8 +27,8 @@ class PortalWindows {
  private:
   TourNeeds needs_;
   widgets::Form& main_;
-  std::unique_ptr<frmTour> tour_;
-  std::unique_ptr<frmSurvey> survey_;
+  Reopened<frmTour> tour_;
+  Reopened<frmSurvey> survey_;
 };
 
 }  // namespace zendrix::home

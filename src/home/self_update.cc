@@ -3,7 +3,6 @@
 #include "core/guards.h"
 #include "core/initial.h"
 #include "core/path_text.h"
-#include "home/fresh_window.h"
 
 namespace zendrix::home {
 namespace {
@@ -12,7 +11,7 @@ constexpr char kPlace[] = "CheckUpdate";
 
 void SelfUpdate::CheckUpdate() {
   core::OrLog(needs_.log, "frmNewUI:CheckUpdate", [&] {
-    if (installing_ || (offer_ && offer_->Installing()) || !file_.IsThere()) return;
+    if (installing_ || (offer() && offer()->Installing()) || !file_.IsThere()) return;
     const std::string version = file_.Version();
     if (version == RunningVersion()) {
       file_.Remove();
@@ -31,7 +30,8 @@ void SelfUpdate::CheckUpdate() {
 void SelfUpdate::Offer() {
   widgets::ShowOptions above_all;
   above_all.on_top = true;
-  needs_.state.host().Show(Fresh(needs_.state, offer_, needs_), above_all);
+  widgets::FormHost& host = needs_.state.host();
+  host.Show(offer_.Open(host, needs_), above_all);
 }
 
 // The box that tells a failure serves the event loop, and the next check with it.

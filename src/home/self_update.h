@@ -1,9 +1,8 @@
 // Looks for a new version of the program in its folder, and offers or starts its installer.
 #pragma once
 
-#include <memory>
-
 #include "home/frm_new_update.h"
+#include "home/reopened_window.h"
 
 namespace zendrix::home {
 
@@ -26,7 +25,7 @@ class SelfUpdate {
 
   UpdateNeeds needs_;
   UpdateFile file_;
-  std::unique_ptr<frmNewUpdate> offer_;
+  Reopened<frmNewUpdate> offer_;
   bool installing_ = false;
 };
 

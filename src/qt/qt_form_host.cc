@@ -33,6 +33,12 @@ QWidget* QtFormHost::Find(const widgets::Form* form) const {
   return found == windows_.end() ? nullptr : found->view.data();
 }
 
+bool QtFormHost::HasWindow(const widgets::Form& form) const {
+  return Find(&form) || std::any_of(leaving_.begin(), leaving_.end(), [&](const Window& window) {
+           return window.form == &form && window.view;
+         });
+}
+
 void QtFormHost::MakeWindow(widgets::Form& form, const widgets::ShowOptions& options) {
   QWidget* view = Find(&form);
   if (!view) {

@@ -15,6 +15,7 @@ class QtFormHost : public widgets::FormHost {
   explicit QtFormHost(const Toolkit& kit) : kit_(kit) {}
   // Takes the windows down; the forms must still be there.
   ~QtFormHost() override;
+  bool HasWindow(const widgets::Form& form) const override;
 
  protected:
   void MakeWindow(widgets::Form& form, const widgets::ShowOptions& options) override;

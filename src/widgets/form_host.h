@@ -30,9 +30,9 @@ class FormHost {
   // event loop runs, so anything may have changed when this returns. A form that has unloaded, or whose
   // opening raised, has no window any more then: the caller may destroy it at once.
   void ShowModal(Form& form, Form* owner = nullptr);
-  // For a form that was shown, and has unloaded: its window is destroyed now, if it has not gone by itself
-  // yet. Behind this the form may be destroyed.
-  void Forget(const Form& form) { TakeDown(form); }
+  // Whether the form's window is still there. That of a form which has unloaded goes when no handler of its
+  // own runs any more; behind it the form may be destroyed.
+  virtual bool HasWindow(const Form& form) const = 0;
 
  protected:
   // Makes a window that reflects the form, if it has none yet, and does not show it: the window follows
@@ -50,6 +50,9 @@ class FormHost {
 
 // Shows nothing: a modal form is closed as soon as it is open. For runs without anybody to look at windows.
 class HiddenForms : public FormHost {
+ public:
+  bool HasWindow(const Form&) const override { return false; }
+
  protected:
   void MakeWindow(Form&, const ShowOptions&) override {}
   void RunModal(Form& form) override { form.Unload(UnloadCause::kCloseBox); }

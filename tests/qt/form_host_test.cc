@@ -53,6 +53,17 @@ class QtFormHostTest : public ::testing::Test {
   QtFormHost host_{{guard_, pictures_, theme_}};
 };
 
+TEST_F(QtFormHostTest, UnloadedFormHasItsWindowUntilTheEventLoopHasDestroyedIt) {
+  core::frmAbout about(world_.state);
+  EXPECT_FALSE(host_.HasWindow(about));
+  host_.Show(about);
+  EXPECT_TRUE(host_.HasWindow(about));
+  about.Unload();
+  EXPECT_TRUE(host_.HasWindow(about));
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_FALSE(host_.HasWindow(about));
+}
+
 TEST_F(QtFormHostTest, ModalWindowShowsTheLoadedFormAndEndsWithItsButton) {
   widgets::Form other(world_.state.forms, "frmOther");
   core::frmAbout about(world_.state);

@@ -13,6 +13,7 @@ extern "C" {
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <filesystem>
 
 #include "platform/files.h"
 #include "platform/linux/detached_process.h"
@@ -33,15 +34,26 @@ bool IsPlainFile(const std::string& path) {
   return lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-// Whether the process runs that very file and is this user's.
+// An upgrade puts a new file in the place of a program that goes on running from the one it was started from.
+bool RanFromThePlaceOf(const std::string& program, const std::string& link) {
+  std::error_code error;
+  const auto place = std::filesystem::canonical(program, error);
+  const auto running = std::filesystem::read_symlink(link, error);
+  return !error && running == place.string() + " (deleted)";
+}
+
+// Whether the process runs that very file, or the one whose place it took, and is this user's.
 bool IsOwnProcessOf(pid_t process, const std::string& program) {
   const std::string place = "/proc/" + std::to_string(process);
+  const std::string link = place + "/exe";
   struct stat wanted {};
   struct stat running {};
   struct stat owner {};
-  return stat(program.c_str(), &wanted) == 0 && stat((place + "/exe").c_str(), &running) == 0 &&
-         stat(place.c_str(), &owner) == 0 && owner.st_uid == geteuid() && wanted.st_dev == running.st_dev &&
-         wanted.st_ino == running.st_ino;
+  if (stat(program.c_str(), &wanted) != 0 || stat(link.c_str(), &running) != 0 ||
+      stat(place.c_str(), &owner) != 0 || owner.st_uid != geteuid())
+    return false;
+  if (running.st_nlink == 0) return RanFromThePlaceOf(program, link);
+  return wanted.st_dev == running.st_dev && wanted.st_ino == running.st_ino;
 }
 
 // Waits until the process has ended; false at that moment when it has not.

@@ -34,6 +34,10 @@ class ScriptedFormHost : public FormHost {
   Script on_show;
   // The modal forms whose windows were destroyed at once, by name.
   std::vector<std::string> taken_down;
+  // Windows stay behind their forms, as while handlers of theirs run.
+  bool windows_linger = false;
+
+  bool HasWindow(const Form& form) const override { return form.loaded() || windows_linger; }
 
  protected:
   void MakeWindow(Form& form, const ShowOptions& options) override;

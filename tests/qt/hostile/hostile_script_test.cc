@@ -241,6 +241,17 @@ TEST_F(HostileScriptTest, ClickOnTheDetailsLinkOpensAndCloses) {
   EXPECT_FALSE(state_.settings.ShowDetailsOpen);
 }
 
+TEST_F(HostileScriptTest, DetailsAreAsThePersonLeftThemAtTheNextAlert) {
+  for (const char* display : {"none", ""}) {
+    navigations_.clear();
+    Click(QStringLiteral("#H1"));
+    EXPECT_TRUE(WaitForNavigation());
+    Settle();
+    ShowOne("failed");
+    EXPECT_EQ(Ask(QStringLiteral("document.getElementById('H2').style.display")).toString(), display);
+  }
+}
+
 TEST_F(HostileScriptTest, ClickOnAValueOpensThePortalInTheUsersBrowser) {
   Click(QStringLiteral("a[href*='RunningProcesses']"));
   EXPECT_TRUE(WaitForNavigation());

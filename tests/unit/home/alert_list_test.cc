@@ -5,6 +5,7 @@
 namespace zendrix::home {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -187,15 +188,6 @@ TEST_F(AlertListTest, ReplacedFileWithoutAnAlertEmptiesTheList) {
 
 TEST_F(AlertListTest, EmptyTableClearsNothing) {
   Open(Alert(1, "0.5"));
-  Replace("");
-  reader_.LoadNewEvents();
-  form_->alerts.LoadlvAlerts();
-  EXPECT_FALSE(form_->ListBusy);
-  EXPECT_EQ(form_->alerts.sMoreInfo.enabled, form_->alerts.lvAlerts.size() > 0);
-}
-
-TEST_F(AlertListTest, RowsStayWhenTheFilteredTableIsEmpty) {
-  Open(Alert(1, "0.5"));
   reader_.EventTable = store::EventTable::CreateEventTable(9, world_.platform.locale.info);
   form_->alerts.LoadlvAlerts();
   EXPECT_EQ(form_->alerts.lvAlerts.size(), 1u);
@@ -233,6 +225,18 @@ TEST_F(AlertListTest, PageThatStayedBlankIsShownByAnotherClickOnTheSameRow) {
   form_->alerts.lvAlerts.Click(row);
   EXPECT_THAT(page.events, ElementsAre(HasSubstr("navigate"), HasSubstr("<b>told</b>"), HasSubstr("script")));
   EXPECT_EQ(Selected(), "K2");
+}
+
+TEST_F(AlertListTest, ListStaysUsableBehindAnAlertWithoutAnExplanation) {
+  Open(Alert(1, "0.5") + Alert(2, "0.5"));
+  testing::FakePage page(form_->alerts.sDesc);
+  alerts_.without_explanation = {"1"};
+  form_->alerts.lvAlerts.Click(*form_->alerts.lvAlerts.Find("K1"));
+  EXPECT_THAT(page.events.back(), HasSubstr("script"));
+  EXPECT_THAT(page.events, Contains(HasSubstr("Description Not Available")));
+  page.events.clear();
+  form_->alerts.lvAlerts.Click(*form_->alerts.lvAlerts.Find("K2"));
+  EXPECT_THAT(page.events, ElementsAre(HasSubstr("navigate"), HasSubstr("<b>told</b>"), HasSubstr("script")));
 }
 
 TEST_F(AlertListTest, UnknownAndIntrusionRaiseAttention) {

@@ -161,6 +161,25 @@ TEST_F(AlertPopUpsTest, NewWindowBeginsWithThePlainTitleAgain) {
   EXPECT_EQ(PopUp().lblTitle.caption.Get(), "Alert Status");
 }
 
+// The handler of a click that closed the window may still be running when the next alert opens another.
+TEST_F(AlertPopUpsTest, ClosedPopUpStaysUntilItsWindowHasGone) {
+  Arrive("0.99", "0.92");
+  std::weak_ptr<int> first;
+  {
+    const auto kept = std::make_shared<int>();
+    first = kept;
+    PopUp().lblTitle.clicked.ConnectForever([kept] {});
+  }
+  world_.host.windows_linger = true;
+  PopUp().lblClose.clicked.Raise();
+  Arrive("0.99", "0.92");
+  EXPECT_FALSE(first.expired());
+  world_.host.windows_linger = false;
+  Arrive("0.99", "0.92");
+  EXPECT_TRUE(first.expired());
+  EXPECT_TRUE(PopUp().visible);
+}
+
 TEST_F(AlertPopUpsTest, HoweverTheWindowGoesItSavesItsCheckBoxAndTellsEverybody) {
   const std::vector<std::function<void()>> ways = {
       [&] { PopUp().lblClose.clicked.Raise(); },

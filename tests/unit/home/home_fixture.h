@@ -34,7 +34,7 @@ class ScriptedAlerts : public testing::NoAlerts {
   void ForgetNotableInfo() override { ++forgotten; }
   std::string RenderDetails(const std::string& id) override {
     rendered.push_back(id);
-    return "<b>told</b>";
+    return without_explanation.contains(id) ? "" : "<b>told</b>";
   }
   bool DecideFromMenu(alerts::Answer answer, const alerts::ListedAlert& alert) override {
     asked.push_back((answer == alerts::Answer::kBlock ? "block " : "allow ") + alert.id + " " + alert.text +
@@ -44,7 +44,7 @@ class ScriptedAlerts : public testing::NoAlerts {
   }
 
   std::map<std::string, std::string> decisions;
-  std::set<std::string> details;
+  std::set<std::string> details, without_explanation;
   std::function<void()> on_details;
   std::function<void()> on_question;
   bool says_yes = true;

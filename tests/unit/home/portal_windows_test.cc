@@ -66,7 +66,6 @@ TEST_F(PortalWindowsTest, TourThatIsOpenComesToTheFront) {
   windows_.ShowTour();
   EXPECT_EQ(&windows_.Tour(), first);
   EXPECT_EQ(forward, 1);
-  EXPECT_THAT(world_.host.taken_down, IsEmpty());
 }
 
 TEST_F(PortalWindowsTest, TourOpensAnewAfterItWasClosed) {
@@ -75,7 +74,6 @@ TEST_F(PortalWindowsTest, TourOpensAnewAfterItWasClosed) {
   windows_.ShowTour();
   EXPECT_TRUE(windows_.Tour().visible);
   EXPECT_TRUE(windows_.Tour().loaded());
-  EXPECT_THAT(world_.host.taken_down, ElementsAre("frmTour"));
 }
 
 // The tour was closed and opened again while the first one still waited for a page that failed.

@@ -160,6 +160,35 @@ TEST_F(LocalServiceManagerTest, CopyOfTheProgramIsAnotherProgram) {
   EXPECT_EQ(Number(other.Run("ZENDRIX", ServiceMethod::kStop)), 0);
 }
 
+// An upgrade under a running recorder had the console say "not watching", with no way to stop it.
+TEST_F(LocalServiceManagerTest, RecorderWhoseProgramWasReplacedIsStillTheOne) {
+  const test::TemporaryFolder elsewhere;
+  const std::string program = elsewhere.Path("zendrix-recorder");
+  std::filesystem::copy_file(ZENDRIX_TEST_RECORDER, program);
+  auto manager = Manager(kLong, program);
+  const auto state = [&] { return manager.Properties("ZENDRIX").value().state; };
+  ASSERT_EQ(Number(manager.Run("ZENDRIX", ServiceMethod::kStart)), 0);
+  std::filesystem::copy_file(ZENDRIX_TEST_RECORDER, elsewhere.Path("new"));
+  std::filesystem::rename(elsewhere.Path("new"), program);
+  EXPECT_EQ(state(), "Running");
+  EXPECT_EQ(Number(manager.Run("ZENDRIX", ServiceMethod::kStart)), 10);
+  EXPECT_EQ(Number(manager.Run("ZENDRIX", ServiceMethod::kStop)), 0);
+  EXPECT_EQ(state(), "Stopped");
+}
+
+TEST_F(LocalServiceManagerTest, RemovedCopyOfTheProgramIsAnotherProgram) {
+  const test::TemporaryFolder elsewhere;
+  const std::string copy = elsewhere.Path("zendrix-recorder");
+  std::filesystem::copy_file(ZENDRIX_TEST_RECORDER, copy);
+  auto other = Manager(kLong, copy);
+  ASSERT_EQ(Number(other.Run("ZENDRIX", ServiceMethod::kStart)), 0);
+  std::filesystem::rename(copy, elsewhere.Path("moved"));
+  std::filesystem::copy_file(ZENDRIX_TEST_RECORDER, copy);
+  std::filesystem::remove(elsewhere.Path("moved"));
+  EXPECT_EQ(State(), "Stopped");
+  EXPECT_EQ(Stop(), 6);
+}
+
 TEST_F(LocalServiceManagerTest, RecorderOfAnotherUserIsNotTouched) {
   if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
   ASSERT_EQ(chmod(folder_.path().c_str(), 0777), 0);
