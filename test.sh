@@ -7,7 +7,7 @@
 #   ./test.sh              everything
 #   ./test.sh quick        every test in one build: no sanitizers, no build without Qt, no check of names
 #
-# FUZZ_SECONDS (default 10) bounds each fuzz target; JOBS (default: number of processors) the parallel build.
+# FUZZ_SECONDS (default 5) bounds each fuzz target; JOBS (default: number of processors) the parallel build.
 set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/prerequisites.sh
@@ -16,7 +16,7 @@ need_packages $build_packages $test_packages
 jobs=${JOBS:-$(nproc)}
 # The presets share what they compile alike: paths count from the build folder.
 export CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
-export FUZZ_SECONDS=${FUZZ_SECONDS:-10}
+export FUZZ_SECONDS=${FUZZ_SECONDS:-5}
 export QT_QPA_PLATFORM=offscreen TZ=UTC LC_ALL=C.UTF-8
 
 # Locales that tests switch to, built privately so that the machine's own set does not matter.
@@ -27,16 +27,23 @@ for name in en_US de_DE en_GB ja_JP; do
 done
 export ZENDRIX_TEST_LOCPATH=$locales
 
-# try PRESET [SET]...: builds and runs everything, or all programs and only these folders of tests/.
-try() {
+# build PRESET [TARGET]...: configures and builds everything, or only these.
+build() {
   local preset=$1 started=$SECONDS
   shift
-  local labels=$*
   cmake --preset "$preset" >/dev/null
-  cmake --build --preset "$preset" -j "$jobs" ${labels:+--target programs} "${@/#/tests_}"
+  cmake --build --preset "$preset" -j "$jobs" ${1:+--target "$@"}
   echo "Built $preset in $((SECONDS - started)) s"
+}
+
+# try PRESET [SET]...: builds and runs everything, or all programs and only these folders of tests/.
+try() {
+  local preset=$1 started
+  shift
+  local sets=$*
+  build "$preset" ${sets:+programs "${@/#/tests_}"}
   started=$SECONDS
-  ctest --preset "$preset" -j "$jobs" ${labels:+-L "^(${labels// /|})\$"}
+  ctest --preset "$preset" -j "$jobs" ${sets:+-L "^(${sets// /|})\$"}
   echo "Tried $preset in $((SECONDS - started)) s"
 }
 
@@ -45,7 +52,9 @@ if [ "${1:-}" = quick ]; then
   try dev
 else
   try asan
-  try core-only cli
+  # Its inspector is tried by the program that tried the one with the sanitizers.
+  build core-only programs
+  ZENDRIX_TEST_INSPECTOR=$PWD/build/core-only/bin/zendrix-inspect build/asan/bin/test_cli --gtest_brief=1
   packaging/tidy.sh
   try dev hostile qt e2e desktop
 fi

@@ -10,12 +10,17 @@ target_compile_options(zendrix_flags INTERFACE
   -fno-strict-aliasing -fstack-protector-strong)
 target_compile_definitions(zendrix_flags INTERFACE
   $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
+# A test's own code (property ZENDRIX_TEST_CODE) is not optimized, and watched for memory errors only: it is as large as
+# all the rooms together, and would take most of the time of a build.
+set(own_code $<NOT:$<BOOL:$<TARGET_PROPERTY:ZENDRIX_TEST_CODE>>>)
+target_compile_options(zendrix_flags INTERFACE $<$<NOT:${own_code}>:-O0>)
 if(ZENDRIX_SANITIZE)
   target_compile_options(zendrix_flags INTERFACE
-    -fsanitize=${ZENDRIX_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=${ZENDRIX_SANITIZE} $<$<NOT:${own_code}>:-fno-sanitize=undefined> -fno-sanitize-recover=all
+    -fno-omit-frame-pointer)
   target_link_options(zendrix_flags INTERFACE -fsanitize=${ZENDRIX_SANITIZE})
 endif()
 if(ZENDRIX_FUZZ)
   # Coverage counters in every room, so that the fuzzers see which inputs reach new code.
-  target_compile_options(zendrix_flags INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_options(zendrix_flags INTERFACE $<${own_code}:-fsanitize=fuzzer-no-link>)
 endif()

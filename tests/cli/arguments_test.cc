@@ -142,7 +142,7 @@ TEST_F(ArgumentsTest, EmptyFolderIsNoFolder) {
 
 TEST_F(ArgumentsTest, FolderIsTheExecutablesUnlessGiven) {
   // A file beside the executable is found by its name alone, and the working folder does not have it.
-  const std::string program = ZENDRIX_INSPECT;
+  const std::string& program = InspectorPath();
   EXPECT_EQ(RunPlain({"hash", program.substr(program.rfind('/') + 1)}).status, 0);
 }
 

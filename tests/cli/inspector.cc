@@ -10,15 +10,17 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+
+template class nlohmann::basic_json<nlohmann::ordered_map>;
 
 namespace zendrix::test {
 namespace {
 
 constexpr int kPatienceMs = 60000;
-constexpr char kInspector[] = ZENDRIX_INSPECT;
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
@@ -97,6 +99,14 @@ class MemoryFile {
 
 }  // namespace
 
+const std::string& InspectorPath() {
+  static const std::string path = [] {
+    const char* const given = std::getenv("ZENDRIX_TEST_INSPECTOR");
+    return std::string(given ? given : ZENDRIX_INSPECT);
+  }();
+  return path;
+}
+
 Json Ended::document() const {
   EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 1) << out;
   EXPECT_TRUE(out.ends_with('\n')) << out;
@@ -109,7 +119,7 @@ Running::Running(const Arguments& arguments, const Environment& environment) {
   int to[2] = {-1, -1}, from[2] = {-1, -1};
   EXPECT_EQ(pipe2(to, O_CLOEXEC), 0);
   EXPECT_EQ(pipe2(from, O_CLOEXEC), 0);
-  pid_ = Spawn(kInspector, arguments, environment, {to[0], from[1], 2}, "/");
+  pid_ = Spawn(InspectorPath(), arguments, environment, {to[0], from[1], 2}, "/");
   close(to[0]);
   close(from[1]);
   input_ = to[1];
@@ -214,11 +224,11 @@ std::vector<std::string> LogLines(const Json& document) {
   return document.at("log").get<std::vector<std::string>>();
 }
 
-InspectorTest::InspectorTest() : program_(kInspector) {}
+InspectorTest::InspectorTest() : program_(InspectorPath()) {}
 
 void InspectorTest::RunFrom(const std::filesystem::path& folder) {
-  const auto name = std::filesystem::path(kInspector).filename();
-  std::filesystem::copy_file(kInspector, folder / name);
+  const auto name = std::filesystem::path(InspectorPath()).filename();
+  std::filesystem::copy_file(InspectorPath(), folder / name);
   program_ = folder / name;
 }
 

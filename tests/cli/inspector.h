@@ -13,11 +13,17 @@
 
 #include "support/temporary_folder.h"
 
+// Instantiated once, in inspector.cc.
+extern template class nlohmann::basic_json<nlohmann::ordered_map>;
+
 namespace zendrix::test {
 
 using Json = nlohmann::ordered_json;
 using Arguments = std::vector<std::string>;
 using Environment = std::map<std::string, std::string>;
+
+// The program that is tried: that of the same build, or another build's, named by ZENDRIX_TEST_INSPECTOR.
+const std::string& InspectorPath();
 
 // A run that has ended.
 struct Ended {

@@ -183,11 +183,10 @@ class HostileTextTest : public test::AlertFixture {
 constexpr std::size_t kShares = 12;
 class HostileShareTest : public HostileTextTest, public ::testing::WithParamInterface<std::size_t> {
  protected:
-  // The sanitizers look for memory errors, on paths that repeat from text to text: a third of each share
-  // serves them. Without them every text runs.
+  // A sixth of each share serves the sanitizers. Without them every text runs.
   static std::vector<HostileText> Share() {
     std::vector<HostileText> share = test::ShareOf(Corpus(), GetParam(), kShares);
-    constexpr std::size_t kStep = test::kSanitized ? 3 : 1;
+    constexpr std::size_t kStep = test::kSanitized ? 6 : 1;
     std::vector<HostileText> taken;
     for (std::size_t i = GetParam() % kStep; i < share.size(); i += kStep) taken.push_back(share[i]);
     return taken;
@@ -360,7 +359,7 @@ TEST_P(PlainTextTest, PlainTextsAreShownExactlyInEveryRendering) {
     }
     return text;
   };
-  for (int round = 0; round < 50; ++round) {
+  for (int round = 0; round < test::Rounds(50); ++round) {
     for (const std::string& monitor : PageMonitors()) {
       for (std::string description : DescriptionsWith(monitor, "?")) {
         // Equal values would also be found in one another's links.

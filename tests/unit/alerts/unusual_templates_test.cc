@@ -7,6 +7,7 @@
 #include "support/browser_tokens.h"
 #include "support/hostile_corpus.h"
 #include "support/hostile_events.h"
+#include "support/sanitizers.h"
 
 namespace zendrix::alerts {
 namespace {
@@ -345,7 +346,7 @@ TEST_P(RandomTemplatesTest, PageIsMadeOfTheSameAsWithAHarmlessText) {
   Templates templates(GetParam());
   const auto& texts = OddTexts();
   const auto& monitors = test::PageMonitors();
-  for (int round = 0; round < 400; ++round) {
+  for (int round = 0; round < test::Rounds(400); ++round) {
     const std::string& monitor = monitors[templates.Below(monitors.size())];
     const std::string& text = texts[templates.Below(texts.size())];
     const auto descriptions = test::DescriptionsWith(monitor, text);
@@ -365,7 +366,7 @@ TEST_P(RandomTemplatesTest, PageIsMadeOfTheSameAsWithAHarmlessText) {
 // An event that says nothing is an event's text as well.
 TEST_P(RandomTemplatesTest, PageIsMadeOfTheSameWithAnEmptyText) {
   Templates templates(GetParam() + 1000);
-  for (int round = 0; round < 200; ++round) {
+  for (int round = 0; round < test::Rounds(200); ++round) {
     const std::string monitor = templates.Below(2) ? "System" : "Autorun Registry";
     const bool entry = monitor != "System";
     HaveTemplates(templates, monitor);

@@ -9,6 +9,7 @@
 #include "platform/memory/fake_clock.h"
 #include "platform/memory/fixed_locale.h"
 #include "support/locales.h"
+#include "support/sanitizers.h"
 
 namespace zendrix::core {
 namespace {
@@ -170,7 +171,7 @@ TEST(ReadsItsOwnDatesTest, AnySettingsCanBeMadeToReadTheirOwnDates) {
     for (char& character : made) character = alphabet[random() % alphabet.size()];
     return made;
   };
-  for (int i = 0; i < 3000; ++i) {
+  for (int i = 0; i < test::Rounds(3000); ++i) {
     LocaleInfo locale = Locale(text(kPictures, 12), text(kPictures, 10), static_cast<int>(random() % 4),
                                text(kPictures, 2), text(kPictures, 2));
     if (i % 2 == 0) {

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "child_process.h"
+#include "support/sanitizers.h"
 #include "support/temporary_folder.h"
 
 namespace zendrix::platform {
@@ -251,7 +252,7 @@ TEST_F(LinuxFilesTest, KilledWriteLeavesTheOldFileOrTheNewOne) {
   ASSERT_TRUE(files_.WriteAll(Path("f"), a).ok());
   std::mt19937 random(7);
   std::atomic<unsigned> spin{0};
-  for (int round = 0; round < 60; ++round) {
+  for (int round = 0; round < test::Rounds(60); ++round) {
     test::ChildProcess writer([&](const test::ChildProcess::Line& parent) {
       parent.Tell('r');
       for (;;) {
