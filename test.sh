@@ -14,8 +14,9 @@ cd "$(dirname "$0")"
 need_packages $build_packages $test_packages
 
 jobs=${JOBS:-$(nproc)}
-# The presets share what they compile alike: paths count from the build folder.
-export CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
+# The presets share what they compile alike: paths count from the build folder. What is new is compiled without
+# being preprocessed first.
+export CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1 CCACHE_DEPEND=1
 export FUZZ_SECONDS=${FUZZ_SECONDS:-5}
 export QT_QPA_PLATFORM=offscreen TZ=UTC LC_ALL=C.UTF-8
 
