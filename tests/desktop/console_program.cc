@@ -160,8 +160,11 @@ void ConsoleProgram::MoveFocusTo(const std::string& role, const std::string& nam
     const std::string was = FocusLabel();
     if (was == Label(role, name)) return;
     way += was + "\n";
-    screen_.Key(key);
-    if (!Eventually([&] { return FocusLabel() != was; })) break;
+    if (!Eventually([&] {
+          screen_.Key(key);
+          return ComesSoon([&] { return FocusLabel() != was; });
+        }))
+      break;
   }
   throw std::runtime_error("no way by keyboard to " + role + " \"" + name + "\":\n" + way + Tree().Tree());
 }

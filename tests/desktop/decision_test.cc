@@ -13,17 +13,19 @@ using ::testing::HasSubstr;
 
 class DecisionTest : public ::testing::Test {
  protected:
-  // An alert about a program of the user's own, outside the program folder.
-  DecisionTest() : elsewhere_(TheStage().desktop->folder()), tool_(elsewhere_.Path("tool")) {
+  DecisionTest() : DecisionTest("failed", "could not be blocked") {}
+  // An alert about a program of the user's own, outside the program folder, and what the Agent did about it.
+  DecisionTest(const std::string& reaction, const std::string& told)
+      : elsewhere_(TheStage().desktop->folder()), tool_(elsewhere_.Path("tool")) {
     elsewhere_.Write("tool", "program");
     chmod(tool_.c_str(), 0755);
     console_.Event("Aggregation", "a", "0.99", "", "Q,1");
     console_.Event("Windows Folder", tool_, "1");
     console_.Event("Aggregation", "Windows Folder=" + tool_ + ";x", "0.99", "", "R,1");
-    console_.Event("Community", "observed", "0", "Windows Folder=failed");
+    console_.Event("Community", "observed", "0", "Windows Folder=" + reaction);
     console_.StartAndWait();
     console_.OpenPane("Alerts");
-    console_.AwaitText("could not be blocked");
+    console_.AwaitText(told);
   }
   bool IsThere() const { return access(tool_.c_str(), F_OK) == 0; }
   std::string Activations() const { return console_.folder().Read("KorvessaActivations.kvl"); }
@@ -31,6 +33,7 @@ class DecisionTest : public ::testing::Test {
   void ChooseInTheMenu(const std::string& item) {
     console_.MoveFocusTo("table", "Alerts");
     console_.screen().Key("Menu");
+    ASSERT_TRUE(Eventually([&] { return console_.screen().HasMenu(); }));
     console_.MoveFocusTo("menu item", item, "Down");
     console_.screen().Key("Return");
   }
@@ -75,6 +78,20 @@ TEST_F(DecisionTest, LinkInThePagePutsTheFileInQuarantine) {
   console_.Press("push button", "OK");
   console_.AwaitGone("push button", "OK");
   ASSERT_TRUE(Eventually([&] { return Activations() == "Q,1\r\n"; })) << Activations();
+}
+
+class BlockedByTheAgentTest : public DecisionTest {
+ protected:
+  BlockedByTheAgentTest() : DecisionTest("success", "activity was blocked") {}
+};
+
+TEST_F(BlockedByTheAgentTest, LinkInThePageAllows) {
+  console_.MoveFocusTo("link", "[Allow]", "shift+Tab");
+  console_.screen().Key("Return");
+  console_.AwaitText("Nothing that this event names is in quarantine.");
+  console_.Press("push button", "OK");
+  ASSERT_TRUE(Eventually([&] { return Activations() == "Q,0\r\n"; })) << Activations();
+  EXPECT_TRUE(IsThere());
 }
 
 TEST_F(DecisionTest, QuarantineGivesTheFileBackWhenTheQuestionIsAnsweredYes) {

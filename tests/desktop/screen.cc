@@ -157,10 +157,17 @@ std::vector<unsigned long> Screen::Pixels(const Place& place) const {
   return pixels;
 }
 
-// An icon is a window of the console's that the notification area has taken in, at some depth.
-std::optional<Place> Screen::IconIn(WindowId window, bool in_tray) const {
+std::vector<WindowId> Screen::Children(WindowId window) const {
   Window root = None, parent = None, *children = nullptr;
   unsigned count = 0;
+  if (!XQueryTree(display_, window, &root, &parent, &children, &count)) return {};
+  std::vector<WindowId> all(children, children + count);
+  if (children) XFree(children);
+  return all;
+}
+
+// An icon is a window of the console's that the notification area has taken in, at some depth.
+std::optional<Place> Screen::IconIn(WindowId window, bool in_tray) const {
   XWindowAttributes attributes;
   if (!XGetWindowAttributes(display_, window, &attributes)) return std::nullopt;
   if (in_tray && ClassOf(window) == "zendrix" && attributes.map_state == IsViewable) {
@@ -170,16 +177,24 @@ std::optional<Place> Screen::IconIn(WindowId window, bool in_tray) const {
     return place;
   }
   in_tray = in_tray || ClassOf(window) == "trayer";
-  if (!XQueryTree(display_, window, &root, &parent, &children, &count)) return std::nullopt;
-  const std::vector<WindowId> inner(children, children + count);
-  if (children) XFree(children);
-  for (const WindowId each : inner)
+  for (const WindowId each : Children(window))
     if (const auto place = IconIn(each, in_tray)) return place;
   return std::nullopt;
 }
 
 std::optional<Place> Screen::TrayIcon() const {
   return IconIn(DefaultRootWindow(display_), false);
+}
+
+// The window manager leaves menus alone, and they are no window's children.
+bool Screen::HasMenu() const {
+  for (const WindowId window : Children(DefaultRootWindow(display_))) {
+    XWindowAttributes attributes;
+    if (XGetWindowAttributes(display_, window, &attributes) && attributes.override_redirect &&
+        attributes.map_state == IsViewable && ClassOf(window) == "zendrix")
+      return true;
+  }
+  return false;
 }
 
 std::string Screen::ClassOf(WindowId window) const {

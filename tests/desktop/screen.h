@@ -46,8 +46,11 @@ class Screen {
   std::vector<unsigned long> Pixels(const Place& place) const;
   // Where the console's icon in the notification area is.
   std::optional<Place> TrayIcon() const;
+  // Whether a menu of the console's is open.
+  bool HasMenu() const;
 
  private:
+  std::vector<WindowId> Children(WindowId window) const;
   std::optional<Place> IconIn(WindowId window, bool in_tray) const;
   std::string ClassOf(WindowId window) const;
   void AskManager(WindowId window, const char* message, long first, long second);

@@ -23,8 +23,11 @@ class WindowTest : public ::testing::Test {
   bool HasWindow() { return screen().WithTitle("Home Edition -  v ").has_value(); }
   // The icon's menu comes up at a click; its items tell of themselves when the keys come by.
   void ChooseInTheIconsMenu(const std::string& item) {
-    const Place icon = AwaitIcon();
-    screen().Click(icon.x + icon.width / 2, icon.y + icon.height / 2);
+    ASSERT_TRUE(Eventually([&] {
+      const Place icon = AwaitIcon();
+      screen().Click(icon.x + icon.width / 2, icon.y + icon.height / 2);
+      return ComesSoon([&] { return screen().HasMenu(); });
+    }));
     console_.MoveFocusTo("menu item", item, "Down");
     screen().Key("Return");
   }
