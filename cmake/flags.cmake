@@ -10,14 +10,14 @@ target_compile_options(zendrix_flags INTERFACE
   -fno-strict-aliasing -fstack-protector-strong)
 target_compile_definitions(zendrix_flags INTERFACE
   $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
-# A test's own code (property ZENDRIX_TEST_CODE) is not optimized, and watched for memory errors only: it is as large as
-# all the rooms together, and would take most of the time of a build.
+# A test's own code (property ZENDRIX_TEST_CODE) is not optimized; under the sanitizers it is watched for memory errors
+# only, and its lines are not named. It is as large as all the rooms together, and would take most of a build's time.
 set(own_code $<NOT:$<BOOL:$<TARGET_PROPERTY:ZENDRIX_TEST_CODE>>>)
 target_compile_options(zendrix_flags INTERFACE $<$<NOT:${own_code}>:-O0>)
 if(ZENDRIX_SANITIZE)
   target_compile_options(zendrix_flags INTERFACE
-    -fsanitize=${ZENDRIX_SANITIZE} $<$<NOT:${own_code}>:-fno-sanitize=undefined> -fno-sanitize-recover=all
-    -fno-omit-frame-pointer)
+    -fsanitize=${ZENDRIX_SANITIZE} $<$<NOT:${own_code}>:-fno-sanitize=undefined> $<$<NOT:${own_code}>:-g0>
+    -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(zendrix_flags INTERFACE -fsanitize=${ZENDRIX_SANITIZE})
 endif()
 if(ZENDRIX_FUZZ)
