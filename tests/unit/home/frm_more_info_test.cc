@@ -192,6 +192,18 @@ TEST_F(WizardTest, GoingBackToTheIntroductionStandsAsAtTheBeginning) {
   EXPECT_EQ(focused, 1);
 }
 
+// The second click of a double click on Back may reach the introduction, where the button is hidden.
+TEST_F(WizardTest, BackOnTheIntroductionDoesNotCountBelowIt) {
+  Open(1);
+  Next();
+  Back();
+  Back();
+  EXPECT_EQ(wizard_->step(), 0);
+  EXPECT_EQ(Body(), "body page 0");
+  Next();
+  EXPECT_EQ(wizard_->title.Get(), Step(1, 1));
+}
+
 TEST_F(WizardTest, GoingBackFromTheEndAsksTheLastEventAgain) {
   Open(1);
   Go({1});

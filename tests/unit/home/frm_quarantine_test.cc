@@ -39,6 +39,9 @@ class QuarantineWindowTest : public ::testing::Test {
 TEST_F(QuarantineWindowTest, EntriesAreListedNewestFirstWithAllThatIsKnown) {
   Open();
   EXPECT_EQ(window_.title.Get(), "Quarantine");
+  EXPECT_EQ(
+      window_.lblAbout.caption.Get(),
+      "Files that Block has put away. They can do no harm here. Restore puts a file back where it was.");
   EXPECT_EQ(window_.lvQuarantine.Print(),
             "/home/u/two | 11/21/2026 01:50:00 AM |  | 2 KB | cafeb\n"
             "/home/u/one | 11/21/2026 01:50:00 AM | 11/21/2026 01:45:02 AM | 7 bytes | cafea\n");
@@ -53,12 +56,13 @@ TEST_F(QuarantineWindowTest, SelectedEntryIsToldInFull) {
 }
 
 TEST_F(QuarantineWindowTest, SizesAreBegunUnits) {
-  Family().quarantine_entries = {Entry("1", "/x", 1), Entry("2", "/x", 1023), Entry("3", "/x", 1025),
-                                 Entry("4", "/x", 1048576), Entry("5", "/x", 1048577)};
+  Family().quarantine_entries = {Entry("1", "/x", 1),       Entry("2", "/x", 1023),
+                                 Entry("3", "/x", 1024),    Entry("4", "/x", 1025),
+                                 Entry("5", "/x", 1048576), Entry("6", "/x", 1048577)};
   Open();
   std::vector<std::string> sizes;
-  for (std::size_t i = 0; i < 5; ++i) sizes.push_back(window_.lvQuarantine.at(i).sub_items[2].text);
-  EXPECT_THAT(sizes, ElementsAre("1 byte", "1023 bytes", "2 KB", "1 MB", "2 MB"));
+  for (std::size_t i = 0; i < 6; ++i) sizes.push_back(window_.lvQuarantine.at(i).sub_items[2].text);
+  EXPECT_THAT(sizes, ElementsAre("1 byte", "1023 bytes", "1 KB", "2 KB", "1 MB", "2 MB"));
 }
 
 TEST_F(QuarantineWindowTest, WhatIsNoMomentStandsAsItIsOrNotAtAll) {
@@ -67,6 +71,15 @@ TEST_F(QuarantineWindowTest, WhatIsNoMomentStandsAsItIsOrNotAtAll) {
   Open();
   EXPECT_EQ(window_.lvQuarantine.at(0).sub_items[1].text, "<b>x</b>");
   EXPECT_EQ(window_.lvQuarantine.at(1).sub_items[0].text, "");
+  EXPECT_EQ(window_.lvQuarantine.at(1).sub_items[1].text, "");
+}
+
+TEST_F(QuarantineWindowTest, FirstAndLastMomentThatCanBeToldAreTold) {
+  Family().quarantine_entries = {Entry("1", "/x", 1, "2147483647"), Entry("2", "/x", 1, "2147483648")};
+  Family().quarantine_entries[0].when = 0;
+  Open();
+  EXPECT_EQ(window_.lvQuarantine.at(0).sub_items[0].text, "01/01/1970 12:00:00 AM");
+  EXPECT_EQ(window_.lvQuarantine.at(0).sub_items[1].text, "01/19/2038 03:14:07 AM");
   EXPECT_EQ(window_.lvQuarantine.at(1).sub_items[1].text, "");
 }
 

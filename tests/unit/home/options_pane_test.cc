@@ -517,6 +517,14 @@ TEST_F(OptionsPaneTest, FlagChangedElsewhereIsShownAndUnsavedTicksStay) {
   EXPECT_FALSE(Options().echkNotifyMs.checked);
 }
 
+TEST_F(OptionsPaneTest, AutomaticInstallationSetInTheUpdateWindowIsShown) {
+  OpenPane(kPropertiesTab);
+  misc_.Set(&core::Settings::DontAsk, true);
+  EXPECT_TRUE(Options().echkDontAsk.checked);
+  misc_.Set(&core::Settings::DontAsk, false);
+  EXPECT_FALSE(Options().echkDontAsk.checked);
+}
+
 TEST_F(OptionsPaneTest, MenuMarksFollowTheSettings) {
   state_.settings.PopNotifyMs = false;
   Open(Line(1, "System", "0"));

@@ -26,6 +26,10 @@ TEST_F(PortalPageTest, ViewWithoutALogicGoesNowhere) {
   EXPECT_TRUE(view.Cancels(kHome));
 }
 
+TEST_F(PortalPageTest, NoFailureIsToldBeforeThereIsOne) {
+  EXPECT_FALSE(page_->lblNoPage.visible);
+}
+
 TEST_F(PortalPageTest, GoesBackForwardAndStopsInTheBrowser) {
   FakePortal browser(view_);
   page_->Navigate(kHome);

@@ -108,6 +108,25 @@ TEST_F(SelfUpdateTest, OfferComesAgainAfterItWasPostponed) {
   world_.quiet.Take();
 }
 
+// A mark that stayed behind would keep every later check from looking at the file.
+TEST_F(SelfUpdateTest, OfferWhoseInstallerDidNotStartComesAgainAtTheNextCheckButNotUnderItsBox) {
+  HaveVersion({9, 1, 0, 2});
+  world_.quiet.Expect("'CheckUpdate': New version available 9.1.0.2");
+  update_.CheckUpdate();
+  update_.offer()->chkDontAsk.checked = false;
+  world_.platform.shell.fail = ErrorKind::kNotFound;
+  world_.quiet.Expect("'frmNewUpdate': About to install new version 9.1.0.2");
+  world_.quiet.Expect("'frmNewUpdate': Unable to load Installer.");
+  Boxes().while_open = [this](const auto&) { update_.CheckUpdate(); };
+  update_.offer()->lblYes.clicked.Raise();
+  ASSERT_FALSE(update_.offer()->loaded());
+  EXPECT_EQ(world_.host.shown.size(), 1U);
+  world_.quiet.Expect("'CheckUpdate': New version available 9.1.0.2");
+  update_.CheckUpdate();
+  EXPECT_TRUE(update_.offer()->loaded());
+  EXPECT_EQ(world_.host.shown.size(), 2U);
+}
+
 class AutomaticUpdateTest : public SelfUpdateTest {
  protected:
   AutomaticUpdateTest() {
