@@ -281,6 +281,52 @@ TEST(ReadDate, RefusesTextsOfManyPieces) {
   EXPECT_EQ(Read(std::string(100000, '1')), "nothing");
 }
 
+// A second name must not take the first one's place, nor one behind the time be joined to the day in front.
+TEST(ReadDate, ReadsNoDateOfTwoNamesOfMonthsOrOfANameBehindTheTime) {
+  for (std::string_view text : {"Jan Feb 2", "Jan 2 Feb 2003", "2 3:04 Jan", "2 2003 3:04 Jan"}) {
+    EXPECT_EQ(Read(text), "nothing") << text;
+  }
+  EXPECT_EQ(Read("2 Jan 2003 3:04"), "2003-01-02 03:04:00");
+}
+
+TEST(ReadDate, ReadsNoTimeThatEndsInItsSeparatorOrHasMoreThanThreeParts) {
+  LocaleInfo finnish = Us();
+  finnish.date_separator = finnish.time_separator = ".";
+  finnish.date_order = 1;
+  for (std::string_view text :
+       {"13.2.2009 23.31.", "13.2.2009 1.2.3.", "13.2.2009 1.2.3.4", "1:2:3:4", "1:2:", "1/2/2000 3:04:"}) {
+    EXPECT_EQ(Read(text, finnish), "nothing") << text;
+  }
+  EXPECT_EQ(Read("13.2.2009. 23.31.30", finnish), "2009-02-13 23:31:30") << "a dot may end the date";
+}
+
+TEST(ReadDate, PassesOverEveryKindOfBlankAndOverNothingBesideThem) {
+  for (const char blank : {' ', '\t', '\n', '\v', '\f', '\r', '\xA0'}) {
+    EXPECT_EQ(Read(std::string(1, blank) + "1/2/2000" + blank + "3:04"), "2000-01-02 03:04:00")
+        << static_cast<int>(blank);
+  }
+  for (const char other : {'\b', '\x0E', '\x1F', '\x9F'}) {
+    EXPECT_EQ(Read(std::string("1/2/2000") + other + "3:04"), "nothing") << static_cast<int>(other);
+  }
+}
+
+TEST(ReadDate, ReadsNoDateOfTooFewOrTooManyNumbers) {
+  for (std::string_view text : {"", " ", "5", "5 3:04", "Jan", "Jan 3:04", "Jan 1 2 2003", "1 2 3 4"}) {
+    EXPECT_EQ(Read(text), "nothing") << text;
+  }
+}
+
+// What lies in memory behind the text is none of its letters.
+TEST(ReadDate, ReadsANameAtTheEndOfAPartOfALongerText) {
+  EXPECT_EQ(Read(std::string_view("2 2003 January", 10)), "2003-01-02 00:00:00");
+}
+
+TEST(ReadDate, TakesOfTwoMonthsOfOneNameTheFirst) {
+  LocaleInfo locale = Us();
+  locale.short_month_names[2] = locale.short_month_names[8] = "Mmm";
+  EXPECT_EQ(Read("2 Mmm 2003", locale), "2003-03-02 00:00:00");
+}
+
 TEST(FormatDate, TakesMAsMinuteBehindAnHourAndAsMonthElsewhere) {
   const Date date = At(2004, 11, 12, 13, 14, 15);
   EXPECT_EQ(FormatDate(date, "hh:mm", Us()), "13:14");
@@ -299,6 +345,14 @@ TEST(FormatDate, KnowsTheFormsOfTheHalfDay) {
   EXPECT_EQ(FormatDate(date, "h A/P", Us()), "1 P");
   EXPECT_EQ(FormatDate(date, "h a/p", Us()), "1 p");
   EXPECT_EQ(FormatDate(date, "ha/p", Us()), "1p");
+}
+
+TEST(FormatDate, TakesTheFirstLetterOfAMixedHalfDayForAll) {
+  const Date date = At(2004, 11, 12, 13, 14, 15);
+  EXPECT_EQ(FormatDate(date, "h Am/pm", Us()), "1 PM");
+  EXPECT_EQ(FormatDate(date, "h aM/PM", Us()), "1 pm");
+  EXPECT_EQ(FormatDate(date, "h A/p", Us()), "1 P");
+  EXPECT_EQ(FormatDate(date, "h a/P", Us()), "1 p");
 }
 
 TEST(FormatDate, CountsDaysWeeksAndQuarters) {
@@ -335,6 +389,13 @@ TEST(Calendar, BringsDatesBeyondTheYearsIntoThem) {
   EXPECT_EQ(IsoOf(-1e300), "0100-01-01 00:00:00");
   EXPECT_EQ(IsoOf(std::numeric_limits<double>::quiet_NaN()), "1899-12-30 00:00:00");
   EXPECT_EQ(DateFrom(LocalTime{31, 2, 2000, 0, 0, 0}), 0);
+}
+
+TEST(Calendar, KeepsTheTimeOfTheFirstAndOfTheLastDay) {
+  EXPECT_EQ(IsoOf(-657434.5), "0100-01-01 12:00:00");
+  EXPECT_EQ(IsoOf(-657434.75), "0100-01-01 18:00:00");
+  EXPECT_EQ(IsoOf(2958465.5), "9999-12-31 12:00:00");
+  EXPECT_EQ(IsoOf(2958466), "9999-12-31 23:59:59");
 }
 
 TEST(Calendar, RoundsToTheNearestSecond) {

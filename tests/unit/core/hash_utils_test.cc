@@ -54,6 +54,10 @@ TEST(SideFilePath, ReplacesTheExtension) {
   EXPECT_EQ(SideFilePath("/opt/zendrix/zendrix.ini"), "/opt/zendrix/zendrix.kvh");
 }
 
+TEST(SideFilePath, NameWithoutAFolderHasItsExtensionReplaced) {
+  EXPECT_EQ(SideFilePath("zendrix.ini"), "zendrix.kvh");
+}
+
 TEST(SideFilePath, NameThatBeginsWithItsDotIsAllExtension) {
   EXPECT_EQ(SideFilePath("/opt/zendrix/.kvl"), "/opt/zendrix/.kvh");
 }

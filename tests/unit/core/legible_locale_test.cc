@@ -104,6 +104,12 @@ TEST(WithReadableDatesTest, NamesOfMonthsThatCannotBeToldApartBecomeDigits) {
   EXPECT_EQ(Readable(locale), "dd/MM/yyyy | HH:mm:ss");
 }
 
+TEST(WithReadableDatesTest, NameOfTheLastMonthIsCheckedAsTheOthersAre) {
+  LocaleInfo locale = Locale("dd MMM yyyy", "HH:mm:ss", 1, " ");
+  locale.short_month_names[11] = locale.short_month_names[0];
+  EXPECT_EQ(Readable(locale), "dd/MM/yyyy | HH:mm:ss");
+}
+
 TEST(WithReadableDatesTest, PartsInAnotherOrderThanTheLocalesAreBroughtIntoIt) {
   EXPECT_EQ(Readable(Locale("yyyy.dd.MM", "HH:mm:ss", 2, ".")), "yyyy.MM.dd | HH:mm:ss");
 }

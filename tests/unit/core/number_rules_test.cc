@@ -328,6 +328,16 @@ TEST(Conversions, TakeHexadecimalTextsAsBitsOfTheirType) {
   EXPECT_EQ(ErrorOf([] { CDbl("&H" + std::string(17, 'F'), Us()); }), kOverflow);
 }
 
+TEST(Conversions, TakeEveryHexadecimalDigitInBothCasesAndNoOtherLetter) {
+  EXPECT_EQ(CLng("&H1ABCDEF", Us()), 0x1ABCDEF);
+  EXPECT_EQ(CLng("&h1abcdef", Us()), 0x1ABCDEF);
+  EXPECT_EQ(CLng("&HA", Us()), 10);
+  EXPECT_EQ(CLng("&Ha", Us()), 10);
+  for (std::string_view text : {"&H", "&H1G", "&H1g", "&H1@", "&H1`", "&O", "&O18", "&"}) {
+    EXPECT_FALSE(IsNumeric(text, Us())) << text;
+  }
+}
+
 TEST(Rounding, RaisesOverflowForWhatIsNoNumber) {
   const double nan = std::numeric_limits<double>::quiet_NaN();
   EXPECT_EQ(ErrorOf([&] { RoundToLong(nan); }), kOverflow);
@@ -389,6 +399,11 @@ TEST(TextOf, RoundsANumberBesideTheHalfwayToTheNearerText) {
   EXPECT_EQ(TextOf(3.000000000000005, Us()), "3") << "below";
 }
 
+// Its sixteen shortest digits end in 5; the seventeenth of its exact value lies below that.
+TEST(TextOf, RoundsAWholeNumberWhoseLastDigitLiesBelowTheHalfwayDown) {
+  EXPECT_EQ(TextOf(18014398509482048.0, Us()), "1.8014398509482E+16");
+}
+
 TEST(TextOf, WritesTheSmallestNumbersWithAllTheirDigits) {
   EXPECT_EQ(TextOf(4.94065645841247E-324, Us()), "4.94065645841247E-324");
   EXPECT_EQ(TextOf(std::numeric_limits<double>::min(), Us()), "2.2250738585072E-308");
@@ -439,6 +454,13 @@ TEST(Format16, WritesTinyNegativesAsZeroWithoutSign) {
 TEST(FormatNumber, LeavesTheZeroInFrontOfThePointOutWhenTold) {
   EXPECT_EQ(FormatNumber(0.5, 2, Tristate::kFalse, Tristate::kDefault, Tristate::kDefault, Us()), ".50");
   EXPECT_EQ(FormatNumber(0, 0, Tristate::kFalse, Tristate::kDefault, Tristate::kDefault, Us()), "0");
+}
+
+// The digit that the first rounding dropped must not be rounded by once more.
+TEST(FormatNumber, RoundsAHalfwayNumberOnlyOnce) {
+  EXPECT_EQ(
+      FormatNumber(2.384185791015625E-07, 21, Tristate::kTrue, Tristate::kDefault, Tristate::kDefault, Us()),
+      "0.000000238418579101563");
 }
 
 TEST(FormatNumber, CarriesThroughAllDigits) {

@@ -60,6 +60,12 @@ TEST_F(PortalEndpointTest, PortOfTheEndpointCountsAndNoOther) {
     EXPECT_FALSE(On(url)) << url;
 }
 
+TEST_F(PortalEndpointTest, ColonWithoutDigitsIsPartOfTheHostAndNoPort) {
+  SetBase("http://portal.example.com:/redir.asp");
+  EXPECT_TRUE(On("http://portal.example.com:/a"));
+  EXPECT_FALSE(On("http://portal.example.com/a"));
+}
+
 TEST_F(PortalEndpointTest, SixthVersionAddressesHaveTheirBrackets) {
   SetBase("http://[::1]/redir.asp");
   EXPECT_TRUE(On("http://[::1]/a"));

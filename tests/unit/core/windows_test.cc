@@ -52,6 +52,14 @@ TEST_F(WindowsTest, SplashProgressReachesAnOpenSplash) {
   EXPECT_EQ(splash.PBar.value.Get(), 100);
 }
 
+TEST_F(WindowsTest, SplashBeginsEmptyWhateverItsBarShowedBefore) {
+  frmSplash splash(world_.state.forms, "title");
+  splash.PBar.Show(42);
+  world_.state.host().Show(splash);
+  EXPECT_EQ(splash.PBar.value.Get(), 0);
+  EXPECT_EQ(splash.title.Get(), "title");
+}
+
 TEST_F(WindowsTest, MessageShowsItsTextUntilOk) {
   frmMsg message(world_.state);
   message.Title = "A title";
@@ -149,6 +157,7 @@ TEST_F(WindowsTest, AboutSaysSoWhenTheToolCannotBeStarted) {
 TEST_F(WindowsTest, AboutNamesProductAndVersionAndClosesOnOk) {
   frmAbout about(world_.state);
   about.Load();
+  EXPECT_EQ(about.title.Get(), "About Korvessa Zendrix Home Edition");
   EXPECT_EQ(about.lblTitle.caption.Get(), "Korvessa Zendrix Home Edition");
   EXPECT_THAT(about.lblVersion.caption.Get(), ::testing::StartsWith("Version "));
   about.cmdOK_Click();

@@ -56,6 +56,27 @@ TEST(IniFile, DeletingAKeyLeavesCommentsAndBlankLines) {
   EXPECT_EQ(ini.Bytes(), "[a]\r\n;c\r\n\r\ny=2\r\n");
 }
 
+// The place behind the last line still holds what was deleted there.
+TEST(IniFile, ADeletedLastKeyIsNeitherReadNorListedAnyMore) {
+  IniFile ini("[s]\r\na=1\r\nb=2\r\n");
+  ini.DeleteKey("s", "b");
+  EXPECT_EQ(ini.GetString("s", "b", "dflt", 128), "dflt");
+  EXPECT_EQ(ini.Keys("s", 128), (std::vector<core::KeyValue>{{"a", "1"}}));
+  EXPECT_EQ(ini.KeyNames("s", "0", 128), std::string("a\0", 2));
+}
+
+TEST(IniFile, DeletingASectionLeavesItsComments) {
+  IniFile ini("[a]\r\n;c\r\n\r\nx=1\r\n[b]\r\ny=2\r\n");
+  ini.DeleteSection("A");
+  EXPECT_EQ(ini.Bytes(), ";c\r\n[b]\r\ny=2\r\n");
+}
+
+// Taken for an end, it would join the new key to the line in front.
+TEST(IniFile, ACarriageReturnByItselfEndsNoLine) {
+  EXPECT_EQ(AfterSet("[a]\r", "a", "x", "1"), "[a]\r\r\nx=1\r\n");
+  EXPECT_EQ(Read(AfterSet("[a]\r", "a", "x", "1"), "a", "x"), "1");
+}
+
 TEST(IniFile, DeletingWhatIsNotThereChangesNothing) {
   IniFile ini("[a]\r\nx=1\r\n");
   ini.DeleteKey("a", "y");

@@ -50,6 +50,18 @@ TEST_F(MiscSettingsTest, ListenersFindTheNewValueHeldAndSaved) {
   EXPECT_EQ(seen, "YY;YY;");
 }
 
+TEST_F(MiscSettingsTest, ListenersAreToldOfFlagsAndNumbersToo) {
+  std::string seen;
+  const auto link = misc_.changed.Connect([&] {
+    seen +=
+        Stored("Misc", "DontAsk") + (state_.settings.DontAsk ? "+" : "-") + Stored("Misc", "ShRskLvl") + ";";
+  });
+  misc_.Set(&Settings::DontAsk, true);
+  EXPECT_EQ(seen, "1+(none);");
+  misc_.Set(&Settings::ShRskLvl, 50.5F);
+  EXPECT_EQ(seen, "1+(none);1+50.5;");
+}
+
 // A full disk must not leave the window showing what the user has just changed back.
 TEST_F(MiscSettingsTest, AValueThatCannotBeSavedHoldsForThisRun) {
   PutIni("[Misc]\r\nTTour=N\r\n");

@@ -182,6 +182,30 @@ TEST_F(SmtpTest, AFileThatChangesBehindItsVerificationIsUsedAsItWasVerified) {
   EXPECT_EQ(opened, 1);
 }
 
+// A caller that looks every few seconds opened a box each time.
+TEST_F(SmtpTest, ATamperedFileThatCannotBeDeletedIsToldOfOnceUntilAGoodOneWasThere) {
+  bool told = false;
+  const auto damage = [&] {
+    platform_.files.Put(kSmtp, "a=1;b=2:3;");
+    platform_.files.Put(kSmtpSide, "stale\r\n");
+  };
+  damage();
+  platform_.files.FailNext(platform::FileOp::kRemove, kSmtp, platform::ErrorKind::kPermissionDenied,
+                           platform::MemoryFiles::kAlways);
+  LoadSMTPData(state_, log_, &told);
+  EXPECT_TRUE(told);
+  EXPECT_EQ(LoadSMTPData(state_, log_, &told), SmtpData());
+  EXPECT_EQ(Boxes().size(), 1U);
+  EXPECT_EQ(TakeLog().size(), 1U);
+  PutSmtp("a=1;b=2:3;");
+  EXPECT_EQ(LoadSMTPData(state_, log_, &told), (SmtpData{"1", "2", "3"}));
+  EXPECT_FALSE(told);
+  damage();
+  LoadSMTPData(state_, log_, &told);
+  EXPECT_EQ(Boxes().size(), 2U);
+  EXPECT_EQ(TakeLog().size(), 1U);
+}
+
 TEST_F(SmtpTest, ATamperedFileThatCannotBeDeletedIsLogged) {
   platform_.files.Put(kSmtp, "a=1;b=2:3;");
   platform_.files.FailNext(platform::FileOp::kRemove, kSmtp, platform::ErrorKind::kPermissionDenied);
