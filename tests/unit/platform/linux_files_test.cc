@@ -3,15 +3,19 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <atomic>
 #include <filesystem>
 #include <random>
+#include <set>
 #include <thread>
 
 #include "child_process.h"
+#include "platform/linux/left_overs.h"
+#include "platform/linux/posix.h"
 #include "support/sanitizers.h"
 #include "support/temporary_folder.h"
 
@@ -169,6 +173,31 @@ TEST_F(LinuxFilesTest, OpenStreamSeesWhatIsAppended) {
   ASSERT_TRUE(stream->Seek(1000).ok());
   EXPECT_EQ(stream->Read(bytes, sizeof bytes).value(), 0U);
   EXPECT_FALSE(stream->Seek(-1).ok());
+}
+
+// This process's own memory: a plain file by its status, and nothing can be read at its beginning.
+TEST_F(LinuxFilesTest, ReadThatFailsIsAnErrorAndDoesNotHang) {
+  const auto stream = std::move(files_.Open("/proc/self/mem").value());
+  char byte = 0;
+  EXPECT_EQ(stream->Read(&byte, 1).error().kind, ErrorKind::kOther);
+}
+
+TEST_F(LinuxFilesTest, EveryTemporaryHasANameOfItsOwn) {
+  const FileDescriptor watch(inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
+  ASSERT_GE(inotify_add_watch(watch.get(), folder_.path().c_str(), IN_CREATE), 0);
+  for (const char* bytes : {"one", "two"}) ASSERT_TRUE(files_.WriteAll(Path("a"), bytes).ok());
+  alignas(inotify_event) char events[4096];
+  const ssize_t size = read(watch.get(), events, sizeof events);
+  std::set<std::string> names;
+  for (ssize_t at = 0; at < size;) {
+    const auto* const event = reinterpret_cast<const inotify_event*>(events + at);
+    names.insert(event->name);
+    at += static_cast<ssize_t>(sizeof *event + event->len);
+  }
+  EXPECT_EQ(names.size(), 2U);
+  const std::string digits(16, '0');
+  for (const std::string& name : names)
+    EXPECT_EQ(name.size(), (kTemporaryPrefix + digits + kTemporarySuffix).size()) << name;
 }
 
 TEST_F(LinuxFilesTest, RenameReplacesItsTarget) {

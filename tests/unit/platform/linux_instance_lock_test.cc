@@ -499,6 +499,19 @@ TEST_F(LinuxInstanceLockTest, ConnectionsThatSayNothingDoNotPileUp) {
   EXPECT_EQ(ended, 50 - 16);
 }
 
+// Whoever connects faster than the holder accepts would keep it from ever coming back to its window.
+TEST_F(LinuxInstanceLockTest, HandlingEndsHoweverManyConnect) {
+  LinuxInstanceLock holder = Lock();
+  ASSERT_TRUE(holder.Acquire(name_));
+  std::vector<FileDescriptor> crowd;
+  while (crowd.empty() || crowd.back()) crowd.push_back(ConnectTo(LocalAddress::OfName(GlobalName(0))));
+  ASSERT_EQ(crowd.size(), 66U) << "those that the system lets wait, and the one that was refused";
+  holder.HandleRequests();
+  EXPECT_TRUE(Readable(holder.Descriptor())) << "the last one is left for the next time";
+  holder.HandleRequests();
+  EXPECT_FALSE(Readable(holder.Descriptor()));
+}
+
 TEST_F(LinuxInstanceLockTest, WhatAPeerSendsIsOneRequestWhateverItIs) {
   LinuxInstanceLock holder = Lock();
   ASSERT_TRUE(holder.Acquire(name_));

@@ -170,6 +170,12 @@ TEST(TakeNumberTextsTest, GroupingSizesBecomeAList) {
   EXPECT_EQ(FromNumbers(".", "", "").grouping, "");
 }
 
+// Without a sign "15" would have been written for one and a half.
+TEST(TakeNumberTextsTest, MissingDecimalSignKeepsTheDefault) {
+  EXPECT_EQ(FromNumbers("", ".", "\3").decimal, ".");
+  EXPECT_EQ(FromNumbers("", ".", "\3").thousands, ".");
+}
+
 TEST(TakeNumberTextsTest, SeparatorsBecomeSingleBytes) {
   const LocaleInfo french = FromNumbers(",", "\u202F", "\3");
   EXPECT_EQ(french.decimal, ",");

@@ -113,6 +113,27 @@ TEST_F(LinuxShellTest, OpenFilesAreNotHandedDown) {
   close(leaked);
 }
 
+// With its input the console's own, a program would have eaten what was typed for somebody else; with no
+// errors at all, the first file that it opened would have got them.
+TEST_F(LinuxShellTest, ProgramHasNoneOfTheConsolesStreamsAndNoneIsMissing) {
+  folder_.Write("streams",
+                "#!/bin/sh\n"
+                "streams=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2)\n"
+                "echo \"$streams\" > \"$OUT.new\"\n"
+                "mv \"$OUT.new\" \"$OUT\"\n");
+  chmod(folder_.Path("streams").c_str(), 0755);
+  int typed[2];
+  ASSERT_EQ(pipe2(typed, O_CLOEXEC), 0);
+  const int before = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3);
+  ASSERT_EQ(dup2(typed[0], STDIN_FILENO), STDIN_FILENO);
+  EXPECT_TRUE(shell_.RunHidden({"streams"}).ok());
+  close(STDIN_FILENO);
+  if (before >= 0) dup2(before, STDIN_FILENO);
+  for (const int fd : {before, typed[0], typed[1]}) close(fd);
+  ASSERT_TRUE(Comes([this] { return std::filesystem::exists(out_); }));
+  EXPECT_EQ(folder_.Read("out"), "/dev/null\n/dev/null\n/dev/null\n");
+}
+
 // State letters of this process's children, from the kernel's own list.
 std::string ChildStates() {
   std::string states;

@@ -104,6 +104,18 @@ TEST_F(BrokenImageTest, ThirdDirectoryIsEnough) {
   EXPECT_EQ(VersionOf(bytes), "1.2.0.3");
 }
 
+// The list of sections stands right behind the optional header: one byte less, and it lies over the
+// directory.
+TEST_F(BrokenImageTest, OptionalHeaderThatEndsInsideItsDirectoryMeansNoVersion) {
+  for (const std::uint32_t size : {120U, 119U}) {
+    std::string bytes = image_.Bytes();
+    PutWord(bytes, PeFile::kCoff + 16, size);
+    const std::string sections = bytes.substr(image_.Sections(), 80);
+    bytes.replace(PeFile::kOptional + size, sections.size(), sections);
+    EXPECT_EQ(VersionOf(bytes), size == 120 ? "1.2.0.3" : "") << size;
+  }
+}
+
 TEST_F(BrokenImageTest, BrokenResourcesMeanNoVersion) {
   ExpectOfWord("no types", image_.Types() + 14, 0);
   ExpectOfWord("more types than the section holds", image_.Types() + 14, 0xFFFF);

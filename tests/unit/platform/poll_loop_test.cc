@@ -78,6 +78,20 @@ TEST(PollLoopTest, ProcessMessagesReturnsAtOnceWhenNothingWaits) {
   EXPECT_EQ(ticks, 1);
 }
 
+TEST(PollLoopTest, WaitForMessagesEndsWithADueTimerOrWithItsTime) {
+  PollLoop loop;
+  int ticks = 0;
+  const auto timer = loop.MakeTimer([&] { ++ticks; });
+  for (const int delay : {0, 1}) {
+    timer->StartOnce(delay);
+    // The longest is far beyond what the test may take.
+    while (timer->Running()) loop.WaitForMessages(1000000);
+  }
+  EXPECT_EQ(ticks, 2);
+  loop.WaitForMessages(1);
+  EXPECT_EQ(ticks, 2);
+}
+
 TEST(PollLoopTest, ReadableDescriptorsAreAnnouncedUntilTheyAreNotWatched) {
   PollLoop loop;
   const Pipe pipe;
