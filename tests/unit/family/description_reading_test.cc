@@ -47,6 +47,13 @@ TEST(DescriptionReadingTest, AConnectionIsAnAddressAPortAndAPath) {
   EXPECT_EQ(ReadConnection("10.0.0.7").address, "");
 }
 
+TEST(DescriptionReadingTest, EmptyPortOfAConnectionIsNotReadOutOfThePath) {
+  const auto reading = ReadConnection("10.0.0.7::/opt/a:b");
+  EXPECT_EQ(reading.address, "10.0.0.7");
+  EXPECT_EQ(reading.port, "");
+  EXPECT_EQ(reading.path, "/opt/a:b");
+}
+
 TEST(DescriptionReadingTest, AnAutostartEntryIsItsOwnPathNeverThatOfItsCommand) {
   const auto reading = ReadAutostartEntry("/home/u/x.desktop=/opt/tool --a=b");
   EXPECT_EQ(reading.path, "/home/u/x.desktop");

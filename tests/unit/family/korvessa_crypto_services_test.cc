@@ -1,9 +1,12 @@
 #include "family/korvessa_crypto_services.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <string>
 
 #include "support/temporary_folder.h"
@@ -48,6 +51,42 @@ TEST(HashFileTest, FoldersAndPipesAreNoFilesAndDoNotHang) {
   ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
   EXPECT_EQ(Hash(folder.Path("pipe")), std::string(256, ' '));
   EXPECT_EQ(Hash(folder.path()), std::string(256, ' '));
+}
+
+TEST(HashFileTest, NoPathAndNoBufferAreTakenWithoutACrash) {
+  const test::TemporaryFolder folder;
+  folder.Write("a", "abc");
+  HashFile(folder.Path("a").c_str(), nullptr, 65);
+  std::string buffer(65, '#');
+  HashFile(nullptr, buffer.data(), 65);
+  EXPECT_EQ(buffer, std::string(65, '#'));
+}
+
+// An interruption of some earlier call of the caller's looked like one of the read at the end of the file.
+TEST(HashFileTest, InterruptionOfAnEarlierCallDoesNotHang) {
+  const test::TemporaryFolder folder;
+  folder.Write("a", "abc");
+  const std::string path = folder.Path("a");
+  std::string buffer(65, ' ');
+  errno = EINTR;
+  HashFile(path.c_str(), buffer.data(), 65);
+  EXPECT_STREQ(buffer.c_str(), kHashOfAbc);
+}
+
+// A caller without standard input gets its first free number for the file.
+TEST(HashFileTest, FileThatGetsTheNumberOfStandardInputIsReadAndClosed) {
+  const test::TemporaryFolder folder;
+  folder.Write("a", "abc");
+  const int before = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3);
+  close(STDIN_FILENO);
+  const std::string hash = Hash(folder.Path("a"));
+  const bool closed = fcntl(STDIN_FILENO, F_GETFD) == -1;
+  if (before >= 0) {
+    dup2(before, STDIN_FILENO);
+    close(before);
+  }
+  EXPECT_EQ(hash, kHashOfAbc);
+  EXPECT_TRUE(closed);
 }
 
 TEST(HashFileTest, BufferThatIsTooSmallIsNotTouched) {

@@ -7,6 +7,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <thread>
 
 #include "support/environment.h"
 
@@ -123,6 +124,18 @@ TEST(FundamentalTypesTest, ChangeOfTheZoneIsSeenAtOnce) {
   }
   const EnvironmentVariable zone("TZ", "XXX-3");
   EXPECT_EQ(Text(0), "1970-01-01 03:00:00");
+}
+
+TEST(FundamentalTypesTest, ZoneThatIsTakenAwayIsSeenByANewThread) {
+  {
+    const EnvironmentVariable zone("TZ", "XXX-13:47");
+    EXPECT_EQ(Text(0), "1970-01-01 13:47:00");
+  }
+  const EnvironmentVariable none("TZ", std::nullopt);
+  std::string text;
+  std::thread([&text] { text = Text(0); }).join();
+  tzset();
+  EXPECT_EQ(text, TextOfLibrary(0));
 }
 
 class EveryZoneTest : public ::testing::TestWithParam<const char*> {};
