@@ -163,6 +163,20 @@ TEST_F(ListViewTest, ChangeOfARowThatNobodyKnowsYetIsNotTold) {
   EXPECT_EQ(list_.Print(), "text a[1] | x |  | y[3]\n");
 }
 
+TEST_F(ListViewTest, ColumnOfARowThatNobodyKnowsYetIsNotTold) {
+  int changed = 0;
+  list_.row_changed.ConnectForever([&](ListView::Slot) { ++changed; });
+  Insert("a");
+  {
+    const ListBatch batch(list_);
+    list_.SetSubItem(Insert("b"), 0, "x", 1);
+    EXPECT_EQ(changed, 0);
+    list_.SetSubItem(0, 0, "y", 2);
+    EXPECT_EQ(changed, 1);
+  }
+  EXPECT_EQ(list_.Print(), "text b[1] | x[1]\ntext a[1] | y[2]\n");
+}
+
 TEST_F(ListViewTest, ColumnRightBehindTheLastIsAdded) {
   const auto slot = Insert("a");
   list_.SetSubItem(slot, 0, "x", 1);
