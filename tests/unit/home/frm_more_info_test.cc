@@ -159,7 +159,9 @@ TEST_F(WizardTest, AlertWithoutEventsEndsAtOnceAndIsNormal) {
   EXPECT_THAT(page_->events, ElementsAre(kBlank, "body page 0", kBlank, "body All is well.", "stop"));
   Open(0);
   Next();
+  EXPECT_TRUE(wizard_->bBack.visible);
   Back();
+  EXPECT_TRUE(wizard_->bNext.visible);
   EXPECT_EQ(Body(), "body page 0");
   EXPECT_EQ(wizard_->title.Get(), kTitle);
 }
