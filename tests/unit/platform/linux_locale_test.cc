@@ -237,6 +237,14 @@ TEST(LinuxLocaleTest, LocalesOfOtherScriptsKeepTheirOrder) {
   }
 }
 
+TEST(LinuxLocaleTest, NamesOfALocaleOfSingleBytesAreReadAsSuch) {
+  const test::TemporaryFolder folder;
+  const std::string build = "localedef -c -i de_DE -f ISO-8859-1 " + folder.Path("de_DE.ISO-8859-1");
+  ASSERT_EQ(std::system((build + " >/dev/null 2>&1").c_str()), 0) << "package locales";
+  const std::string printed = Printed({{"LOCPATH", folder.path()}, {"LC_ALL", "de_DE.ISO-8859-1"}});
+  EXPECT_NE(printed.find("names Sonntag Sa M\xE4rz Dez\n"), std::string::npos) << printed;
+}
+
 TEST(LinuxLocaleTest, CategoriesAreReadEachByItself) {
   ASSERT_NE(test::BuildLocale("de_DE"), "") << "package locales";
   LocaleInfo expected;
