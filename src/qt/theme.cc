@@ -102,6 +102,14 @@ QHeaderView { background: @base; border: 0; border-top-left-radius: 6px; border-
 QHeaderView::section { background: @base; color: @faint; border: 0; border-bottom: 1px solid @border;
   border-right: 1px solid @border; padding: 7px 6px; }
 QHeaderView::section:last { border-right: 0; }
+QScrollBar { background: transparent; border: 0; margin: 0; }
+QScrollBar:vertical { width: 12px; }
+QScrollBar:horizontal { height: 12px; }
+QScrollBar::handle { background: @faint; border: 3px solid @base; border-radius: 6px; }
+QScrollBar::handle:vertical { min-height: 32px; }
+QScrollBar::handle:horizontal { min-width: 32px; }
+QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }
+QScrollBar::add-page, QScrollBar::sub-page { background: @base; }
 QDialog QPushButton { min-width: 84px; padding: 6px 12px; border: 1px solid @border; border-radius: 6px;
   background: @base; color: @text; }
 QDialog QPushButton:default { background: @accent; border-color: @accent; color: @onaccent; }
