@@ -128,6 +128,14 @@ TEST_F(Pages, WhatCouldNotBeBlockedCanBeBlocked) {
   EXPECT_THAT(UnknownTags(page), testing::ElementsAre("<undotext>"));
 }
 
+// Below the events it was out of sight in a window of the usual size.
+TEST_F(Pages, TheDecisionStandsAboveTheEvents) {
+  Add("System Users", "1", "guest", "failed");
+  const std::string page = Alert(true);
+  ASSERT_TRUE(Contains(page, "[Block]</A>"));
+  EXPECT_LT(page.find("[Block]</A>"), page.find("ID='H1'"));
+}
+
 TEST_F(Pages, OpenDetailsStayOpen) {
   Add("System Users", "1", "guest", "failed");
   state_.settings.ShowDetailsOpen = true;
