@@ -35,7 +35,7 @@ frmQuarantine::frmQuarantine(core::AppState& app) : Form(app.forms, "frmQuaranti
   title = "Quarantine";
   lblAbout.caption = kAbout;
   lvQuarantine.columns = std::vector<widgets::ListColumn>{
-      {"File", 0.36, 0}, {"Put away", 0.19, 0}, {"Alert", 0.19, 0}, {"Size", 0.09, 0}, {"SHA-256", 0.16, 0}};
+      {"File", 0.34, 0}, {"Put away", 0.22, 0}, {"Alert", 0.22, 0}, {"Size", 0.10, 0}, {"SHA-256", 0.12, 0}};
   lvQuarantine.selection_changed.ConnectForever([this] { ShowEntry(); });
   lvQuarantine.item_clicked.ConnectForever([this](widgets::ListView::Slot) { ShowEntry(); });
   qRestore.clicked.ConnectForever([this] { qRestore_Click(); });

@@ -48,5 +48,21 @@ TEST_F(QuarantineViewTest, RestoreIsReachedAndTextsArePlain) {
   EXPECT_FALSE(form.loaded());
 }
 
+// Both moments ended in dots, at the hour.
+TEST_F(QuarantineViewTest, MomentsAreSeenWhole) {
+  home::frmQuarantine form(world_.state);
+  host_.Show(form);
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    const auto* const table = window->findChild<QTableView*>(QStringLiteral("lvQuarantine"));
+    if (!table || !window->isVisible()) continue;
+    const QModelIndex moment = table->model()->index(0, 1);
+    ASSERT_FALSE(moment.data().toString().isEmpty());
+    EXPECT_GE(table->columnWidth(1), table->sizeHintForIndex(moment).width());
+    EXPECT_EQ(table->columnWidth(2), table->columnWidth(1)) << "the alert's moment is as long";
+    return;
+  }
+  ADD_FAILURE() << "no window";
+}
+
 }  // namespace
 }  // namespace zendrix::qt

@@ -11,7 +11,7 @@
 namespace zendrix::qt {
 
 QuarantineWindow::QuarantineWindow(home::frmQuarantine& form, const Toolkit& kit) : FormDialog(form, kit) {
-  setMinimumSize(820, 420);
+  setMinimumSize(880, 420);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(kPaneMargin, kPaneMargin - 4, kPaneMargin, kPaneMargin - 6);
   column->setSpacing(kPaneGap);
