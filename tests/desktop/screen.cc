@@ -110,6 +110,20 @@ void Screen::Minimise(WindowId window) {
   XSync(display_, False);
 }
 
+void Screen::Move(WindowId window, int x, int y) {
+  XMoveWindow(display_, window, x, y);
+  XSync(display_, False);
+}
+
+std::optional<Place> Screen::PlaceOf(WindowId window) const {
+  XWindowAttributes attributes;
+  if (!XGetWindowAttributes(display_, window, &attributes)) return std::nullopt;
+  Place place{0, 0, attributes.width, attributes.height};
+  Window child = None;
+  XTranslateCoordinates(display_, window, DefaultRootWindow(display_), 0, 0, &place.x, &place.y, &child);
+  return place;
+}
+
 std::vector<WindowId> Screen::Windows() const {
   const auto listed = Property(DefaultRootWindow(display_), "_NET_CLIENT_LIST");
   return {listed.begin(), listed.end()};
@@ -170,12 +184,7 @@ std::vector<WindowId> Screen::Children(WindowId window) const {
 std::optional<Place> Screen::IconIn(WindowId window, bool in_tray) const {
   XWindowAttributes attributes;
   if (!XGetWindowAttributes(display_, window, &attributes)) return std::nullopt;
-  if (in_tray && ClassOf(window) == "zendrix" && attributes.map_state == IsViewable) {
-    Place place{0, 0, attributes.width, attributes.height};
-    Window child = None;
-    XTranslateCoordinates(display_, window, DefaultRootWindow(display_), 0, 0, &place.x, &place.y, &child);
-    return place;
-  }
+  if (in_tray && ClassOf(window) == "zendrix" && attributes.map_state == IsViewable) return PlaceOf(window);
   in_tray = in_tray || ClassOf(window) == "trayer";
   for (const WindowId each : Children(window))
     if (const auto place = IconIn(each, in_tray)) return place;

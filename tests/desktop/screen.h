@@ -33,6 +33,7 @@ class Screen {
   // Asks as the frame's button does.
   void CloseWindow(WindowId window);
   void Minimise(WindowId window);
+  void Move(WindowId window, int x, int y);
   // As a task bar does.
   void Activate(WindowId window);
 
@@ -40,6 +41,8 @@ class Screen {
   std::vector<WindowId> Windows() const;
   std::string TitleOf(WindowId window) const;
   bool IsMinimised(WindowId window) const;
+  // Inside the window manager's frame.
+  std::optional<Place> PlaceOf(WindowId window) const;
   WindowId Active() const;
   std::optional<WindowId> WithTitle(const std::string& part) const;
   // What is painted there.

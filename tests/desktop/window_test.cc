@@ -48,6 +48,23 @@ TEST_F(WindowTest, CloseBoxHidesItAndTheIconBringsItBack) {
   EXPECT_TRUE(Eventually([&] { return console_.IsActive(); }));
 }
 
+// The toolkit takes the window down for its first browser and puts it up again: it stood in the middle of the
+// screen then, wherever the user had put it.
+TEST_F(WindowTest, FirstExplanationLeavesItWhereTheUserHasPutIt) {
+  console_.Event("Aggregation", "a", "0.99", "", "Q,1");
+  console_.StartAndWait();
+  const auto stands_at_the_edge = [&] {
+    const auto window = screen().WithTitle("Home Edition -  v ");
+    const auto place = window ? screen().PlaceOf(*window) : std::nullopt;
+    return place && place->x >= 12 && place->x < 24 && place->y >= 8 && place->y < 48;
+  };
+  screen().Move(console_.MainWindow(), 12, 8);
+  ASSERT_TRUE(Eventually(stands_at_the_edge));
+  console_.OpenPane("Alerts");
+  console_.AwaitText("Risk level: Intrusion");
+  EXPECT_TRUE(Eventually(stands_at_the_edge));
+}
+
 TEST_F(WindowTest, HiddenConsoleIsEndedFromTheIconsMenu) {
   StartTray();
   console_.StartAndWait();
