@@ -34,8 +34,11 @@ std::string SizeText(std::uint64_t bytes) {
 frmQuarantine::frmQuarantine(core::AppState& app) : Form(app.forms, "frmQuarantine"), app_(app) {
   title = "Quarantine";
   lblAbout.caption = kAbout;
-  lvQuarantine.columns = std::vector<widgets::ListColumn>{
-      {"File", 0.34, 0}, {"Put away", 0.22, 0}, {"Alert", 0.22, 0}, {"Size", 0.10, 0}, {"SHA-256", 0.12, 0}};
+  lvQuarantine.columns = std::vector<widgets::ListColumn>{{"File", 0.32, 0},
+                                                          {"Put away", 0.215, 0},
+                                                          {"Alert", 0.215, 0},
+                                                          {"Size", 0.10, 0},
+                                                          {"SHA-256", 0.15, 0}};
   lvQuarantine.selection_changed.ConnectForever([this] { ShowEntry(); });
   lvQuarantine.item_clicked.ConnectForever([this](widgets::ListView::Slot) { ShowEntry(); });
   qRestore.clicked.ConnectForever([this] { qRestore_Click(); });
