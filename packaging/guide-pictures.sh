@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# shellcheck disable=SC2016
 # guide-pictures.sh BIN OUT: takes the pictures of the user guide on the sample history, on a virtual display and as an
 # ordinary user, so that no picture shows a name or a path of this machine.
 #
@@ -7,23 +8,31 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 bin=$(realpath "$1") out=$(realpath -m "$2")
 mkdir -p "$out"
-folder=$(mktemp -d /tmp/zendrix-guide.XXXXXX)
-trap 'rm -rf "$folder"' EXIT
+whole=$(mktemp -d /tmp/zendrix-guide.XXXXXX)
+trap 'rm -rf "$whole"' EXIT
+folder=$whole/program
+mkdir -p "$folder" "$whole/bin" "$whole/home/clara/Downloads"
+cp "$bin"/{zendrix,zendrix-inspect,*.so} "$whole/bin/"
 cp -r "$bin"/KorvessaDesc*.kv? "$bin/Images" "$folder/"
+bin=$whole/bin
 data/sample/copy-to home "$folder"
 "$bin/zendrix-inspect" --write --folder "$folder" settings >/dev/null
 for setting in "DetSho 1" "TTour Y" "TSurv Y"; do
   # shellcheck disable=SC2086
   "$bin/zendrix-inspect" --write --folder "$folder" settings save Misc $setting >/dev/null
 done
-as_user=()
+# The file that goes into quarantine is one of this folder. As root the folder stands in for /home, for these processes
+# alone, so that its path looks like anybody's.
+home=$whole/home as_user=() apart=()
 if [ "$(id -u)" = 0 ]; then
-  chown -R 65534:65534 "$folder"
+  chown -R 65534:65534 "$whole"
+  home=/home
+  apart=(unshare --mount sh -c 'mount --bind "$0" /home && exec "$@"' "$whole/home")
   as_user=(setpriv --reuid=65534 --regid=65534 --clear-groups)
 fi
 
-"${as_user[@]}" env HOME="$folder" TMPDIR="$folder" XDG_RUNTIME_DIR="$folder" LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb \
-  xvfb-run -a -s "-screen 0 1060x760x24" bash -c '
+"${apart[@]}" "${as_user[@]}" env HOME="$home/clara" TMPDIR="$whole" XDG_RUNTIME_DIR="$whole" LC_ALL=C.UTF-8 \
+  QT_QPA_PLATFORM=xcb xvfb-run -a -s "-screen 0 1060x760x24" bash -c '
   bin=$1 folder=$2
   openbox & manager=$!
   sleep 1
@@ -52,8 +61,23 @@ fi
   press 80 228; take options
   press 80 272; take help
   press 80 140; take alerts
-  press 451 93; window=$(named "Quarantine"); [ -z "$window" ] || take quarantine "$window"
-  xdotool key Escape; sleep 1
-  press 748 93; window=$(named "Analisys Wizard"); [ -z "$window" ] || take wizard "$window"
+  press 748 93; window=$(named "Analisys Wizard"); sleep 3; take wizard "$window"
+  xdotool key Escape; sleep 2; xdotool key alt+y; sleep 2
+
+  # Something happens while the window is out of sight.
+  file=$HOME/Downloads/Invoice_2291.run
+  head -c 300000 /dev/zero >"$file"
+  chmod 700 "$file"
+  tell() { printf "%s,FAMILY-PC,2140,%s|0\r\n" "$(date +%s)" "$1" >>"$folder/KorvessaMonitoring.kvl"; }
+  xdotool windowminimize "$(find_window)"
+  sleep 2
+  tell "Windows Folder|0|1|$file|observed|WF,801,9"
+  tell "Aggregation|0.9560|0.9560|Windows Folder=$file;|none (the recorder only observes)|AG,01000000,9"
+  tell "Community|0|0|reaction to AG_01000000_9|Windows Folder=failed (the recorder only observes)|CO,0,9"
+  window=$(named "Suspicious Event"); sleep 2; take popup "$window"
+  id=$("$bin/zendrix-inspect" --folder "$folder" alerts | grep -o "\"K[0-9]*\"" | head -1 | tr -dc 0-9)
+  "$bin/zendrix-inspect" --write --folder "$folder" act "$id" do
+  press 281 140 "$window"  # Details, which leads back to the window
+  press 451 93; window=$(named "Quarantine"); sleep 2; take quarantine "$window"
 ' pictures "$bin" "$folder"
 cp "$folder"/*.png "$out/"
