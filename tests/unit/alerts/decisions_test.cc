@@ -90,6 +90,25 @@ TEST_F(DecisionsTest, EmptyCodeIsNotWrittenAndTheLogSaysSo) {
   }
 }
 
+// A list that is read on under the question leaves the shared cursor behind the alert.
+TEST_F(DecisionsTest, CursorMovedUnderTheBoxDoesNotHideTheAlert) {
+  TwoAlerts();
+  world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
+  world_.platform.message_boxes.while_open = [this](const auto&) { reader_.EventTable->cursor()->GoTo(5); };
+  EXPECT_TRUE(alerts_.DecideFromMenu(Answer::kBlock, Listed(5)));
+  EXPECT_EQ(Activations(), "AG,5,1\r\n");
+}
+
+TEST_F(DecisionsTest, EarlierEventOfTheSameRiskIsNoAlertWithACode) {
+  Event(0, "System", "start");
+  Alert(1, "first");
+  Event(2, "System", "x", "0.99", "", "EVENT,1");
+  Alert(3, "second", "0.99", "AG,9,9");
+  Load();
+  alerts_.DecideFromPage(Answer::kBlock, Listed(4));
+  EXPECT_EQ(Activations(), "AG,5,1\r\n");
+}
+
 TEST_F(DecisionsTest, FirstAlertWithItsRiskIsDroppedSilently) {
   Event(0, "System", "start");
   Alert(1, "first");
@@ -299,6 +318,31 @@ TEST_F(OfferBackTest, AllowInTheMenuOffersItBackBehindTheDecision) {
   EXPECT_TRUE(alerts_.DecideFromMenu(Answer::kAllow, Listed(5)));
   EXPECT_THAT(Restored(), ElementsAre("0001"));
   EXPECT_EQ(Boxes().size(), 2U);
+}
+
+// The store holds a name in bytes of Windows-1252, the file system in UTF-8 or as it stands.
+TEST_F(OfferBackTest, NameWithALetterBeyondAsciiIsOfferedBackInEitherSpelling) {
+  Event(0, "System", "start");
+  Alert(1, "first");
+  Event(2, "Running Processes", "/opt/caf\xE9");
+  Alert(3, "Running Processes=/opt/caf\xE9;");
+  Load();
+  world_.platform.family.quarantine_entries = {{"0001", "/opt/caf\xE9", 1, "", 0, 0, "1795225503"},
+                                               {"0002", "/opt/caf\xC3\xA9", 1, "", 0, 0, "1795225503"},
+                                               {"0003", "/opt/caf", 1, "", 0, 0, "1795225503"}};
+  world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
+  alerts_.DecideFromPage(Answer::kAllow, Listed(4));
+  EXPECT_THAT(Restored(), ElementsAre("0001", "0002"));
+}
+
+// A library that is gone in the middle: the decision stands, and nobody is asked about what cannot be listed.
+TEST_F(OfferBackTest, AllowWithoutTheLibraryIsFiledAndOffersNothing) {
+  HaveTwoEntries();
+  world_.platform.family.library_missing = true;
+  world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
+  EXPECT_TRUE(alerts_.DecideFromMenu(Answer::kAllow, Listed(5)));
+  EXPECT_EQ(Boxes().size(), 1U) << "the question about the decision";
+  EXPECT_EQ(Activations(), "AG,5,0\r\n");
 }
 
 TEST_F(OfferBackTest, ANoLeavesItInQuarantine) {

@@ -176,6 +176,72 @@ TEST_F(LookupTest, WithoutATableTheFailureIsLogged) {
   EXPECT_THAT(LookUp(1), SizeIs(1));
 }
 
+// The scan left out what a list of pairs tells of each event.
+TEST_F(LookupTest, EventsOfEitherPathCarryTheColumnsOfTheirRow) {
+  for (const char* description : {"Running Processes=a;", "Running Processes"}) {
+    lines_.clear();
+    Event(0, "Running Processes", "a", "7");
+    Event(1, "Running Processes", "a", "7");
+    Event(2, "Aggregation", description, "0.5", "done");
+    Load();
+    LookUp(3);
+    ASSERT_THAT(Events(), SizeIs(1)) << description;
+    EXPECT_EQ(Found(1).ID, 2);
+    EXPECT_EQ(Found(1).DateTime, "11/21/2026 01:45:01 AM");
+    EXPECT_EQ(Found(1).Original, reader_.EventTable->Text(1, store::kOriginal));
+    EXPECT_NE(Found(1).Original, "");
+    EXPECT_EQ(Found(1).Change, "7.0000000000000000");
+    EXPECT_EQ(Found(1).TimesObserved, 1);
+    EXPECT_EQ(Found(0).DateTime, "11/21/2026 01:45:02 AM");
+    EXPECT_EQ(Found(0).Original, reader_.EventTable->Text(2, store::kOriginal));
+    EXPECT_EQ(Found(0).Description, description);
+    EXPECT_EQ(Found(0).Reaction, "done");
+  }
+}
+
+// What happens between the alert and the Agent's word on it did not cause it.
+TEST_F(LookupTest, EventBehindTheAlertIsNoneOfItsEvents) {
+  Event(0, "Running Processes", "a");
+  Alert(1, "Running Processes=a;Windows Folder=b");
+  Event(2, "Running Processes", "a");
+  Event(2, "Windows Folder", "b");
+  Community(3, "Running Processes=success");
+  Load();
+  LookUp(2);
+  ASSERT_THAT(Events(), ElementsAre("Running Processes=a"));
+  EXPECT_EQ(Found(1).ID, 1);
+}
+
+TEST_F(LookupTest, CursorLeftAnywhereChangesNothing) {
+  Event(0, "Running Processes", "a");
+  Alert(1, "Running Processes=a;");
+  Alert(2, "x");
+  Load();
+  reader_.EventTable->cursor()->GoTo(2);
+  LookUp(2);
+  EXPECT_EQ(alerts_.context().FirstEventDateUTC, "1795225500");
+  EXPECT_THAT(Events(), ElementsAre("Running Processes=a"));
+}
+
+// A text that breaks the count leaves the event with none earlier, not without a number.
+TEST_F(LookupTest, EventThatCannotBeCountedHasBeenSeenNever) {
+  Event(0, "Running Processes", "it's");
+  Alert(1, "Running Processes");
+  Load();
+  world_.quiet.Expect("'EventUtils:GetNotableInfo': Error retrieving Alert details. 'it's' ");
+  LookUp(2);
+  ASSERT_THAT(Events(), ElementsAre("Running Processes=it's"));
+  EXPECT_EQ(Found(1).TimesObserved, 0);
+}
+
+TEST_F(LookupTest, EmptyTableHasNoFirstRowToGoBackTo) {
+  Load();
+  ASSERT_TRUE(reader_.EventTable);
+  ASSERT_EQ(reader_.EventTable->RowCount(), 0U);
+  world_.quiet.Expect("'EventUtils:GetNotableInfo': Error retrieving Alert details. '' ");
+  EXPECT_THAT(LookUp(1), SizeIs(1));
+}
+
 TEST_F(LookupTest, EachLookupForgetsTheOneBefore) {
   Event(0, "Running Processes", "a");
   Alert(1, "Running Processes=a;");

@@ -42,6 +42,26 @@ TEST(MarkedTextTest, ReplacementIsNotLookedAtAgain) {
   EXPECT_EQ(text.Finish(), "aaba");
 }
 
+// The "/" of an event behind a template's bare "<" was read as that of a closing tag.
+TEST(MarkedTextTest, LessThanThatAnEventStandsBehindIsText) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"/", "&lt;/"}, {"/b", "&lt;/b"}, {"b", "&lt;b"}, {"", "&lt;"}};
+  for (const auto& [event, shown] : cases) {
+    for (const std::string behind : {"", "i>"}) {
+      MarkedText text(Purpose::kShown, "<");
+      text.Append(event, Origin::kEvent).Append(behind);
+      EXPECT_EQ(text.Finish(), shown + behind);
+    }
+  }
+  MarkedText closing(Purpose::kShown, "</");
+  EXPECT_EQ(closing.Append("b", Origin::kEvent).Append(">").Finish(), "&lt;/b>");
+  MarkedText name(Purpose::kShown, "<i");
+  EXPECT_EQ(name.Append("b", Origin::kEvent).Append(">").Finish(), "<i&#98;>");
+  MarkedText other_slash(Purpose::kShown, "<i/");
+  EXPECT_EQ(other_slash.Append("b", Origin::kEvent).Append(">").Finish(), "<i/&#98;>");
+  for (const char* end : {"<", "</", "a<b/"}) EXPECT_EQ(MarkedText(Purpose::kShown, end).Finish(), end);
+}
+
 // An anchor around a value, as the renderers make it.
 MarkedText Anchor(Purpose purpose, std::string_view target = {}) {
   MarkedText anchor(purpose, "<A HREF='", Origin::kLink);
@@ -135,7 +155,7 @@ TEST(MarkedTextTest, EventsGreaterThanDirectlyBehindTheTemplatesEndsNoTag) {
 
 // "gt" was linked inside the template's own "&gt;".
 TEST(MarkedTextTest, ValueIsNotFoundInAReferenceOfTheTemplateWhenShown) {
-  for (const char* value : {"lt", "l", "t", "#6", "60"}) {
+  for (const char* value : {"lt", "l", "t", "#6", "60", ";"}) {
     MarkedText text(Purpose::kShown, "a &lt; b &#60; c ");
     text.Append(value, Origin::kEvent);
     Link(text, value);

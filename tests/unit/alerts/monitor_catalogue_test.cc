@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 
 namespace zendrix::alerts {
@@ -50,6 +51,15 @@ TEST(MonitorCatalogueTest, TwinOfTheAdministratorKnowsThreeNamesFewer) {
   EXPECT_EQ(AdminPicture("Autorun Registry"), 15);
   for (const char* name : {"AI Monitor", "Community", "Aggregation", "", "x"})
     EXPECT_EQ(AdminPicture(name), 30);
+}
+
+// One name unmarked, and the administrator's lists showed its events under the picture of strangers.
+TEST(MonitorCatalogueTest, EveryOtherNameHasItsPictureInTheAdministratorsListsToo) {
+  const std::set<std::string_view> unknown = {"AI Monitor", "Community", "Aggregation"};
+  for (const std::string_view name : MonitorNames()) {
+    EXPECT_EQ(AdminPicture(name), unknown.count(name) ? 30 : GetImgNumH3(name)) << name;
+    EXPECT_EQ(GridPicture(3, name), unknown.count(name) ? 33 : GetImgNumH3(name) + 3) << name;
+  }
 }
 
 TEST(MonitorCatalogueTest, GridPicturesOfMonitors) {

@@ -80,6 +80,36 @@ class RenderingFailureTest : public AlertFixture {
   std::string whole_;
 };
 
+// Half an addition left a text whose characters and origins did not match.
+TEST_F(RenderingFailureTest, AdditionThatFailsLeavesTheTextAsItWas) {
+  const std::string more = "a text that is longer than what fits in place";
+  for (const Purpose purpose : {Purpose::kExact, Purpose::kShown}) {
+    const alerts::MarkedText other(purpose, more, alerts::Origin::kEvent);
+    for (const bool whole : {false, true})
+      for (long nth = 1;; ++nth) {
+        alerts::MarkedText text(purpose, "<b>");
+        allocations_until_failure = nth;
+        bool failed = false;
+        try {
+          if (whole)
+            text.Append(other);
+          else
+            text.Append(more, alerts::Origin::kEvent);
+        } catch (const std::bad_alloc&) {
+          failed = true;
+        }
+        allocations_until_failure = 0;
+        EXPECT_EQ(text.Finish(), failed ? "<b>" : "<b>" + more);
+        text.Append("</b>");
+        EXPECT_EQ(text.Finish(), failed ? "<b></b>" : "<b>" + more + "</b>") << "and takes what comes next";
+        if (!failed) {
+          EXPECT_GT(nth, 1) << "the addition asked for memory";
+          break;
+        }
+      }
+  }
+}
+
 TEST_F(RenderingFailureTest, LinkThatFailsIsLoggedAndItsPlaceholderStaysInTheWizard) {
   state_.Desc[5] = {"Windows Folder,[&lt;Click here&gt;]"};
   HaveEvent("Windows Folder", "new.dll", "");

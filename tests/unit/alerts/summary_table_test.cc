@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "support/alert_fixture.h"
 
 namespace zendrix::test {
@@ -72,6 +74,17 @@ TEST_F(SummaryTableTest, NeverObservedGivesThePlural) {
   Template("System", "x");
   HaveEvent("System", "a", "success", "1", 0);
   EXPECT_THAT(Table("success"), HasSubstr("observed 0 times since"));
+}
+
+TEST_F(SummaryTableTest, EventThatWasNotCountedSaysNothingOfEarlierOnes) {
+  Template("System", "x");
+  HaveEvent("System", "a", "success");
+  for (const std::optional<std::int32_t> times :
+       {std::optional<std::int32_t>(), std::optional<std::int32_t>(-1)}) {
+    Found(1).TimesObserved = times;
+    EXPECT_THAT(Table("success"), HasSubstr("\\workplace.png' ALT='' ALIGN"));
+    EXPECT_THAT(Table("success", false), HasSubstr(times ? ">-1</td>" : ">0</td>"));
+  }
 }
 
 TEST_F(SummaryTableTest, FailedWithACapitalQualifiesForFailedOnly) {
@@ -159,6 +172,15 @@ TEST_F(SummaryTableTest, MemoryWithAWordBringsInTheClause) {
 TEST_F(SummaryTableTest, RateWithThreeFieldsJoinsTheThird) {
   EXPECT_EQ(Filled("Network Transmission Rate", "<description><: by <%1>.<%2>:>", "7:one:two"),
             "7.00 by one., two.");
+}
+
+TEST_F(SummaryTableTest, AmountAloneLeavesNoPlaceholderOfTheClause) {
+  EXPECT_EQ(Filled("Memory Utilization", "(<%1>)(<%2>) <description>", "12.5"), "()() 12.50");
+}
+
+TEST_F(SummaryTableTest, RateWithFourFieldsNamesTheSecondOnly) {
+  EXPECT_EQ(Filled("Network Transmission Rate", "<description><: by <%1>.<%2>:>", "7:one:two:three"),
+            "7.00 by one..");
 }
 
 TEST_F(SummaryTableTest, EmptyRateLeavesItsTemplate) {
