@@ -62,7 +62,7 @@ TEST(HashFileTest, NoPathAndNoBufferAreTakenWithoutACrash) {
   EXPECT_EQ(buffer, std::string(65, '#'));
 }
 
-// An interruption of some earlier call of the caller's looked like one of the read at the end of the file.
+// An earlier interruption must not be taken for one of the read at the end of the file.
 TEST(HashFileTest, InterruptionOfAnEarlierCallDoesNotHang) {
   const test::TemporaryFolder folder;
   folder.Write("a", "abc");
