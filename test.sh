@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Builds and tests everything on Debian 12: installs what is missing, runs the rooms' own tests, the inspector and the
 # fuzz targets under the address and undefined-behaviour sanitizers, builds the rooms without Qt and tries the inspector
-# there, checks names, then runs the hostile texts, the windows and the real program. Each test is built and run once;
-# only inspector and hostile texts serve twice. No display needed.
+# there, checks names, then runs the hostile texts, the quarantine, the windows and the real program without them. Each
+# test is built and run once; only inspector, hostile texts and quarantine serve twice. No display needed.
 #
 #   ./test.sh              everything
 #   ./test.sh quick        every test in one build: no sanitizers, no build without Qt, no check of names
 #
-# FUZZ_SECONDS (default 5) bounds each fuzz target; JOBS (default: number of processors) the parallel build.
+# FUZZ_SECONDS (default 10) bounds each fuzz target; JOBS (default: number of processors) the parallel build.
 set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/prerequisites.sh
@@ -17,7 +17,7 @@ jobs=${JOBS:-$(nproc)}
 # The presets share what they compile alike: paths count from the build folder. What is new is compiled without
 # being preprocessed first.
 export CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1 CCACHE_DEPEND=1
-export FUZZ_SECONDS=${FUZZ_SECONDS:-5}
+export FUZZ_SECONDS=${FUZZ_SECONDS:-10}
 export QT_QPA_PLATFORM=offscreen TZ=UTC LC_ALL=C.UTF-8
 
 # Locales that tests switch to, built privately so that the machine's own set does not matter.
@@ -57,5 +57,5 @@ else
   build core-only programs
   ZENDRIX_TEST_INSPECTOR=$PWD/build/core-only/bin/zendrix-inspect build/asan/bin/test_cli --gtest_brief=1
   packaging/tidy.sh
-  try dev hostile qt e2e desktop
+  try dev hostile quarantine qt e2e desktop
 fi

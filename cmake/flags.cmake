@@ -12,15 +12,15 @@ target_compile_definitions(zendrix_flags INTERFACE
   $<$<NOT:$<CONFIG:Debug>>:_FORTIFY_SOURCE=2>)
 # A test's own code (property ZENDRIX_TEST_CODE) is not optimized; under the sanitizers it is watched for memory errors
 # only, and its lines are not named. It is as large as all the rooms together, and would take most of a build's time.
-set(own_code $<NOT:$<BOOL:$<TARGET_PROPERTY:ZENDRIX_TEST_CODE>>>)
-target_compile_options(zendrix_flags INTERFACE $<$<NOT:${own_code}>:-O0>)
+set(test_code $<BOOL:$<TARGET_PROPERTY:ZENDRIX_TEST_CODE>>)
+target_compile_options(zendrix_flags INTERFACE $<${test_code}:-O0>)
 if(ZENDRIX_SANITIZE)
   target_compile_options(zendrix_flags INTERFACE
-    -fsanitize=${ZENDRIX_SANITIZE} $<$<NOT:${own_code}>:-fno-sanitize=undefined> $<$<NOT:${own_code}>:-g0>
+    -fsanitize=${ZENDRIX_SANITIZE} $<${test_code}:-fno-sanitize=undefined> $<${test_code}:-g0>
     -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(zendrix_flags INTERFACE -fsanitize=${ZENDRIX_SANITIZE})
 endif()
 if(ZENDRIX_FUZZ)
   # Coverage counters in every room, so that the fuzzers see which inputs reach new code.
-  target_compile_options(zendrix_flags INTERFACE $<${own_code}:-fsanitize=fuzzer-no-link>)
+  target_compile_options(zendrix_flags INTERFACE $<$<NOT:${test_code}>:-fsanitize=fuzzer-no-link>)
 endif()

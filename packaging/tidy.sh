@@ -11,7 +11,7 @@ checks=(--checks=-*,readability-identifier-naming,clang-diagnostic-missing-proto
 cmake --preset tidy >/dev/null
 # Small batches keep all processors busy to the end; the Qt room's files come ten in one.
 {
-  find build/tidy/src/qt -path '*/Unity/*.cxx'
+  sed -nE 's/^ *"file": "(.*\/Unity\/.*\.cxx)",?$/\1/p' build/tidy/compile_commands.json
   find src recorder bench data -name '*.cc' -not -path 'src/qt/*' | sort
 } | xargs -P "${JOBS:-$(nproc)}" -n 4 \
   clang-tidy -p build/tidy --quiet "${checks[@]}" --extra-arg=-Wmissing-prototypes \

@@ -17,8 +17,8 @@ inline constexpr bool kSanitized = true;
 inline constexpr bool kSanitized = false;
 #endif
 
-// How often a test with random inputs goes round. The sanitizers look for memory errors, on paths that repeat
-// from input to input, and take ten times as long: a fifth serves them.
+// How often a test of tests/hostile, which runs with the sanitizers and without, goes round. They look for
+// memory errors, on paths that repeat from input to input, and take ten times as long: a fifth serves them.
 constexpr int Rounds(int all) {
   return kSanitized ? all / 5 : all;
 }

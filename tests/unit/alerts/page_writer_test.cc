@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace zendrix::alerts {
 namespace {
@@ -35,24 +36,13 @@ std::string Percent(char character) {
   return {'%', kDigits[byte / 16], kDigits[byte % 16]};
 }
 
+constexpr std::pair<char, std::string_view> kReferences[] = {{'"', "&quot;"}, {'&', "&amp;"}, {'\'', "&#39;"},
+                                                             {'<', "&lt;"},   {'>', "&gt;"},  {'`', "&#96;"}};
+
 std::string InText(char character) {
-  if (IsInvisible(character)) return " ";
-  switch (character) {
-    case '<':
-      return "&lt;";
-    case '>':
-      return "&gt;";
-    case '&':
-      return "&amp;";
-    case '\'':
-      return "&#39;";
-    case '"':
-      return "&quot;";
-    case '`':
-      return "&#96;";
-    default:
-      return std::string(1, character);
-  }
+  for (const auto& [special, reference] : kReferences)
+    if (special == character) return std::string(reference);
+  return std::string(1, IsInvisible(character) ? ' ' : character);
 }
 
 // A page piece by piece: Template, Event and Path texts behind one another.

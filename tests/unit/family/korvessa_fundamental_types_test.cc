@@ -122,13 +122,13 @@ TEST(FundamentalTypesTest, ChangeOfTheZoneIsSeenAtOnce) {
     const EnvironmentVariable zone("TZ", "UTC0");
     EXPECT_EQ(Text(0), "1970-01-01 00:00:00");
   }
-  const EnvironmentVariable zone("TZ", "XXX-3");
+  const EnvironmentVariable zone("TZ", "TST-3");
   EXPECT_EQ(Text(0), "1970-01-01 03:00:00");
 }
 
 TEST(FundamentalTypesTest, ZoneThatIsTakenAwayIsSeenByANewThread) {
   {
-    const EnvironmentVariable zone("TZ", "XXX-13:47");
+    const EnvironmentVariable zone("TZ", "TST-13:47");
     EXPECT_EQ(Text(0), "1970-01-01 13:47:00");
   }
   const EnvironmentVariable none("TZ", std::nullopt);

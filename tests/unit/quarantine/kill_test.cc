@@ -6,14 +6,16 @@
 #include <cerrno>
 #include <tuple>
 
+#include "support/sanitizers.h"
 #include "unit/quarantine/quarantine_fixture.h"
 #include "unit/quarantine/traced_child.h"
 
 namespace zendrix::family {
 namespace {
 
-// Every stop in ordinary builds; under sanitizers every 11th, beginning at another one for each operation.
-constexpr int kStride = test::kUnderSanitizer ? 11 : 1;
+// Every stop in ordinary builds. Sanitizers add system calls of their own and make every child slow: every
+// 11th there, beginning at another one for each operation.
+constexpr int kStride = test::kSanitized ? 11 : 1;
 // An operation has many more.
 constexpr int kFewestStops = 60;
 

@@ -181,6 +181,17 @@ class QuarantineTest : public testing::Test {
   }
   Outcome PutAway(const std::string& description) { return PutAway(Named(description)); }
   Outcome PutBack(const std::string& description) { return PutBack(Named(description)); }
+  // What was said when it went.
+  std::string ExpectGoesAndComesBack(const std::string& path, const Event& event) {
+    const Look before = LookAt(path);
+    const Outcome away = PutAway(event);
+    EXPECT_TRUE(away.done) << event.description << ": " << away.text;
+    EXPECT_FALSE(LookAt(path).there) << event.description;
+    const Outcome back = PutBack(event);
+    EXPECT_TRUE(back.done) << event.description << ": " << back.text;
+    EXPECT_EQ(LookAt(path), before) << event.description;
+    return away.text;
+  }
   // The click is that of another user than the one who runs this.
   void ClickAs(uid_t user) {
     as_somebody_ = true;

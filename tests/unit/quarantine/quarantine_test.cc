@@ -85,16 +85,9 @@ TEST_P(BothWays, TheSameNamePutAwayTwiceComesBackNewestFirst) {
 
 TEST_P(BothWays, EveryFormOfDescriptionNamesTheFile) {
   const std::string path = Make("tool");
-  const Look before = LookAt(path);
   for (const std::string& description :
-       {path, path + ":4711", "443:" + path, "10.0.0.1:443:" + path, "2001-db8--1:443:" + path}) {
-    const Outcome away = PutAway(description);
-    EXPECT_TRUE(away.done) << description << ": " << away.text;
-    EXPECT_FALSE(LookAt(path).there) << description;
-    const Outcome back = PutBack(description);
-    EXPECT_TRUE(back.done) << description << ": " << back.text;
-    EXPECT_EQ(LookAt(path), before) << description;
-  }
+       {path, path + ":4711", "443:" + path, "10.0.0.1:443:" + path, "2001-db8--1:443:" + path})
+    ExpectGoesAndComesBack(path, Named(description));
 }
 
 TEST_P(BothWays, NamesOfAnyBytesComeBack) {
@@ -104,16 +97,10 @@ TEST_P(BothWays, NamesOfAnyBytesComeBack) {
         std::string("-rf"), std::string("a:b:c"), std::string("a=b"), std::string("\x7f\x01"),
         std::string(255, 'n'), std::string(".hidden"), std::string("*")}) {
     const std::string path = Make(name);
-    const Look before = LookAt(path);
     Event event = Named(path);
     event.monitor = "Windows Folder";
-    const Outcome away = PutAway(event);
-    EXPECT_TRUE(away.done) << name << ": " << away.text;
-    EXPECT_EQ(away.text.find_first_of("\n\t\x01\x7f"), std::string::npos) << away.text;
-    EXPECT_FALSE(LookAt(path).there);
-    const Outcome back = PutBack(event);
-    EXPECT_TRUE(back.done) << name << ": " << back.text;
-    EXPECT_EQ(LookAt(path), before) << name;
+    const std::string told = ExpectGoesAndComesBack(path, event);
+    EXPECT_EQ(told.find_first_of("\n\t\x01\x7f"), std::string::npos) << told;
     unlink(path.c_str());
   }
 }

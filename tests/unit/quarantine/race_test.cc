@@ -6,13 +6,14 @@
 #include <sys/syscall.h>
 #include <sys/wait.h>
 
+#include "support/sanitizers.h"
 #include "unit/quarantine/quarantine_fixture.h"
 #include "unit/quarantine/traced_child.h"
 
 namespace zendrix::family {
 namespace {
 
-constexpr int kRounds = test::kUnderSanitizer ? 20 : 40;
+constexpr int kRounds = test::kSanitized ? 20 : 40;
 constexpr int kStopsUntilGivenBack = 9;
 constexpr int kExchangesPerRacer = 50'000'000;
 constexpr char kPrecious[] = "what must not be touched\n";

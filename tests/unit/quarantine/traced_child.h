@@ -5,16 +5,6 @@
 
 namespace zendrix::test {
 
-// Sanitizers add system calls of their own and make every child slow; tests that try each stop take every
-// n-th there.
-#if defined(__SANITIZE_ADDRESS__)
-inline constexpr bool kUnderSanitizer = true;
-#elif defined(__has_feature)
-inline constexpr bool kUnderSanitizer = __has_feature(address_sanitizer);
-#else
-inline constexpr bool kUnderSanitizer = false;
-#endif
-
 struct Stop {
   int number = 0;    // from 1
   long call = -1;    // SYS_..., before the call; -1 after it
