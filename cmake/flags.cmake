@@ -6,6 +6,7 @@ target_compile_options(zendrix_flags INTERFACE
   -Wmissing-declarations
   # GCC 12 sees overlaps and overruns in its own std::string when texts are joined.
   $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds> $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overread> $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overflow>
   $<$<BOOL:${ZENDRIX_WERROR}>:-Werror>
   -fno-strict-aliasing -fstack-protector-strong)
 target_compile_definitions(zendrix_flags INTERFACE

@@ -1,7 +1,16 @@
+# The standard headers that most sources begin with, compiled once. packaging/tidy.sh reads every source without them, so
+# that each still names what it needs.
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/precompiled.cc CONTENT "")
+add_library(zendrix_precompiled STATIC EXCLUDE_FROM_ALL ${PROJECT_BINARY_DIR}/precompiled.cc)
+set_target_properties(zendrix_precompiled PROPERTIES POSITION_INDEPENDENT_CODE ON)
+target_link_libraries(zendrix_precompiled PRIVATE zendrix_flags)
+target_precompile_headers(zendrix_precompiled PRIVATE <algorithm> <array> <cstdint> <functional> <memory> <optional>
+  <string> <string_view> <utility> <vector>)
+
 # A room is one library target. Its DEPS are the rooms and packages it may see: the link lines are the
-# architecture diagram. Sources are globbed, so that a new unit needs no change here.
+# architecture diagram. Sources are globbed, so that a new unit needs no change here. PRECOMPILE: headers of its own.
 function(zendrix_room name)
-  cmake_parse_arguments(ROOM "" "" "DEPS;PRIVATE_DEPS" ${ARGN})
+  cmake_parse_arguments(ROOM "" "" "DEPS;PRIVATE_DEPS;PRECOMPILE" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cc)
   file(GLOB_RECURSE headers CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
   if(sources)
@@ -9,6 +18,11 @@ function(zendrix_room name)
     set_target_properties(zendrix_${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
     target_include_directories(zendrix_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
     target_link_libraries(zendrix_${name} PUBLIC zendrix_flags ${ROOM_DEPS} PRIVATE ${ROOM_PRIVATE_DEPS})
+    if(ROOM_PRECOMPILE)
+      target_precompile_headers(zendrix_${name} PRIVATE ${ROOM_PRECOMPILE})
+    else()
+      target_precompile_headers(zendrix_${name} REUSE_FROM zendrix_precompiled)
+    endif()
   else()
     add_library(zendrix_${name} INTERFACE)
     target_include_directories(zendrix_${name} INTERFACE ${PROJECT_SOURCE_DIR}/src)

@@ -18,17 +18,6 @@
 namespace zendrix::qt {
 namespace {
 
-class PortalWall : public QWebEngineUrlRequestInterceptor {
- public:
-  explicit PortalWall(std::function<bool(const QUrl&)> may_fetch) : may_fetch_(std::move(may_fetch)) {}
-  void interceptRequest(QWebEngineUrlRequestInfo& info) override {
-    info.block(!may_fetch_(info.requestUrl()));
-  }
-
- private:
-  std::function<bool(const QUrl&)> may_fetch_;
-};
-
 // The view shows the page and lets go of it before the page is destroyed.
 class PortalWidget : public QWebEngineView {
  public:
@@ -97,13 +86,24 @@ class PortalPane : public QWidget {
 }  // namespace
 
 struct PortalGround::Parts {
+  class Wall : public QWebEngineUrlRequestInterceptor {
+   public:
+    explicit Wall(std::function<bool(const QUrl&)> may_fetch) : may_fetch_(std::move(may_fetch)) {}
+    void interceptRequest(QWebEngineUrlRequestInfo& info) override {
+      info.block(!may_fetch_(info.requestUrl()));
+    }
+
+   private:
+    std::function<bool(const QUrl&)> may_fetch_;
+  };
+
   explicit Parts(std::function<bool(const QUrl&)> may_fetch) : wall(std::move(may_fetch)) {
     KeepNothing(profile);
     profile.setUrlRequestInterceptor(&wall);
     QObject::connect(&profile, &QWebEngineProfile::downloadRequested, &profile,
                      [](QWebEngineDownloadRequest* download) { download->cancel(); });
   }
-  PortalWall wall;
+  Wall wall;
   QWebEngineProfile profile;  // without a name: nothing of it is kept
 };
 
