@@ -86,6 +86,8 @@ Console::Parts::Parts(const Options& the_options)
       console(state, log, qt::GridMetrics),
       form_host({guard, pictures, theme}) {
   timers.SetGuard(&guard);
+  // A box that stands alone has it as well.
+  QApplication::setWindowIcon(pictures.Icon(QStringLiteral("icon")));
   qt::BindScreen(console.screen(), &anchor);
   state.UseHost(form_host);
   state.ProductEdition = options.edition;

@@ -78,7 +78,6 @@ class BrowserPlace : public QWidget, public widgets::BrowserPage {
   void showEvent(QShowEvent* event) override {
     QWidget::showEvent(event);
     if (browser_) return;
-    KeepWindowInPlace();
     browser_ = new Browser(view_, kit_, [this] { Arrived(); });
     layout()->addWidget(browser_);
     setFocusProxy(browser_);
@@ -94,12 +93,6 @@ class BrowserPlace : public QWidget, public widgets::BrowserPage {
     std::optional<std::string> html, script;
   };
 
-  // For its first browser the toolkit takes a window down and puts it up again. The desktop would choose a
-  // place anew, far from where the user has put it; one that the program has chosen is kept.
-  void KeepWindowInPlace() {
-    QWidget* const whole = window();
-    if (whole->isVisible() && !whole->isMaximized() && !whole->isFullScreen()) whole->move(whole->pos());
-  }
   // What is told to the page now is only kept for it.
   bool Waits() const { return !browser_ || catching_up_; }
   void Tell() {

@@ -15,7 +15,6 @@ using widgets::WindowState;
 FormWindow::FormWindow(widgets::Form& form, const Toolkit& kit, Qt::WindowFlags flags)
     : QMainWindow(nullptr, flags), form_(form), kit_(kit) {
   setObjectName(ToQt(form.name()));
-  setWindowIcon(kit_.pictures.Icon(QStringLiteral("icon")));
   Reflect(this, form_.title, [this](const std::string& text) { setWindowTitle(ToQt(text)); });
   Keep(this, form_.bring_forward.Connect([this] {
     if (!isVisible()) return;
@@ -114,7 +113,6 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
 
 FormDialog::FormDialog(widgets::Form& form, const Toolkit& kit) : form_(form), kit_(kit) {
   setObjectName(ToQt(form.name()));
-  setWindowIcon(kit_.pictures.Icon(QStringLiteral("icon")));
   Reflect(this, form_.title, [this](const std::string& text) { setWindowTitle(ToQt(text)); });
   Keep(this, form_.visible.changed.Connect([this] { setVisible(form_.visible); }));
   Keep(this, form_.bring_forward.Connect([this] {

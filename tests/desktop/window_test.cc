@@ -1,6 +1,10 @@
 // The window put away and brought back, with a notification area and without.
 #include <gmock/gmock.h>
 
+#include <fstream>
+#include <iterator>
+#include <string>
+
 #include "desktop/console_program.h"
 #include "desktop/eventually.h"
 
@@ -48,8 +52,8 @@ TEST_F(WindowTest, CloseBoxHidesItAndTheIconBringsItBack) {
   EXPECT_TRUE(Eventually([&] { return console_.IsActive(); }));
 }
 
-// The toolkit takes the window down for its first browser and puts it up again: it stood in the middle of the
-// screen then, wherever the user had put it.
+// Where a page is drawn by the graphics processor, the toolkit takes the window down for its first browser and
+// puts it up again: it flickered, and stood in the middle of the screen then, wherever the user had put it.
 TEST_F(WindowTest, FirstExplanationLeavesItWhereTheUserHasPutIt) {
   console_.Event("Aggregation", "a", "0.99", "", "Q,1");
   console_.StartAndWait();
@@ -60,9 +64,23 @@ TEST_F(WindowTest, FirstExplanationLeavesItWhereTheUserHasPutIt) {
   };
   screen().Move(console_.MainWindow(), 12, 8);
   ASSERT_TRUE(Eventually(stands_at_the_edge));
+  const WindowId window = console_.MainWindow();
   console_.OpenPane("Alerts");
   console_.AwaitText("Risk level: Intrusion");
   EXPECT_TRUE(Eventually(stands_at_the_edge));
+  EXPECT_EQ(console_.MainWindow(), window);
+}
+
+TEST_F(WindowTest, PageOfTextLoadsNoGraphicsDriverAndNothingIsSaidAboutIt) {
+  console_.Event("Aggregation", "a", "0.99", "", "Q,1");
+  console_.StartAndWait();
+  console_.OpenPane("Alerts");
+  console_.AwaitText("Risk level: Intrusion");
+  std::ifstream maps("/proc/" + std::to_string(console_.process().id()) + "/maps");
+  const std::string loaded{std::istreambuf_iterator<char>(maps), {}};
+  EXPECT_THAT(loaded, ::testing::HasSubstr("libQt6WebEngineCore"));
+  EXPECT_THAT(loaded, ::testing::Not(::testing::HasSubstr("_dri.so")));
+  EXPECT_THAT(console_.process().Output(), ::testing::Not(::testing::HasSubstr("raphics")));
 }
 
 TEST_F(WindowTest, HiddenConsoleIsEndedFromTheIconsMenu) {
