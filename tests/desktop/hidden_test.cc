@@ -45,5 +45,14 @@ TEST_F(HiddenTest, IconBlinksAfterANewIntrusion) {
   EXPECT_TRUE(Eventually([&] { return Icon() != calm; }));
 }
 
+TEST_F(HiddenTest, IconRestsWhenTheWindowHasBeenOpened) {
+  const auto calm = Icon();
+  console_.Event("Aggregation", "a", "0.99", "", "Q,1");
+  ASSERT_TRUE(Eventually([&] { return Icon() != calm; }));
+  console_.StartSecond();
+  ASSERT_TRUE(Eventually([&] { return screen().WithTitle("Home Edition -  v ").has_value(); }));
+  EXPECT_TRUE(Eventually([&] { return !ComesSoon([&] { return Icon() != calm; }); }));
+}
+
 }  // namespace
 }  // namespace zendrix::desktop

@@ -52,8 +52,9 @@ TEST_F(WindowTest, CloseBoxHidesItAndTheIconBringsItBack) {
   EXPECT_TRUE(Eventually([&] { return console_.IsActive(); }));
 }
 
-// Where a page is drawn by the graphics processor, the toolkit takes the window down for its first browser and
-// puts it up again: it flickered, and stood in the middle of the screen then, wherever the user had put it.
+// Where a page is drawn by the graphics processor, the toolkit takes the window down for its first browser
+// and puts it up again: it flickered, and stood in the middle of the screen then, wherever the user had put
+// it.
 TEST_F(WindowTest, FirstExplanationLeavesItWhereTheUserHasPutIt) {
   console_.Event("Aggregation", "a", "0.99", "", "Q,1");
   console_.StartAndWait();
