@@ -1,4 +1,5 @@
 // What may be put in quarantine: one test, or more, for each clause of the rule.
+#include <pwd.h>
 #include <sys/xattr.h>
 
 #include "family/intermediate/may_take.h"
@@ -181,6 +182,16 @@ TEST_F(MayTakeTest, RecordsFromBeforeBinAndUsrBinWereOneCount) {
   }
 }
 
+TEST_F(MayTakeTest, TheShortestPathOfAPackageRecordCountsToo) {
+  outside_.package_root = files_;
+  const std::string path = Make("x", "");
+  Write(records_ + "/info/tool.md5sums", std::string(kEmptySum) + "  x\n");
+  ExpectKept(Of(kFolder, path), path, "belongs to an installed package");
+  // Lines that are cut short name nothing.
+  Write(records_ + "/info/tool.md5sums", std::string(kEmptySum) + "  \n" + kEmptySum + "\nx\n");
+  ExpectTaken(Of(kFolder, path), path);
+}
+
 TEST_F(MayTakeTest, APackagesFileCountsWhereverItIsMounted) {
   // Another way to the very same file; a link stands for the second mount.
   const std::string path = Make("tool", "");
@@ -257,6 +268,26 @@ TEST_F(MayTakeTest, AFileOfTheProgramFolderIsKnownByItsNumberToo) {
   std::filesystem::create_directory(program_ + "/Images");
   std::filesystem::create_hard_link(path, program_ + "/Images/other.png");
   ExpectKept(Of(kFolder, path), path, "belongs to Zendrix itself");
+}
+
+TEST_F(MayTakeTest, TheProgramFolderIsSearchedSixteenFoldersDeepAndNoDeeper) {
+  const std::string path = Make("picture.png");
+  std::string folder = program_;
+  for (int depth = 0; depth < 16; ++depth) folder += "/d";
+  std::filesystem::create_directories(folder + "/d");
+  std::filesystem::create_hard_link(path, folder + "/other.png");
+  ExpectKept(Of(kFolder, path), path, "belongs to Zendrix itself");
+  std::filesystem::rename(folder + "/other.png", folder + "/d/other.png");
+  ExpectKept(Of(kFolder, path), path, "stands in more than one place on the disk");
+}
+
+// A program folder of that many files is a mistake in the settings; it must not make everything Zendrix's
+// own.
+TEST_F(MayTakeTest, AFolderOfTooManyFilesIsNotTakenForOneThatHoldsTheFile) {
+  const std::string path = Make("tool");
+  std::filesystem::create_directory(program_ + "/many");
+  for (int i = 0; i <= 20'000; ++i) std::ofstream(program_ + "/many/" + std::to_string(i)).flush();
+  ExpectTaken(Of(kFolder, path), path);
 }
 
 TEST_F(MayTakeTest, WhatIsInQuarantineStays) {
@@ -500,8 +531,8 @@ TEST_F(MayTakeTest, AnEventOfAMomentThatIsStillToComeHasNoKnownMoment) {
 
 TEST_F(MayTakeTest, AProcessListThatMakesNoSenseMeansNoProcess) {
   const std::string path = Make("tool");
-  for (const char* text :
-       {"", "4711", "4711 (x)", "4711 (x) S 1 2 3", "4711 (x) S 1 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 x"}) {
+  for (const char* text : {"", "4711", "4711 (x)", "4711 (x) S", "4711 (x) S 1 2 3",
+                           "4711 (x) S 1 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 0 x"}) {
     Run("4711", Make("other"));
     Write(proc_ + "/4711/stat", text);
     ExpectTaken(Of(kProcesses, path + ":4711"), path);
@@ -587,6 +618,16 @@ TEST_F(MayTakeTest, WhenNobodyListensAnyMoreTheFileMustBeUnchanged) {
   ExpectTaken(event, path);
 }
 
+// The number of the port is what the listeners are looked up by: without one, any of them would be meant.
+TEST_F(MayTakeTest, APortThatIsNoNumberIsHeldByNobody) {
+  const std::string path = Make("server");
+  Table(Socket("00000000:1F90", "00000000:0000", "0A", "777"));
+  Run("60", Make("other"));
+  Listen("60", "777");
+  ExpectKept(Of(kPorts, "8080:" + path), path, "is not the file \"server\"");
+  for (const char* port : {"word", "8080x", ""}) ExpectTaken(Of(kPorts, port + (":" + path)), path);
+}
+
 TEST_F(MayTakeTest, AConnectionIsLookedUpByAddressAndPort) {
   const std::string path = Make("client"), other = Make("other");
   Run("60", other);
@@ -614,6 +655,22 @@ TEST_F(MayTakeTest, AConnectionIsLookedUpByAddressAndPort) {
   expect_another("10.0.0.7:443");
   Table(Socket("00:A000", "00:01BB", "01", "777"), "tcp6");
   expect_none("10.0.0.7:443");
+}
+
+TEST_F(MayTakeTest, AnAddressThatOnlyResemblesAMappedOneIsReadAsItIs) {
+  const std::string path = Make("client");
+  Run("60", Make("other"));
+  Listen("60", "777");
+  const std::vector<std::pair<std::string, std::string>> addresses = {
+      {"00000000000000000000000001000000", "--1"},
+      {"0000000000000000000000000700000A", "--10.0.0.7"},
+      {"0000000001000000FFFF00000700000A", "--1-0-ffff-a00-7"},
+      {"B80D012000000000FFFF00000700000A", "2001-db8--ffff-a00-7"}};
+  for (const auto& [told, written] : addresses) {
+    Table(Socket("00000000000000000000000001000000:A000", told + ":01BB", "01", "777"), "tcp6");
+    ExpectKept(Of(kConnections, written + ":443:" + path), path, "is not the file \"client\"");
+    ExpectTaken(Of(kConnections, "10.0.0.7:443:" + path), path);
+  }
 }
 
 // What the page shows.
@@ -689,6 +746,37 @@ TEST_F(MayTakeTest, TheRealComputersRulesAreThose) {
   EXPECT_EQ(real.package_records, "/var/lib/dpkg");
   EXPECT_EQ(std::count(real.memory_file_systems.begin(), real.memory_file_systems.end(), 0x01021994U), 1);
   EXPECT_EQ(std::count(real.memory_file_systems.begin(), real.memory_file_systems.end(), 0x858458f6U), 1);
+}
+
+// What a program was started with is no proof of whose it is: the home is that of the account.
+TEST(OutsideTest, AutostartPlacesAreBelowTheHomeOfTheAccount) {
+  const std::string said = test::InChild([]() -> std::string {
+    setenv("HOME", "/elsewhere", 1);
+    unsetenv("XDG_CONFIG_HOME");
+    std::string homes;
+    for (const auto& place : ThisComputer().autostart_places)
+      if (place.find("/.config/") != std::string::npos) homes += place + "\n";
+    return homes;
+  });
+  const passwd* const account = getpwuid(geteuid());
+  const std::string home = account ? account->pw_dir : "";
+  EXPECT_EQ(said, home.size() > 1 ? home + "/.config/autostart\n" + home + "/.config/systemd/user\n" : "");
+}
+
+TEST(OutsideTest, AUserWithoutAnAccountHasNoAutostartPlacesOfHisOwn) {
+  uid_t user = 4'000'000'000;
+  while (getpwuid(user)) --user;
+  const std::string said = test::InChild([&]() -> std::string {
+    // Who cannot become another user is himself; then the test above is all that can be told.
+    if (geteuid() != 0) return "0";
+    if (setgid(user) != 0 || setuid(user) != 0) return "could not give up its rights";
+    unsetenv("XDG_CONFIG_HOME");
+    const auto places = ThisComputer().autostart_places;
+    return std::to_string(std::count_if(places.begin(), places.end(), [](const std::string& place) {
+      return place.find("/.config/") != std::string::npos;
+    }));
+  });
+  EXPECT_EQ(said, "0");
 }
 
 // 1,960 of the 2,705 files of the host's essential packages would have gone when the console runs as root.

@@ -260,6 +260,29 @@ TEST_F(QuarantineTest, OtherFilesInTheStoreStayAsTheyAre) {
     EXPECT_EQ(LookAt(store_ + "/" + name).contents, name);
 }
 
+// A name is the store's own by its 32 digits and its ending, both.
+TEST_F(QuarantineTest, FilesThatAreOnlyNamedLikeAnEntrysStayAsTheyAre) {
+  ASSERT_TRUE(PutAway(Make("first")).done);
+  const std::string letters(32, 'z'), digits(32, '7');
+  for (const std::string& name :
+       {letters, letters + ".manifest", digits.substr(1), digits.substr(1) + ".in", digits + ".txt"})
+    std::ofstream(store_ + "/" + name) << name;
+  ASSERT_TRUE(PutAway(Make("second")).done);
+  for (const std::string& name :
+       {letters, letters + ".manifest", digits.substr(1), digits.substr(1) + ".in", digits + ".txt"})
+    EXPECT_EQ(LookAt(store_ + "/" + name).contents, name);
+}
+
+TEST_F(QuarantineTest, WhateverIsLeftOfAnEntryAloneIsSweptAway) {
+  ASSERT_TRUE(PutAway(Make("first")).done);
+  const auto before = Stored();
+  for (const char* ending : {".manifest", ".in", ".out", ".part"}) {
+    std::ofstream(store_ + "/" + std::string(32, '7') + ending) << "left over";
+    ExpectRefused(PutAway(Path("missing")), "names no file on this computer");
+    EXPECT_EQ(Stored(), before) << ending;
+  }
+}
+
 TEST_F(QuarantineTest, ALinkInTheStoreIsNeverFollowedBySweeping) {
   ASSERT_TRUE(PutAway(Make("tool")).done);
   const std::string entry = TheEntry();

@@ -108,6 +108,21 @@ TEST_P(WayBackTest, TextsOfAnAlertAreKeptAtALimitedLength) {
   EXPECT_EQ(List().at(0).manifest.alert, std::string(64, 'x'));
 }
 
+// Interrupted on its way in or out; what stands in its place since is somebody's file of the same length.
+TEST_P(WayBackTest, AnotherFileOfTheSameLengthIsNotTakenForTheOneThatIsBack) {
+  for (const char* note : {".in", ".out"}) {
+    const std::string path = Make("tool", "first");
+    ASSERT_TRUE(PutAway(path).done);
+    std::ofstream(TheEntry() + note).flush();
+    Make("tool", "other");
+    ExpectRefused(PutBack(path), "There is another file named \"tool\"");
+    EXPECT_EQ(Stored().size(), 2U) << note;
+    unlink(path.c_str());
+    ASSERT_TRUE(PutBack(path).done) << note;
+    EXPECT_EQ(LookAt(path).contents, "first");
+  }
+}
+
 TEST_P(WayBackTest, PretendingListsAndRestoresNothing) {
   const std::string path = Make("tool");
   ASSERT_TRUE(PutAway(path).done);
@@ -218,6 +233,34 @@ TEST_P(WayBackTest, ExtendedAttributesAreKeptOrTheMoveIsRefused) {
   ASSERT_TRUE(PutBack(path).done);
   EXPECT_EQ(AttributeOf(path, "user.note"), has ? "from the net" : "none");
   EXPECT_EQ(LookAt(path), before);
+}
+
+TEST_F(QuarantineTest, AnAttributeThatTheFileHasAlreadyIsNotGivenAgain) {
+  // Its label is nothing that a user may write, nor is any attribute of a file that he may only read.
+  GiveToNobody();
+  const std::string said = test::AsNobody([&]() -> std::string {
+    const std::string path = Make("tool", kContents, 0600);
+    const bool has = GiveAttribute(path, "user.note", "x");
+    chmod(path.c_str(), 0400);
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!GiveAttributes(file, AttributesOf(file))) return "what it has was given again";
+    return has && GiveAttributes(file, {{"user.note", "y"}}) ? "given without permission" : "";
+  });
+  EXPECT_EQ(said, "");
+}
+
+TEST_F(QuarantineTest, AnErrorOfBeforeIsNotTakenForOneOfTheAttributes) {
+  const std::string path = Make("tool");
+  const bool has = GiveAttribute(path, "user.note", "x");
+  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  errno = ERANGE;
+  std::string read = "refused";
+  try {
+    const Attributes attributes = AttributesOf(file);
+    read = attributes.contains("user.note") ? attributes.at("user.note") : "none";
+  } catch (const Refused&) {
+  }
+  EXPECT_EQ(read, has ? "x" : "none");
 }
 
 blkcnt_t BlocksOf(const std::string& path) {
