@@ -208,6 +208,34 @@ TEST_F(FullLoadTest, TwentyOneMillionBytesAreTheLimit) {
   ExpectFatal([this] { Load(); }, "CMkvlf:InitClass (0).", 6);
 }
 
+// Says of every file that it has this size, as of one that would take the whole memory.
+class FilesOfOneSize : public platform::MemoryFiles {
+ public:
+  platform::Result<std::int64_t> Size(const std::string&) override { return size; }
+  std::int64_t size = 2147483647;
+};
+
+TEST_F(FullLoadTest, FileOfTheLargestSizeIsLoadedAndOneByteMoreIsAnOverflow) {
+  FilesOfOneSize files;
+  files.Put(kPath, Line("1700000000", "System", "x") + "\r\n");
+  platform::Seams seams{files,         seams_.clock,         seams_.locale,       seams_.host,
+                        seams_.shell,  seams_.instance_lock, seams_.services,     seams_.loop,
+                        seams_.timers, seams_.message_boxes, seams_.file_dialogs, seams_.family,
+                        seams_.process};
+  core::AppState state(seams);
+  core::ErrorLog log(state);
+  int error_number = 0;
+  log.on_fatal = [&](const std::string&, const core::RunTimeError& error) { error_number = error.number; };
+  store::CMkvlf reader(state, log, nullptr);
+  reader.InitClass(kPath);
+  EXPECT_EQ(reader.LastFileSize, 2147483647);
+  ASSERT_TRUE(reader.EventTable);
+  EXPECT_EQ(reader.EventTable->RowCount(), 1U);
+  ++files.size;
+  EXPECT_THROW(reader.InitClass(kPath), platform::ProcessEnded);
+  EXPECT_EQ(error_number, core::kOverflow);
+}
+
 TEST_F(FullLoadTest, LargeFileThatNeverMeetsAMultipleOfFiftyIsLoaded) {
   AppendBytes(Line("1700000000", "System", "x") + "\r\n" + std::string(22'000'000, 'y') + "\r\n");
   Load();
