@@ -191,6 +191,16 @@ TEST_F(EventTableTest, QuotedValuesAreComparedAsBytes) {
   EXPECT_THAT(Filtered("DateUTC < '9'"), ElementsAre(2, 3));
 }
 
+// Only of dates that rise from row to row is a comparison a range of rows; which of them are plain numbers
+// makes no difference.
+TEST_F(EventTableTest, DateThatIsWrittenInAnotherWayCountsForTheOrderToo) {
+  LoadOf({Line("1700000009", "System", "a"), Line("01700000001", "System", "b"),
+          Line("1700000010", "System", "c")});
+  EXPECT_THAT(Filtered("DateUTC = '01700000001'"), ElementsAre(2));
+  EXPECT_THAT(Filtered("DateUTC = '1700000009'"), ElementsAre(1));
+  EXPECT_THAT(Filtered("DateUTC > '01700000001'"), ElementsAre(1, 3));
+}
+
 TEST_F(EventTableTest, IdIsANumberQuotedOrNot) {
   LoadOf({Line("1", "A", "x"), "short", Line("2", "A", "y")});
   EXPECT_THAT(Filtered("ID = '3' "), ElementsAre(3));
