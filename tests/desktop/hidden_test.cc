@@ -49,7 +49,7 @@ TEST_F(HiddenTest, IconRestsWhenTheWindowHasBeenOpened) {
   const auto calm = Icon();
   console_.Event("Aggregation", "a", "0.99", "", "Q,1");
   ASSERT_TRUE(Eventually([&] { return Icon() != calm; }));
-  console_.StartSecond();
+  console_.Press("push button", "[Details ]");
   ASSERT_TRUE(Eventually([&] { return screen().WithTitle("Home Edition -  v ").has_value(); }));
   EXPECT_TRUE(Eventually([&] { return !ComesSoon([&] { return Icon() != calm; }); }));
 }
