@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 
 #include <set>
+#include <string>
+#include <vector>
 
 #include "desktop/console_program.h"
 
@@ -48,6 +50,43 @@ TEST_P(ControlsTest, EachHasARoleANameAndSomethingToDo) {
 INSTANTIATE_TEST_SUITE_P(Panes, ControlsTest,
                          ::testing::Values("Summary", "Alerts", "Advanced", "Options", "Help"),
                          [](const auto& pane) { return std::string(pane.param); });
+
+struct PaneTexts {
+  const char* pane;
+  std::vector<std::string> texts;
+};
+void PrintTo(const PaneTexts& pane, std::ostream* out) {
+  *out << pane.pane;
+}
+
+class PaneTextsTest : public ::testing::TestWithParam<PaneTexts> {};
+
+TEST_P(PaneTextsTest, PaneSaysAllThatItIsFor) {
+  ConsoleProgram console;
+  console.Event("Aggregation", "Windows Folder=/opt/first;x", "0.99", "", "R,1");
+  console.StartAndWait();
+  console.OpenPane(GetParam().pane);
+  for (const std::string& text : GetParam().texts) console.AwaitText(text);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Panes, PaneTextsTest,
+    ::testing::Values(
+        PaneTexts{
+            "Summary",
+            {"Some items require", "Events detected since", "Events recorded: ", "Intrusion alerts: 1"}},
+        PaneTexts{"Alerts",
+                  {"Alerts on the list: 1", "Display blocked events", "Currently displaying", "Intrusion"}},
+        PaneTexts{"Advanced",
+                  {"Monitoring Status", "Monitoring is", "Monitoring Status Log", "Home Edition Log",
+                   "Select a message"}},
+        PaneTexts{"Options",
+                  {"Choose where", "Enable e-mail Alerts", "Send Alerts To", "as in name@domain.ext",
+                   "SMTP Server", "as in server.maildomain.ext", "Port Number"}},
+        PaneTexts{"Help",
+                  {"Getting Started", "Korvessa Zendrix Home Edition", "Version 1.0", "explains it",
+                   "no warranty"}}),
+    [](const auto& pane) { return std::string(pane.param.pane); });
 
 }  // namespace
 }  // namespace zendrix::desktop

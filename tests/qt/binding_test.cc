@@ -259,6 +259,17 @@ TEST_F(ListTableTest, MouseOpensTheMenuOnceAndNotTwice) {
   EXPECT_EQ(menus, 1);
 }
 
+TEST_F(ListTableTest, OfF10AndTheShiftKeyOnlyBothOpenTheMenu) {
+  int menus = 0;
+  list_.right_button_up.ConnectForever([&] { ++menus; });
+  list_.Select(list_.Find("b"));
+  QTest::keyClick(table_.get(), Qt::Key_F10);
+  QTest::keyClick(table_.get(), Qt::Key_F9, Qt::ShiftModifier);
+  EXPECT_EQ(menus, 0);
+  QTest::keyClick(table_.get(), Qt::Key_F10, Qt::ShiftModifier);
+  EXPECT_EQ(menus, 1);
+}
+
 // A pop-up leads to an alert that may be the selected one and scrolled away.
 TEST_F(ListTableTest, SelectedRowThatIsScrolledAwayIsRevealed) {
   for (int i = 0; i < 200; ++i) list_.InsertTop("n" + std::to_string(i), "x", 0, "");
