@@ -1,6 +1,7 @@
 #include "operations.h"
 
 #include "alerts_operations.h"
+#include "grid_operations.h"
 #include "store_operations.h"
 
 namespace zendrix::bench {
@@ -11,6 +12,11 @@ const std::vector<NamedOperation>& Operations() {
       {"tick", "one poll that finds 100 newer lines (or as many as the first argument says)", Tick},
       {"tick-idle", "one poll that finds nothing; the mean of 1000", TickIdle},
       {"alerts", "building the alert list with the lookup of every alert", Alerts},
+      {"load-admin", "full load of the file into the Administrator's grid, its widths and yields included",
+       LoadAdmin},
+      {"tick-admin", "one poll of that grid that finds 100 newer lines (arguments: lines, sorted column)",
+       TickAdmin},
+      {"sort", "one click on a header of that grid (argument: the column, else 8)", SortAdmin},
   };
   return all;
 }

@@ -1,0 +1,17 @@
+// Operations of the Administrator console's form, from the whole load to one poll.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "measure.h"
+
+namespace zendrix::bench {
+
+Operation LoadAdmin(const std::string& file, const std::vector<std::string>& arguments);
+// The first argument: the number of newer lines (100); the second: the column that the grid is sorted by.
+Operation TickAdmin(const std::string& file, const std::vector<std::string>& arguments);
+// The argument: the column whose header is clicked (8).
+Operation SortAdmin(const std::string& file, const std::vector<std::string>& arguments);
+
+}  // namespace zendrix::bench
