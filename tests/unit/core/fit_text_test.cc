@@ -105,5 +105,38 @@ TEST(FitTextToWidth, PathsAreCompactedInPixels) {
   EXPECT_LT(Fit(path, limit).size(), path.size());
 }
 
+// The steps one after the other, from the whole text on.
+std::string FitStepByStep(std::string_view text, int limit) {
+  const auto twips = FixedPitch(100);
+  if (twips(text) < limit || text.size() < 5) return std::string(text);
+  const std::size_t half = text.size() / 2;
+  std::string left(text.substr(0, half - 2)), right(text.substr(half + 2));
+  while (twips(left + "..." + right) >= limit - 57) {
+    if (left.size() < 3) break;
+    left.pop_back();
+    if (right.size() < 4) break;
+    right.erase(0, 1);
+  }
+  return left + "..." + right;
+}
+
+TEST(FitTextToWidth, EveryTextAndWidthGivesWhatTheStepsGive) {
+  std::string text;
+  for (int size = 0; size < 60; ++size, text += static_cast<char>('a' + size % 26))
+    for (int limit = 0; limit < 7000; limit += 50) ASSERT_EQ(Fit(text, limit), FitStepByStep(text, limit));
+}
+
+// A text of a line of ten million characters took as many measurements of millions of characters.
+TEST(FitTextToWidth, LongTextIsMeasuredAFewTimesOnly) {
+  const std::string text(1'000'000, 'x');
+  std::size_t measured = 0;
+  const MeasureText twips = [&](std::string_view part) {
+    measured += part.size();
+    return static_cast<int>(part.size()) * 100;
+  };
+  EXPECT_EQ(FitTextToWidth(text, 3945, twips, twips, 15).size(), 37u);
+  EXPECT_LT(measured, text.size() + 10'000);
+}
+
 }  // namespace
 }  // namespace zendrix::core
