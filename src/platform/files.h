@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,14 @@
 #include "platform/result.h"
 
 namespace zendrix::platform {
+
+// Which file it is, whatever its name: two that are equal are the same file, unless one went before the other
+// came.
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t number = 0;
+  bool operator==(const FileIdentity&) const = default;
+};
 
 // A file opened for reading. It is closed by its destructor. Another process may write to the file
 // meanwhile; reads then see what is there at the time.
@@ -24,6 +33,8 @@ class ReadStream {
   // Sets the position of the next read, in bytes from the beginning. Beyond the end is no error: the next
   // read then returns 0.
   virtual Status Seek(std::int64_t offset) = 0;
+  // Nothing where it cannot be told.
+  virtual std::optional<FileIdentity> Identity() { return std::nullopt; }
 };
 
 class Files {

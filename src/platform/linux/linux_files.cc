@@ -52,6 +52,12 @@ class FileStream : public ReadStream {
     return Done{};
   }
 
+  std::optional<FileIdentity> Identity() override {
+    FileStatus status{};
+    if (fstat(file_.get(), &status) != 0) return std::nullopt;
+    return FileIdentity{status.st_dev, status.st_ino};
+  }
+
  private:
   FileDescriptor file_;
   std::string path_;

@@ -1,6 +1,8 @@
 #include "platform/memory/memory_stream.h"
 
 #include <algorithm>
+#include <atomic>
+#include <utility>
 
 namespace zendrix::platform {
 namespace {
@@ -25,7 +27,14 @@ std::string_view TextOf(ErrorKind kind) {
   return "failed";
 }
 
+std::uint64_t NextNumber() {
+  static std::atomic<std::uint64_t> last = 0;
+  return ++last;
+}
+
 }  // namespace
+
+MemoryContent::MemoryContent(std::string contents) : bytes(std::move(contents)), number(NextNumber()) {}
 
 Result<std::size_t> MemoryStream::Read(char* buffer, std::size_t size) {
   if (before_read_) {

@@ -13,7 +13,9 @@
 namespace zendrix::platform {
 
 struct MemoryContent {
+  explicit MemoryContent(std::string bytes = {});
   std::string bytes;
+  const std::uint64_t number;  // of its own, like that of a file on a disk
 };
 
 // Reads a content as it is at the time of each read. `before_read`, when set, is asked first, with the
@@ -26,6 +28,7 @@ class MemoryStream : public ReadStream {
 
   Result<std::size_t> Read(char* buffer, std::size_t size) override;
   Status Seek(std::int64_t offset) override;
+  std::optional<FileIdentity> Identity() override { return FileIdentity{0, content_->number}; }
 
  private:
   std::shared_ptr<const MemoryContent> content_;

@@ -58,13 +58,13 @@ Result<std::shared_ptr<MemoryContent>> OverlayFiles::TakeUp(const std::string& n
   }
   auto bytes = below_.ReadAll(normal_path);
   if (!bytes) return bytes.error();
-  return std::make_shared<MemoryContent>(MemoryContent{std::move(bytes.value())});
+  return std::make_shared<MemoryContent>(std::move(bytes.value()));
 }
 
 Status OverlayFiles::WriteAll(const std::string& path, std::string_view bytes) {
   const std::string normal = NormalPath(path);
   if (Status allowed = CheckTarget(normal); !allowed) return allowed;
-  entries_[normal] = std::make_shared<MemoryContent>(MemoryContent{std::string(bytes)});
+  entries_[normal] = std::make_shared<MemoryContent>(std::string(bytes));
   return Done{};
 }
 
