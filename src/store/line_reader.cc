@@ -16,6 +16,7 @@ LineReader::LineReader(platform::ReadStream& stream)
 
 void LineReader::Skip(std::int64_t bytes) {
   core::ValueOrRaise(stream_.Seek(bytes));
+  base_ = bytes;
 }
 
 bool LineReader::AtEnd() {
@@ -31,6 +32,7 @@ std::span<char> LineReader::ReadLine() {
       const std::size_t last = feed > begin_ && buffer_[feed - 1] == '\r' ? feed - 1 : feed;
       const std::span<char> line(buffer_.get() + begin_, last - begin_);
       begin_ = feed + 1;
+      line_is_open_ = false;
       return line;
     }
     const std::size_t before = end_ - begin_;
@@ -40,6 +42,7 @@ std::span<char> LineReader::ReadLine() {
   if (begin_ == end_) core::Raise(core::kInputPastEnd);
   const std::span<char> line(buffer_.get() + begin_, end_ - begin_);
   begin_ = end_;
+  line_is_open_ = true;
   return line;
 }
 
@@ -53,6 +56,7 @@ bool LineReader::Fill() {
     capacity_ *= 2;
   } else if (begin_ > 0) {
     std::memmove(buffer_.get(), buffer_.get() + begin_, kept);
+    base_ += static_cast<std::int64_t>(begin_);
     begin_ = 0;
     end_ = kept;
   }

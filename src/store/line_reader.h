@@ -23,6 +23,10 @@ class LineReader {
   // The next line without its end. The caller may change it; it is valid until the next call of any of these.
   // Raises 62 when nothing is left.
   std::span<char> ReadLine();
+  // The byte of the stream behind what was handed out.
+  std::int64_t Offset() const { return base_ + static_cast<std::int64_t>(begin_); }
+  // Whether the line read last lacked its end.
+  bool LineIsOpen() const { return line_is_open_; }
 
  private:
   bool Fill();
@@ -32,6 +36,8 @@ class LineReader {
   std::unique_ptr<char[]> buffer_;
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
+  std::int64_t base_ = 0;  // where the buffer begins in the stream
+  bool line_is_open_ = false;
 };
 
 }  // namespace zendrix::store

@@ -8,6 +8,7 @@ namespace zendrix::store {
 namespace {
 
 constexpr std::size_t kFirstSlots = 1024;
+constexpr std::size_t kManySlots = 1024 * 1024;
 constexpr std::size_t kFirstBlock = 16 * 1024;
 constexpr std::size_t kLargestBlock = 1024 * 1024;
 
@@ -23,16 +24,20 @@ TextPool::TextPool() : slots_(kFirstSlots), mask_(kFirstSlots - 1) {
 }
 
 TextId TextPool::Insert(std::string_view text, std::uint32_t hash, std::size_t slot) {
+  if (entries_.size() * 5 >= slots_.size() * 3) {
+    Grow();
+    slot = SlotOf(text, hash);
+  }
   const auto id = static_cast<TextId>(entries_.size());
   const std::string_view kept = Keep(text);
   entries_.push_back({kept.data(), static_cast<std::uint32_t>(kept.size())});
   slots_[slot] = static_cast<std::uint64_t>(hash) << 32 | id;
-  if (entries_.size() * 5 > slots_.size() * 3) Grow();
   return id;
 }
 
+// Large pools grow by less at a time: their slots are what counts in memory.
 void TextPool::Grow() {
-  std::vector<std::uint64_t> wider(slots_.size() * 4);
+  std::vector<std::uint64_t> wider(slots_.size() * (slots_.size() < kManySlots ? 4 : 2));
   mask_ = wider.size() - 1;
   for (const std::uint64_t slot : slots_) {
     if (slot == 0) continue;
@@ -48,14 +53,16 @@ std::string_view TextPool::Keep(std::string_view text) {
   if (text.size() > free_size_) {
     const std::size_t usual =
         std::min(kLargestBlock, kFirstBlock << std::min<std::size_t>(blocks_.size(), 6));
-    free_size_ = std::max(usual, text.size());
-    blocks_.push_back(std::make_unique_for_overwrite<char[]>(free_size_));
+    const std::size_t size = std::max(usual, text.size());
+    blocks_.push_back(std::make_unique_for_overwrite<char[]>(size));
     free_ = blocks_.back().get();
+    free_size_ = size;
   }
   char* const place = free_;
   std::memcpy(place, text.data(), text.size());
   free_ += text.size();
   free_size_ -= text.size();
+  kept_ += text.size();
   return {place, text.size()};
 }
 

@@ -1,6 +1,7 @@
 // Texts stored once. A text that is interned gets a number; equal texts get the same one, so that texts of
 // one pool are compared by their numbers. Bytes lie in big blocks that never move: every view handed out
-// stays valid as long as the pool does. Texts come from files that others write, so every pool has a hash
+// stays valid as long as the pool does. When memory runs out, std::bad_alloc leaves the pool as it was. Texts
+// come from files that others write, so every pool has a hash
 // seed of its own.
 #pragma once
 
@@ -121,6 +122,8 @@ class TextPool {
 
   // Stores a text without a number.
   std::string_view Keep(std::string_view text);
+  // Bytes of the texts and of what belongs to each.
+  std::size_t bytes() const { return kept_ + entries_.size() * (sizeof(Entry) + sizeof(std::uint64_t)); }
 
  private:
   struct Entry {
@@ -150,6 +153,7 @@ class TextPool {
   std::vector<std::unique_ptr<char[]>> blocks_;
   char* free_ = nullptr;
   std::size_t free_size_ = 0;
+  std::size_t kept_ = 0;
 };
 
 }  // namespace zendrix::store
