@@ -1,16 +1,16 @@
-// The rows of the Administrator console's event grid: every displayed line of the monitoring file as nine
-// cells. It is the whole store of that console; find, filter, charts and replay read its cells. Repeated
-// texts are kept once, a row is a handful of numbers, and a new row goes on top by a push.
+// A view of the Administrator console's rows: an order over them, with the nine cells of each. Several views
+// share the rows. A view shows the rows that were inserted into it and no others; it follows neither what is
+// added to the rows nor their Clear, so whoever clears the rows clears the views first.
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "store/text_pool.h"
+#include "admin/event_rows.h"
+#include "admin/grid_order.h"
+#include "admin/row_sort.h"
 #include "widgets/grid.h"
 
 namespace zendrix::admin {
@@ -28,62 +28,61 @@ enum GridCol : int {
   kColDescription = 8,
 };
 inline constexpr int kGridColumns = 9;
-// The blanks in front of a monitor's name leave room for its picture.
-inline constexpr std::string_view kPictureRoom = "     ";
-// Rows that the grid can take; one more raises run-time error 7.
-inline constexpr std::size_t kGridCapacity = 2'000'000;
-
-// The cells of one new row, as read from the file.
-struct GridRow {
-  std::int32_t event_id = 0;
-  std::string_view time;
-  std::string_view host;
-  std::string_view monitor;  // without the blanks in front
-  std::string_view code;
-  std::string_view whole;
-  std::int32_t time_key = 0;
-  std::string_view fitted;
-};
 
 class EventGrid : public widgets::Grid {
  public:
-  explicit EventGrid(std::string name, std::size_t capacity = kGridCapacity);
+  // `rows` outlives the view.
+  EventGrid(std::string name, const EventRows& rows);
 
-  // Removes all rows. Columns stay.
+  // The view is empty. Columns stay.
   void Clear();
-  // Inserts at row 1. Raises 7 when the grid is full.
-  void InsertTop(const GridRow& row);
+  // Makes room for one more, so that the next Insert cannot fail.
+  void MakeRoom() { order_.MakeRoom(); }
+  void InsertTop(std::uint32_t row_number) { Insert(1, row_number); }
+  // The row at `place`, from 1 to Rows(), and all below it move down.
+  void Insert(int place, std::uint32_t row_number);
+
+  // The number of a row among the rows.
+  std::uint32_t RowNumber(int row) const { return order_.At(static_cast<std::size_t>(row)); }
+  const EventRows& rows() const { return rows_; }
 
   int DataRows() const override { return static_cast<int>(order_.size()); }
   std::string Text(int row, int col) const override;
   int Picture(int row, int col) const override;
   std::string Tip(int row, int col) const override;
 
-  // Number of characters of a cell's text.
-  std::size_t TextLength(int row, int col) const;
+  // Number of characters of a cell's text, and of the longest one of a column, without its heading.
+  std::size_t TextLength(int row, int col) const { return Text(row, col).size(); }
+  std::size_t LongestText(int col) const;
   // The monitor of a row without the blanks in front.
-  std::string_view Monitor(int row) const;
-  std::int32_t TimeKey(int row) const { return time_keys_[At(row)]; }
-  std::string_view WholeDescription(int row) const { return pool_->Text(wholes_[At(row)]); }
+  std::string_view Monitor(int row) const { return rows_.Monitor(RowNumber(row)); }
+  std::string_view Code(int row) const { return rows_.Code(RowNumber(row)); }
+  std::string_view WholeDescription(int row) const { return rows_.Whole(RowNumber(row)); }
+  std::int32_t TimeKey(int row) const { return rows_.row(RowNumber(row)).time_key; }
 
-  // Puts the rows in ascending or descending order of a column: texts without regard to case, or the time key
-  // by its number. Rows that are equal keep their order.
-  void SortByText(int col, bool ascending);
-  void SortByTimeKey(bool ascending);
+  // Puts the rows in ascending or descending order of a column: texts without regard to case, the time key by
+  // its number. Rows that are equal keep their order. Where the rows are in this order already but for those
+  // that were inserted on top since, only these are brought in.
+  void Sort(int col, bool ascending);
+  void SortByText(int col, bool ascending) { Sort(col, ascending); }
+  void SortByTimeKey(bool ascending) { Sort(kColTimeKey, ascending); }
+
+ protected:
+  std::uint32_t RowKey(int row) const override { return RowNumber(row); }
 
  private:
-  using Id = store::TextId;
+  void SortAll(int col, bool ascending);
+  bool CanMerge(int col, bool ascending) const;
+  int Compare(int col, std::uint32_t one, std::uint32_t other) const;
+  // Fills in the keys of rows whose cells are made on demand.
+  void KeyByMadeText(int col, std::vector<KeyedRow>& keyed) const;
 
-  std::size_t At(int row) const { return order_[order_.size() - static_cast<std::size_t>(row)]; }
-  const std::vector<Id>& TextsOf(int col) const;
-  void SortBy(const std::function<bool(std::uint32_t, std::uint32_t)>& before);
-
-  std::size_t capacity_;
-  std::unique_ptr<store::TextPool> pool_;
-  std::vector<std::int32_t> event_ids_, time_keys_;
-  std::vector<Id> times_, hosts_, monitors_, codes_, wholes_, fitteds_;
-  // What stands where: the last entry is row 1.
-  std::vector<std::uint32_t> order_;
+  const EventRows& rows_;
+  GridOrder order_;
+  // The order that the rows below the first `fresh_` are in; no column: none.
+  int sorted_col_ = -1;
+  bool sorted_ascending_ = false;
+  std::size_t fresh_ = 0;
 };
 
 }  // namespace zendrix::admin

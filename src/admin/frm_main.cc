@@ -24,6 +24,11 @@ constexpr int kPanelMargin = 115;
 constexpr int kHeadingMargin = 300;
 constexpr int kUnhandledHeader = 999;
 
+// Columns that are never seen, whatever their widths would be.
+bool IsInner(int column) {
+  return column == kColCode || column == kColWhole || column == kColTimeKey;
+}
+
 std::string Swapped(std::string path, char from, char to) {
   std::replace(path.begin(), path.end(), from, to);
   return path;
@@ -33,9 +38,11 @@ std::string Swapped(std::string path, char from, char to) {
 
 frmMain::frmMain(AdminParts parts)
     : Form(parts.state.forms, "frmMain"),
-      EventList("EventList", parts.grid_capacity),
+      rows(parts.state.seams.family, parts.metrics, parts.grid_capacity),
+      EventList("EventList", rows),
       parts_(std::move(parts)),
-      app_(parts_.state) {
+      app_(parts_.state),
+      loader_(app_.seams.files, {rows, EventList, GridMonitorList, GridHostList, GridChangeList}) {
   Msg.width = 6000;
   lblRootWarning.visible = app_.seams.host.RunsAsRoot();
   ConnectControls();
@@ -115,24 +122,28 @@ void frmMain::AutoSizeColumns() {
   const std::string count = RecCnt.text;
   RecCnt.text = std::string("Adjusting...");
   parts_.screen.MousePointer = widgets::kPointerHourglass;
-  EventList.SetRedraw(false);
-  for (int column = 0; column <= EventList.Cols() - 3; ++column) SizeColumn(column);
-  HideInnerColumns();
-  RecCnt.text = count;
-  EventList.SetRedraw(true);
+  {
+    const widgets::PaintingPause pause(EventList);
+    for (int column = 0; column <= EventList.Cols() - 3; ++column) {
+      if (!IsInner(column)) SizeColumn(column);
+    }
+    HideInnerColumns();
+    RecCnt.text = count;
+  }
   parts_.screen.MousePointer = widgets::kPointerDefault;
 }
 
 void frmMain::SizeColumn(int column) {
   const int unit = static_cast<int>(std::floor(EventList.FontWidth)) + 1;
-  std::size_t longest = EventList.column(column).heading.size();
-  for (int row = 1; row < EventList.Rows(); ++row)
-    longest = std::max(longest, EventList.TextLength(row, column));
+  const std::size_t longest =
+      std::max(EventList.column(column).heading.size(), EventList.LongestText(column));
   EventList.SetColWidth(column, (static_cast<int>(longest) + 1) * unit * 10);
 }
 
 void frmMain::HideInnerColumns() {
-  for (const int column : {kColCode, kColWhole, kColTimeKey}) EventList.SetColWidth(column, 0);
+  for (int column = 0; column < EventList.Cols(); ++column) {
+    if (IsInner(column)) EventList.SetColWidth(column, 0);
+  }
 }
 
 void frmMain::ApplyColumnSettings() {
@@ -175,6 +186,12 @@ void frmMain::SortGrid(EventGrid& grid, int column) {
   if (grid.Rows() >= 2) grid.Row = 1;
 }
 
+// After lines have come; the direction stays.
+void frmMain::SortAgain() {
+  ShowSortArrow(EventList, HeaderColumn, sort.SortAgain(EventList));
+  if (EventList.Rows() >= 2) EventList.Row = 1;
+}
+
 void frmMain::EventList_HeaderClick(int column) {
   if (column < 1 || UpdateBusy || RefreshBusy) return;
   HeaderColumn = column;
@@ -187,19 +204,15 @@ void frmMain::Timer1_Timer() {
       const std::int64_t size = core::ValueOrRaise(app_.seams.files.Size(GridFilePath));
       if (size != TimerSeenSize) {
         TimerSeenSize = size;
-        EventList.SetRedraw(false);
+        const widgets::PaintingPause pause(EventList);
         BackgroundUpdate = true;
         UpgradeGrid();
         BackgroundUpdate = false;
         if (sort.SortColumn > 0) {
           parts_.screen.MousePointer = widgets::kPointerHourglass;
-          EventList.SetRedraw(false);
-          const int column = sort.SortColumn;
-          SortGrid(EventList, column);
-          SortGrid(EventList, column);
+          SortAgain();
           parts_.screen.MousePointer = widgets::kPointerDefault;
         }
-        EventList.SetRedraw(true);
       }
     }
     if (NotablePending && Timer2_->Running() && visible) {

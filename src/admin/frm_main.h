@@ -1,24 +1,24 @@
 // frmMain: the main window of the Administrator edition. Its event grid shows every line of the monitoring
-// file, newest first, and follows the file while the Agent appends to it; the frame reads the file by itself
-// and never touches the reader's event table. Closing the window only hides it. Everything runs on the one
-// user-interface thread; UpdateBusy, RefreshBusy and the paused Timer1 keep one load out of another while
-// messages are served.
+// file, newest first, and follows the file while the Agent appends to it; the frame reads the file by a
+// loader of its own and never touches the reader's event table. Closing the window only hides it. Everything
+// runs on the one user-interface thread; UpdateBusy, RefreshBusy and the paused Timer1 keep one load out of
+// another while messages are served.
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "admin/event_grid.h"
-#include "admin/grid_reader.h"
+#include "admin/event_rows.h"
+#include "admin/grid_loader.h"
 #include "admin/grid_sort.h"
+#include "admin/text_metrics.h"
 #include "core/app_state.h"
 #include "core/error_log.h"
-#include "core/fit_text.h"
-#include "core/moment_formatter.h"
 #include "core/root_warning.h"
 #include "settings/reg_ini.h"
 #include "store/ulist.h"
@@ -35,13 +35,6 @@ namespace zendrix::admin {
 // Period of the check of the file's size.
 inline constexpr std::int64_t kTimer1Ms = 2500;
 
-// How wide texts come out in the grid's font.
-struct TextMetrics {
-  core::MeasureText twips;
-  core::MeasureText pixels;
-  int twips_per_pixel = 15;
-};
-
 // What the Administrator console is put together from. Everything outlives the form.
 struct AdminParts {
   core::AppState& state;
@@ -49,7 +42,7 @@ struct AdminParts {
   settings::RegIni& reg_ini;
   widgets::Screen& screen;
   TextMetrics metrics;
-  std::size_t grid_capacity = kGridCapacity;
+  RowCapacity grid_capacity = {};
 };
 
 class frmMain : public widgets::Form {
@@ -90,7 +83,9 @@ class frmMain : public widgets::Form {
   std::int32_t GridLineCount = 0;
   std::int64_t GridFileSize = 0;
   std::int64_t TimerSeenSize = 0;
-  store::CUList GridMonitorList, GridHostList, GridChangeList, GridDescList;
+  store::CUList GridMonitorList, GridHostList, GridChangeList;
+  // The distinct descriptions of the loaded lines; made when asked for.
+  store::CUList GridDescList() const { return rows.Descriptions(); }
   int DateOrder = 0;
   GridSort sort;
   int HeaderColumn = 0;
@@ -106,6 +101,8 @@ class frmMain : public widgets::Form {
 
   // Above the grid; hidden unless the console runs as root.
   widgets::Label lblRootWarning{"lblRootWarning", core::kRootWarning};
+  // What the grids of this form show.
+  EventRows rows;
   EventGrid EventList;
   widgets::Panel Msg{"Msg"};
   widgets::Panel Msg2{"Msg2"};
@@ -134,43 +131,31 @@ class frmMain : public widgets::Form {
   void OnUnload() override;
 
  private:
-  // What one load remembers from line to line.
-  struct Load {
-    Load(core::AppState& app, int order) : moments(app.seams.locale.Current(), order, app.seams.family) {}
-    std::int32_t lines = 0;        // counted from the first line of the file
-    std::int64_t bytes = 0;        // read in this load
-    std::int64_t bytes_total = 0;  // that this load is about
-    std::int32_t time_key = 0;
-    core::MomentFormatter moments;
-    // Whether a monitor is displayed, by the text of its field; cached for one load.
-    std::unordered_map<std::string, bool> displayed;
-    std::vector<std::string> unknown_monitors;  // those that the settings do not know, each once
-  };
   class LoadScope;
 
   void ConnectControls();
   bool FileIsThere();
   void FileMissing();
   void GridIsFull();
-  void ReadWholeFile(Load& load, const std::string& status_text);
-  void ReadAddedLines(Load& load, std::int64_t new_size);
-  void TakeLine(const std::string& raw, Load& load);
-  void TakeTime(std::string_view field, Load& load, std::string& time);
-  bool IsMonitorDisplayed(const std::string& monitor, Load& load);
-  void RegisterMonitors(const Load& load);
-  void ServeMessages(const Load& load);
+  GridLoad NewLoad();
+  void AddNewLines(std::int64_t new_size);
+  std::optional<bool> IsMonitorDisplayed(const std::string& monitor) const;
+  void RegisterMonitors(const GridLoad& load);
+  void ServeMessages(std::int64_t bytes, std::int64_t bytes_total);
   void NoteArrival();
   void ShowPath();
   void ShowRecordCount();
   void SizeColumn(int column);
   void HideInnerColumns();
   void HeadAndEmptyGrid();
+  void SortAgain();
   void ShowWindow(widgets::WindowState wanted);
   std::string DefaultPath() const;
 
   AdminParts parts_;
   core::AppState& app_;
   std::unique_ptr<platform::Timer> Timer1_, Timer2_;
+  GridLoader loader_;
   bool path_shown_ = false;
 };
 

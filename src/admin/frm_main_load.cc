@@ -1,21 +1,17 @@
 // Loading of the event grid: the whole file, what was added to it, and all of it again when it has shrunk.
-#include <limits>
 #include <new>
+#include <optional>
 
 #include "admin/frm_main.h"
-#include "core/fit_text.h"
 #include "core/guards.h"
 #include "core/letter_case.h"
-#include "core/number_rules.h"
 #include "core/path_text.h"
 #include "core/splash.h"
-#include "core/text_rules.h"
 
 namespace zendrix::admin {
 
 namespace {
 
-constexpr std::int32_t kLinesPerServing = 50;
 constexpr char kNoDataFound[] =
     "No Zendrix Data Found.  Please ensure that the Zendrix Product is properly installed.";
 constexpr char kFormat[] = ">EventID |<Date/Time |<Hostname |<Monitor |>Change | | | |<Description";
@@ -40,13 +36,13 @@ std::string Records(std::int32_t count) {
 class frmMain::LoadScope {
  public:
   explicit LoadScope(frmMain& form) : form_(form) {
+    pause_.emplace(form_.EventList);
     form_.parts_.screen.MousePointer = widgets::kPointerHourglass;
-    form_.EventList.SetRedraw(false);
     form_.EventList.enabled = false;
   }
   ~LoadScope() {
     form_.DynamicPictureBox.Show(0);
-    form_.EventList.SetRedraw(true);
+    pause_.reset();
     form_.EventList.enabled = true;
     form_.parts_.screen.MousePointer = widgets::kPointerDefault;
   }
@@ -55,18 +51,26 @@ class frmMain::LoadScope {
 
  private:
   frmMain& form_;
+  std::optional<widgets::PaintingPause> pause_;
 };
 
 void frmMain::DisplayData(const std::string& status_text) {
   LoadScope scope(*this);
   core::OrLog(parts_.log, "frmMain : DisplayData", [&] {
-    for (auto* list : {&GridMonitorList, &GridHostList, &GridChangeList, &GridDescList}) list->Clear();
+    for (auto* list : {&GridMonitorList, &GridHostList, &GridChangeList}) list->Clear();
     GridFileSize = 0;
     GridLineCount = 0;
     if (!FileIsThere()) return FileMissing();
-    Load load(app_, DateOrder);
+    GridLoad load = NewLoad();
     try {
-      ReadWholeFile(load, status_text);
+      GridFileSize = core::ValueOrRaise(app_.seams.files.Size(GridFilePath));
+      load.opened = [this] { ShowPath(); };
+      load.serve = [&] {
+        RecCnt.text =
+            status_text.empty() ? "Loading... " + std::to_string(load.lines) + " records" : status_text;
+        ServeMessages(load.bytes, GridFileSize);
+      };
+      loader_.ReadAll(load);
     } catch (const core::RunTimeError& error) {
       if (error.number != core::kOutOfMemory) throw;
       GridIsFull();
@@ -79,74 +83,29 @@ void frmMain::DisplayData(const std::string& status_text) {
   });
 }
 
-void frmMain::ReadWholeFile(Load& load, const std::string& status_text) {
-  GridFileSize = core::ValueOrRaise(app_.seams.files.Size(GridFilePath));
-  load.bytes_total = GridFileSize;
-  GridLines lines(app_.seams.files, GridFilePath);
-  ShowPath();
-  std::string line;
-  while (lines.Next(line)) {
-    ++load.lines;
-    TakeLine(line, load);
-    if (load.lines % kLinesPerServing != 0) continue;
-    RecCnt.text = status_text.empty() ? "Loading... " + std::to_string(load.lines) + " records" : status_text;
-    ServeMessages(load);
-  }
+GridLoad frmMain::NewLoad() {
+  GridLoad load;
+  load.path = GridFilePath;
+  load.settings = {app_.seams.locale.Current(), DateOrder, EventList.column(kColDescription).width};
+  load.is_displayed = [this](const std::string& monitor) { return IsMonitorDisplayed(monitor); };
+  return load;
 }
 
-void frmMain::TakeLine(const std::string& raw, Load& load) {
-  load.bytes += static_cast<std::int64_t>(raw.size()) + 2;
-  const std::string clean = core::CleanLine(raw);
-  const auto fields = SplitGridLine(core::Trim(clean));
-  if (!fields) return;
-  const std::string monitor = core::ProperCase(fields->monitor);
-  GridMonitorList.SetItemData(fields->monitor, monitor);
-  GridHostList.SetItemData(fields->host, fields->host);
-  GridChangeList.SetItemData(fields->code, fields->code);
-  GridDescList.SetItemData(fields->description, fields->description);
-  const auto [displayed, is_new] = load.displayed.try_emplace(monitor, true);
-  if (is_new) displayed->second = IsMonitorDisplayed(monitor, load);
-  if (!displayed->second) return;
-  const std::string fitted =
-      core::FitTextToWidth(fields->description, EventList.column(kColDescription).width, parts_.metrics.twips,
-                           parts_.metrics.pixels, parts_.metrics.twips_per_pixel);
-  std::string time;
-  TakeTime(fields->time, load, time);
-  EventList.InsertTop(
-      {load.lines, time, fields->host, monitor, fields->code, fields->description, load.time_key, fitted});
-}
-
-void frmMain::TakeTime(std::string_view field, Load& load, std::string& time) {
-  const auto& locale = app_.seams.locale.Current();
-  const double value = core::IsNumeric(field, locale) ? core::CDbl(field, locale) : 0;
-  const bool fits = value >= std::numeric_limits<std::int32_t>::min() - 0.5 &&
-                    value < std::numeric_limits<std::int32_t>::max() + 0.5;
-  // A number outside the range of times is shown unchanged, like a text that is no number.
-  if (!core::IsNumeric(field, locale) || !fits) {
-    time = field;
-    return;
-  }
-  load.time_key = core::RoundToLong(value);
-  time = load.moments.Format(load.time_key);
-}
-
-bool frmMain::IsMonitorDisplayed(const std::string& monitor, Load& load) {
+std::optional<bool> frmMain::IsMonitorDisplayed(const std::string& monitor) const {
   for (const auto& [name, value] : app_.settings.MonitorStates)
     if (core::EqualNoCase(name, monitor)) return value != "0";
-  load.unknown_monitors.push_back(monitor);
-  return true;
+  return std::nullopt;
 }
 
 // Once for a whole load: each of thousands of names would have the settings read and verified twice.
-void frmMain::RegisterMonitors(const Load& load) {
+void frmMain::RegisterMonitors(const GridLoad& load) {
   if (load.unknown_monitors.empty()) return;
   parts_.reg_ini.RegisterMonitors(load.unknown_monitors);
   parts_.reg_ini.ReadRegInfo();
 }
 
-void frmMain::ServeMessages(const Load& load) {
-  const std::int64_t percent = load.bytes_total > 0 ? load.bytes * 100 / load.bytes_total : 100;
-  DynamicPictureBox.Show(percent);
+void frmMain::ServeMessages(std::int64_t bytes, std::int64_t bytes_total) {
+  DynamicPictureBox.Show(bytes_total > 0 ? bytes * 100 / bytes_total : 100);
   core::SetSplashProgress(app_.forms, DynamicPictureBox.value);
   app_.seams.loop.ProcessMessages();
 }
@@ -160,26 +119,7 @@ void frmMain::RedisplayData(bool filter_active) {
       if (!FileIsThere()) return FileMissing();
       const std::int64_t new_size = core::ValueOrRaise(app_.seams.files.Size(GridFilePath));
       reload = new_size < GridFileSize;
-      if (reload) return;
-      Load load(app_, DateOrder);
-      load.lines = GridLineCount;
-      try {
-        if (new_size > GridFileSize) ReadAddedLines(load, new_size);
-      } catch (const core::RunTimeError& error) {
-        if (error.number != core::kOutOfMemory) throw;
-        return GridIsFull();
-      } catch (const std::bad_alloc&) {
-        return GridIsFull();
-      }
-      GridFileSize = new_size;
-      GridLineCount = load.lines;
-      RegisterMonitors(load);
-      ShowPath();
-      if (sort.SortColumn > 0) {
-        SortGrid(EventList, sort.SortColumn);
-        SortGrid(EventList, sort.SortColumn);
-      }
-      if (BackgroundUpdate) ShowRecordCount();
+      if (!reload) AddNewLines(new_size);
     });
   }
   if (!reload) return;
@@ -187,17 +127,25 @@ void frmMain::RedisplayData(bool filter_active) {
   BackgroundUpdate = false;
 }
 
-void frmMain::ReadAddedLines(Load& load, std::int64_t new_size) {
-  load.bytes_total = new_size - GridFileSize;
-  GridLines lines(app_.seams.files, GridFilePath);
-  if (lines.Skip(GridLineCount) < GridLineCount) return;
-  std::string line;
-  while (lines.Next(line)) {
-    ++load.lines;
-    TakeLine(line, load);
-    NoteArrival();
-    if (load.lines % kLinesPerServing == 0) ServeMessages(load);
+void frmMain::AddNewLines(std::int64_t new_size) {
+  GridLoad load = NewLoad();
+  load.lines = GridLineCount;
+  load.behind_line = [this] { NoteArrival(); };
+  load.serve = [&] { ServeMessages(load.bytes, new_size - GridFileSize); };
+  try {
+    if (new_size > GridFileSize) loader_.ReadAdded(load);
+  } catch (const core::RunTimeError& error) {
+    if (error.number != core::kOutOfMemory) throw;
+    return GridIsFull();
+  } catch (const std::bad_alloc&) {
+    return GridIsFull();
   }
+  GridFileSize = new_size;
+  GridLineCount = load.lines;
+  RegisterMonitors(load);
+  ShowPath();
+  if (sort.SortColumn > 0) SortAgain();
+  if (BackgroundUpdate) ShowRecordCount();
 }
 
 void frmMain::NoteArrival() {
@@ -228,6 +176,7 @@ void frmMain::Reload() {
 
 void frmMain::HeadAndEmptyGrid() {
   EventList.Clear();
+  rows.Clear();
   EventList.SetFormatString(kFormat);
 }
 

@@ -17,6 +17,18 @@ int GridSort::KeyOfHeader(int column) {
 
 bool GridSort::Sort(EventGrid& grid, int key_column) {
   const bool ascending = SortDirectionFlag;
+  SortBy(grid, key_column, ascending);
+  SortDirectionFlag = !ascending;
+  return ascending;
+}
+
+// Equal rows keep their order in both of two sorts, so that the first leaves no trace.
+bool GridSort::SortAgain(EventGrid& grid) {
+  SortBy(grid, SortColumn, !SortDirectionFlag);
+  return !SortDirectionFlag;
+}
+
+void GridSort::SortBy(EventGrid& grid, int key_column, bool ascending) {
   switch (key_column) {
     case kColTimeKey:
       SortColumn = SortColumnCopy = key_column;
@@ -37,8 +49,6 @@ bool GridSort::Sort(EventGrid& grid, int key_column) {
     default:
       SortColumn = SortColumnCopy = 0;
   }
-  SortDirectionFlag = !ascending;
-  return ascending;
 }
 
 }  // namespace zendrix::admin

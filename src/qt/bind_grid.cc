@@ -81,18 +81,17 @@ GridTable::GridTable(widgets::Grid& grid, const QString& picture_list, const QSt
     grid_.SetColWidth(section, pixels * kTwipsPerPixel);
     applying_ = false;
   });
-  connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-          [this](const QModelIndex& current) {
-            if (applying_ || !current.isValid()) return;
-            applying_ = true;
-            grid_.Row = current.row() + 1;
-            applying_ = false;
-          });
+  setSelectionMode(ContiguousSelection);
+  connect(selectionModel(), &QItemSelectionModel::currentRowChanged, this, [this] { TellSelection(); });
+  connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { TellSelection(); });
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { TellScrolled(); });
   connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, [this] { TellScrolled(); });
   connect(model_, &QAbstractItemModel::modelReset, this, [this] { ShowColumns(); });
   Keep(this, grid_.columns_changed.Connect([this] { ShowColumns(); }));
   Keep(this, grid_.Row.changed.Connect([this] { ShowRow(); }));
+  Keep(this, grid_.looks_changed.Connect([this] { ShowHeights(); }));
+  for (auto* moved : {&grid_.rows_sorted, &grid_.rows_changed, &grid_.cleared})
+    Keep(this, moved->Connect([this] { ShowHeights(); }));
   ShowColumns();
 }
 
@@ -114,6 +113,32 @@ void GridTable::ShowRow() {
   applying_ = true;
   setCurrentIndex(model_->index(grid_.Row - 1, 0));
   applying_ = false;
+}
+
+// The cursor's row is the one where the selection began.
+void GridTable::TellSelection() {
+  const QModelIndex current = currentIndex();
+  if (applying_ || !current.isValid()) return;
+  const QItemSelection selection = selectionModel()->selection();
+  int begin = current.row();
+  if (!selection.isEmpty() && selection.contains(current))
+    begin = current.row() == selection.first().top() ? selection.last().bottom() : selection.first().top();
+  applying_ = true;
+  const int col = grid_.Col;
+  grid_.Select(begin + 1, col, current.row() + 1, begin == current.row() ? col : grid_.Cols() - 1);
+  applying_ = false;
+}
+
+// Rows that have a height of their own are rare; without any nothing is looked at.
+void GridTable::ShowHeights() {
+  if (!grid_.has_heights() && !has_heights_) return;
+  has_heights_ = grid_.has_heights();
+  QHeaderView* rows = verticalHeader();
+  for (int row = 0; row < model_->rowCount(); ++row) {
+    const int twips = grid_.RowHeight(row + 1);
+    rows->setSectionHidden(row, twips == 0);
+    if (twips != 0) rows->resizeSection(row, twips > 0 ? twips / kTwipsPerPixel : rows->defaultSectionSize());
+  }
 }
 
 void GridTable::TellScrolled() {

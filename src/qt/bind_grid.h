@@ -1,5 +1,6 @@
 // Binds a logical grid: rows through a model, column widths and headings both ways, sort arrows, the scrolled
-// place and the marked row.
+// place, the marked row and the rows selected with it. Whole rows are selected: one alone stands for its
+// cell.
 #pragma once
 
 #include <QHeaderView>
@@ -32,12 +33,15 @@ class GridTable : public TableView {
  private:
   void ShowColumns();
   void ShowRow();
+  void ShowHeights();
+  void TellSelection();
   void TellScrolled();
 
   widgets::Grid& grid_;
   Toolkit kit_;
   GridModel* model_;
   bool applying_ = false;
+  bool has_heights_ = false;
 };
 
 }  // namespace zendrix::qt

@@ -22,14 +22,19 @@ class GridModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
-  // The grid's row, from 1, that the view's row stands for. Rows that the view does not know yet lie on top.
-  int GridRow(int row) const { return grid_.DataRows() - shown_ + row + 1; }
+  // The grid's row that the view's row stands for. Rows that the view does not know yet are passed over.
+  int GridRow(int row) const;
+  void TakeInserted(int place, int count);
+  void TakeAll();
+  QVariant Look(int row, int col, int role) const;
   QString Words(int row, int col) const;
 
   widgets::Grid& grid_;
   Pictures& pictures_;
   QString picture_list_;
   int shown_ = 0;
+  // The view is just being told of these.
+  int coming_place_ = 0, coming_count_ = 0;
   int columns_ = 0;
   std::vector<widgets::Connection> links_;
 };

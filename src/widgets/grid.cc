@@ -4,6 +4,15 @@
 
 namespace zendrix::widgets {
 
+Grid::Grid(std::string name) : Control(std::move(name)) {
+  const auto collapse = [this] {
+    RowSel = Row.Get();
+    ColSel = Col.Get();
+  };
+  Row.changed.ConnectForever(collapse);
+  Col.changed.ConnectForever(collapse);
+}
+
 void Grid::SetFormatString(const std::string& format) {
   std::vector<GridColumn> columns;
   std::size_t begin = 0;
@@ -63,33 +72,85 @@ std::vector<int> Grid::ColWidths() const {
   return widths;
 }
 
-void Grid::SetRedraw(bool on) {
-  redraw_ = on;
-  if (!on) return;
-  if (std::exchange(pending_columns_, false)) columns_changed.Raise();
-  if (std::exchange(pending_rows_, false)) rows_added.Raise();
-  if (std::exchange(pending_sort_, false)) rows_sorted.Raise();
+void Grid::SetRowColor(int row, Colour colour) {
+  if (looks_.SetRowColor(RowKey(row), colour)) TellLooks();
 }
 
-void Grid::TellRowsAdded() {
-  if (redraw_)
-    rows_added.Raise();
-  else
+void Grid::SetCellColor(int row, int col, Colour colour) {
+  if (looks_.SetCellColor(RowKey(row), col, colour)) TellLooks();
+}
+
+void Grid::SetRowHeight(int row, int twips) {
+  if (looks_.SetHeight(RowKey(row), twips)) TellLooks();
+}
+
+void Grid::Select(int row, int col, int row_sel, int col_sel) {
+  Row = row;
+  Col = col;
+  RowSel = row_sel;
+  ColSel = col_sel;
+}
+
+void Grid::SetRedraw(bool on) {
+  if (!on) {
+    ++paused_;
+  } else if (paused_ > 0 && --paused_ == 0) {
+    EndPause();
+  }
+}
+
+void Grid::EndPause() {
+  if (std::exchange(pending_columns_, false)) columns_changed.Raise();
+  const int count = std::exchange(pending_count_, 0);
+  if (std::exchange(pending_rows_, false))
+    rows_changed.Raise();
+  else if (count > 0)
+    rows_inserted.Raise(pending_place_, count);
+  if (std::exchange(pending_sort_, false)) rows_sorted.Raise();
+  if (std::exchange(pending_looks_, false)) looks_changed.Raise();
+}
+
+int Grid::RowOfKnown(int known) const {
+  if (pending_rows_ || pending_count_ == 0 || known < pending_place_) return known;
+  return known + pending_count_;
+}
+
+void Grid::TellRowsInserted(int place, int count) {
+  if (redraw()) return rows_inserted.Raise(place, count);
+  if (pending_count_ == 0) {
+    pending_place_ = place;
+  } else if (place < pending_place_ || place > pending_place_ + pending_count_) {
     pending_rows_ = true;
+  }
+  pending_count_ += count;
 }
 
 void Grid::TellRowsSorted() {
-  if (redraw_)
+  if (redraw())
     rows_sorted.Raise();
   else
     pending_sort_ = true;
 }
 
+void Grid::TellCleared() {
+  looks_.Clear();
+  pending_count_ = 0;
+  pending_rows_ = pending_sort_ = pending_looks_ = false;
+  cleared.Raise();
+}
+
 void Grid::TellColumns() {
-  if (redraw_)
+  if (redraw())
     columns_changed.Raise();
   else
     pending_columns_ = true;
+}
+
+void Grid::TellLooks() {
+  if (redraw())
+    looks_changed.Raise();
+  else
+    pending_looks_ = true;
 }
 
 }  // namespace zendrix::widgets

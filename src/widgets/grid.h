@@ -1,10 +1,10 @@
 // A table of text cells with one fixed header row. Row 0 is the header; data rows count from 1. The widget
-// knows the columns and what is shown of them; the cells belong to a store that derives from it, and views
-// read them on demand.
+// knows the columns, what is shown of them, and what single rows look like; the cells belong to a store that
+// derives from it, and views read them on demand.
 //
-// While `redraw` is off no signal is raised; when it comes on, views are told of all changes at once. The
-// store keeps its rows oldest first, so that rows a view knows stay where they are while new ones are pushed
-// on top.
+// Painting can be paused, any number of times over. While it is, no signal is raised but `cleared`; when the
+// last pause ends, views are told of all changes at once. Until then a view that reads rows by the places it
+// knows asks RowOfKnown where they stand by now.
 #pragma once
 
 #include <cstdint>
@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "widgets/control.h"
+#include "widgets/row_looks.h"
 
 namespace zendrix::widgets {
 
@@ -28,7 +29,7 @@ struct GridColumn {
 
 class Grid : public Control {
  public:
-  explicit Grid(std::string name) : Control(std::move(name)) {}
+  explicit Grid(std::string name);
   virtual ~Grid() = default;
 
   // Columns from a format string: headings between "|", each with "<" or ">" in front for its alignment.
@@ -52,11 +53,32 @@ class Grid : public Control {
   // What a cell stands for in full words: for a tip, and for those who do not see its picture.
   virtual std::string Tip(int row, int col) const { return Text(row, col); }
 
-  void SetRedraw(bool on);
-  bool redraw() const { return redraw_; }
+  // Colours and heights belong to the row and go with it wherever it moves. Colour 0 is none of its own; the
+  // colour of a row is that of all its cells.
+  void SetRowColor(int row, Colour colour);
+  void SetCellColor(int row, int col, Colour colour);
+  Colour CellColor(int row, int col) const { return looks_.CellColor(RowKey(row), col); }
+  // Twips; 0 hides the row, kDefaultHeight is that of all rows.
+  void SetRowHeight(int row, int twips);
+  int RowHeight(int row) const { return looks_.Height(RowKey(row)); }
+  // Whether any row has a height of its own.
+  bool has_heights() const { return looks_.has_heights(); }
 
-  // The row that is marked and the first row and column in sight; told by the view and by the logic.
+  // Nested: each false needs a true.
+  void SetRedraw(bool on);
+  bool redraw() const { return paused_ == 0; }
+  // The row that a view knows under this number, or one below 1 or above DataRows() when it is gone.
+  int RowOfKnown(int known) const;
+
+  // The cursor's cell, and the other corner of what is selected; told by the view and by the logic. A cursor
+  // that moves to another row or column ends the selection there. Column 0 to Cols() - 1.
   Observed<int> Row{0};
+  Observed<int> Col{0};
+  Observed<int> RowSel{0};
+  Observed<int> ColSel{0};
+  void Select(int row, int col, int row_sel, int col_sel);
+  bool OneCellSelected() const { return Row == RowSel && Col == ColSel; }
+  // The first row and column in sight.
   Observed<int> TopRow{1};
   Observed<int> LeftCol{0};
   // Average width of a character of the grid's font, in tens of twips; told by the view.
@@ -66,22 +88,44 @@ class Grid : public Control {
   Signal<> scrolled;
   Signal<> mouse_used;  // any mouse act that may have moved a column's edge
 
-  Signal<> rows_added;   // on top
-  Signal<> rows_sorted;  // any row may have changed its place
+  Signal<int, int> rows_inserted;  // place of the first, from 1, and how many
+  Signal<> rows_sorted;            // any row may have changed its place
+  Signal<> rows_changed;           // rows were inserted in several places
+  Signal<> looks_changed;
   Signal<> cleared;
   Signal<> columns_changed;
 
  protected:
-  void TellRowsAdded();
+  // What a row keeps wherever it moves.
+  virtual std::uint32_t RowKey(int row) const { return static_cast<std::uint32_t>(row); }
+  // `count` rows were inserted at `place`.
+  void TellRowsInserted(int place, int count);
   void TellRowsSorted();
-  void TellCleared() { cleared.Raise(); }
+  void TellCleared();
 
  private:
   void TellColumns();
+  void TellLooks();
+  void EndPause();
 
   std::vector<GridColumn> columns_;
-  bool redraw_ = true;
-  bool pending_rows_ = false, pending_sort_ = false, pending_columns_ = false;
+  RowLooks looks_;
+  int paused_ = 0;
+  // What views have not been told of: one run of inserted rows, or any number of runs.
+  int pending_place_ = 0, pending_count_ = 0;
+  bool pending_rows_ = false, pending_sort_ = false, pending_columns_ = false, pending_looks_ = false;
+};
+
+// Pauses the painting of a grid for as long as it lives.
+class PaintingPause {
+ public:
+  explicit PaintingPause(Grid& grid) : grid_(grid) { grid_.SetRedraw(false); }
+  ~PaintingPause() { grid_.SetRedraw(true); }
+  PaintingPause(const PaintingPause&) = delete;
+  PaintingPause& operator=(const PaintingPause&) = delete;
+
+ private:
+  Grid& grid_;
 };
 
 }  // namespace zendrix::widgets

@@ -24,6 +24,7 @@
 #include "qt/contrast.h"
 #include "qt/qt_dialogs.h"
 #include "support/console_world.h"
+#include "support/grid_rows.h"
 
 namespace zendrix::qt {
 namespace {
@@ -375,13 +376,16 @@ class GridTableTest : public BindingTest {
  protected:
   GridTableTest() {
     grid_.SetFormatString("0|1|2|3|4|5|6|7|8");
-    for (int i = 1; i <= 3; ++i) grid_.InsertTop({i, "t", "h", "System", "A", "the whole text", i, "fit"});
+    for (int i = 1; i <= 3; ++i)
+      zendrix::testing::InsertTop(rows_, grid_, {i, "t", "h", "System", "A", "the whole text", i});
     table_ =
         std::make_unique<GridTable>(grid_, QStringLiteral("grid"), QStringLiteral("Events"), QString(), kit_);
     table_->resize(900, 300);
     table_->show();
   }
-  admin::EventGrid grid_{"EventList"};
+  platform::MemoryFamily grid_family_;
+  admin::EventRows rows_{grid_family_, {}};
+  admin::EventGrid grid_{"EventList", rows_};
   std::unique_ptr<GridTable> table_;
 };
 
@@ -406,6 +410,25 @@ TEST_F(GridTableTest, MarkedRowIsShown) {
   EXPECT_EQ(table_->currentIndex().row(), 1);
   QTest::keyClick(table_.get(), Qt::Key_Down);
   EXPECT_EQ(grid_.Row.Get(), 3);
+}
+
+TEST_F(GridTableTest, RowsSelectedTogetherBeginAtTheCursorsRow) {
+  grid_.Row = 3;
+  EXPECT_TRUE(grid_.OneCellSelected());
+  QTest::keyClick(table_.get(), Qt::Key_Up, Qt::ShiftModifier);
+  QTest::keyClick(table_.get(), Qt::Key_Up, Qt::ShiftModifier);
+  EXPECT_EQ(grid_.Row.Get(), 3);
+  EXPECT_EQ(grid_.RowSel.Get(), 1);
+  EXPECT_FALSE(grid_.OneCellSelected());
+  QTest::keyClick(table_.get(), Qt::Key_Down);
+  EXPECT_TRUE(grid_.OneCellSelected());
+}
+
+TEST_F(GridTableTest, RowOfNoHeightIsHidden) {
+  grid_.SetRowHeight(2, 0);
+  EXPECT_TRUE(table_->isRowHidden(1));
+  grid_.SetRowHeight(2, widgets::kDefaultHeight);
+  EXPECT_FALSE(table_->isRowHidden(1));
 }
 
 TEST_F(GridTableTest, HeaderClickNamesItsColumn) {

@@ -2,11 +2,14 @@
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
+#include <QBrush>
 #include <QPalette>
 
 #include "admin/event_grid.h"
+#include "platform/memory/memory_family.h"
 #include "qt/grid_model.h"
 #include "qt/list_model.h"
+#include "support/grid_rows.h"
 
 namespace zendrix::qt {
 namespace {
@@ -98,10 +101,12 @@ class GridModelTest : public ::testing::Test {
  protected:
   GridModelTest() { grid_.SetFormatString("0|1|2|3|4|5|6|7|8"); }
   void Insert(int id, std::string_view host = "h") {
-    grid_.InsertTop({id, "t", host, "System", "A", "whole", id, "fit"});
+    zendrix::testing::InsertTop(rows_, grid_, {id, "t", host, "System", "A", "whole", id});
   }
 
-  admin::EventGrid grid_{"grid"};
+  platform::MemoryFamily family_;
+  admin::EventRows rows_{family_, {}};
+  admin::EventGrid grid_{"grid", rows_};
   Pictures pictures_{"/nowhere"};
   GridModel model_{grid_, pictures_, QStringLiteral("grid")};
   QAbstractItemModelTester tester_{&model_, QAbstractItemModelTester::FailureReportingMode::Fatal};
@@ -136,6 +141,7 @@ TEST_F(GridModelTest, ClearWhileRedrawIsOff) {
   Insert(1);
   grid_.SetRedraw(false);
   grid_.Clear();
+  rows_.Clear();
   EXPECT_EQ(model_.rowCount(), 0);
   Insert(2);
   grid_.SetRedraw(true);
@@ -146,6 +152,37 @@ TEST_F(GridModelTest, ChangeOfFormatResetsTheColumns) {
   Insert(1);
   grid_.SetFormatString("a|b|c");
   EXPECT_EQ(model_.columnCount(), 3);
+}
+
+TEST_F(GridModelTest, RowsInsertedAnywhereAppearInTheirPlaces) {
+  Insert(1);
+  Insert(2);
+  const std::uint32_t middle = zendrix::testing::Append(rows_, {3});
+  const std::uint32_t last = zendrix::testing::Append(rows_, {4});
+  grid_.Insert(2, middle);
+  grid_.Insert(4, last);
+  EXPECT_THAT(Shown(model_, 0), ElementsAre("2", "3", "1", "4"));
+}
+
+TEST_F(GridModelTest, RowsInsertedInSeveralPlacesInAPauseAppearAtItsEnd) {
+  Insert(1);
+  Insert(2);
+  grid_.SetRedraw(false);
+  const std::uint32_t last = zendrix::testing::Append(rows_, {3});
+  grid_.Insert(3, last);
+  Insert(4);
+  EXPECT_EQ(model_.rowCount(), 2);
+  grid_.SetRedraw(true);
+  EXPECT_THAT(Shown(model_, 0), ElementsAre("4", "2", "1", "3"));
+}
+
+TEST_F(GridModelTest, ColouredRowsAreShownSoAndCanBeRead) {
+  Insert(1);
+  EXPECT_FALSE(model_.index(0, 0).data(Qt::BackgroundRole).isValid());
+  grid_.SetRowColor(1, 0xFF8000);
+  EXPECT_EQ(model_.index(0, 0).data(Qt::BackgroundRole).value<QBrush>().color(), QColor(0, 0x80, 0xFF));
+  grid_.SetCellColor(1, 2, 0x100000);
+  EXPECT_EQ(model_.index(0, 2).data(Qt::ForegroundRole).value<QBrush>().color(), QColor(Qt::white));
 }
 
 TEST_F(GridModelTest, PictureOfAChangeHasWords) {

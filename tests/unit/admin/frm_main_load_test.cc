@@ -206,7 +206,7 @@ TEST_F(FrmMainLoadTest, FirstTickOnAnUnchangedFileNeitherReloadsNorClears) {
   std::vector<std::string> told;
   const auto counts = form_->RecCnt.text.changed.Connect([&] { told.push_back(form_->RecCnt.text); });
   const auto cleared = form_->EventList.cleared.Connect([&] { told.push_back("cleared"); });
-  const auto rows = form_->EventList.rows_added.Connect([&] { told.push_back("rows"); });
+  const auto rows = form_->EventList.rows_inserted.Connect([&](int, int) { told.push_back("rows"); });
   Tick();
   Tick();
   EXPECT_THAT(told, IsEmpty());
@@ -269,7 +269,7 @@ TEST_F(FrmMainLoadTest, LoadingShowsItsProgressEveryFiftyLines) {
   std::vector<int> percents;
   form_ = nullptr;
   TextMetrics metrics{[](std::string_view) { return 1; }, [](std::string_view) { return 1; }, 15};
-  form_ = std::make_unique<frmMain>(AdminParts{world_.state, world_.log, reg_ini_, screen_, metrics, 1000});
+  form_ = std::make_unique<frmMain>(AdminParts{world_.state, world_.log, reg_ini_, screen_, metrics, {1000}});
   const auto link = form_->RecCnt.text.changed.Connect([&] { counts.push_back(form_->RecCnt.text); });
   const auto bar = form_->DynamicPictureBox.value.changed.Connect(
       [&] { percents.push_back(form_->DynamicPictureBox.value); });
@@ -297,7 +297,7 @@ TEST_F(FrmMainLoadTest, ListsHoldEveryDistinctFieldOfTheLoadedLines) {
   };
   EXPECT_THAT(items(form_->GridHostList), ElementsAre("HOST", "OTHER"));
   EXPECT_THAT(items(form_->GridChangeList), ElementsAre("A", "R"));
-  EXPECT_THAT(items(form_->GridDescList), ElementsAre("one", "two"));
+  EXPECT_THAT(items(form_->GridDescList()), ElementsAre("one", "two"));
   EXPECT_THAT(items(form_->GridMonitorList), ElementsAre("System"));
 }
 
@@ -519,6 +519,40 @@ TEST_F(FrmMainLoadTest, TimeIsANumberUpToTheEdgeOfThirtyTwoBits) {
   EXPECT_THAT(Column(kColTimeKey), ElementsAre("-2147483648", "-2147483648", "2147483647", "2147483647"));
   EXPECT_EQ(Column(kColDateTime)[0], "-2147483648.6");
   EXPECT_EQ(Column(kColDateTime)[2], "2147483647.5");
+}
+
+// A file that the grid's rows were saved to: its monitors have the blanks in front already.
+TEST_F(FrmMainLoadTest, BlanksInFrontOfAMonitorAreNotDoubled) {
+  OpenOn({Line(1, "     tcp port"), Line(2, "tcp port")});
+  EXPECT_THAT(Column(kColMonitor), ElementsAre("     Tcp Port", "     Tcp Port"));
+  EXPECT_EQ(form_->EventList.Picture(1, kColMonitor), form_->EventList.Picture(2, kColMonitor));
+}
+
+TEST_F(FrmMainLoadTest, RowsThatCameAreShownInTheFormAndWidthOfTheirOwnLoad) {
+  const std::string text(100, 'x');
+  OpenOn({"1700000000,HOST,system,A," + text});
+  world_.platform.locale.info.short_date = "yyyy-MM-dd";
+  form_->EventList.SetColWidth(kColDescription, 2000);
+  AppendLine("1700000000,HOST,system,A," + text);
+  Tick();
+  EXPECT_THAT(Column(kColDateTime)[0], HasSubstr("2023-11-1"));
+  EXPECT_THAT(Column(kColDateTime)[1], HasSubstr("/"));
+  EXPECT_LT(Column(kColDescription)[0].size() * kTwipsPerCharacter, 2000u);
+  EXPECT_GT(Column(kColDescription)[1].size() * kTwipsPerCharacter, 2000u);
+}
+
+TEST_F(FrmMainLoadTest, PollReadsOnlyWhatIsNew) {
+  std::vector<std::string> lines;
+  for (int i = 0; i < 20'000; ++i) lines.push_back(Line(i, "system"));  // several blocks
+  OpenOn(lines);
+  AppendLine(Line(1, "tcp port"));
+  int reads = 0;
+  world_.platform.files.before = [&](platform::FileOp op, const std::string& path) {
+    reads += op == platform::FileOp::kRead && path == Path() ? 1 : 0;
+  };
+  Tick();
+  EXPECT_EQ(form_->EventList.DataRows(), 20'001);
+  EXPECT_LE(reads, 4);
 }
 
 TEST_F(FrmMainLoadTest, UpdateOfAGridThatIsNotSortedLeavesItsArrowAndItsMarkedRow) {

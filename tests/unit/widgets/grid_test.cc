@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace zendrix::widgets {
 namespace {
 
@@ -14,9 +17,13 @@ class RowsOnly : public Grid {
   int DataRows() const override { return rows; }
   std::string Text(int, int) const override { return {}; }
   int Picture(int, int) const override { return 0; }
-  void Add() {
-    ++rows;
-    TellRowsAdded();
+  void Add(int place = 1, int count = 1) {
+    rows += count;
+    TellRowsInserted(place, count);
+  }
+  void Clear() {
+    rows = 0;
+    TellCleared();
   }
   void Sort() { TellRowsSorted(); }
   int rows = 0;
@@ -25,7 +32,12 @@ class RowsOnly : public Grid {
 class GridTest : public ::testing::Test {
  protected:
   GridTest() {
-    grid_.rows_added.ConnectForever([this] { told_.push_back("rows"); });
+    grid_.rows_inserted.ConnectForever([this](int place, int count) {
+      told_.push_back("rows " + std::to_string(place) + " " + std::to_string(count));
+    });
+    grid_.rows_changed.ConnectForever([this] { told_.push_back("changed"); });
+    grid_.looks_changed.ConnectForever([this] { told_.push_back("looks"); });
+    grid_.cleared.ConnectForever([this] { told_.push_back("cleared"); });
     grid_.rows_sorted.ConnectForever([this] { told_.push_back("sorted"); });
     grid_.columns_changed.ConnectForever([this] { told_.push_back("columns"); });
   }
@@ -74,7 +86,7 @@ TEST_F(GridTest, NothingIsToldWhileRedrawIsOff) {
   grid_.Sort();
   EXPECT_THAT(told_, ElementsAre());
   grid_.SetRedraw(true);
-  EXPECT_THAT(told_, ElementsAre("columns", "rows", "sorted"));
+  EXPECT_THAT(told_, ElementsAre("columns", "rows 1 2", "sorted"));
   grid_.SetRedraw(true);
   EXPECT_EQ(told_.size(), 3u);
 }
@@ -124,6 +136,143 @@ TEST_F(GridTest, ArrowIsToldWhenItChanges) {
   EXPECT_THAT(told_, ElementsAre("columns"));
   EXPECT_EQ(grid_.column(0).arrow, SortArrow::kUp);
   EXPECT_EQ(grid_.column(1).arrow, SortArrow::kNone);
+}
+
+TEST_F(GridTest, RowsInsertedAnywhereAreToldWithPlaceAndCount) {
+  grid_.Add(1, 4);
+  grid_.Add(3);
+  EXPECT_THAT(told_, ElementsAre("rows 1 4", "rows 3 1"));
+}
+
+TEST_F(GridTest, PauseInsideAPauseEndsWithTheOuterOne) {
+  grid_.SetRedraw(false);
+  {
+    const PaintingPause inner(grid_);
+    grid_.Add();
+  }
+  EXPECT_FALSE(grid_.redraw());
+  EXPECT_THAT(told_, ElementsAre());
+  grid_.SetRedraw(true);
+  EXPECT_TRUE(grid_.redraw());
+  EXPECT_THAT(told_, ElementsAre("rows 1 1"));
+  grid_.SetRedraw(true);  // one too many
+  grid_.SetRedraw(false);
+  EXPECT_FALSE(grid_.redraw());
+}
+
+TEST_F(GridTest, OneRunOfInsertedRowsIsToldAsOne) {
+  grid_.Add(1, 2);
+  told_.clear();
+  grid_.SetRedraw(false);
+  for (const int place : {2, 3, 2, 5}) grid_.Add(place);
+  grid_.SetRedraw(true);
+  EXPECT_THAT(told_, ElementsAre("rows 2 4"));
+}
+
+TEST_F(GridTest, RunsInSeveralPlacesAreToldAsAChangeOfAll) {
+  for (const int second : {1, 4}) {
+    grid_.Add(1, 2);
+    told_.clear();
+    grid_.SetRedraw(false);
+    grid_.Add(2);
+    grid_.Add(second);
+    grid_.SetRedraw(true);
+    EXPECT_THAT(told_, ElementsAre("changed"));
+    grid_.Clear();
+  }
+}
+
+TEST_F(GridTest, ViewFindsTheRowsItKnowsWhilePaintingIsPaused) {
+  grid_.Add(1, 3);
+  grid_.SetRedraw(false);
+  EXPECT_EQ(grid_.RowOfKnown(2), 2);
+  grid_.Add(2, 5);
+  EXPECT_EQ(grid_.RowOfKnown(1), 1);
+  EXPECT_EQ(grid_.RowOfKnown(2), 7);
+  EXPECT_EQ(grid_.RowOfKnown(3), 8);
+  grid_.SetRedraw(true);
+  EXPECT_EQ(grid_.RowOfKnown(2), 2);
+}
+
+TEST_F(GridTest, ClearedGridHasNothingElseToTell) {
+  grid_.SetRedraw(false);
+  grid_.Add();
+  grid_.Sort();
+  grid_.SetRowColor(1, 5);
+  grid_.Clear();
+  EXPECT_THAT(told_, ElementsAre("cleared"));
+  grid_.SetRedraw(true);
+  EXPECT_THAT(told_, ElementsAre("cleared"));
+  EXPECT_EQ(grid_.CellColor(1, 0), 0u);
+}
+
+TEST_F(GridTest, ColourOfARowIsThatOfAllItsCells) {
+  grid_.Add(1, 2);
+  told_.clear();
+  grid_.SetCellColor(1, 3, 7);
+  EXPECT_EQ(grid_.CellColor(1, 3), 7u);
+  EXPECT_EQ(grid_.CellColor(1, 2), 0u);
+  grid_.SetRowColor(1, 9);
+  EXPECT_EQ(grid_.CellColor(1, 3), 9u);
+  EXPECT_EQ(grid_.CellColor(2, 3), 0u);
+  grid_.SetCellColor(1, 3, 0);
+  EXPECT_EQ(grid_.CellColor(1, 3), 0u);
+  EXPECT_EQ(grid_.CellColor(1, 2), 9u);
+  grid_.SetCellColor(1, 3, 9);
+  grid_.SetRowColor(1, 0);
+  EXPECT_EQ(grid_.CellColor(1, 2), 0u);
+  EXPECT_EQ(told_.size(), 5u);
+}
+
+TEST_F(GridTest, LookThatStaysIsNotTold) {
+  grid_.Add();
+  grid_.SetRowColor(1, 9);
+  grid_.SetRowHeight(1, 300);
+  told_.clear();
+  grid_.SetRowColor(1, 9);
+  grid_.SetCellColor(1, 0, 9);
+  grid_.SetRowHeight(1, 300);
+  EXPECT_THAT(told_, ElementsAre());
+  grid_.SetRowColor(1, 0);
+  grid_.SetRowColor(1, 0);
+  grid_.SetCellColor(1, 0, 0);
+  EXPECT_THAT(told_, ElementsAre("looks"));
+}
+
+TEST_F(GridTest, HeightsOfTheirOwnAreCountedUntilTheLastIsGone) {
+  grid_.Add(1, 2);
+  EXPECT_EQ(grid_.RowHeight(1), kDefaultHeight);
+  grid_.SetRowHeight(2, 0);
+  EXPECT_TRUE(grid_.has_heights());
+  EXPECT_EQ(grid_.RowHeight(2), 0);
+  EXPECT_EQ(grid_.RowHeight(1), kDefaultHeight);
+  grid_.SetRowHeight(2, kDefaultHeight);
+  EXPECT_FALSE(grid_.has_heights());
+}
+
+TEST_F(GridTest, LooksAreToldAtTheEndOfAPause) {
+  grid_.Add();
+  told_.clear();
+  grid_.SetRedraw(false);
+  grid_.SetRowColor(1, 9);
+  EXPECT_THAT(told_, ElementsAre());
+  grid_.SetRedraw(true);
+  EXPECT_THAT(told_, ElementsAre("looks"));
+}
+
+TEST_F(GridTest, CursorThatMovesEndsTheSelectionAtItsCell) {
+  grid_.Select(5, 1, 7, 8);
+  EXPECT_FALSE(grid_.OneCellSelected());
+  EXPECT_EQ(grid_.RowSel.Get(), 7);
+  EXPECT_EQ(grid_.ColSel.Get(), 8);
+  grid_.Row = 6;
+  EXPECT_TRUE(grid_.OneCellSelected());
+  EXPECT_EQ(grid_.RowSel.Get(), 6);
+  EXPECT_EQ(grid_.ColSel.Get(), 1);
+  grid_.Select(6, 1, 2, 1);
+  EXPECT_FALSE(grid_.OneCellSelected());
+  grid_.Col = 3;
+  EXPECT_TRUE(grid_.OneCellSelected());
 }
 
 }  // namespace
