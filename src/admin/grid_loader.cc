@@ -1,5 +1,8 @@
 #include "admin/grid_loader.h"
 
+#include <array>
+#include <span>
+
 #include "core/run_time_error.h"
 #include "store/line_counter.h"
 #include "store/line_reader.h"
@@ -8,6 +11,7 @@ namespace zendrix::admin {
 
 namespace {
 constexpr std::int32_t kLinesPerServing = 50;
+constexpr std::size_t kLinesAtOnce = 32;
 }  // namespace
 
 void GridLoader::ReadAll(GridLoad& load) {
@@ -48,14 +52,20 @@ bool GridLoader::PassKnown(const GridLoad& load, store::LineReader& lines) {
 
 void GridLoader::TakeLines(GridLoad& load, store::LineReader& lines) {
   RowTaker rows(targets_, load.settings, load.is_displayed, load.unknown_monitors);
+  std::array<std::span<char>, kLinesAtOnce> read;
+  std::array<RowTaker::Prepared, kLinesAtOnce> prepared;
   while (!lines.AtEnd()) {
-    if (load.before_line) load.before_line();
-    const auto line = lines.ReadLine();
-    store::CountUp(load.lines);
-    load.bytes += static_cast<std::int64_t>(line.size()) + 2;
-    rows.Take(line, load.lines);
-    if (load.behind_line) load.behind_line();
-    if (load.lines % kLinesPerServing == 0) load.serve();
+    const std::size_t count = lines.ReadLines(read);
+    for (std::size_t i = 0; i < count; ++i) prepared[i] = rows.Prepare(read[i]);
+    rows.Fetch(std::span(prepared).first(count));
+    for (std::size_t i = 0; i < count; ++i) {
+      if (load.before_line) load.before_line();
+      store::CountUp(load.lines);
+      load.bytes += static_cast<std::int64_t>(read[i].size()) + 2;
+      rows.Take(prepared[i], load.lines);
+      if (load.behind_line) load.behind_line();
+      if (load.lines % kLinesPerServing == 0) load.serve();
+    }
   }
 }
 

@@ -27,7 +27,7 @@ struct GridLoad {
   MonitorQuestion is_displayed;
   std::function<void()> opened;       // the whole file is about to be read; may be empty
   std::function<void()> serve;        // behind every fiftieth line of the file
-  std::function<void()> before_line;  // of a line that was added; may be empty
+  std::function<void()> before_line;  // of a line that is added; may be empty
   std::function<void()> behind_line;  // likewise
 
   // Lines of the file so far; at the beginning of a load of added lines, those that are known.

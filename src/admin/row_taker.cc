@@ -34,15 +34,25 @@ RowTaker::RowTaker(LoadTargets targets, const LoadSettings& settings, MonitorQue
   targets_.rows.BeginLoad(settings);
 }
 
-void RowTaker::Take(std::span<char> line, std::int32_t number) {
-  const auto fields = SplitGridLine(CleanGridLine(line));
-  if (!fields) return;
+RowTaker::Prepared RowTaker::Prepare(std::span<char> line) const {
+  Prepared prepared{SplitGridLine(CleanGridLine(line))};
+  if (prepared.fields) prepared.description = targets_.rows.PrepareDescription(prepared.fields->description);
+  return prepared;
+}
+
+void RowTaker::Fetch(std::span<const Prepared> lines) const {
+  const store::TextPool& pool = targets_.rows.pool();
+  for (const Prepared& line : lines) pool.FetchEntry(line.description);
+  for (const Prepared& line : lines) pool.FetchText(line.description);
+}
+
+void RowTaker::Take(const Prepared& line, std::int32_t number) {
+  if (!line.fields) return;
   EventRows& rows = targets_.rows;
-  const store::TextPool::Hashed description = rows.PrepareDescription(fields->description);
-  const Source& source = SourceOf(*fields);
-  EventRow row{number, 0, source.number, rows.AddDescription(description)};
+  const Source& source = SourceOf(*line.fields);
+  EventRow row{number, 0, source.number, rows.AddDescription(line.description)};
   if (!source.displayed) return;
-  if (!ReadTime(fields->time)) row.source = rows.AddSourceWithTime(source.number, fields->time);
+  if (!ReadTime(line.fields->time)) row.source = rows.AddSourceWithTime(source.number, line.fields->time);
   row.time_key = time_key_;
   targets_.grid.MakeRoom();
   rows.Append(row);

@@ -39,8 +39,17 @@ class RowTaker {
   RowTaker(LoadTargets targets, const LoadSettings& settings, MonitorQuestion is_displayed,
            std::vector<std::string>& unknown_monitors);
 
-  // The line is changed. A line that gives a row inserts it at the top.
-  void Take(std::span<char> line, std::int32_t number);
+  // A line split into its fields, whose description is being fetched from memory: finding it is most of the
+  // work of a load, so that lines are prepared a few at a time, then all of them fetched, then all taken.
+  struct Prepared {
+    std::optional<GridRowFields> fields;
+    store::TextPool::Hashed description{};
+  };
+  // The line is changed, and referred to.
+  Prepared Prepare(std::span<char> line) const;
+  void Fetch(std::span<const Prepared> lines) const;
+  // A line that gives a row inserts it at the top.
+  void Take(const Prepared& line, std::int32_t number);
 
  private:
   struct Source {

@@ -23,27 +23,40 @@ bool LineReader::AtEnd() {
   return begin_ == end_ && !Fill();
 }
 
+// The next line, if the buffer holds its end, which does not stand in front of `searched`.
+bool LineReader::TakeBuffered(std::size_t searched, std::span<char>& line) {
+  const void* const found = std::memchr(buffer_.get() + searched, '\n', end_ - searched);
+  if (found == nullptr) return false;
+  const auto feed = static_cast<std::size_t>(static_cast<const char*>(found) - buffer_.get());
+  const std::size_t last = feed > begin_ && buffer_[feed - 1] == '\r' ? feed - 1 : feed;
+  line = std::span<char>(buffer_.get() + begin_, last - begin_);
+  begin_ = feed + 1;
+  line_is_open_ = false;
+  return true;
+}
+
 std::span<char> LineReader::ReadLine() {
+  std::span<char> line;
   std::size_t searched = begin_;
-  for (;;) {
-    const void* const found = std::memchr(buffer_.get() + searched, '\n', end_ - searched);
-    if (found != nullptr) {
-      const auto feed = static_cast<std::size_t>(static_cast<const char*>(found) - buffer_.get());
-      const std::size_t last = feed > begin_ && buffer_[feed - 1] == '\r' ? feed - 1 : feed;
-      const std::span<char> line(buffer_.get() + begin_, last - begin_);
-      begin_ = feed + 1;
-      line_is_open_ = false;
-      return line;
-    }
+  while (!TakeBuffered(searched, line)) {
     const std::size_t before = end_ - begin_;
-    if (!Fill()) break;
+    if (!Fill()) {
+      if (begin_ == end_) core::Raise(core::kInputPastEnd);
+      line = std::span<char>(buffer_.get() + begin_, end_ - begin_);
+      begin_ = end_;
+      line_is_open_ = true;
+      break;
+    }
     searched = begin_ + before;
   }
-  if (begin_ == end_) core::Raise(core::kInputPastEnd);
-  const std::span<char> line(buffer_.get() + begin_, end_ - begin_);
-  begin_ = end_;
-  line_is_open_ = true;
   return line;
+}
+
+std::size_t LineReader::ReadLines(std::span<std::span<char>> lines) {
+  lines[0] = ReadLine();
+  std::size_t count = 1;
+  while (count < lines.size() && TakeBuffered(begin_, lines[count])) ++count;
+  return count;
 }
 
 // Moves what has not been handed out to the front and reads behind it. False at the end of the file.

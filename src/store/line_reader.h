@@ -23,6 +23,9 @@ class LineReader {
   // The next line without its end. The caller may change it; it is valid until the next call of any of these.
   // Raises 62 when nothing is left.
   std::span<char> ReadLine();
+  // The next line and those behind it that need no reading, as many as there is room for (one at least), all
+  // of them valid as long as one would be. Returns how many.
+  std::size_t ReadLines(std::span<std::span<char>> lines);
   // The byte of the stream behind what was handed out.
   std::int64_t Offset() const { return base_ + static_cast<std::int64_t>(begin_); }
   // Whether the line read last lacked its end.
@@ -30,6 +33,7 @@ class LineReader {
 
  private:
   bool Fill();
+  bool TakeBuffered(std::size_t searched, std::span<char>& line);
 
   platform::ReadStream& stream_;
   std::size_t capacity_;

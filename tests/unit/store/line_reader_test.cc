@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -72,6 +74,29 @@ TEST_F(LineReaderTest, ReadingBeginsAtTheByteThatWasAskedFor) {
   EXPECT_THAT(Lines("one\r\ntwo\r\nthree", 5), ElementsAre("two", "three"));
   EXPECT_THAT(offsets_, ElementsAre(10, 15));
   EXPECT_THAT(Lines("one\n", 100), ElementsAre());
+}
+
+TEST_F(LineReaderTest, SeveralLinesAtOnceAreThoseThatLieInTheBuffer) {
+  std::string bytes;
+  std::vector<std::string> expected;
+  for (int i = 0; i < 9000; ++i) {  // several blocks
+    expected.push_back("line " + std::to_string(i) + std::string(static_cast<std::size_t>(i % 90), 'x'));
+    bytes += expected.back() + (i % 3 == 0 ? "\n" : "\r\n");
+  }
+  expected.emplace_back("the last");
+  files_.Put("/f", bytes + "the last");
+  const auto stream = core::ValueOrRaise(files_.Open("/f"));
+  LineReader lines(*stream);
+  std::vector<std::string> all;
+  std::array<std::span<char>, 32> read;
+  while (!lines.AtEnd()) {
+    const std::size_t count = lines.ReadLines(read);
+    ASSERT_GE(count, 1u);
+    for (std::size_t i = 0; i < count; ++i) all.emplace_back(read[i].begin(), read[i].end());
+  }
+  EXPECT_EQ(all, expected);
+  EXPECT_TRUE(lines.LineIsOpen());
+  EXPECT_EQ(lines.Offset(), static_cast<std::int64_t>(bytes.size() + 8));
 }
 
 TEST_F(LineReaderTest, ReadingBehindTheEndIsAnError) {
