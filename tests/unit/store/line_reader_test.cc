@@ -18,7 +18,7 @@ using ::testing::ElementsAre;
 
 constexpr std::size_t kBlock = 128 * 1024;
 
-class LineReaderTest : public ::testing::Test {
+class LinesOfAFileTest : public ::testing::Test {
  protected:
   std::vector<std::string> Lines(const std::string& bytes, std::int64_t skip = 0) {
     files_.Put("/f", bytes);
@@ -40,7 +40,7 @@ class LineReaderTest : public ::testing::Test {
   bool open_ = false;
 };
 
-TEST_F(LineReaderTest, LineEndsOfEitherKindAndALastLineWithoutOne) {
+TEST_F(LinesOfAFileTest, LineEndsOfEitherKindAndALastLineWithoutOne) {
   EXPECT_THAT(Lines("a\r\nb\nc"), ElementsAre("a", "b", "c"));
   EXPECT_THAT(offsets_, ElementsAre(3, 5, 6));
   EXPECT_TRUE(open_);
@@ -50,11 +50,11 @@ TEST_F(LineReaderTest, LineEndsOfEitherKindAndALastLineWithoutOne) {
   EXPECT_THAT(Lines(""), ElementsAre());
 }
 
-TEST_F(LineReaderTest, CarriageReturnInsideALineStays) {
+TEST_F(LinesOfAFileTest, CarriageReturnInsideALineStays) {
   EXPECT_THAT(Lines("a\rb\r\n\r"), ElementsAre("a\rb", "\r"));
 }
 
-TEST_F(LineReaderTest, LineThatEndsExactlyWithABlock) {
+TEST_F(LinesOfAFileTest, LineThatEndsExactlyWithABlock) {
   for (const std::size_t size : {kBlock - 2, kBlock - 1, kBlock, kBlock + 1}) {
     const std::string block(size, 'x');
     EXPECT_THAT(Lines(block + "\nend\n"), ElementsAre(block, "end"));
@@ -64,19 +64,19 @@ TEST_F(LineReaderTest, LineThatEndsExactlyWithABlock) {
   }
 }
 
-TEST_F(LineReaderTest, LinesLongerThanABlockComeWhole) {
+TEST_F(LinesOfAFileTest, LinesLongerThanABlockComeWhole) {
   const std::string big(600'000, 'x');
   EXPECT_THAT(Lines(big + "\r\nend\r\n"), ElementsAre(big, "end"));
   EXPECT_THAT(offsets_, ElementsAre(600'002, 600'007));
 }
 
-TEST_F(LineReaderTest, ReadingBeginsAtTheByteThatWasAskedFor) {
+TEST_F(LinesOfAFileTest, ReadingBeginsAtTheByteThatWasAskedFor) {
   EXPECT_THAT(Lines("one\r\ntwo\r\nthree", 5), ElementsAre("two", "three"));
   EXPECT_THAT(offsets_, ElementsAre(10, 15));
   EXPECT_THAT(Lines("one\n", 100), ElementsAre());
 }
 
-TEST_F(LineReaderTest, SeveralLinesAtOnceAreThoseThatLieInTheBuffer) {
+TEST_F(LinesOfAFileTest, SeveralLinesAtOnceAreThoseThatLieInTheBuffer) {
   std::string bytes;
   std::vector<std::string> expected;
   for (int i = 0; i < 9000; ++i) {  // several blocks
@@ -99,7 +99,7 @@ TEST_F(LineReaderTest, SeveralLinesAtOnceAreThoseThatLieInTheBuffer) {
   EXPECT_EQ(lines.Offset(), static_cast<std::int64_t>(bytes.size() + 8));
 }
 
-TEST_F(LineReaderTest, ReadingBehindTheEndIsAnError) {
+TEST_F(LinesOfAFileTest, ReadingBehindTheEndIsAnError) {
   files_.Put("/f", "a\n");
   const auto stream = core::ValueOrRaise(files_.Open("/f"));
   LineReader lines(*stream);
