@@ -10,9 +10,9 @@
 #include "home/frm_notify_msg.h"
 #include "home/frm_pop_up_msg.h"
 #include "home/main_window.h"
-#include "home/reopened_window.h"
 #include "settings/misc_settings.h"
 #include "store/event_table.h"
+#include "widgets/reopened_window.h"
 
 namespace zendrix::home {
 
@@ -41,8 +41,8 @@ class AlertPopUps {
   core::ErrorLog& log_;
   settings::MiscSettings& misc_;
   MainWindow& window_;
-  Reopened<frmPopUpMsg> pop_up_;
-  Reopened<frmNotifyMsg> notice_;
+  widgets::Reopened<frmPopUpMsg> pop_up_;
+  widgets::Reopened<frmNotifyMsg> notice_;
 };
 
 }  // namespace zendrix::home

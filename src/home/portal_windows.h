@@ -3,7 +3,7 @@
 
 #include "home/frm_survey.h"
 #include "home/frm_tour.h"
-#include "home/reopened_window.h"
+#include "widgets/reopened_window.h"
 
 namespace zendrix::home {
 
@@ -27,8 +27,8 @@ class PortalWindows {
  private:
   TourNeeds needs_;
   widgets::Form& main_;
-  Reopened<frmTour> tour_;
-  Reopened<frmSurvey> survey_;
+  widgets::Reopened<frmTour> tour_;
+  widgets::Reopened<frmSurvey> survey_;
 };
 
 }  // namespace zendrix::home

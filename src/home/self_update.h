@@ -2,7 +2,7 @@
 #pragma once
 
 #include "home/frm_new_update.h"
-#include "home/reopened_window.h"
+#include "widgets/reopened_window.h"
 
 namespace zendrix::home {
 
@@ -25,7 +25,7 @@ class SelfUpdate {
 
   UpdateNeeds needs_;
   UpdateFile file_;
-  Reopened<frmNewUpdate> offer_;
+  widgets::Reopened<frmNewUpdate> offer_;
   bool installing_ = false;
 };
 

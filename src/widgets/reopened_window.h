@@ -8,7 +8,7 @@
 
 #include "widgets/form_host.h"
 
-namespace zendrix::home {
+namespace zendrix::widgets {
 
 template <class Window>
 class Reopened {
@@ -16,7 +16,7 @@ class Reopened {
   // The form while it is open, else one that is made anew from `args`. A former one stays until its window
   // has gone: it may have been closed from inside one of its own clicks, which still runs.
   template <class... Args>
-  Window& Open(widgets::FormHost& host, Args&&... args) {
+  Window& Open(FormHost& host, Args&&... args) {
     std::erase_if(former_, [&](const auto& former) { return !host.HasWindow(*former); });
     if (!window_ || !window_->loaded()) {
       if (window_ && host.HasWindow(*window_)) former_.push_back(std::move(window_));
@@ -33,4 +33,4 @@ class Reopened {
   std::vector<std::unique_ptr<Window>> former_;
 };
 
-}  // namespace zendrix::home
+}  // namespace zendrix::widgets
