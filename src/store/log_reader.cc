@@ -40,11 +40,15 @@ std::string EventLogTable::ColumnName(std::size_t column) const {
 
 std::string_view EventLogTable::Text(std::size_t row, std::size_t column) const {
   if (column < 1 || column >= column_count_) core::Raise(kNoSuchColumn);
-  const std::size_t end = row == 0 ? ends_.size() : At(row - 1).first;
   const std::size_t field = At(row).first + column - 1;
-  if (field >= end) return {};
+  if (field >= EndOf(row)) return {};
   const std::size_t begin = field == 0 ? 0 : ends_[field - 1];
   return std::string_view(bytes_).substr(begin, ends_[field] - begin);
+}
+
+bool EventLogTable::IsNull(std::size_t row, std::size_t column) const {
+  const bool is_date = column == 1;
+  return Text(row, column).empty() && (is_date || At(row).first + column - 1 >= EndOf(row));
 }
 
 void EventLogTable::AddRow(std::int32_t id, std::string_view date_time,

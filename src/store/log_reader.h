@@ -30,6 +30,8 @@ class EventLogTable {
   std::int32_t ID(std::size_t row) const { return At(row).id; }
   // A column behind ID; empty where the line had no such field. Raises 3265 for any other column.
   std::string_view Text(std::size_t row, std::size_t column) const;
+  // Whether nothing was put into the column: the line had no such field, or no date that can be read.
+  bool IsNull(std::size_t row, std::size_t column) const;
 
  private:
   friend class CLog;
@@ -39,6 +41,8 @@ class EventLogTable {
   };
 
   const Row& At(std::size_t row) const { return rows_[rows_.size() - 1 - row]; }
+  // Where the row's fields end in ends_.
+  std::size_t EndOf(std::size_t row) const { return row == 0 ? ends_.size() : At(row - 1).first; }
   void AddRow(std::int32_t id, std::string_view date_time, const std::vector<std::string_view>& fields);
   void AddField(std::string_view text, std::size_t column);
 

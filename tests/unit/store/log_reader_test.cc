@@ -162,6 +162,16 @@ TEST_F(LogReaderTest, DateFollowsTheUsersOrder) {
   EXPECT_EQ(table->Text(0, 1), "21/11/2026 09:05:00 AM");
 }
 
+TEST_F(LogReaderTest, FieldThatALineDoesNotHaveIsNullAndAnEmptyOneIsNot) {
+  const auto table = Read("1,h,t,a,b\r\n2,h,,\r\nno date,h,t,d\r\n");
+  ASSERT_NE(table, nullptr);
+  for (const std::size_t column : {1u, 2u, 3u, 4u, 5u}) {
+    EXPECT_EQ(table->IsNull(0, column), column == 1 || column == 5) << column;
+    EXPECT_EQ(table->IsNull(1, column), column == 5) << column;
+    EXPECT_FALSE(table->IsNull(2, column)) << column;
+  }
+}
+
 TEST_F(LogReaderTest, ColumnsThatTheTableDoesNotHaveRaise3265) {
   const auto table = Read("1,h,t,a,b\r\n2,h,t\r\n");
   ASSERT_NE(table, nullptr);
@@ -177,6 +187,7 @@ TEST_F(LogReaderTest, ColumnsThatTheTableDoesNotHaveRaise3265) {
   };
   EXPECT_EQ(number_raised_by([&] { table->Text(0, 0); }), 3265);
   EXPECT_EQ(number_raised_by([&] { table->Text(1, 6); }), 3265);
+  EXPECT_EQ(number_raised_by([&] { table->IsNull(1, 6); }), 3265);
   EXPECT_EQ(number_raised_by([&] { table->ColumnName(6); }), 3265);
 }
 
