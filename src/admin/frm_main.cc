@@ -61,6 +61,8 @@ void frmMain::ConnectControls() {
   tray.mouse.ConnectForever([this](int message) { Tray_Mouse(message); });
   MnFExit.clicked.ConnectForever([this] { MnFExit_Click(); });
   mPopExit.clicked.ConnectForever([this] { MnFExit_Click(); });
+  MnVLogs.clicked.ConnectForever([this] { MnVLogs_Click(); });
+  TbarVLogs.clicked.ConnectForever([this] { MnVLogs_Click(); });
   MnVRefresh.clicked.ConnectForever([this] { MnVRefresh_Click(); });
   TbarRefresh.clicked.ConnectForever([this] { MnVRefresh_Click(); });
   MnHAbout.clicked.ConnectForever([this] { MnHAbout_Click(); });
@@ -275,6 +277,13 @@ void frmMain::MnFExit_Click() {
 
 void frmMain::MnVRefresh_Click() {
   if (!UpdateBusy && !RefreshBusy) ResetClick();
+}
+
+void frmMain::MnVLogs_Click() {
+  if (!enabled || UpdateBusy || RefreshBusy) return;
+  frmLog& window = logs_.Open(app_.host(), LogNeeds{app_, parts_.log, parts_.screen, parts_.metrics});
+  app_.host().Show(window);
+  window.bring_forward.Raise();
 }
 
 void frmMain::MnHAbout_Click() {

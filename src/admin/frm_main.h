@@ -14,6 +14,7 @@
 
 #include "admin/event_grid.h"
 #include "admin/event_rows.h"
+#include "admin/frm_log.h"
 #include "admin/grid_loader.h"
 #include "admin/grid_sort.h"
 #include "admin/text_metrics.h"
@@ -27,6 +28,7 @@
 #include "widgets/menu.h"
 #include "widgets/panel.h"
 #include "widgets/progress_bar.h"
+#include "widgets/reopened_window.h"
 #include "widgets/screen.h"
 #include "widgets/tray.h"
 
@@ -76,6 +78,8 @@ class frmMain : public widgets::Form {
   void mPopMaximize_Click();
   void MnFExit_Click();
   void MnVRefresh_Click();
+  // Opens the log viewer beside this window, or brings the one that is open to the front.
+  void MnVLogs_Click();
   void MnHAbout_Click();
 
   // State.
@@ -113,11 +117,13 @@ class frmMain : public widgets::Form {
 
   widgets::MenuItem MnFExit{"MnFExit", "E&xit"};
   widgets::Menu MnFile{"MnFile", "&File", {&MnFExit}};
+  widgets::MenuItem MnVLogs{"MnVLogs", "Logs..."};
   widgets::MenuItem MnVRefresh{"MnVRefresh", "Refresh"};
-  widgets::Menu MnView{"MnView", "&View", {&MnVRefresh}};
+  widgets::Menu MnView{"MnView", "&View", {&MnVLogs, &MnVRefresh}};
   widgets::MenuItem MnHAbout{"MnHAbout", ""};
   widgets::Menu MnHelp{"MnHelp", "&Help", {&MnHAbout}};
-  // A toolbar button, by its key; its caption is its tip.
+  // Toolbar buttons, by their keys; their captions are their tips.
+  widgets::MenuItem TbarVLogs{"VLogs", "View Logs"};
   widgets::MenuItem TbarRefresh{"Refresh", "Refresh"};
   widgets::MenuItem mPopRestore{"mPopRestore", "&Restore"};
   widgets::MenuItem mPopMinimize{"mPopMinimize", "&Minimize"};
@@ -156,6 +162,7 @@ class frmMain : public widgets::Form {
   core::AppState& app_;
   std::unique_ptr<platform::Timer> Timer1_, Timer2_;
   GridLoader loader_;
+  widgets::Reopened<frmLog> logs_;
   bool path_shown_ = false;
 };
 

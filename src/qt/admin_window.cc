@@ -3,17 +3,17 @@
 #include <QApplication>
 #include <QBoxLayout>
 #include <QFontMetrics>
-#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QProgressBar>
-#include <QResizeEvent>
 #include <QStatusBar>
 #include <QToolBar>
 
 #include "qt/bind_grid.h"
 #include "qt/bind_label.h"
 #include "qt/bind_menu.h"
+#include "qt/bind_panel.h"
+#include "qt/bind_tool_bar.h"
 #include "qt/bind_tray.h"
 #include "qt/text_edge.h"
 
@@ -24,26 +24,6 @@ namespace {
 int PixelsOf(std::string_view text) {
   return QFontMetrics(QApplication::font()).horizontalAdvance(ToQt(text));
 }
-
-// A panel of the status bar, which tells the logic how wide it is.
-class PanelLabel : public QLabel {
- public:
-  PanelLabel(widgets::Panel& panel, const QString& accessible_name) : panel_(panel) {
-    setTextFormat(Qt::PlainText);
-    setContentsMargins(6, 2, 6, 2);
-    BindControl(panel, this, accessible_name);
-    Reflect(this, panel.text, [this](const std::string& text) { setText(ToQt(text)); });
-  }
-
- protected:
-  void resizeEvent(QResizeEvent* event) override {
-    QLabel::resizeEvent(event);
-    panel_.width = width() * kTwipsPerPixel;
-  }
-
- private:
-  widgets::Panel& panel_;
-};
 
 }  // namespace
 
@@ -72,15 +52,7 @@ void AdminWindow::MakeMenuBar() {
 }
 
 void AdminWindow::MakeToolBar() {
-  auto* bar = addToolBar(QStringLiteral("Tools"));
-  bar->setObjectName(QStringLiteral("Tbar"));
-  bar->setMovable(false);
-  bar->setContextMenuPolicy(Qt::PreventContextMenu);
-  bar->setIconSize(QSize(20, 20));
-  bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-  QAction* refresh = MakeAction(ui_.TbarRefresh, bar, kit());
-  refresh->setIcon(kit().pictures.Icon(QStringLiteral("toolbar/Refresh")));
-  bar->addAction(refresh);
+  addToolBar(MakeBarOfTools(QStringLiteral("Tbar"), {&ui_.TbarVLogs, &ui_.TbarRefresh}, kit()));
 }
 
 void AdminWindow::MakeGrid() {
@@ -100,8 +72,8 @@ void AdminWindow::MakeGrid() {
 void AdminWindow::MakeStatusBar() {
   statusBar()->setObjectName(QStringLiteral("SBar"));
   statusBar()->setSizeGripEnabled(false);
-  statusBar()->addWidget(new PanelLabel(ui_.Msg, QStringLiteral("File")), 3);
-  statusBar()->addWidget(new PanelLabel(ui_.Msg2, QStringLiteral("Message")), 1);
+  statusBar()->addWidget(MakePanel(ui_.Msg, QStringLiteral("File")), 3);
+  statusBar()->addWidget(MakePanel(ui_.Msg2, QStringLiteral("Message")), 1);
   auto* progress = new QProgressBar;
   progress->setTextVisible(false);
   progress->setFixedWidth(140);
@@ -115,8 +87,8 @@ void AdminWindow::MakeStatusBar() {
     progress->setVisible(percent > 0);
   });
   statusBar()->addPermanentWidget(progress);
-  statusBar()->addPermanentWidget(new PanelLabel(ui_.Rfrsh, QStringLiteral("File has changed indicator")));
-  statusBar()->addPermanentWidget(new PanelLabel(ui_.RecCnt, QStringLiteral("Record Count")));
+  statusBar()->addPermanentWidget(MakePanel(ui_.Rfrsh, QStringLiteral("File has changed indicator")));
+  statusBar()->addPermanentWidget(MakePanel(ui_.RecCnt, QStringLiteral("Record Count")));
 }
 
 }  // namespace zendrix::qt

@@ -1,5 +1,6 @@
 #include "qt/form_views.h"
 
+#include "qt/admin/frm_log.h"
 #include "qt/admin_window.h"
 #include "qt/home/frm_more_info.h"
 #include "qt/home/frm_new_update.h"
@@ -33,6 +34,7 @@ constexpr auto kViews = {
     Make<home::frmTour, TourWindow>,            //
     Make<home::frmSurvey, SurveyWindow>,        //
     Make<admin::frmMain, AdminWindow>,
+    Make<admin::frmLog, LogWindow>,
 };
 
 }  // namespace

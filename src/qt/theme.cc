@@ -106,6 +106,8 @@ QScrollBar { background: transparent; border: 0; margin: 0; }
 QScrollBar:vertical { width: 12px; }
 QScrollBar:horizontal { height: 12px; }
 QScrollBar::handle { background: @faint; border: 3px solid @base; border-radius: 6px; }
+QScrollBar::handle:focus { background: @link; }
+QScrollBar::handle:disabled { background: @border; }
 QScrollBar::handle:vertical { min-height: 32px; }
 QScrollBar::handle:horizontal { min-width: 32px; }
 QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }

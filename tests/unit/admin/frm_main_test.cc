@@ -113,6 +113,37 @@ TEST_F(FrmMainTest, EveryHeadingThatWasCutComesBackWhole) {
   }
 }
 
+TEST_F(FrmMainTest, LogsOpenBesideTheWindowFromMenuAndToolbar) {
+  using Shown = widgets::ScriptedFormHost::Shown;
+  OpenOn({Line(1, "system")});
+  form_->MnVLogs.clicked.Raise();
+  EXPECT_THAT(world_.host.shown, ElementsAre(Shown{"frmLog", "", false, true, false}));
+  EXPECT_TRUE(form_->enabled);
+  widgets::Form* const first = world_.state.forms.Find("frmLog");
+  ASSERT_NE(first, nullptr);
+  int forward = 0;
+  const auto front = first->bring_forward.Connect([&] { ++forward; });
+  form_->TbarVLogs.clicked.Raise();
+  EXPECT_EQ(world_.state.forms.Find("frmLog"), first);
+  EXPECT_EQ(forward, 1);
+  first->Unload(widgets::UnloadCause::kCloseBox);
+  form_->TbarVLogs.clicked.Raise();
+  EXPECT_TRUE(world_.state.forms.IsFormLoaded("frmLog"));
+}
+
+TEST_F(FrmMainTest, LogsDoNotOpenWhileALoadRunsOrABoxIsOpen) {
+  OpenOn({Line(1, "system")});
+  for (bool* busy : {&form_->UpdateBusy, &form_->RefreshBusy}) {
+    *busy = true;
+    form_->MnVLogs.clicked.Raise();
+    form_->TbarVLogs.clicked.Raise();
+    *busy = false;
+  }
+  form_->enabled = false;
+  form_->TbarVLogs.clicked.Raise();
+  EXPECT_THAT(world_.host.shown, IsEmpty());
+}
+
 TEST_F(FrmMainTest, EventIdHeaderSortsNothing) {
   OpenOn({Line(1, "system"), Line(2, "system")});
   form_->EventList.header_clicked.Raise(kColEventID);

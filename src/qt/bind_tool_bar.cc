@@ -1,0 +1,28 @@
+#include "qt/bind_tool_bar.h"
+
+#include <QAction>
+#include <QToolBar>
+
+#include "qt/bind_menu.h"
+
+namespace zendrix::qt {
+
+QToolBar* MakeBarOfTools(const QString& name, const std::vector<widgets::MenuItem*>& items,
+                         const Toolkit& kit) {
+  constexpr int kEdge = 20;
+  auto* bar = new QToolBar(QStringLiteral("Tools"));
+  bar->setObjectName(name);
+  bar->setMovable(false);
+  bar->setContextMenuPolicy(Qt::PreventContextMenu);
+  bar->setIconSize(QSize(kEdge, kEdge));
+  bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  for (widgets::MenuItem* item : items) {
+    QAction* const action = MakeAction(*item, bar, kit);
+    action->setIcon(kit.pictures.Icon(QStringLiteral("toolbar/") + action->objectName()));
+    bar->addAction(action);
+    bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
+  }
+  return bar;
+}
+
+}  // namespace zendrix::qt
