@@ -19,8 +19,9 @@ void EventRows::Clear() {
   pool_ = std::move(pool);
   sources_ = std::move(sources);
   rows_ = {};
-  descriptions_ = {};
   is_description_.clear();
+  late_descriptions_.clear();
+  description_count_ = 0;
   texts_.Clear();
   monitors_ = std::move(monitors);
   for (KeptRanks& ranks : ranks_) ranks = {};
@@ -50,12 +51,28 @@ RowSource EventRows::source(std::uint32_t source) const {
 }
 
 store::TextId EventRows::AddDescription(const store::TextPool::Hashed& text) {
+  const store::TextId next = pool_.size();
   const store::TextId id = pool_.Intern(text);
   if (id < is_description_.size() && is_description_[id]) return id;
   if (id >= is_description_.size()) is_description_.resize(pool_.size());
-  descriptions_.push_back(id);
+  if (id < next) late_descriptions_.push_back({next, id});
   is_description_[id] = true;
+  ++description_count_;
   return id;
+}
+
+std::vector<store::TextId> EventRows::DistinctDescriptions() const {
+  std::vector<bool> in_order = is_description_;
+  for (const LateDescription& late : late_descriptions_) in_order[late.text] = false;
+  std::vector<store::TextId> texts;
+  texts.reserve(description_count_);
+  auto late = late_descriptions_.begin();
+  for (store::TextId id = 0; id < in_order.size(); ++id) {
+    for (; late != late_descriptions_.end() && late->before <= id; ++late) texts.push_back(late->text);
+    if (in_order[id]) texts.push_back(id);
+  }
+  for (; late != late_descriptions_.end(); ++late) texts.push_back(late->text);
+  return texts;
 }
 
 void EventRows::Append(const EventRow& row) {
@@ -66,8 +83,8 @@ void EventRows::Append(const EventRow& row) {
 
 store::CUList EventRows::Descriptions() const {
   store::CUList list;
-  for (std::uint32_t i = 0; i < description_count(); ++i) {
-    const std::string_view text = pool_.Text(descriptions_[i]);
+  for (const store::TextId id : DistinctDescriptions()) {
+    const std::string_view text = pool_.Text(id);
     list.SetItemData(text, text);
   }
   return list;
@@ -100,8 +117,13 @@ EventRows::Ranks EventRows::RanksOf(Key key) const {
   const bool by_source = key != Key::kWhole;
   const std::uint32_t count = by_source ? source_count() : description_count();
   if (kept.count == count) return {kept.of, by_source};
-  std::vector<store::TextId> texts(count);
-  for (std::uint32_t i = 0; i < count; ++i) texts[i] = by_source ? TextOf(key, source(i)) : descriptions_[i];
+  std::vector<store::TextId> texts;
+  if (by_source) {
+    texts.resize(count);
+    for (std::uint32_t i = 0; i < count; ++i) texts[i] = TextOf(key, source(i));
+  } else {
+    texts = DistinctDescriptions();
+  }
   std::vector<std::uint32_t> ranks = RanksNoCase(pool_, texts);
   if (by_source) {
     kept.of = std::move(ranks);

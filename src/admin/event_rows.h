@@ -71,8 +71,8 @@ class EventRows {
   RowSource source(std::uint32_t source) const;
   const store::TextPool& pool() const { return pool_; }
   // The distinct descriptions of all lines, in the order of their first line.
-  std::uint32_t description_count() const { return static_cast<std::uint32_t>(descriptions_.size()); }
-  store::TextId description(std::uint32_t place) const { return descriptions_[place]; }
+  std::uint32_t description_count() const { return description_count_; }
+  std::vector<store::TextId> DistinctDescriptions() const;
   // The same as the list by key, ignoring case.
   store::CUList Descriptions() const;
   // Bytes of records and texts.
@@ -113,6 +113,10 @@ class EventRows {
   std::uint32_t KeepSource(const RowSource& source);
   store::TextId TextOf(Key key, const RowSource& source) const;
 
+  struct LateDescription {
+    store::TextId before;  // texts of this number and on came behind it
+    store::TextId text;
+  };
   struct KeptRanks {
     std::uint32_t count = 0;  // of the texts or sources that they were made of
     std::vector<std::uint32_t> of;
@@ -124,8 +128,10 @@ class EventRows {
   // n + 1 is source n.
   store::TextPool sources_;
   store::ChunkedVector<EventRow, 13> rows_;
-  store::ChunkedVector<store::TextId, 12> descriptions_;
   std::vector<bool> is_description_;  // by text number
+  // Descriptions whose text was there as another one before; all others come in the order of their numbers.
+  std::vector<LateDescription> late_descriptions_;
+  std::uint32_t description_count_ = 0;
   RowTexts texts_;
   mutable MonitorRows monitors_;
   mutable KeptRanks ranks_[4];

@@ -30,7 +30,7 @@ TextId TextPool::Insert(std::string_view text, std::uint32_t hash, std::size_t s
   }
   const auto id = static_cast<TextId>(entries_.size());
   const std::string_view kept = Keep(text);
-  entries_.push_back({kept.data(), static_cast<std::uint32_t>(kept.size())});
+  entries_.push_back({kept.data(), kept.size()});
   slots_[slot] = static_cast<std::uint64_t>(hash) << 32 | id;
   return id;
 }

@@ -117,7 +117,7 @@ class TextPool {
   }
   void FetchText(const Hashed& hashed) const {
     if (const std::uint64_t slot = slots_[hashed.hash & mask_]; slot >> 32 == hashed.hash)
-      __builtin_prefetch(entries_[static_cast<TextId>(slot)].data);
+      __builtin_prefetch(entries_[static_cast<TextId>(slot)].data());
   }
   // The number of the text, or kNoText when the pool does not hold it.
   TextId Lookup(std::string_view text) const {
@@ -125,7 +125,7 @@ class TextPool {
     const std::size_t slot = SlotOf(text, hash_(text));
     return slots_[slot] != 0 ? static_cast<TextId>(slots_[slot]) : kNoText;
   }
-  std::string_view Text(TextId id) const { return {entries_[id].data, entries_[id].size}; }
+  std::string_view Text(TextId id) const { return {entries_[id].data(), entries_[id].size}; }
   // Numbers run from 0 to size() - 1.
   std::uint32_t size() const { return static_cast<std::uint32_t>(entries_.size()); }
 
@@ -135,10 +135,21 @@ class TextPool {
   std::size_t bytes() const { return kept_ + entries_.size() * (sizeof(Entry) + sizeof(std::uint64_t)); }
 
  private:
+  // Twelve bytes, not sixteen: large pools have millions of these.
   struct Entry {
-    const char* data;
+    Entry() = default;
+    Entry(const char* data, std::size_t length) : size(static_cast<std::uint32_t>(length)) {
+      std::memcpy(place, &data, sizeof data);
+    }
+    const char* data() const {
+      const char* at;
+      std::memcpy(&at, place, sizeof at);
+      return at;
+    }
     std::uint32_t size;
+    char place[sizeof(const char*)];
   };
+  static_assert(sizeof(Entry) == 12);
 
   // The slot that holds the text, or the free one where it belongs.
   std::size_t SlotOf(std::string_view text, std::uint32_t hash) const {

@@ -177,9 +177,24 @@ TEST_F(EventRowsTest, ListOfDescriptionsHoldsThoseWithoutARowToo) {
   Append(rows_, {3, "", "h", "m", "A", "TWO"});
   Append(rows_, {4, "", "h", "m", "A", "two"});
   std::vector<std::string> items;
-  for (const auto& entry : rows_.Descriptions().ColList()) items.push_back(entry.item);
+  const store::CUList list = rows_.Descriptions();
+  for (const auto& entry : list.ColList()) items.push_back(entry.item);
   EXPECT_THAT(items, ElementsAre("two", "hidden", "one"));
   EXPECT_EQ(rows_.description_count(), 4u);
+}
+
+// Also where a text was there as a host before it was a description.
+TEST_F(EventRowsTest, DescriptionsComeInTheOrderOfTheirFirstLine) {
+  Append(rows_, {1, "", "late", "early", "A", "first"});
+  rows_.AddDescription("second");
+  rows_.AddDescription("late");
+  rows_.AddDescription("");
+  rows_.AddDescription("third");
+  rows_.AddDescription("first");
+  rows_.AddDescription("early");
+  std::vector<std::string_view> texts;
+  for (const store::TextId id : rows_.DistinctDescriptions()) texts.push_back(rows_.pool().Text(id));
+  EXPECT_THAT(texts, ElementsAre("first", "second", "late", "", "third", "early"));
 }
 
 TEST_F(EventRowsTest, CapacityInRowsRaisesOutOfMemoryAndKeepsWhatIsThere) {
