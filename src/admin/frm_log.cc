@@ -171,7 +171,7 @@ void frmLog::VScroll1_Change() {
 }
 
 void frmLog::Form_Resize() {
-  if (!LogRecords || !LogLoaded) return;
+  if (!LogLoaded) return;
   MeasurePage();
   FillGrid(LogFirstRow, LogPageRows);
 }

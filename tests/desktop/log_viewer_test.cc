@@ -44,7 +44,14 @@ TEST_F(LogViewerTest, LogIsChosenPagedToItsEndAndClosed) {
     console_.screen().Key("ctrl+End");
     return ComesSoon([&] { return HasRecord(1) && !HasRecord(2); });
   }));
-  EXPECT_EQ(console_.Await("scroll bar", "Record at the top").Value(), 40);
+  const Accessible bar = console_.Await("scroll bar", "Record at the top");
+  EXPECT_EQ(bar.Value(), 40);
+  EXPECT_TRUE(Eventually([&] {
+    console_.screen().Key("Tab");
+    return ComesSoon([&] { return bar.Is(ATSPI_STATE_FOCUSED); });
+  }));
+  console_.screen().Key("Home");
+  ASSERT_TRUE(Eventually([&] { return HasRecord(40) && !HasRecord(1); }));
   console_.screen().Key("Escape");
   console_.AwaitGone("frame", "Error Logs");
   EXPECT_TRUE(console_.process().Running());
