@@ -26,9 +26,10 @@ struct BenchPlatform {
   platform::MemoryPlatform twins;
 
   platform::Seams seams() {
-    return {files,          clock, locale, twins.host,          twins.shell,        twins.instance_lock,
-            twins.services, loop,  loop,   twins.message_boxes, twins.file_dialogs, family,
-            twins.process};
+    return {
+        files,          clock,        locale, twins.host,          twins.shell,        twins.instance_lock,
+        twins.services, loop,         loop,   twins.message_boxes, twins.file_dialogs, twins.colour_dialogs,
+        family,         twins.process};
   }
 };
 

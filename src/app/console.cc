@@ -54,6 +54,9 @@ struct Console::Parts {
   qt::QtTimers timers;
   qt::QtMessageBoxes message_boxes;
   qt::QtFileDialogs file_dialogs;
+  qt::Pictures pictures;
+  qt::Theme theme;
+  qt::QtColourDialogs colour_dialogs{theme};
   platform::LinuxFamily family;
   platform::LinuxProcess process;
   platform::Seams seams;
@@ -61,8 +64,6 @@ struct Console::Parts {
   core::AppState state;
   core::ErrorLog log;
   qt::SlotGuard guard;
-  qt::Pictures pictures;
-  qt::Theme theme;
   console::Console console;
   QObject anchor;
   std::unique_ptr<QSocketNotifier> lock_notifier;
@@ -75,14 +76,14 @@ Console::Parts::Parts(const Options& the_options)
     : options(the_options),
       recorder(platform::RecorderBeside(FolderOf(options.exe_path), control::kServiceName, options.folder,
                                         options.edition == "Home")),
+      pictures(options.folder),
+      theme(pictures),
       family(FolderOf(options.exe_path)),
-      seams{files, clock,  locale,        host,         shell,  instance_lock, services,
-            loop,  timers, message_boxes, file_dialogs, family, process},
+      seams{files, clock,  locale,        host,         shell,          instance_lock, services,
+            loop,  timers, message_boxes, file_dialogs, colour_dialogs, family,        process},
       state(seams),
       log(state),
       guard(log),
-      pictures(options.folder),
-      theme(pictures),
       console(state, log, qt::GridMetrics),
       form_host({guard, pictures, theme}) {
   timers.SetGuard(&guard);

@@ -23,9 +23,10 @@ class AppState {
   explicit AppState(const platform::Seams& outside)
       : seams{outside.files,         outside.clock,    outside.locale, outside.host,   outside.shell,
               outside.instance_lock, outside.services, outside.loop,   outside.timers, message_boxes_,
-              file_dialogs_,         outside.family,   outside.process},
+              file_dialogs_,         colour_dialogs_,  outside.family, outside.process},
         message_boxes_(outside.message_boxes, forms),
-        file_dialogs_(outside.file_dialogs, forms) {}
+        file_dialogs_(outside.file_dialogs, forms),
+        colour_dialogs_(outside.colour_dialogs, forms) {}
   AppState(const AppState&) = delete;
   AppState& operator=(const AppState&) = delete;
 
@@ -60,6 +61,7 @@ class AppState {
  private:
   ModalMessageBoxes message_boxes_;
   ModalFileDialogs file_dialogs_;
+  ModalColourDialogs colour_dialogs_;
   widgets::HiddenForms hidden_;
   widgets::FormHost* host_ = &hidden_;
 };

@@ -34,4 +34,18 @@ class ModalFileDialogs : public platform::FileDialogs {
   widgets::FormList& forms_;
 };
 
+class ModalColourDialogs : public platform::ColourDialogs {
+ public:
+  ModalColourDialogs(platform::ColourDialogs& dialogs, widgets::FormList& forms)
+      : dialogs_(dialogs), forms_(forms) {}
+  std::optional<std::uint32_t> Choose(const platform::ColourRequest& request) override {
+    const widgets::ModalScope modal(forms_);
+    return dialogs_.Choose(request);
+  }
+
+ private:
+  platform::ColourDialogs& dialogs_;
+  widgets::FormList& forms_;
+};
+
 }  // namespace zendrix::core

@@ -86,6 +86,12 @@ class NoFileDialogs : public platform::FileDialogs {
   std::string Choose(const platform::FileRequest&) override { return ""; }
 };
 
+// Nor colours.
+class NoColourDialogs : public platform::ColourDialogs {
+ public:
+  std::optional<std::uint32_t> Choose(const platform::ColourRequest&) override { return std::nullopt; }
+};
+
 std::string ExecutableFolder() {
   std::error_code error;
   const auto path = std::filesystem::read_symlink("/proc/self/exe", error);
@@ -118,6 +124,7 @@ struct Console::Parts {
               live ? static_cast<platform::TimerMaker&>(live_timers) : still_timers,
               boxes,
               file_dialogs,
+              colour_dialogs,
               family,
               process},
         state(seams),
@@ -156,6 +163,7 @@ struct Console::Parts {
   platform::LinuxFamily family;
   CollectingBoxes boxes;
   NoFileDialogs file_dialogs;
+  NoColourDialogs colour_dialogs;
   platform::ThrowingProcess process;
   platform::Seams seams;
   core::AppState state;

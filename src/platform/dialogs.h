@@ -1,6 +1,8 @@
 // The platform's ready-made dialogs. Texts are single-byte (Windows-1252) and always shown as plain text.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 
 namespace zendrix::platform {
@@ -36,6 +38,20 @@ class FileDialogs {
   virtual ~FileDialogs() = default;
   // The chosen path, or empty when the user cancelled.
   virtual std::string Choose(const FileRequest& request) = 0;
+};
+
+// A colour has red in its low byte, then green, then blue; with the top bit set it is the number of a colour
+// of the user's desktop.
+struct ColourRequest {
+  std::string title;
+  std::uint32_t colour = 0;  // to begin with
+};
+
+class ColourDialogs {
+ public:
+  virtual ~ColourDialogs() = default;
+  // The chosen colour, or nothing when the user cancelled.
+  virtual std::optional<std::uint32_t> Choose(const ColourRequest& request) = 0;
 };
 
 }  // namespace zendrix::platform

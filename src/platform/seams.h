@@ -28,6 +28,7 @@ struct Seams {
   TimerMaker& timers;
   MessageBoxes& message_boxes;
   FileDialogs& file_dialogs;
+  ColourDialogs& colour_dialogs;
   FamilyLibraries& family;
   Process& process;
 };

@@ -1,6 +1,7 @@
 #include "qt/qt_dialogs.h"
 
 #include <QApplication>
+#include <QColorDialog>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPointer>
@@ -87,6 +88,17 @@ std::string QtFileDialogs::Choose(const platform::FileRequest& request) {
   dialog->selectFile(ToQt(request.name));
   if (dialog->exec() != QDialog::Accepted || dialog.gone()) return {};
   return PathFromQt(dialog->selectedFiles().value(0));
+}
+
+// The toolkit's own dialog shows everything from the start, a desktop's may not.
+std::optional<std::uint32_t> QtColourDialogs::Choose(const platform::ColourRequest& request) {
+  const OverActiveWindow<QColorDialog> dialog;
+  dialog->setObjectName(QStringLiteral("colourDialog"));
+  dialog->setOption(QColorDialog::DontUseNativeDialog);
+  dialog->setWindowTitle(ToQt(request.title));
+  dialog->setCurrentColor(theme_.ColourOf(request.colour));
+  if (dialog->exec() != QDialog::Accepted || dialog.gone()) return std::nullopt;
+  return Theme::NumberOf(dialog->selectedColor());
 }
 
 }  // namespace zendrix::qt

@@ -1,7 +1,8 @@
-// Message boxes and file dialogs of the platform seam on the toolkit's.
+// Message boxes, file and colour dialogs of the platform seam on the toolkit's.
 #pragma once
 
 #include "platform/dialogs.h"
+#include "qt/theme.h"
 
 namespace zendrix::qt {
 
@@ -13,6 +14,16 @@ class QtMessageBoxes : public platform::MessageBoxes {
 class QtFileDialogs : public platform::FileDialogs {
  public:
   std::string Choose(const platform::FileRequest& request) override;
+};
+
+class QtColourDialogs : public platform::ColourDialogs {
+ public:
+  // `theme` knows the colours of the desktop; it outlives the object.
+  explicit QtColourDialogs(const Theme& theme) : theme_(theme) {}
+  std::optional<std::uint32_t> Choose(const platform::ColourRequest& request) override;
+
+ private:
+  const Theme& theme_;
 };
 
 }  // namespace zendrix::qt

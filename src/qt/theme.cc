@@ -219,4 +219,8 @@ QColor Theme::ColourOf(widgets::Colour colour) const {
                 static_cast<int>((colour >> 16) & kByte));
 }
 
+widgets::Colour Theme::NumberOf(const QColor& colour) {
+  return static_cast<widgets::Colour>(colour.red() | colour.green() << 8 | colour.blue() << 16);
+}
+
 }  // namespace zendrix::qt

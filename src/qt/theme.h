@@ -32,6 +32,8 @@ class Theme : public QObject {
   void SetDark(bool dark);
   // A colour of the logic: a number, or a colour of the desktop.
   QColor ColourOf(widgets::Colour colour) const;
+  // The number of a colour.
+  static widgets::Colour NumberOf(const QColor& colour);
 
  signals:
   void Changed();

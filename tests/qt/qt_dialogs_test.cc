@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QColorDialog>
 #include <QDialog>
 #include <QFileDialog>
 #include <QMessageBox>
@@ -54,6 +55,9 @@ class QtDialogsTest : public ::testing::Test {
   std::unique_ptr<QWidget> owner_ = std::make_unique<QWidget>();
   QtMessageBoxes boxes_;
   QtFileDialogs files_;
+  Pictures pictures_{"/nowhere"};
+  Theme theme_{pictures_};
+  QtColourDialogs colours_{theme_};
   const platform::BoxRequest question_{"Zendrix", "<b>Sure?</b>\r\nReally?", BoxIcon::kExclamation,
                                        BoxButtons::kYesNo};
 };
@@ -123,6 +127,34 @@ TEST_F(QtDialogsTest, FileDialogBeginsInItsFolderWithItsNameAndFilters) {
     dialog.reject();
   });
   EXPECT_EQ(files_.Choose(request), "");
+}
+
+TEST_F(QtDialogsTest, ColourDialogBeginsWithTheColourAndGivesTheOneThatIsTaken) {
+  WhileOpen<QColorDialog>([](QColorDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), QStringLiteral("Selected Color"));
+    EXPECT_EQ(dialog.currentColor(), QColor(0x30, 0x20, 0x10));
+    dialog.setCurrentColor(QColor(1, 2, 3));
+    static_cast<QDialog&>(dialog).accept();
+  });
+  EXPECT_EQ(colours_.Choose({"Selected Color", 0x102030}), 0x030201u);
+  WhileOpen<QColorDialog>([](QColorDialog& dialog) {
+    dialog.setCurrentColor(QColor(1, 2, 3));
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+  });
+  EXPECT_EQ(colours_.Choose({"Selected Color", 0x102030}), std::nullopt);
+}
+
+TEST_F(QtDialogsTest, ColourDialogBeginsWithAColourOfTheDesktopAsItLooks) {
+  WhileOpen<QColorDialog>([this](QColorDialog& dialog) {
+    EXPECT_EQ(dialog.currentColor(), theme_.tokens().text);
+    dialog.reject();
+  });
+  EXPECT_EQ(colours_.Choose({"Color", widgets::kSystemButtonText}), std::nullopt);
+}
+
+TEST_F(QtDialogsTest, ColourDialogWhoseOwnerGoesMeanwhileChoosesNothing) {
+  WhileOpen<QColorDialog>([this](QColorDialog& dialog) { GoWith(dialog); });
+  EXPECT_EQ(colours_.Choose({"Color", 0}), std::nullopt);
 }
 
 }  // namespace

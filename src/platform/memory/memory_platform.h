@@ -37,12 +37,13 @@ struct MemoryPlatform {
   FakeServiceManager services;
   ScriptedBoxes message_boxes{timers};
   ScriptedFileDialogs file_dialogs;
+  ScriptedColourDialogs colour_dialogs;
   MemoryFamily family;
   ThrowingProcess process;
 
   Seams seams() {
-    return {files,  clock,  locale,        host,         shell,  instance_lock, services,
-            timers, timers, message_boxes, file_dialogs, family, process};
+    return {files,  clock,  locale,        host,         shell,          instance_lock, services,
+            timers, timers, message_boxes, file_dialogs, colour_dialogs, family,        process};
   }
 };
 

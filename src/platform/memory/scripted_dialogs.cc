@@ -35,4 +35,13 @@ std::string ScriptedFileDialogs::Choose(const FileRequest& request) {
   return choice;
 }
 
+std::optional<std::uint32_t> ScriptedColourDialogs::Choose(const ColourRequest& request) {
+  shown.push_back(request);
+  if (while_open) while_open();
+  if (choices_.empty()) return std::nullopt;
+  const auto choice = choices_.front();
+  choices_.pop_front();
+  return choice;
+}
+
 }  // namespace zendrix::platform

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,22 @@ class ScriptedFileDialogs : public FileDialogs {
 
  private:
   std::deque<std::string> choices_;
+};
+
+class ScriptedColourDialogs : public ColourDialogs {
+ public:
+  // The colour that the next dialog gives; nothing is a cancel. Without one the dialog is cancelled.
+  void Choose(std::optional<std::uint32_t> colour) { choices_.push_back(colour); }
+
+  // Requests in the order they were shown.
+  std::vector<ColourRequest> shown;
+  // Called while a dialog is open.
+  std::function<void()> while_open;
+
+  std::optional<std::uint32_t> Choose(const ColourRequest& request) override;
+
+ private:
+  std::deque<std::optional<std::uint32_t>> choices_;
 };
 
 }  // namespace zendrix::platform

@@ -206,6 +206,23 @@ TEST(ScriptedFileDialogsTest, GivesTheChoicesThenCancels) {
   EXPECT_TRUE(dialogs.shown[1].saving);
 }
 
+TEST(ScriptedColourDialogsTest, GivesTheChoicesThenCancels) {
+  ScriptedColourDialogs dialogs;
+  int open = 0;
+  dialogs.while_open = [&] { ++open; };
+  dialogs.Choose(0x123456);
+  dialogs.Choose(std::nullopt);
+  dialogs.Choose(0);
+  EXPECT_EQ(dialogs.Choose(ColourRequest{"Color", 7}), 0x123456U);
+  EXPECT_EQ(dialogs.Choose(ColourRequest{}), std::nullopt);
+  EXPECT_EQ(dialogs.Choose(ColourRequest{}), 0U);
+  EXPECT_EQ(dialogs.Choose(ColourRequest{}), std::nullopt);
+  ASSERT_EQ(dialogs.shown.size(), 4U);
+  EXPECT_EQ(dialogs.shown[0].title, "Color");
+  EXPECT_EQ(dialogs.shown[0].colour, 7U);
+  EXPECT_EQ(open, 4);
+}
+
 TEST(FakeServiceManagerTest, StatesFollowTheMethods) {
   FakeServiceManager services;
   EXPECT_EQ(services.Properties("ZENDRIX").error().kind, ErrorKind::kNotFound);

@@ -48,8 +48,8 @@ struct Program {
   platform::LinuxFamily family{"/nonexistent"};
   platform::Seams seams{files,         memory.clock,         memory.locale,       memory.host,
                         memory.shell,  memory.instance_lock, memory.services,     memory.timers,
-                        memory.timers, memory.message_boxes, memory.file_dialogs, family,
-                        memory.process};
+                        memory.timers, memory.message_boxes, memory.file_dialogs, memory.colour_dialogs,
+                        family,        memory.process};
   core::AppState state{seams};
   core::ErrorLog log{state};
   RegIni reg_ini{state, log};

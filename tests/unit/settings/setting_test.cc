@@ -292,8 +292,8 @@ TEST_F(SettingTest, EveryOperationWrapsTheErrorItMeetsInItsOwn) {
   ExhaustedFiles files;
   platform::Seams seams{files,         seams_.clock,         seams_.locale,       seams_.host,
                         seams_.shell,  seams_.instance_lock, seams_.services,     seams_.loop,
-                        seams_.timers, seams_.message_boxes, seams_.file_dialogs, seams_.family,
-                        seams_.process};
+                        seams_.timers, seams_.message_boxes, seams_.file_dialogs, seams_.colour_dialogs,
+                        seams_.family, seams_.process};
   core::AppState state(seams);
   CSetting file(state);
   const std::string old = "(7, Out of memory)";

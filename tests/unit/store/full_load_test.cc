@@ -220,8 +220,8 @@ TEST_F(FullLoadTest, FileOfTheLargestSizeIsLoadedAndOneByteMoreIsAnOverflow) {
   files.Put(kPath, Line("1700000000", "System", "x") + "\r\n");
   platform::Seams seams{files,         seams_.clock,         seams_.locale,       seams_.host,
                         seams_.shell,  seams_.instance_lock, seams_.services,     seams_.loop,
-                        seams_.timers, seams_.message_boxes, seams_.file_dialogs, seams_.family,
-                        seams_.process};
+                        seams_.timers, seams_.message_boxes, seams_.file_dialogs, seams_.colour_dialogs,
+                        seams_.family, seams_.process};
   core::AppState state(seams);
   core::ErrorLog log(state);
   int error_number = 0;

@@ -363,10 +363,11 @@ class CountingTimers : public platform::TimerMaker {
 
 TEST_F(IncrementalLoadTest, TimersArmedAgainAreTheOnesThatFired) {
   CountingTimers timers(platform_.timers);
-  platform::Seams seams{platform_.files,  platform_.clock,         platform_.locale,       platform_.host,
-                        platform_.shell,  platform_.instance_lock, platform_.services,     platform_.timers,
-                        timers,           platform_.message_boxes, platform_.file_dialogs, platform_.family,
-                        platform_.process};
+  platform::Seams seams{platform_.files,         platform_.clock,        platform_.locale,
+                        platform_.host,          platform_.shell,        platform_.instance_lock,
+                        platform_.services,      platform_.timers,       timers,
+                        platform_.message_boxes, platform_.file_dialogs, platform_.colour_dialogs,
+                        platform_.family,        platform_.process};
   core::AppState state(seams);
   reader_ = std::make_unique<store::CMkvlf>(state, log_);
   LoadOf({Line("1700000000", "System", std::string(300, 'a'))});

@@ -69,8 +69,8 @@ class RealFileTest : public ::testing::Test {
   platform::MemoryPlatform twins_;
   platform::Seams seams_{files_,        twins_.clock,         twins_.locale,       twins_.host,
                          twins_.shell,  twins_.instance_lock, twins_.services,     twins_.timers,
-                         twins_.timers, twins_.message_boxes, twins_.file_dialogs, twins_.family,
-                         twins_.process};
+                         twins_.timers, twins_.message_boxes, twins_.file_dialogs, twins_.colour_dialogs,
+                         twins_.family, twins_.process};
   core::AppState state_{seams_};
   core::ErrorLog log_{state_};
   std::vector<std::string> logged_;
