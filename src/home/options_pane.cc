@@ -5,7 +5,6 @@
 #include "core/desc_lookup.h"
 #include "core/guards.h"
 #include "core/number_rules.h"
-#include "core/validation.h"
 #include "settings/reg_ini.h"
 #include "widgets/busy_mark.h"
 
@@ -14,7 +13,6 @@ namespace {
 
 using core::Settings;
 
-constexpr char kStandardPort[] = "25";
 constexpr widgets::Colour kWhite = 0xFFFFFF;
 constexpr int kDesignedSensitivity = 110;
 constexpr float kSensitivityScale = 100;  // slider places to one of the setting
@@ -25,7 +23,8 @@ constexpr int kAllPlace = 0, kSuspiciousPlace = 50, kIntrusionPlace = 100;
 
 }  // namespace
 
-OptionsPane::OptionsPane(OptionsNeeds needs) : needs_(std::move(needs)), app_(needs_.state) {
+OptionsPane::OptionsPane(OptionsNeeds needs)
+    : mail(needs.state, needs.screen), needs_(std::move(needs)), app_(needs_.state) {
   eSbSensitivity.value = kDesignedSensitivity;
   ConnectControls();
 }
@@ -34,42 +33,15 @@ void OptionsPane::ConnectControls() {
   for (int i = 0; i < kOptionTabs; ++i)
     etbOptionSel[static_cast<std::size_t>(i)].clicked.ConnectForever([this, i] { etbOptionSel_Click(i); });
   eEnable.clicked.ConnectForever([this] { eEnable_Click(); });
-  for (widgets::TextBox* box : {&Email, &Server, &Port})
-    box->text.changed.ConnectForever([this] { SmtpDirty = true; });
-  Email.valid = [this] {
-    return Valid(core::IsValidEmail(Email.text.Get()), "Not a valid email address.",
-                 "should be as in: 'name@domain.ext'");
-  };
-  Server.valid = [this] {
-    return Valid(core::IsValidServer(Server.text.Get()), "Not a valid Server name.",
-                 "should be as in: 'server.maildomain.ext'");
-  };
-  Port.takes = [](char key) { return key >= '0' && key <= '9'; };
-  Port.refused.ConnectForever([this] { needs_.screen.beep.Raise(); });
   eSbRiskLevel.value.changed.ConnectForever([this] { UpdateRiskFilterLabels(); });
   eSbSensitivity.value.changed.ConnectForever([this] {
     eSensitivity.caption =
         core::FormatPicture(eSbSensitivity.value.Get() / 100.0, "#0.00", app_.seams.locale.Current());
   });
   eSave.clicked.ConnectForever([this] {
-    if (MayLeaveFields()) eSave_Click();
+    if (widgets::MayLeave({&mail.Email, &mail.Server, &mail.Port})) eSave_Click();
   });
   misc_changed_ = needs_.misc.changed.Connect([this] { FollowFlags(); });
-}
-
-bool OptionsPane::Valid(bool good, const char* first_line, const char* second_line) {
-  if (!good) {
-    app_.seams.message_boxes.Show(
-        {app_.ProductName, std::string(first_line) + "\r\n" + second_line, platform::BoxIcon::kStop});
-  }
-  return good;
-}
-
-// The button may be pressed without taking the keyboard away from a field, by its access key for one.
-bool OptionsPane::MayLeaveFields() {
-  for (widgets::TextBox* box : {&Email, &Server, &Port})
-    if (box->has_keyboard()) return box->Leave();
-  return true;
 }
 
 void OptionsPane::FillEmailFra() {
@@ -85,11 +57,7 @@ void OptionsPane::FillEmailFra() {
 void OptionsPane::LoadMail() {
   eEnable.checked = app_.settings.enblAlr == "1";
   told_of_damage_ = false;  // who selects the pane is told again
-  const settings::SmtpData mail = ReadMail();
-  Email.text = mail.Address;
-  Server.text = mail.Server;
-  Port.text = mail.Port.empty() ? kStandardPort : mail.Port;
-  SmtpDirty = false;
+  mail.Show(ReadMail());
   eEnable_Click();
 }
 
@@ -146,12 +114,12 @@ void OptionsPane::etbOptionSel_Click(int index) {
 void OptionsPane::eEnable_Click() {
   const bool on = eEnable.checked;
   if (!on) {
-    Email.text = "";
-    Server.text = "";
-    Port.text = kStandardPort;
+    mail.Email.text = "";
+    mail.Server.text = "";
+    mail.Port.text = settings::kStandardPort;
   }
   for (widgets::Control* control : std::initializer_list<widgets::Control*>{
-           &Email, &Server, &Port, &elabel1, &elabel2, &elabel3, &elabel4, &elabel5})
+           &mail.Email, &mail.Server, &mail.Port, &elabel1, &elabel2, &elabel3, &elabel4, &elabel5})
     control->enabled = on;
 }
 
@@ -171,9 +139,9 @@ void OptionsPane::UpdateRiskFilterLabels() {
 
 void OptionsPane::eSave_Click() {
   needs_.screen.MousePointer = widgets::kPointerHourglass;
-  const bool mail = efrOption[kMailTab].visible;
+  const bool on_mail = efrOption[kMailTab].visible;
   const bool saved = core::OrLog(needs_.log, "frmNewUI:eSave_Click", [&] {
-    if (mail)
+    if (on_mail)
       SaveMail();
     else if (efrOption[kAlertTab].visible)
       SaveAlertSettings();
@@ -181,11 +149,11 @@ void OptionsPane::eSave_Click() {
       SaveProperties();
   });
   needs_.screen.MousePointer = widgets::kPointerDefault;
-  if (saved && mail) (Email.enabled ? Email.focus : eEnable.focus).Raise();
+  if (saved && on_mail) (mail.Email.enabled ? mail.Email.focus : eEnable.focus).Raise();
 }
 
 void OptionsPane::SaveMail() {
-  if (SmtpDirty) settings::SaveSMTPData(app_, needs_.log, {Email.text, Server.text, Port.text});
+  if (mail.SmtpDirty) settings::SaveSMTPData(app_, needs_.log, mail.Data());
   needs_.misc.Set(&Settings::enblAlr, std::string(eEnable.checked ? "1" : "0"));
   EmailJustSaved = true;
 }
@@ -215,8 +183,8 @@ std::int16_t OptionsPane::CheckEmlSta() {
   int status = kGood;
   core::OrLog(needs_.log, "frmNewUI:CheckEmlSta", [&] {
     if (app_.settings.enblAlr != "0") {
-      const settings::SmtpData mail = ReadMail();
-      if (mail.Address.empty() || mail.Server.empty()) status = kAttention;
+      const settings::SmtpData saved = ReadMail();
+      if (saved.Address.empty() || saved.Server.empty()) status = kAttention;
     }
     needs_.row.Flag.picture = FlagOf(status);
     StaImg.picture = FlagOf(status);

@@ -12,13 +12,13 @@
 #include "home/status.h"
 #include "settings/misc_settings.h"
 #include "settings/smtp.h"
+#include "settings/smtp_fields.h"
 #include "widgets/check_box.h"
 #include "widgets/frame.h"
 #include "widgets/image.h"
 #include "widgets/label.h"
 #include "widgets/screen.h"
 #include "widgets/slider.h"
-#include "widgets/text_box.h"
 
 namespace zendrix::home {
 
@@ -56,8 +56,7 @@ class OptionsPane {
 
   // The next incomplete result draws attention, once.
   bool EmailJustSaved = true;
-  // Email, Server or Port was edited since the pane was filled.
-  bool SmtpDirty = false;
+  settings::SmtpFields mail;
 
   widgets::Label etopDesc{"etopDesc"};
   widgets::Label eTitleDesc{"eTitleDesc"};
@@ -72,9 +71,6 @@ class OptionsPane {
   widgets::Label eSave{"eSave", "Save"};
 
   widgets::CheckBox eEnable{"eEnable", "Enable e-mail Alerts"};
-  widgets::TextBox Email{"Email"};
-  widgets::TextBox Server{"Server"};
-  widgets::TextBox Port{"Port"};
   widgets::Label elabel1{"elabel1", "Send Alerts To"};
   widgets::Label elabel2{"elabel2", "SMTP Server"};
   widgets::Label elabel3{"elabel3", "Port Number"};
@@ -100,8 +96,6 @@ class OptionsPane {
   void LoadFlags();
   void FollowFlags();
   settings::SmtpData ReadMail();
-  bool Valid(bool good, const char* first_line, const char* second_line);
-  bool MayLeaveFields();
   void SaveMail();
   void SaveAlertSettings();
   void SaveProperties();

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QFocusEvent>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPointer>
 #include <QTimer>
@@ -62,6 +63,12 @@ class TextField : public QLineEdit {
   }
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    QLineEdit::keyPressEvent(event);
+    const std::string key = FromQt(event->text());
+    const bool types = key.size() == 1 && static_cast<unsigned char>(key[0]) >= ' ' && box_.Takes(key[0]);
+    if (types || event->key() == Qt::Key_Backspace) guard_(box_.name(), [&] { box_.taken.Raise(); });
+  }
   void focusInEvent(QFocusEvent* event) override {
     QLineEdit::focusInEvent(event);
     if (!BetweenControls(*event)) return;

@@ -30,7 +30,9 @@ void TextBox::Type(std::string_view keys) {
       text = present + key;
     } else {
       refused.Raise();
+      continue;
     }
+    taken.Raise();
   }
 }
 
@@ -43,6 +45,17 @@ bool TextBox::Leave() {
   else
     focus.Raise();
   return may;
+}
+
+void TakeDigits(TextBox& box, Screen& screen) {
+  box.takes = [](char key) { return key >= '0' && key <= '9'; };
+  box.refused.ConnectForever([&screen] { screen.beep.Raise(); });
+}
+
+bool MayLeave(std::initializer_list<TextBox*> boxes) {
+  for (TextBox* box : boxes)
+    if (box->has_keyboard()) return box->Leave();
+  return true;
 }
 
 }  // namespace zendrix::widgets

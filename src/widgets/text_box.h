@@ -8,10 +8,12 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
 #include "widgets/control.h"
+#include "widgets/screen.h"
 
 namespace zendrix::widgets {
 
@@ -28,6 +30,7 @@ class TextBox : public Control {
   std::function<bool()> valid;
 
   Signal<> mark_all;  // asks the view to mark the whole text
+  Signal<> taken;     // a key was taken, also one that changed nothing
   Signal<> refused;   // a key was dropped
 
   bool Takes(char key) const { return !takes || takes(key); }
@@ -48,5 +51,12 @@ class TextBox : public Control {
   bool has_keyboard_ = false;
   bool leaving_ = false;
 };
+
+// The field takes digits only and beeps at any other key.
+void TakeDigits(TextBox& box, Screen& screen);
+
+// A command may come without taking the keyboard away from a field, by its access key for one. What the field
+// that has the keyboard says to leaving it; true when none of them has it.
+bool MayLeave(std::initializer_list<TextBox*> boxes);
 
 }  // namespace zendrix::widgets

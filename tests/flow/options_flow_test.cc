@@ -21,8 +21,8 @@ class OptionsFlow : public FlowTest {
   void TypeBadAddress() {
     Options().eEnable.checked = true;
     Options().eEnable.clicked.Raise();
-    Options().Email.Enter();
-    Options().Email.Type("nobody");
+    Options().mail.Email.Enter();
+    Options().mail.Email.Type("nobody");
   }
   void StartAgain(const std::string& command_line = "-ns") {
     page_.reset();
@@ -43,18 +43,18 @@ TEST_F(OptionsFlow, AlertsArriveUnderTheBoxOfABadAddressAndTheFieldStaysAsItIs) 
   OpenOptions();
   TypeBadAddress();
   int kept = 0;
-  const auto link = Options().Email.focus.Connect([&] { ++kept; });
+  const auto link = Options().mail.Email.focus.Connect([&] { ++kept; });
   Boxes().while_open = [&](const platform::BoxRequest&) {
     EXPECT_FALSE(Home().enabled);
     Append(Alert(60, "/opt/other"));
     Seconds(10);
     EXPECT_THAT(Rows(), ElementsAre("K5 Intrusion", "K2 Intrusion"));
   };
-  EXPECT_FALSE(Options().Email.Leave());
+  EXPECT_FALSE(Options().mail.Email.Leave());
   EXPECT_EQ(Boxes().Texts().size(), 1u);
   EXPECT_EQ(kept, 1);
-  EXPECT_EQ(Options().Email.text.Get(), "nobody");
-  EXPECT_TRUE(Options().Email.enabled);
+  EXPECT_EQ(Options().mail.Email.text.Get(), "nobody");
+  EXPECT_TRUE(Options().mail.Email.enabled);
 }
 
 TEST_F(OptionsFlow, ReplacedFileUnderThatBoxRebuildsTheListAndTheFieldStaysAsItIs) {
@@ -67,8 +67,8 @@ TEST_F(OptionsFlow, ReplacedFileUnderThatBoxRebuildsTheListAndTheFieldStaysAsItI
     Tick();
     EXPECT_THAT(Rows(), IsEmpty());
   };
-  EXPECT_FALSE(Options().Email.Leave());
-  EXPECT_EQ(Options().Email.text.Get(), "nobody");
+  EXPECT_FALSE(Options().mail.Email.Leave());
+  EXPECT_EQ(Options().mail.Email.text.Get(), "nobody");
 }
 
 // Going to the box takes the keyboard from the field once more.
@@ -78,10 +78,10 @@ TEST_F(OptionsFlow, SecondLeavingUnderThatBoxOpensNoOther) {
   OpenOptions();
   TypeBadAddress();
   Boxes().while_open = [&](const platform::BoxRequest&) {
-    Options().Email.Leave();
+    Options().mail.Email.Leave();
     Options().eSave.clicked.Raise();
   };
-  EXPECT_FALSE(Options().Email.Leave());
+  EXPECT_FALSE(Options().mail.Email.Leave());
   EXPECT_EQ(Boxes().Texts().size(), 1u);
 }
 
@@ -91,7 +91,7 @@ TEST_F(OptionsFlow, ConsoleEndsUnderThatBox) {
   OpenOptions();
   TypeBadAddress();
   Boxes().while_open = [&](const platform::BoxRequest&) { console_->End(); };
-  EXPECT_EQ(world_.EndOf([&] { Options().Email.Leave(); }), 0);
+  EXPECT_EQ(world_.EndOf([&] { Options().mail.Email.Leave(); }), 0);
   world_.quiet.Take();
 }
 
@@ -101,9 +101,9 @@ TEST_F(OptionsFlow, WhatIsSavedOnEachTabIsReadAtTheNextStart) {
   OpenOptions();
   Options().eEnable.checked = true;
   Options().eEnable.clicked.Raise();
-  Options().Email.Edit("user@example.org");
-  Options().Server.Edit("mail.example.org");
-  Options().Port.Edit("587");
+  Options().mail.Email.Edit("user@example.org");
+  Options().mail.Server.Edit("mail.example.org");
+  Options().mail.Port.Edit("587");
   Options().eSave.clicked.Raise();
   Options().etbOptionSel[home::kAlertTab].clicked.Raise();
   Options().eSbSensitivity.value = 200;
@@ -122,9 +122,9 @@ TEST_F(OptionsFlow, WhatIsSavedOnEachTabIsReadAtTheNextStart) {
   EXPECT_FALSE(settings.PopOrigHigh);
   EXPECT_FALSE(Home().mPopOrigHigh.checked);
   OpenOptions();
-  EXPECT_EQ(Options().Email.text.Get(), "user@example.org");
-  EXPECT_EQ(Options().Server.text.Get(), "mail.example.org");
-  EXPECT_EQ(Options().Port.text.Get(), "587");
+  EXPECT_EQ(Options().mail.Email.text.Get(), "user@example.org");
+  EXPECT_EQ(Options().mail.Server.text.Get(), "mail.example.org");
+  EXPECT_EQ(Options().mail.Port.text.Get(), "587");
   EXPECT_EQ(Options().eSbSensitivity.value.Get(), 200);
   EXPECT_TRUE(Options().echkOrigHigh.checked);
 }

@@ -5,7 +5,7 @@
 #include <QPushButton>
 
 #include "qt/bind_label.h"
-#include "qt/home/pane_looks.h"
+#include "qt/pane_looks.h"
 
 namespace zendrix::qt {
 

@@ -11,7 +11,7 @@
 #include "qt/bind_label.h"
 #include "qt/bind_list_view.h"
 #include "qt/bind_menu.h"
-#include "qt/home/pane_looks.h"
+#include "qt/pane_looks.h"
 
 namespace zendrix::qt {
 

@@ -6,7 +6,7 @@
 
 #include "qt/bind_label.h"
 #include "qt/bind_list_view.h"
-#include "qt/home/pane_looks.h"
+#include "qt/pane_looks.h"
 
 namespace zendrix::qt {
 

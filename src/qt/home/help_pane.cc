@@ -4,7 +4,7 @@
 #include <QLabel>
 
 #include "qt/bind_label.h"
-#include "qt/home/pane_looks.h"
+#include "qt/pane_looks.h"
 
 namespace zendrix::qt {
 

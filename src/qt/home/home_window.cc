@@ -14,8 +14,8 @@
 #include "qt/home/help_pane.h"
 #include "qt/home/logs_pane.h"
 #include "qt/home/options_pane.h"
-#include "qt/home/pane_looks.h"
 #include "qt/home/summary_pane.h"
+#include "qt/pane_looks.h"
 #include "qt/text_edge.h"
 
 namespace zendrix::qt {

@@ -8,7 +8,7 @@
 #include "qt/bind_label.h"
 #include "qt/bind_list_view.h"
 #include "qt/bind_option_button.h"
-#include "qt/home/pane_looks.h"
+#include "qt/pane_looks.h"
 #include "qt/text_edge.h"
 
 namespace zendrix::qt {

@@ -4,7 +4,6 @@
 #include <QCheckBox>
 #include <QGridLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QSlider>
 #include <QTabBar>
@@ -12,18 +11,16 @@
 #include "qt/bind_check_box.h"
 #include "qt/bind_label.h"
 #include "qt/bind_slider.h"
+#include "qt/bind_smtp_fields.h"
 #include "qt/bind_tabs.h"
-#include "qt/bind_text_box.h"
-#include "qt/home/pane_looks.h"
+#include "qt/pane_looks.h"
 #include "qt/text_edge.h"
 
 namespace zendrix::qt {
 
 namespace {
 
-constexpr int kFieldWidth = 340;  // pixels
-constexpr int kPortWidth = 90;
-constexpr int kSliderWidth = 420;
+constexpr int kSliderWidth = 420;  // pixels
 
 QString NameOf(const widgets::Label& label) {
   return ToQt(label.caption.Get());
@@ -35,33 +32,8 @@ QWidget* MakeMailPage(home::OptionsPane& pane, const Toolkit& kit) {
   grid->setVerticalSpacing(6);
   grid->addWidget(MakeCheckBox(pane.eEnable, kit, QLatin1Char('E')), 0, 0, 1, 2);
   grid->setRowMinimumHeight(1, 6);
-  struct Row {
-    widgets::Label& label;
-    QChar key;
-    widgets::TextBox& box;
-    widgets::Label* example;
-    Qt::InputMethodHints hints;
-    int width;
-  };
-  constexpr Qt::InputMethodHints kNoCorrections = Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText;
-  int at = 2;
-  for (const Row& row :
-       {Row{pane.elabel1, QLatin1Char('T'), pane.Email, &pane.elabel4,
-            Qt::ImhEmailCharactersOnly | kNoCorrections, kFieldWidth},
-        Row{pane.elabel2, QLatin1Char('M'), pane.Server, &pane.elabel5,
-            Qt::ImhUrlCharactersOnly | kNoCorrections, kFieldWidth},
-        Row{pane.elabel3, QLatin1Char('P'), pane.Port, nullptr, Qt::ImhDigitsOnly, kPortWidth}}) {
-    QLineEdit* field = MakeTextBox(row.box, NameOf(row.label), kit);
-    field->setInputMethodHints(row.hints);
-    field->setFixedWidth(row.width);
-    grid->addWidget(MakeFieldLabel(row.label, field, row.key, kit), at, 0);
-    grid->addWidget(field, at, 1, Qt::AlignLeft);
-    if (row.example) {
-      field->setAccessibleDescription(NameOf(*row.example));
-      grid->addWidget(WithRole(MakeLabel(*row.example, kit), "faint"), at + 1, 1);
-    }
-    at += 2;
-  }
+  AddSmtpFields(grid, 2, pane.mail, {pane.elabel1, pane.elabel2, pane.elabel3, pane.elabel4, pane.elabel5},
+                kit);
   grid->setColumnStretch(1, 1);
   return Card(grid);
 }

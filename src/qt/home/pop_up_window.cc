@@ -13,7 +13,7 @@
 
 #include "qt/bind_check_box.h"
 #include "qt/bind_label.h"
-#include "qt/home/pane_looks.h"
+#include "qt/pane_looks.h"
 
 namespace zendrix::qt {
 namespace {

@@ -7,8 +7,8 @@
 #include "qt/bind_click.h"
 #include "qt/bind_image.h"
 #include "qt/bind_label.h"
-#include "qt/home/pane_looks.h"
 #include "qt/home/status_band.h"
+#include "qt/pane_looks.h"
 
 namespace zendrix::qt {
 

@@ -27,7 +27,7 @@ class OptionsPaneTest : public HomeFixture {
   void MailIsOn(bool on) { state_.settings.enblAlr = on ? "1" : "0"; }
   std::string MailFile() { return world_.platform.files.Get(world_.InFolder("KorvessaSMTPConfig.kvl")); }
   std::vector<std::string> Fields() {
-    return {Options().Email.text, Options().Server.text, Options().Port.text};
+    return {Options().mail.Email.text, Options().mail.Server.text, Options().mail.Port.text};
   }
   std::string Saved(const std::string& key) {
     const std::string ini = world_.platform.files.Get(world_.InFolder("zendrix.ini"));
@@ -126,10 +126,10 @@ TEST_F(OptionsPaneTest, FieldsShowWhatIsStoredWhileMailIsOn) {
   OpenPane();
   EXPECT_TRUE(Options().eEnable.checked);
   EXPECT_THAT(Fields(), ElementsAre("user@example.org", "mail.example.org", "587"));
-  EXPECT_FALSE(Options().SmtpDirty);
+  EXPECT_FALSE(Options().mail.SmtpDirty);
   for (const widgets::Control* control : std::initializer_list<const widgets::Control*>{
-           &Options().Email, &Options().Server, &Options().Port, &Options().elabel1, &Options().elabel2,
-           &Options().elabel3, &Options().elabel4, &Options().elabel5})
+           &Options().mail.Email, &Options().mail.Server, &Options().mail.Port, &Options().elabel1,
+           &Options().elabel2, &Options().elabel3, &Options().elabel4, &Options().elabel5})
     EXPECT_TRUE(control->enabled) << control->name();
 }
 
@@ -145,10 +145,10 @@ TEST_F(OptionsPaneTest, MailOffEmptiesAndDisablesTheFieldsAndMarksThemDirty) {
   HaveMail("user@example.org", "mail.example.org", "587");
   OpenPane();
   EXPECT_THAT(Fields(), ElementsAre("", "", "25"));
-  EXPECT_TRUE(Options().SmtpDirty);
+  EXPECT_TRUE(Options().mail.SmtpDirty);
   for (const widgets::Control* control : std::initializer_list<const widgets::Control*>{
-           &Options().Email, &Options().Server, &Options().Port, &Options().elabel1, &Options().elabel2,
-           &Options().elabel3, &Options().elabel4, &Options().elabel5})
+           &Options().mail.Email, &Options().mail.Server, &Options().mail.Port, &Options().elabel1,
+           &Options().elabel2, &Options().elabel3, &Options().elabel4, &Options().elabel5})
     EXPECT_FALSE(control->enabled) << control->name();
   Save();
   EXPECT_EQ(MailFile(), "Send Alerts To=;SMTP Server=:25;");
@@ -156,7 +156,7 @@ TEST_F(OptionsPaneTest, MailOffEmptiesAndDisablesTheFieldsAndMarksThemDirty) {
 
 TEST_F(OptionsPaneTest, UntouchedFieldsAreNotStored) {
   OpenPane();
-  EXPECT_FALSE(Options().SmtpDirty);
+  EXPECT_FALSE(Options().mail.SmtpDirty);
   Save();
   EXPECT_EQ(MailFile(), "");
   EXPECT_EQ(Saved("enblAlr"), "0");
@@ -177,17 +177,17 @@ TEST_F(OptionsPaneTest, UncheckedMailEmptiesWhatIsStoredAndTheStatusIsGood) {
 TEST_F(OptionsPaneTest, EditedFieldsAreSavedAndComeBack) {
   OpenPane();
   Tick(Options().eEnable, true);
-  Options().Email.Edit("user@example.org");
-  Options().Server.Edit("mail.example.org");
-  Options().Port.Edit("587");
+  Options().mail.Email.Edit("user@example.org");
+  Options().mail.Server.Edit("mail.example.org");
+  Options().mail.Port.Edit("587");
   Save();
   EXPECT_EQ(MailFile(), "Send Alerts To=user@example.org;SMTP Server=mail.example.org:587;");
   EXPECT_EQ(Saved("enblAlr"), "1");
-  EXPECT_TRUE(Options().SmtpDirty) << "only selecting the pane clears it";
-  Options().Email.Edit("not saved");
+  EXPECT_TRUE(Options().mail.SmtpDirty) << "only selecting the pane clears it";
+  Options().mail.Email.Edit("not saved");
   SelectAgain();
   EXPECT_THAT(Fields(), ElementsAre("user@example.org", "mail.example.org", "587"));
-  EXPECT_FALSE(Options().SmtpDirty);
+  EXPECT_FALSE(Options().mail.SmtpDirty);
 }
 
 TEST_F(OptionsPaneTest, SavingIncompleteMailDrawsAttentionOnce) {
@@ -205,7 +205,7 @@ TEST_F(OptionsPaneTest, SavingIncompleteMailDrawsAttentionOnce) {
 TEST_F(OptionsPaneTest, KeyboardGoesToTheAddressOrToTheCheckBox) {
   OpenPane();
   std::vector<std::string> focused;
-  const auto address = Options().Email.focus.Connect([&] { focused.push_back("Email"); });
+  const auto address = Options().mail.Email.focus.Connect([&] { focused.push_back("Email"); });
   const auto box = Options().eEnable.focus.Connect([&] { focused.push_back("eEnable"); });
   Save();
   Tick(Options().eEnable, true);
@@ -229,8 +229,8 @@ TEST_F(OptionsPaneTest, AddressThatIsNoneKeepsTheKeyboardBehindItsBox) {
   for (const char* bad :
        {"two@at@example.org", "user@example.", "first.last@host", "user name@a.b", "@a.b"}) {
     Boxes().shown.clear();
-    Options().Email.Edit(bad);
-    EXPECT_FALSE(Options().Email.Leave()) << bad;
+    Options().mail.Email.Edit(bad);
+    EXPECT_FALSE(Options().mail.Email.Leave()) << bad;
     ASSERT_EQ(Boxes().shown.size(), 1u) << bad;
     EXPECT_EQ(Boxes().shown[0].text, "Not a valid email address.\r\nshould be as in: 'name@domain.ext'");
     EXPECT_EQ(Boxes().shown[0].icon, platform::BoxIcon::kStop);
@@ -238,8 +238,8 @@ TEST_F(OptionsPaneTest, AddressThatIsNoneKeepsTheKeyboardBehindItsBox) {
   }
   Boxes().shown.clear();
   for (const char* good : {"name@domain.ext", ""}) {
-    Options().Email.Edit(good);
-    EXPECT_TRUE(Options().Email.Leave()) << good;
+    Options().mail.Email.Edit(good);
+    EXPECT_TRUE(Options().mail.Email.Leave()) << good;
   }
   EXPECT_THAT(Boxes().shown, IsEmpty());
 }
@@ -249,15 +249,15 @@ TEST_F(OptionsPaneTest, ServerNameNeedsTwoDots) {
   Tick(Options().eEnable, true);
   for (const char* bad : {"mail", "example.org"}) {
     Boxes().shown.clear();
-    Options().Server.Edit(bad);
-    EXPECT_FALSE(Options().Server.Leave()) << bad;
+    Options().mail.Server.Edit(bad);
+    EXPECT_FALSE(Options().mail.Server.Leave()) << bad;
     ASSERT_EQ(Boxes().shown.size(), 1u);
     EXPECT_EQ(Boxes().shown[0].text, "Not a valid Server name.\r\nshould be as in: 'server.maildomain.ext'");
   }
   Boxes().shown.clear();
   for (const char* good : {"mail.example.org", "10.0.0.25", ""}) {
-    Options().Server.Edit(good);
-    EXPECT_TRUE(Options().Server.Leave()) << good;
+    Options().mail.Server.Edit(good);
+    EXPECT_TRUE(Options().mail.Server.Leave()) << good;
   }
   EXPECT_THAT(Boxes().shown, IsEmpty());
 }
@@ -266,13 +266,13 @@ TEST_F(OptionsPaneTest, ServerNameNeedsTwoDots) {
 TEST_F(OptionsPaneTest, NothingIsSavedWhileAFieldKeepsTheKeyboard) {
   OpenPane();
   Tick(Options().eEnable, true);
-  Options().Email.Enter();
-  Options().Email.Type("nobody");
+  Options().mail.Email.Enter();
+  Options().mail.Email.Type("nobody");
   Save();
   EXPECT_EQ(MailFile(), "");
   EXPECT_EQ(Saved("enblAlr"), "(none)");
   EXPECT_EQ(Boxes().shown.size(), 1u);
-  Options().Email.Type("@example.org");
+  Options().mail.Email.Type("@example.org");
   Save();
   EXPECT_EQ(MailFile(), "Send Alerts To=nobody@example.org;SMTP Server=:25;");
   EXPECT_EQ(Boxes().shown.size(), 1u);
@@ -283,13 +283,13 @@ TEST_F(OptionsPaneTest, PortTakesDigitsAndBeepsAtOtherKeys) {
   Tick(Options().eEnable, true);
   int beeps = 0;
   const auto link = screen_.beep.Connect([&] { ++beeps; });
-  Options().Port.Type("\b\b58x7.-");
-  EXPECT_EQ(Options().Port.text.Get(), "587");
+  Options().mail.Port.Type("\b\b58x7.-");
+  EXPECT_EQ(Options().mail.Port.text.Get(), "587");
   EXPECT_EQ(beeps, 3);
-  Options().Email.Type("x");
+  Options().mail.Email.Type("x");
   EXPECT_EQ(beeps, 3);
-  Options().Port.Type("09/:");  // the digits at the ends and their neighbours
-  EXPECT_EQ(Options().Port.text.Get(), "58709");
+  Options().mail.Port.Type("09/:");  // the digits at the ends and their neighbours
+  EXPECT_EQ(Options().mail.Port.text.Get(), "58709");
   EXPECT_EQ(beeps, 5);
 }
 

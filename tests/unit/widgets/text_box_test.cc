@@ -99,5 +99,30 @@ TEST_F(TextBoxTest, LostKeyboardAsksNobody) {
   EXPECT_FALSE(box_.has_keyboard());
 }
 
+TEST_F(TextBoxTest, KeyThatIsTakenIsToldBehindItsChangeAndAlsoWithoutOne) {
+  box_.takes = [](char key) { return key == '1'; };
+  box_.taken.ConnectForever([this] { acts_.push_back("taken"); });
+  box_.Type("1\b\bx");
+  EXPECT_THAT(acts_, ElementsAre("1", "taken", "", "taken", "taken", "refused"));
+}
+
+TEST_F(TextBoxTest, FieldOfDigitsBeepsAtOtherKeys) {
+  Screen screen;
+  screen.beep.ConnectForever([this] { acts_.push_back("beep"); });
+  TakeDigits(box_, screen);
+  box_.Type("0:9/");
+  EXPECT_THAT(acts_, ElementsAre("0", "refused", "beep", "09", "refused", "beep"));
+}
+
+TEST_F(TextBoxTest, OnlyTheFieldWithTheKeyboardIsAskedBeforeACommand) {
+  TextBox other("Server");
+  box_.valid = [] { return false; };
+  EXPECT_TRUE(MayLeave({&box_, &other}));
+  other.Enter();
+  EXPECT_TRUE(MayLeave({&box_, &other}));
+  box_.Enter();
+  EXPECT_FALSE(MayLeave({&other, &box_}));
+}
+
 }  // namespace
 }  // namespace zendrix::widgets

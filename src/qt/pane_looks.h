@@ -1,4 +1,4 @@
-// What the panes of the Home console have in common on the screen.
+// What panes and dialogs have in common on the screen.
 #pragma once
 
 class QLabel;

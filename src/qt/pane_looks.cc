@@ -1,4 +1,4 @@
-#include "qt/home/pane_looks.h"
+#include "qt/pane_looks.h"
 
 #include <QFrame>
 #include <QLabel>
