@@ -1,6 +1,7 @@
 #include "settings/reg_ini.h"
 
 #include <optional>
+#include <unordered_set>
 #include <utility>
 
 #include "core/date_rules.h"
@@ -190,10 +191,19 @@ void RegIni::ReadCatalogue(CSetting& file) {
 
 void RegIni::SaveRegInfo(const std::vector<SelectedText>& monitors,
                          const std::vector<SelectedText>& columns) {
+  hashes_.FinishInterruptedSave(IniPath());
+  CSetting file = File();
+  const Contents old = file.Hold();
+  std::vector<std::string> names;
+  for (const auto& monitor : monitors) names.push_back(monitor.text);
+  const std::vector<std::string> new_names = WithoutValue(file, "Monitors", names);
+  std::unordered_set<std::string> refused;
+  if (TooMany(new_names)) refused.insert(new_names.begin(), new_names.end());
   std::vector<Write> writes;
   const auto add_list = [&](const std::string& section, const std::vector<SelectedText>& rows) {
     for (const auto& row : rows)
-      if (CanBeKey(row.text)) writes.push_back({section, row.text, row.selected ? "1" : "0"});
+      if (CanBeKey(row.text) && !refused.contains(row.text))
+        writes.push_back({section, row.text, row.selected ? "1" : "0"});
   };
   add_list("Monitors", monitors);
   add_list("Columns", columns);
@@ -202,7 +212,7 @@ void RegIni::SaveRegInfo(const std::vector<SelectedText>& monitors,
     if (value.key == "Se" || value.key == "No" || value.key == "Su") continue;
     writes.push_back({value.section, WrittenKey(value.key), value.text});
   }
-  Store(writes);
+  Store(file, old, writes);
 }
 
 void RegIni::SaveSettingHashed(const std::string& section, const std::string& key, const std::string& value) {
@@ -223,15 +233,24 @@ void RegIni::SaveMissing(const std::string& section, const std::vector<std::stri
   hashes_.FinishInterruptedSave(IniPath());
   CSetting file = File();
   const Contents old = file.Hold();
-  std::vector<std::string> missing = file.KeysWithoutValue(section, keys);
-  std::erase_if(missing, [](const std::string& key) { return !CanBeKey(key); });
-  if (missing.size() > kMostNewMonitors) {
-    log_.WriteLog("RegisterMonitors", std::to_string(missing.size()) + " new monitor names are more than " +
-                                          std::to_string(kMostNewMonitors) + ". They are not stored.");
-    missing.clear();
-  }
+  std::vector<std::string> missing = WithoutValue(file, section, keys);
+  if (TooMany(missing)) missing.clear();
   for (const auto& key : missing) file.SaveSettingStr(section, key, FirstLine(value));
   Replace(old, file);
+}
+
+std::vector<std::string> RegIni::WithoutValue(CSetting& file, const std::string& section,
+                                              const std::vector<std::string>& keys) {
+  std::vector<std::string> missing = file.KeysWithoutValue(section, keys);
+  std::erase_if(missing, [](const std::string& key) { return !CanBeKey(key); });
+  return missing;
+}
+
+bool RegIni::TooMany(const std::vector<std::string>& names) {
+  if (names.size() <= kMostNewMonitors) return false;
+  log_.WriteLog("RegisterMonitors", std::to_string(names.size()) + " new monitor names are more than " +
+                                        std::to_string(kMostNewMonitors) + ". They are not stored.");
+  return true;
 }
 
 void RegIni::SaveSection(const std::string& section, const std::vector<core::KeyValue>& values) {
@@ -299,6 +318,10 @@ void RegIni::Store(const std::vector<Write>& writes) {
   hashes_.FinishInterruptedSave(IniPath());
   CSetting file = File();
   const Contents old = file.Hold();
+  Store(file, old, writes);
+}
+
+void RegIni::Store(CSetting& file, const Contents& old, const std::vector<Write>& writes) {
   // What stands behind a line break would become a line of its own, and is never read back as part of the
   // value.
   for (const auto& write : writes) file.SaveSettingStr(write.section, write.key, FirstLine(write.value));

@@ -54,7 +54,8 @@ class RegIni {
   // file that does not match its hash is deleted after a message. Does not refresh the hash: the next write
   // through one of the operations below does. A run-time error is fatal ("RegIni:ReadRegInfo").
   void ReadRegInfo();
-  // Writes the whole catalogue but for the sensitivity and its thresholds, then refreshes the hash.
+  // Writes the whole catalogue but for the sensitivity and its thresholds, then refreshes the hash. More than
+  // kMostNewMonitors new names are left out.
   void SaveRegInfo(const std::vector<SelectedText>& monitors, const std::vector<SelectedText>& columns);
   // One write and the hash. A value ends at its first line break.
   void SaveSettingHashed(const std::string& section, const std::string& key, const std::string& value);
@@ -99,11 +100,17 @@ class RegIni {
   // The file's contents if they verify; behind the message, what is left of it.
   Contents ReadVerified();
   void ReadCatalogue(CSetting& file);
+  // Those of the keys that have no value and could be read back.
+  std::vector<std::string> WithoutValue(CSetting& file, const std::string& section,
+                                        const std::vector<std::string>& keys);
+  // More new names than are stored; a line in the log says so.
+  bool TooMany(const std::vector<std::string>& names);
   // Those of the keys that have no value, as one change of the pair.
   void SaveMissing(const std::string& section, const std::vector<std::string>& keys,
                    const std::string& value);
-  // All writes as one change of the pair.
+  // All writes as one change of the pair; to a file that was read.
   void Store(const std::vector<Write>& writes);
+  void Store(CSetting& file, const Contents& old, const std::vector<Write>& writes);
   // The same of a file that was read and changed: the pair is written if that made a difference, otherwise
   // only a hash that does not fit.
   void Replace(const Contents& old, const CSetting& changed);

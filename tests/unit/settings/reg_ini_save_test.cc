@@ -153,6 +153,18 @@ TEST_F(RegIniSaveTest, SaveRegInfoDoesNotWriteMonitorNamesThatCouldNotBeReadBack
   EXPECT_EQ(Ini().substr(0, 20), "[Monitors]\r\nok=1\r\n[G");
 }
 
+// Every line of a hostile file may name a monitor of its own, and each new key costs a look at all others.
+TEST_F(RegIniSaveTest, SaveRegInfoLeavesOutNewMonitorsByTheThousandAndSavesTheRest) {
+  PutIni("[Monitors]\r\nm=0\r\n");
+  std::vector<SelectedText> monitors{{"m", true}};
+  for (int i = 0; i < 1001; ++i) monitors.push_back({"new " + std::to_string(i), true});
+  reg_ini_.SaveRegInfo(monitors, {{"c", true}});
+  EXPECT_EQ(Ini().substr(0, 30), "[Monitors]\r\nm=1\r\n[Columns]\r\nc=");
+  EXPECT_EQ(TakeLog(),
+            std::vector<std::string>{
+                "'RegisterMonitors': 1001 new monitor names are more than 1000. They are not stored."});
+}
+
 // Every operation, killed before each of its file operations in turn: the next start finds a pair that
 // verifies and holds the old value or the new one.
 TEST_F(RegIniSaveTest, AKillBeforeAnyFileOperationLeavesTheOldPairOrTheNewOne) {
