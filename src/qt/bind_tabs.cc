@@ -21,14 +21,20 @@ QTabBar* MakeTabs(const std::vector<widgets::Label*>& labels, const QString& acc
       bar->setTabText(tab, WithoutAccessKeys(ToQt(text)));
       bar->setAccessibleTabName(tab, ToQt(text));
     });
+    Reflect(bar, label->tip,
+            [bar, tab](const std::string& tip) { bar->setTabToolTip(tab, ToolTipText(tip)); });
     Reflect(bar, label->bordered, [bar, tab](bool current) {
       if (current) bar->setCurrentIndex(tab);
     });
   }
-  QObject::connect(bar, &QTabBar::currentChanged, bar, [labels, guard = &kit.guard](int tab) {
+  QObject::connect(bar, &QTabBar::currentChanged, bar, [bar, labels, guard = &kit.guard](int tab) {
     widgets::Label& label = *labels[static_cast<std::size_t>(tab)];
     // Told by the logic, it has its border already.
-    if (!label.bordered) (*guard)(label.name(), [&] { label.clicked.Raise(); });
+    if (label.bordered) return;
+    (*guard)(label.name(), [&] { label.clicked.Raise(); });
+    // The logic may stay where it was.
+    for (std::size_t i = 0; i < labels.size(); ++i)
+      if (labels[i]->bordered) bar->setCurrentIndex(static_cast<int>(i));
   });
   return bar;
 }

@@ -98,6 +98,11 @@ QTableView { background: @base; alternate-background-color: @alternate; color: @
 QTableView:focus { border: 1px solid @link; }
 QTableView::item { padding: 0 6px; border: 0; }
 QTableView::item:selected { background: @selection; color: @onselection; }
+QListView[role="checks"] { background: @base; color: @text; border: 1px solid @border; border-radius: 6px;
+  padding: 4px; outline: 0; }
+QListView[role="checks"]:focus { border: 1px solid @link; }
+QListView[role="checks"]::item { padding: 3px 4px; }
+QListView[role="checks"]::item:selected { background: @selection; color: @onselection; }
 QHeaderView { background: @base; border: 0; border-top-left-radius: 6px; border-top-right-radius: 6px; }
 QHeaderView::section { background: @base; color: @faint; border: 0; border-bottom: 1px solid @border;
   border-right: 1px solid @border; padding: 7px 6px; }

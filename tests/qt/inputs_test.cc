@@ -230,6 +230,19 @@ TEST_F(InputsTest, TabsFollowTheBorderAndTellAClick) {
   EXPECT_THAT(clicked, ElementsAre("etbOptionSel(1)")) << "what the logic shows is no click";
 }
 
+TEST_F(InputsTest, TabThatTheLogicRefusesIsNotShownAsTheCurrentOne) {
+  widgets::Label one("tbsOptions(0)", "Monitors"), two("tbsOptions(1)", "Event view");
+  one.bordered = true;
+  two.tip = "Set <Options>";
+  int asked = 0;
+  two.clicked.ConnectForever([&] { ++asked; });
+  const std::unique_ptr<QTabBar> bar(MakeTabs({&one, &two}, QStringLiteral("Options"), kit_));
+  EXPECT_EQ(bar->tabToolTip(1), ToolTipText("Set <Options>"));
+  bar->setCurrentIndex(1);
+  EXPECT_EQ(asked, 1);
+  EXPECT_EQ(bar->currentIndex(), 0);
+}
+
 TEST_F(InputsTest, MarkOfAMenuItemIsTheLogicsOwn) {
   widgets::MenuItem plain("mPopRestore", "&Open"), marked("mPopNotifyMs", "&Daily");
   marked.checkable = true;
