@@ -65,6 +65,8 @@ void frmMain::ConnectControls() {
   TbarVLogs.clicked.ConnectForever([this] { MnVLogs_Click(); });
   MnVRefresh.clicked.ConnectForever([this] { MnVRefresh_Click(); });
   TbarRefresh.clicked.ConnectForever([this] { MnVRefresh_Click(); });
+  MnTOptions.clicked.ConnectForever([this] { MnTOptions_Click(); });
+  TbarOptions.clicked.ConnectForever([this] { MnTOptions_Click(); });
   MnHAbout.clicked.ConnectForever([this] { MnHAbout_Click(); });
   mPopRestore.clicked.ConnectForever([this] { mPopRestore_Click(); });
   mPopMinimize.clicked.ConnectForever([this] { mPopMinimize_Click(); });

@@ -80,6 +80,7 @@ class frmMain : public widgets::Form {
   void MnVRefresh_Click();
   // Opens the log viewer beside this window, or brings the one that is open to the front.
   void MnVLogs_Click();
+  void MnTOptions_Click();
   void MnHAbout_Click();
 
   // State.
@@ -120,11 +121,14 @@ class frmMain : public widgets::Form {
   widgets::MenuItem MnVLogs{"MnVLogs", "Logs..."};
   widgets::MenuItem MnVRefresh{"MnVRefresh", "Refresh"};
   widgets::Menu MnView{"MnView", "&View", {&MnVLogs, &MnVRefresh}};
+  widgets::MenuItem MnTOptions{"MnTOptions", "&Options..."};
+  widgets::Menu MnTools{"MnTools", "&Tools", {&MnTOptions}};
   widgets::MenuItem MnHAbout{"MnHAbout", ""};
   widgets::Menu MnHelp{"MnHelp", "&Help", {&MnHAbout}};
   // Toolbar buttons, by their keys; their captions are their tips.
   widgets::MenuItem TbarVLogs{"VLogs", "View Logs"};
   widgets::MenuItem TbarRefresh{"Refresh", "Refresh"};
+  widgets::MenuItem TbarOptions{"Options", "Options"};
   widgets::MenuItem mPopRestore{"mPopRestore", "&Restore"};
   widgets::MenuItem mPopMinimize{"mPopMinimize", "&Minimize"};
   widgets::MenuItem mPopMaximize{"mPopMaximize", "&Maximize"};

@@ -47,12 +47,13 @@ AdminWindow::AdminWindow(admin::frmMain& form, const Toolkit& toolkit)
 }
 
 void AdminWindow::MakeMenuBar() {
-  for (widgets::Menu* menu : {&ui_.MnFile, &ui_.MnView, &ui_.MnHelp})
+  for (widgets::Menu* menu : {&ui_.MnFile, &ui_.MnView, &ui_.MnTools, &ui_.MnHelp})
     menuBar()->addMenu(MakeMenu(*menu, menuBar(), kit()));
 }
 
 void AdminWindow::MakeToolBar() {
-  addToolBar(MakeBarOfTools(QStringLiteral("Tbar"), {&ui_.TbarVLogs, &ui_.TbarRefresh}, kit()));
+  addToolBar(
+      MakeBarOfTools(QStringLiteral("Tbar"), {&ui_.TbarVLogs, &ui_.TbarRefresh, &ui_.TbarOptions}, kit()));
 }
 
 void AdminWindow::MakeGrid() {

@@ -119,12 +119,16 @@ FormDialog::FormDialog(widgets::Form& form, const Toolkit& kit) : form_(form), k
     raise();
     activateWindow();
   }));
+  Keep(this, form_.centre.Connect([this] { in_screen_ = true; }));
 }
 
 void FormDialog::showEvent(QShowEvent* event) {
   adjustSize();
   const QWindow* const owner = windowHandle() ? windowHandle()->transientParent() : nullptr;
-  if (owner) move(owner->frameGeometry().center() - rect().center());
+  if (in_screen_ && screen())
+    move(screen()->availableGeometry().center() - rect().center());
+  else if (owner)
+    move(owner->frameGeometry().center() - rect().center());
   QDialog::showEvent(event);
 }
 

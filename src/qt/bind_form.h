@@ -40,7 +40,8 @@ class FormDialog : public QDialog {
   FormDialog(widgets::Form& form, const Toolkit& kit);
 
  protected:
-  // In the middle of its owner, as large as its texts ask for: they are known only when the form has loaded.
+  // In the middle of its owner, or of the screen if the form asks for that; as large as its texts ask for:
+  // they are known only when the form has loaded.
   void showEvent(QShowEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
@@ -49,6 +50,7 @@ class FormDialog : public QDialog {
  private:
   widgets::Form& form_;
   Toolkit kit_;
+  bool in_screen_ = false;
 };
 
 }  // namespace zendrix::qt

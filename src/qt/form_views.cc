@@ -1,6 +1,7 @@
 #include "qt/form_views.h"
 
 #include "qt/admin/frm_log.h"
+#include "qt/admin/frm_options.h"
 #include "qt/admin_window.h"
 #include "qt/home/frm_more_info.h"
 #include "qt/home/frm_new_update.h"
@@ -33,8 +34,9 @@ constexpr auto kViews = {
     Make<home::frmNewUpdate, NewUpdateWindow>,  //
     Make<home::frmTour, TourWindow>,            //
     Make<home::frmSurvey, SurveyWindow>,        //
-    Make<admin::frmMain, AdminWindow>,
-    Make<admin::frmLog, LogWindow>,
+    Make<admin::frmMain, AdminWindow>,          //
+    Make<admin::frmLog, LogWindow>,             //
+    Make<admin::frmOptions, OptionsDialog>,
 };
 
 }  // namespace
