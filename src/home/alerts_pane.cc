@@ -48,12 +48,10 @@ int LevelOf(const std::string& text) {
 
 }  // namespace
 
-// Marks the list as busy and its views as waiting for as long as a build runs.
+// Marks the list as busy for as long as a build runs.
 class AlertsPane::ListBuild {
  public:
-  explicit ListBuild(AlertsPane& pane) : busy_(pane.needs_.ListBusy), batch_(pane.lvAlerts), outer_(busy_) {
-    busy_ = true;
-  }
+  explicit ListBuild(AlertsPane& pane) : busy_(pane.needs_.ListBusy), outer_(busy_) { busy_ = true; }
   // A build that came in while another one waits for the page leaves that one's mark.
   ~ListBuild() { busy_ = outer_; }
   ListBuild(const ListBuild&) = delete;
@@ -61,7 +59,6 @@ class AlertsPane::ListBuild {
 
  private:
   bool& busy_;
-  widgets::ListBatch batch_;
   bool outer_;
 };
 
@@ -104,6 +101,7 @@ void AlertsPane::FillFromTable(bool whole) {
   std::string remembered;
   bool filled = false;
   core::OrLog(needs_.log, place, [&] {
+    const widgets::ListBatch batch(lvAlerts);
     // A reload may put a new table in place of this one while a row is shown; the clone keeps the old one
     // alive.
     const auto table = needs_.gKvlF.EventTable;
@@ -127,8 +125,9 @@ void AlertsPane::FillFromTable(bool whole) {
     filled = true;
   });
   core::OrLog(needs_.log, place, [&] {
-    if (filled) CloseBuild(remembered);
     TellWhyEmpty();
+    // Waits for the page; the views have the rows by now.
+    if (filled) CloseBuild(remembered);
   });
   sMoreInfo.enabled = lvAlerts.size() > 0;
 }

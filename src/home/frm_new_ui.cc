@@ -73,6 +73,7 @@ void frmNewUI::ConnectControls() {
     Image1[at]->clicked.ConnectForever([this, i] { ViewItems_Click(i); });
   }
   tray.mouse.ConnectForever([this](int message) { Tray_Mouse(message); });
+  tray.menu_opens.ConnectForever([this] { bring_forward.Raise(); });
   mPopRestore.clicked.ConnectForever([this] { mPopRestore_Click(); });
   mPopMinimize.clicked.ConnectForever([this] { mPopMinimize_Click(); });
   mPopMaximize.clicked.ConnectForever([this] { mPopMaximize_Click(); });
@@ -83,6 +84,7 @@ void frmNewUI::ConnectControls() {
   alerts.sClick1.clicked.ConnectForever([this] { sClick1_Click(); });
   // A desktop may open the icon's menu itself, without an event that the form could refuse.
   enabled.changed.ConnectForever([this] {
+    tray.has_menu = enabled.Get();
     for (widgets::MenuItem* item : mPopupSys2.items) item->enabled = enabled.Get();
   });
   new_alert_ = parts_.gKvlF.newAlert.Connect([this] { gKvlF_newAlert(); });

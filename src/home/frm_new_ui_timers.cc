@@ -54,8 +54,9 @@ void frmNewUI::EveryHour() {
   const bool whole_days = hours % 24 == 0;
   if (whole_days && hours > 1) {
     if (!InSight() && app_.settings.PopNotifyMs) pop_ups.ShowNotification();
+  } else {
+    CheckSurvey();
   }
-  if (!whole_days || hours == 0 || hours == 1) CheckSurvey();
 }
 
 void frmNewUI::CheckRiskLevel() {

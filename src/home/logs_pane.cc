@@ -8,6 +8,7 @@
 #include "core/moments.h"
 #include "core/number_rules.h"
 #include "store/log_reader.h"
+#include "widgets/wait_pointer.h"
 
 namespace zendrix::home {
 namespace {
@@ -147,8 +148,10 @@ void LogsPane::aClearAll_Click() {
 }
 
 void LogsPane::aShowAll_Click() {
+  const widgets::WaitPointer wait(needs_.screen);
   SelectedLog().show_all = true;
   LoadSelectedLog();
+  needs_.screen.MousePointer = widgets::kPointerHourglass;
   needs_.CheckRiskLevel();
 }
 

@@ -11,7 +11,7 @@ void BindTray(widgets::Tray& tray, QMenu* menu, QWidget* owner, const Toolkit& k
   auto* icon = new QSystemTrayIcon(owner);
   icon->setObjectName(QStringLiteral("tray"));
   // Some desktops open the menu themselves and never report the button.
-  icon->setContextMenu(menu);
+  Reflect(icon, tray.has_menu, [icon, menu](bool has) { icon->setContextMenu(has ? menu : nullptr); });
   Pictures* pictures = &kit.pictures;
   Reflect(icon, tray.icon, [icon, pictures](widgets::TrayIcon which) {
     icon->setIcon(pictures->Icon(which == widgets::TrayIcon::kForm ? QStringLiteral("tray")
@@ -22,10 +22,13 @@ void BindTray(widgets::Tray& tray, QMenu* menu, QWidget* owner, const Toolkit& k
   Reflect(icon, tray.shown, [icon](bool shown) { icon->setVisible(shown); });
   QObject::connect(icon, &QSystemTrayIcon::activated, icon,
                    [&tray, guard = &kit.guard](QSystemTrayIcon::ActivationReason reason) {
-                     const int message = reason == QSystemTrayIcon::DoubleClick ? widgets::kTrayLeftDouble
-                                         : reason == QSystemTrayIcon::Trigger   ? widgets::kTrayLeftUp
-                                                                                : 0;
-                     (*guard)("Tray", [&] { tray.mouse.Raise(message); });
+                     (*guard)("Tray", [&] {
+                       if (reason == QSystemTrayIcon::Context) return tray.menu_opens.Raise();
+                       const int message = reason == QSystemTrayIcon::DoubleClick ? widgets::kTrayLeftDouble
+                                           : reason == QSystemTrayIcon::Trigger   ? widgets::kTrayLeftUp
+                                                                                  : 0;
+                       tray.mouse.Raise(message);
+                     });
                    });
 }
 

@@ -266,10 +266,15 @@ bool DetailsPage::acceptNavigationRequest(const QUrl& url, NavigationType type, 
   return false;
 }
 
-// A command is a link beside the page: "do" stands for ".../do".
+// A command is a link beside the page: "do" stands for ".../do". Only its end counts, whatever part that is
+// of.
 std::string DetailsPage::AddressOf(const QUrl& url) const {
   if (url.scheme() != QLatin1String(kScheme)) return url.toEncoded().toStdString();
-  return IsPage(url) ? std::string() : "about:" + FromQt(url.fileName());
+  if (IsPage(url)) return {};
+  const QString query = url.hasQuery() ? QLatin1Char('?') + url.query(QUrl::FullyEncoded) : QString();
+  const QString fragment =
+      url.hasFragment() ? QLatin1Char('#') + url.fragment(QUrl::FullyEncoded) : QString();
+  return "about:" + FromQt(url.fileName() + query + fragment);
 }
 
 void DetailsPage::TellClick(const std::string& address) {

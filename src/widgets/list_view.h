@@ -36,10 +36,8 @@ struct ListRow {
   std::string text;
   int picture = 0;
   std::vector<SubItem> sub_items;
-  bool ghosted = false;  // dimmed, all its texts in kGhostGrey
+  bool ghosted = false;  // dimmed, its texts in grey
 };
-
-inline constexpr Colour kGhostGrey = 0x808080;
 
 class ListView : public Control {
  public:

@@ -27,8 +27,12 @@ class Tray {
   Observed<bool> shown{false};
   Observed<TrayIcon> icon{TrayIcon::kForm};
   Observed<std::string> tip;
+  // Whether the desktop may open the icon's menu; it asks nobody then.
+  Observed<bool> has_menu{true};
   // The user did something with the icon.
   Signal<int> mouse;
+  // The desktop opens the icon's menu.
+  Signal<> menu_opens;
 };
 
 }  // namespace zendrix::widgets

@@ -3,11 +3,13 @@
 #include <gmock/gmock.h>
 
 #include <QLabel>
+#include <QTest>
 #include <memory>
 
 #include "core/app_state.h"
 #include "home/frm_new_ui.h"
 #include "qt/home/status_band.h"
+#include "qt/home/summary_pane.h"
 #include "qt/theme.h"
 #include "support/console_world.h"
 
@@ -65,6 +67,33 @@ class StatusBandTest : public ::testing::Test {
   store::CMkvlf reader_{world_.state, world_.log};
   home::SummaryPane pane_{{world_.state, world_.log, reader_, [](int) {}, [] {}}};
 };
+
+TEST_F(StatusBandTest, SentenceIsClickedWithTheMouse) {
+  StatusBand band(pane_, Toolkit{guard_, pictures_, theme_});
+  int clicks = 0;
+  pane_.OSRiskLevel.clicked.ConnectForever([&] { ++clicks; });
+  band.show();
+  QTest::mouseClick(band.findChild<QLabel*>(QStringLiteral("OSRiskLevel")), Qt::LeftButton);
+  EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(StatusBandTest, AdviceHasItsLinkBelowAndTheCountItsLinkBeside) {
+  pane_.icStatus.caption = "Some sentence.";
+  pane_.icMore.caption = "[Start Agent]";
+  pane_.icMore.visible = true;
+  pane_.icAlertCount.caption = "Alerts: 4";
+  const std::unique_ptr<QWidget> pane(MakeSummaryPane(pane_, Toolkit{guard_, pictures_, theme_}));
+  pane->resize(900, 600);
+  pane->show();
+  QCoreApplication::processEvents();
+  const auto place = [&](const char* name) {
+    auto* const widget = pane->findChild<QWidget*>(QLatin1String(name));
+    return widget ? QRect(widget->mapTo(pane.get(), QPoint()), widget->size()) : QRect();
+  };
+  EXPECT_GE(place("icMore").top(), place("icStatus").bottom());
+  EXPECT_GT(place("icClick").left(), place("icAlertCount").left());
+  EXPECT_LT(place("icClick").right(), pane->width() / 2) << "far from what it tells more of";
+}
 
 TEST_F(StatusBandTest, SentenceOfEveryLevelCanBeReadFromWhereItBegins) {
   StatusBand band(pane_, Toolkit{guard_, pictures_, theme_});

@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPainter>
 
+#include "qt/bind_click.h"
 #include "qt/bind_image.h"
 #include "qt/bind_label.h"
 #include "qt/contrast.h"
@@ -28,6 +29,7 @@ StatusBand::StatusBand(home::SummaryPane& pane, const Toolkit& kit)
   row->addWidget(MakeImage(pane.OSFlag, 40, kit));
   row->addStretch(1);
   row->addWidget(sentence_, 5);
+  BindClick(pane.OSRiskLevel.name(), pane.OSRiskLevel.clicked, sentence_, kit);
   Keep(this, pane.OSRiskBackc.changed.Connect([this] {
     DressSentence();
     update();

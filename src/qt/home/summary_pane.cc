@@ -14,6 +14,12 @@ namespace zendrix::qt {
 
 namespace {
 
+QLabel* MakeCount(widgets::Label& count, const Toolkit& kit) {
+  QLabel* label = WithRole(MakeLabel(count, kit), "value");
+  label->setWordWrap(false);
+  return label;
+}
+
 QWidget* MakeCountsCard(home::SummaryPane& pane, const Toolkit& kit) {
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(12);
@@ -24,13 +30,13 @@ QWidget* MakeCountsCard(home::SummaryPane& pane, const Toolkit& kit) {
   since->addWidget(caption);
   since->addSpacing(6);
   since->addWidget(MakeLabel(pane.icDate, kit), 1);
-  grid->addLayout(since, 0, 0, 1, 3);
+  grid->addLayout(since, 0, 0, 1, 4);
   grid->addWidget(MakeImage(pane.icImgEventCount, 32, kit), 1, 0);
-  grid->addWidget(WithRole(MakeLabel(pane.icEventCount, kit), "value"), 1, 1);
+  grid->addWidget(MakeCount(pane.icEventCount, kit), 1, 1);
   grid->addWidget(MakeImage(pane.icImgAlertCount, 32, kit), 2, 0);
-  grid->addWidget(WithRole(MakeLabel(pane.icAlertCount, kit), "value"), 2, 1);
+  grid->addWidget(MakeCount(pane.icAlertCount, kit), 2, 1);
   grid->addWidget(MakeButton(pane.icClick, "link", kit), 2, 2);
-  grid->setColumnStretch(1, 1);
+  grid->setColumnStretch(3, 1);
   return Card(grid);
 }
 
@@ -62,9 +68,10 @@ QWidget* MakeSummaryPane(home::SummaryPane& pane, const Toolkit& kit) {
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(kPaneGap);
   column->addWidget(new StatusBand(pane, kit));
-  auto* advice = new QHBoxLayout;
-  advice->addWidget(MakeLabel(pane.icStatus, kit), 1);
-  advice->addWidget(MakeButton(pane.icMore, "link", kit));
+  auto* advice = new QVBoxLayout;
+  advice->setSpacing(2);
+  advice->addWidget(MakeLabel(pane.icStatus, kit));
+  advice->addWidget(MakeButton(pane.icMore, "link", kit), 0, Qt::AlignLeft);
   column->addLayout(advice);
   column->addWidget(MakeCountsCard(pane, kit));
   column->addWidget(MakeSummaryRow(pane.alerts_row, kit));

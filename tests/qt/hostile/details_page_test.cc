@@ -25,6 +25,15 @@ class DetailsPageTest : public PageFixture {
   static QString Css(const QColor& colour) {
     return QStringLiteral("rgb(%1, %2, %3)").arg(colour.red()).arg(colour.green()).arg(colour.blue());
   }
+  // A click that comes to the browser by itself, as one of an assistive program does.
+  void ClickWithoutTheToolkit(const QString& selector) {
+    const QPointF at = MiddleOf(selector);
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+      QMouseEvent event(type, at, Input()->mapToGlobal(at), Qt::LeftButton,
+                        type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
+      QCoreApplication::sendEvent(Input(), &event);
+    }
+  }
 };
 
 TEST_F(DetailsPageTest, InTheDarkThePageTakesThePalettesColours) {
@@ -75,18 +84,27 @@ TEST_F(DetailsPageTest, AssistiveProgramFindsTheTextAndCanGoToALinkAndEnterIt) {
 // As an assistive program's press: the browser makes a click of its own, and the toolkit saw nobody act.
 TEST_F(DetailsPageTest, ClickThatTheBrowserVouchesForCountsWithoutTheToolkit) {
   ShowOne("failed");
-  const QPointF at = MiddleOf(QStringLiteral("#H1"));
-  for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-    QMouseEvent event(type, at, Input()->mapToGlobal(at), Qt::LeftButton,
-                      type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(Input(), &event);
-  }
+  ClickWithoutTheToolkit(QStringLiteral("#H1"));
   EXPECT_TRUE(WaitFor([&] { return !navigations_.empty(); }));
   EXPECT_THAT(navigations_, ElementsAre("about:showhide"));
   // And once only: a script that clicks the same link behind it is nobody.
   RunInPage(QStringLiteral("document.querySelector('#H1').click(); 0"));
   Settle();
   EXPECT_THAT(navigations_, ElementsAre("about:showhide"));
+}
+
+class LinkEndTest : public DetailsPageTest, public ::testing::WithParamInterface<const char*> {};
+INSTANTIATE_TEST_SUITE_P(Links, LinkEndTest, ::testing::Values("todo?x=do", "x#undo"));
+
+// Only the end of a link's address makes it a command, whichever part of the address that is.
+TEST_P(LinkEndTest, ArrivesWithWhatStandsBehindTheName) {
+  ShowOne("failed");
+  RunInPage(QStringLiteral("document.body.innerHTML = '<a id=X href=\"%1\">here</a>'; 0")
+                .arg(QLatin1String(GetParam())));
+  Settle();
+  ClickWithoutTheToolkit(QStringLiteral("#X"));
+  EXPECT_TRUE(WaitFor([&] { return !navigations_.empty(); }));
+  EXPECT_THAT(navigations_, ElementsAre(std::string("about:") + GetParam()));
 }
 
 TEST_F(DetailsPageTest, ScriptCannotUseTheClickOfAPersonASecondTime) {

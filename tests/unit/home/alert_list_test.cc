@@ -227,6 +227,23 @@ TEST_F(AlertListTest, PageThatStayedBlankIsShownByAnotherClickOnTheSameRow) {
   EXPECT_EQ(Selected(), "K2");
 }
 
+// For as long as a slow browser took, the window showed an empty list that said that nothing had been found.
+TEST_F(AlertListTest, RowsAreOnShowWhileTheirPageIsAwaited) {
+  Open(Line(1, "System", "0"));
+  ASSERT_FALSE(form_->alerts.lvAlerts.empty_text.Get().empty());
+  testing::FakePage page(form_->alerts.sDesc);
+  int told = 0, told_in_time = -1;
+  const auto rows = form_->alerts.lvAlerts.rows_added.Connect([&] { ++told; });
+  page.on_navigate = [&, then = page.on_navigate] {
+    told_in_time = told;
+    then();
+  };
+  Append(Alert(2, "0.5"));
+  Poll();
+  EXPECT_THAT(Rows(), ElementsAre("K2 Normal:23"));
+  EXPECT_EQ(told_in_time, 1);
+}
+
 TEST_F(AlertListTest, ListStaysUsableBehindAnAlertWithoutAnExplanation) {
   Open(Alert(1, "0.5") + Alert(2, "0.5"));
   testing::FakePage page(form_->alerts.sDesc);
@@ -239,7 +256,7 @@ TEST_F(AlertListTest, ListStaysUsableBehindAnAlertWithoutAnExplanation) {
   EXPECT_THAT(page.events, ElementsAre(HasSubstr("navigate"), HasSubstr("<b>told</b>"), HasSubstr("script")));
 }
 
-TEST_F(AlertListTest, UnknownAndIntrusionRaiseAttention) {
+TEST_F(AlertListTest, IntrusionRaisesAttentionAndNothingBelowItDoes) {
   Open(Alert(1, "0.5"));
   form_->AttentionPending = false;
   Append(Alert(2, "0.92"));
@@ -293,6 +310,7 @@ TEST_F(AlertListTest, NewIntrusionUnderAWindowOnShowMovesTheTime) {
   Append(Alert(2, "0.99"));
   Poll();
   EXPECT_GT(form_->alerts.LastIntrusionTime, 38000);
+  EXPECT_EQ(PopUpKey(), "none");
 }
 
 TEST_F(AlertListTest, ClearAllEmptiesUntilTheNextFullLoad) {
@@ -329,6 +347,7 @@ TEST_F(AlertListTest, UpdateDoesNotListABlockedAlertThatIsHidden) {
 TEST_F(AlertListTest, TickWhileAListIsBuiltIsLost) {
   Open(Alert(1, "0.5"));
   const auto hours = form_->HourTicks;
+  const auto quarters = form_->QuarterTicks;
   bool was_busy = false;
   alerts_.on_details = [&] {
     was_busy = form_->ListBusy;
@@ -338,6 +357,7 @@ TEST_F(AlertListTest, TickWhileAListIsBuiltIsLost) {
   EXPECT_TRUE(was_busy);
   EXPECT_FALSE(form_->ListBusy);
   EXPECT_EQ(form_->HourTicks, hours);
+  EXPECT_EQ(form_->QuarterTicks, quarters);
   alerts_.on_details = nullptr;
   Seconds(1);
   EXPECT_EQ(form_->HourTicks, hours + 1);

@@ -188,6 +188,7 @@ TEST_F(FrameTest, WholeDaysAskForNoSurvey) {
     Seconds(1);
     return posts - before;
   };
+  EXPECT_EQ(posts_at(-24), 1) << "an intrusion of tomorrow, the clock having been set back";
   EXPECT_EQ(posts_at(0), 1);
   EXPECT_EQ(posts_at(1), 1);
   EXPECT_EQ(posts_at(23), 1);
@@ -462,6 +463,20 @@ TEST_F(FrameTest, ModalDialogKeepsTheTrayMenuShut) {
   form_->Tray_Mouse(widgets::kTrayLeftDouble);
   form_->mPopMaximize_Click();
   EXPECT_FALSE(form_->visible);
+}
+
+// The menu of the right button is the desktop's; the window came forward at a left click alone.
+TEST_F(FrameTest, MenuThatTheDesktopOpensBringsTheWindowForward) {
+  Open(Alert(1, "0"));
+  int forward = 0;
+  form_->bring_forward.ConnectForever([&] { ++forward; });
+  form_->tray.menu_opens.Raise();
+  EXPECT_EQ(forward, 1);
+  EXPECT_TRUE(form_->tray.has_menu);
+  form_->enabled = false;
+  EXPECT_FALSE(form_->tray.has_menu);
+  form_->enabled = true;
+  EXPECT_TRUE(form_->tray.has_menu);
 }
 
 // The desktop opens the icon's menu without asking the form: Quit asked its question on top of an open one,

@@ -96,6 +96,15 @@ TEST_F(LogsPaneTest, MissingLogIsAnEmptyList) {
   EXPECT_EQ(screen_.MousePointer, widgets::kPointerDefault);
 }
 
+TEST_F(LogsPaneTest, HourglassStandsUntilTheStatusHasBeenLookedAtAgain) {
+  OpenPane();
+  int pointer = -1;
+  form_->summary.OSRiskLevel.to_front.ConnectForever([&] { pointer = screen_.MousePointer; });
+  Logs().aShowAll.clicked.Raise();
+  EXPECT_EQ(pointer, widgets::kPointerHourglass);
+  EXPECT_EQ(screen_.MousePointer, widgets::kPointerDefault);
+}
+
 TEST_F(LogsPaneTest, PaneSelectedAgainAddsOnlyWhatIsNew) {
   AgentLog(Entry(0, "one"));
   OpenPane();

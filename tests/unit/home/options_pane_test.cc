@@ -431,7 +431,7 @@ TEST_F(OptionsPaneTest, SavedSensitivityRebuildsTheListAndTheCountsButNotTheLeve
   Save();
   EXPECT_THAT(Rows(), ElementsAre("K1 Intrusion:18"));
   EXPECT_EQ(form_->summary.icAlertCount.caption.Get(), "Alerts: 1");
-  EXPECT_EQ(form_->AlertLevel, 1) << "follows at the next event or the next look at the list";
+  EXPECT_EQ(form_->AlertLevel, 1) << "follows at the next event";
   Options().eSbRiskLevel.value = 100;
   Save();
   EXPECT_THAT(Rows(), IsEmpty());

@@ -84,6 +84,16 @@ TEST_F(SummaryPaneTest, AllowedIntrusionNoLongerCounts) {
   EXPECT_EQ(form_->AlertLevel, 1);
 }
 
+TEST_F(SummaryPaneTest, StatusFallsBackWhenAnIntrusionHasBeenAllowed) {
+  Open(Alert(1, "0.99"));
+  EXPECT_EQ(form_->AlertLevel, 3);
+  alerts_.decisions = {{Tag(1), "x"}};
+  Append(Line(2, "System", "0"));
+  Poll();
+  EXPECT_EQ(form_->AlertLevel, 1);
+  EXPECT_EQ(form_->summary.alerts_row.Flag.picture.Get(), "FlagG");
+}
+
 TEST_F(SummaryPaneTest, BlockedIntrusionCountsWhileItIsListed) {
   alerts_.decisions = {{Tag(1), "A"}};
   Open(Alert(1, "0.99"));
