@@ -202,8 +202,10 @@ void EventGrid::KeyByMadeText(int col, std::vector<KeyedRow>& keyed) const {
   made.reserve(keyed.size());
   for (const KeyedRow& row : keyed) made.push_back({Making(rows_, row.row, col), row.row});
   std::ranges::sort(made, {}, &Made::making);
-  const auto same = std::ranges::unique(made, {}, &Made::making);
-  made.erase(same.begin(), same.end());
+  const auto same = std::unique(made.begin(), made.end(), [](const Made& one, const Made& other) {
+    return one.making == other.making;
+  });
+  made.erase(same, made.end());
   store::TextPool pool;
   std::vector<store::TextId> texts;
   texts.reserve(made.size());

@@ -218,6 +218,20 @@ TEST_F(AgentControlTest, WarningAsksThenTellsTheWayBack) {
             "programs-> Korvessa Zendrix, by selecting Korvessa Zendrix Home Edition.");
 }
 
+TEST_F(AgentControlTest, WarningIsTitledAfterTheConsoleThatIsEnded) {
+  for (const char* title : {"Korvessa Zendrix Home Edition", "Korvessa Zendrix Administrator"}) {
+    world_.state.ProductName = title;
+    world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
+    const std::size_t before = Boxes().size();
+    EXPECT_TRUE(WarningMessage(world_.state));
+    ASSERT_EQ(Boxes().size(), before + 2);
+    EXPECT_EQ(Boxes()[before].title, title);
+    EXPECT_EQ(Boxes()[before + 1].title, title);
+    EXPECT_EQ(Boxes()[before + 1].icon, BoxIcon::kInformation);
+    EXPECT_THAT(Boxes()[before + 1].text, ::testing::EndsWith("by selecting " + std::string(title) + "."));
+  }
+}
+
 TEST_F(AgentControlTest, WarningAnsweredNoSaysNothingMore) {
   world_.platform.message_boxes.Answer(platform::BoxAnswer::kNo);
   EXPECT_FALSE(WarningMessage(world_.state));
