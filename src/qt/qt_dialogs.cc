@@ -39,6 +39,7 @@ class OverActiveWindow {
   OverActiveWindow& operator=(const OverActiveWindow&) = delete;
 
   Dialog* operator->() const { return dialog_.data(); }
+  Dialog* get() const { return dialog_.data(); }
   bool gone() const { return dialog_.isNull(); }
 
  private:
@@ -86,6 +87,12 @@ std::string QtFileDialogs::Choose(const platform::FileRequest& request) {
   dialog->setSupportedSchemes({QStringLiteral("file")});
   dialog->setDirectory(PathToQt(request.folder));
   dialog->selectFile(ToQt(request.name));
+  // Return in the list of suggestions accepts the dialog with the list still open. While any list is open the
+  // toolkit does not notice which window becomes active, and no control would have the focus behind the
+  // dialog.
+  QObject::connect(dialog.get(), &QDialog::finished, dialog.get(), [] {
+    if (QWidget* const suggestions = QApplication::activePopupWidget()) suggestions->close();
+  });
   if (dialog->exec() != QDialog::Accepted || dialog.gone()) return {};
   return PathFromQt(dialog->selectedFiles().value(0));
 }
