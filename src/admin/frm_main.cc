@@ -19,9 +19,8 @@ namespace {
 constexpr char kMonitoringFile[] = "KorvessaMonitoring.kvl";
 constexpr char kSplitter[] = "lblHDrag";
 constexpr int kFirstDescriptionWidth = 3945;
-// Twips that the path keeps clear of the panel's edge, and a heading of its cell's.
+// Twips that the path keeps clear of the panel's edge.
 constexpr int kPanelMargin = 115;
-constexpr int kHeadingMargin = 300;
 constexpr int kUnhandledHeader = 999;
 
 // Columns that are never seen, whatever their widths would be.
@@ -38,13 +37,10 @@ std::string Swapped(std::string path, char from, char to) {
 
 frmMain::frmMain(AdminParts parts)
     : Form(parts.state.forms, "frmMain"),
-      rows(parts.state.seams.family, parts.metrics, parts.grid_capacity),
-      EventList("EventList", rows),
-      parts_(std::move(parts)),
-      app_(parts_.state),
-      loader_(app_.seams.files, {rows, EventList, GridMonitorList, GridHostList, GridChangeList}) {
+      GridFrame(std::move(parts), *this),
+      loader_(app.seams.files, {rows, EventList, GridMonitorList, GridHostList, GridChangeList}) {
   Msg.width = 6000;
-  lblRootWarning.visible = app_.seams.host.RunsAsRoot();
+  lblRootWarning.visible = app.seams.host.RunsAsRoot();
   ConnectControls();
 }
 
@@ -75,29 +71,29 @@ void frmMain::ConnectControls() {
   enabled.changed.ConnectForever([this] {
     for (widgets::MenuItem* item : mPopupSys.items) item->enabled = enabled.Get();
   });
-  Timer1_ = app_.seams.timers.MakeTimer([this] { Timer1_Timer(); });
-  Timer2_ = app_.seams.timers.MakeTimer([this] { Timer2_Timer(); });
+  Timer1 = app.seams.timers.MakeTimer([this] { Timer1_Timer(); });
+  Timer2_ = app.seams.timers.MakeTimer([this] { Timer2_Timer(); });
 }
 
 std::string frmMain::DefaultPath() const {
-  return platform::JoinPath(app_.ProgramFolder, kMonitoringFile);
+  return platform::JoinPath(app.ProgramFolder, kMonitoringFile);
 }
 
 void frmMain::Form_Load() {
-  core::OrLog(parts_.log, "frmMain : Form_Load", [&] {
-    parts_.reg_ini.LoadWindowState(*this);
-    parts_.reg_ini.LoadFormPlace(kSplitter, lblHDrag);
+  core::OrLog(log, "frmMain : Form_Load", [&] {
+    reg_ini.LoadWindowState(*this);
+    reg_ini.LoadFormPlace(kSplitter, lblHDrag);
   });
-  DateOrder = app_.DateOrder;
+  DateOrder = app.DateOrder;
   GridFilePath = DefaultPath();
-  Timer1_->Stop();
-  title = app_.ProductName;
-  MnHAbout.caption = "About " + app_.ProductName;
+  Timer1->Stop();
+  title = app.ProductName;
+  MnHAbout.caption = "About " + app.ProductName;
   HeadAndEmptyGrid();
   bool saved_widths = false;
-  core::OrLog(parts_.log, "frmMain : Form_Load", [&] {
+  core::OrLog(log, "frmMain : Form_Load", [&] {
     std::vector<int> widths = EventList.ColWidths();
-    saved_widths = parts_.reg_ini.LoadColWidths(EventList.name(), widths);
+    saved_widths = reg_ini.LoadColWidths(EventList.name(), widths);
     if (saved_widths) EventList.SetColWidths(widths);
   });
   if (!saved_widths) EventList.SetColWidth(kColDescription, kFirstDescriptionWidth);
@@ -108,24 +104,24 @@ void frmMain::Form_Load() {
   ShowSortArrow(EventList, kColDateTime, false);
   SavedTopRow = SavedLeftCol = 1;
   NotablePending = false;
-  Timer1_->Start(kTimer1Ms);
-  tray.SetTip(app_.ProductName);
+  Timer1->Start(kTimer1Ms);
+  tray.SetTip(app.ProductName);
   tray.shown = true;
-  if (Form* splash = app_.forms.Find("frmSplash")) splash->Unload();
+  if (Form* splash = app.forms.Find("frmSplash")) splash->Unload();
 }
 
 void frmMain::ShowPath() {
   path_shown_ = true;
-  const int pixels = (Msg.width - kPanelMargin) / parts_.metrics.twips_per_pixel;
+  const int pixels = (Msg.width - kPanelMargin) / metrics.twips_per_pixel;
   // Paths are compacted by the rules of the other separator.
   const std::string path = Swapped(core::PathText(GridFilePath), '/', '\\');
-  Msg.text = Swapped(core::CompactPath(path, pixels, parts_.metrics.pixels), '\\', '/');
+  Msg.text = Swapped(core::CompactPath(path, pixels, metrics.pixels), '\\', '/');
 }
 
 void frmMain::AutoSizeColumns() {
   const std::string count = RecCnt.text;
   RecCnt.text = std::string("Adjusting...");
-  parts_.screen.MousePointer = widgets::kPointerHourglass;
+  screen.MousePointer = widgets::kPointerHourglass;
   {
     const widgets::PaintingPause pause(EventList);
     for (int column = 0; column <= EventList.Cols() - 3; ++column) {
@@ -134,7 +130,7 @@ void frmMain::AutoSizeColumns() {
     HideInnerColumns();
     RecCnt.text = count;
   }
-  parts_.screen.MousePointer = widgets::kPointerDefault;
+  screen.MousePointer = widgets::kPointerDefault;
 }
 
 void frmMain::SizeColumn(int column) {
@@ -151,7 +147,7 @@ void frmMain::HideInnerColumns() {
 }
 
 void frmMain::ApplyColumnSettings() {
-  for (const auto& [name, value] : app_.settings.ColumnStates) {
+  for (const auto& [name, value] : app.settings.ColumnStates) {
     const int column = ColumnCodeOfHeader(name);
     if (column == kUnhandledHeader) continue;
     if (value == "0")
@@ -162,50 +158,16 @@ void frmMain::ApplyColumnSettings() {
   HideInnerColumns();
 }
 
-void frmMain::ShowSortArrow(EventGrid& grid, int column, bool up) {
-  grid.SetHeading(kColDateTime, "Date/Time", widgets::Align::kLeft);
-  grid.SetHeading(kColHostname, "Hostname", widgets::Align::kLeft);
-  grid.SetHeading(kColMonitor, "Monitor", widgets::Align::kLeft);
-  grid.SetHeading(kColChange, "Change", widgets::Align::kLeft);
-  grid.SetHeading(kColDescription, "Description", widgets::Align::kLeft);
-  std::string text = grid.column(column).heading;
-  const int room = grid.column(column).width - kHeadingMargin;
-  const std::size_t length = text.size();
-  while (!text.empty() && parts_.metrics.twips(text) > room) text.resize(text.size() / 2);
-  if (text.size() < length) text += "...";
-  grid.SetHeading(column, text, widgets::Align::kLeft);
-  for (int i = 0; i < grid.Cols(); ++i) {
-    using widgets::SortArrow;
-    grid.SetArrow(i, i != column ? SortArrow::kNone : up ? SortArrow::kUp : SortArrow::kDown);
-  }
-}
-
-void frmMain::ClearHeaderPictures() {
-  for (int i = 0; i < EventList.Cols(); ++i) EventList.SetArrow(i, widgets::SortArrow::kNone);
-}
-
-void frmMain::SortGrid(EventGrid& grid, int column) {
-  const bool up = sort.Sort(grid, column);
-  ShowSortArrow(grid, HeaderColumn, up);
-  if (grid.Rows() >= 2) grid.Row = 1;
-}
-
-// After lines have come; the direction stays.
-void frmMain::SortAgain() {
-  ShowSortArrow(EventList, HeaderColumn, sort.SortAgain(EventList));
-  if (EventList.Rows() >= 2) EventList.Row = 1;
-}
-
 void frmMain::EventList_HeaderClick(int column) {
-  if (column < 1 || UpdateBusy || RefreshBusy) return;
+  if (column < 1 || LoadRuns()) return;
   HeaderColumn = column;
   SortGrid(EventList, GridSort::KeyOfHeader(column));
 }
 
 void frmMain::Timer1_Timer() {
-  core::OrLog(parts_.log, "frmMain.frm : Timer1_Timer", [&] {
+  core::OrLog(log, "frmMain.frm : Timer1_Timer", [&] {
     if (FileIsThere()) {
-      const std::int64_t size = core::ValueOrRaise(app_.seams.files.Size(GridFilePath));
+      const std::int64_t size = core::ValueOrRaise(app.seams.files.Size(GridFilePath));
       if (size != TimerSeenSize) {
         TimerSeenSize = size;
         const widgets::PaintingPause pause(EventList);
@@ -213,9 +175,9 @@ void frmMain::Timer1_Timer() {
         UpgradeGrid();
         BackgroundUpdate = false;
         if (sort.SortColumn > 0) {
-          parts_.screen.MousePointer = widgets::kPointerHourglass;
+          screen.MousePointer = widgets::kPointerHourglass;
           SortAgain();
-          parts_.screen.MousePointer = widgets::kPointerDefault;
+          screen.MousePointer = widgets::kPointerDefault;
         }
       }
     }
@@ -274,23 +236,23 @@ void frmMain::mPopMaximize_Click() {
 }
 
 void frmMain::MnFExit_Click() {
-  if (enabled && control::WarningMessage(app_)) Unload(widgets::UnloadCause::kCode);
+  if (enabled && control::WarningMessage(app)) Unload(widgets::UnloadCause::kCode);
 }
 
 void frmMain::MnVRefresh_Click() {
-  if (!UpdateBusy && !RefreshBusy) ResetClick();
+  if (!LoadRuns()) ResetClick();
 }
 
 void frmMain::MnVLogs_Click() {
-  if (!enabled || UpdateBusy || RefreshBusy) return;
-  frmLog& window = logs_.Open(app_.host(), LogNeeds{app_, parts_.log, parts_.screen, parts_.metrics});
-  app_.host().Show(window);
-  window.bring_forward.Raise();
+  if (!enabled || LoadRuns()) return;
+  frmLog& viewer = logs_.Open(app.host(), LogNeeds{app, log, screen, metrics});
+  app.host().Show(viewer);
+  viewer.bring_forward.Raise();
 }
 
 void frmMain::MnHAbout_Click() {
-  core::frmAbout about(app_);
-  app_.host().ShowModal(about, this);
+  core::frmAbout about(app);
+  app.host().ShowModal(about, this);
 }
 
 bool frmMain::QueryUnload(widgets::UnloadCause cause) {
@@ -298,20 +260,20 @@ bool frmMain::QueryUnload(widgets::UnloadCause cause) {
     visible = false;
     return false;
   }
-  app_.seams.instance_lock.Release();
+  app.seams.instance_lock.Release();
   return true;
 }
 
 void frmMain::OnUnload() {
-  core::OrLog(parts_.log, "frmMain : Form_Unload", [&] {
+  core::OrLog(log, "frmMain : Form_Unload", [&] {
     if (state.Get() == WindowState::kMinimised) return;
-    parts_.reg_ini.SaveFormPlace(kSplitter, lblHDrag);
-    parts_.reg_ini.SaveColWidths(EventList.name(), EventList.ColWidths());
-    parts_.reg_ini.SaveWindowState(*this);
+    reg_ini.SaveFormPlace(kSplitter, lblHDrag);
+    reg_ini.SaveColWidths(EventList.name(), EventList.ColWidths());
+    reg_ini.SaveWindowState(*this);
   });
   tray.shown = false;
   // Only when the form has left the list of open forms can the others be closed one after the other.
-  unloaded.ConnectForever([log = &parts_.log] { log->CloseAllAndEnd(); });
+  unloaded.ConnectForever([log = &log] { log->CloseAllAndEnd(); });
 }
 
 }  // namespace zendrix::admin

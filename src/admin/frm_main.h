@@ -6,48 +6,23 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "admin/event_grid.h"
-#include "admin/event_rows.h"
 #include "admin/frm_log.h"
+#include "admin/grid_frame.h"
 #include "admin/grid_loader.h"
-#include "admin/grid_sort.h"
-#include "admin/text_metrics.h"
-#include "core/app_state.h"
-#include "core/error_log.h"
 #include "core/root_warning.h"
-#include "settings/reg_ini.h"
-#include "store/ulist.h"
-#include "widgets/form.h"
 #include "widgets/label.h"
 #include "widgets/menu.h"
-#include "widgets/panel.h"
-#include "widgets/progress_bar.h"
 #include "widgets/reopened_window.h"
-#include "widgets/screen.h"
 #include "widgets/tray.h"
 
 namespace zendrix::admin {
 
-// Period of the check of the file's size.
-inline constexpr std::int64_t kTimer1Ms = 2500;
-
-// What the Administrator console is put together from. Everything outlives the form.
-struct AdminParts {
-  core::AppState& state;
-  core::ErrorLog& log;
-  settings::RegIni& reg_ini;
-  widgets::Screen& screen;
-  TextMetrics metrics;
-  RowCapacity grid_capacity = {};
-};
-
-class frmMain : public widgets::Form {
+class frmMain : public widgets::Form, public GridFrame {
  public:
   explicit frmMain(AdminParts parts);
 
@@ -59,12 +34,8 @@ class frmMain : public widgets::Form {
   void Reload();
   void UpgradeGrid();
   void ResetClick();
-  // Sorts by a key column and draws the arrow on the header that was clicked last.
-  void SortGrid(EventGrid& grid, int column);
   void AutoSizeColumns();
   void ApplyColumnSettings();
-  void ShowSortArrow(EventGrid& grid, int column, bool up);
-  void ClearHeaderPictures();
   void EventList_HeaderClick(int column);
 
   void Timer1_Timer();
@@ -84,21 +55,8 @@ class frmMain : public widgets::Form {
   void MnHAbout_Click();
 
   // State.
-  std::string GridFilePath;
-  std::int32_t GridLineCount = 0;
-  std::int64_t GridFileSize = 0;
   std::int64_t TimerSeenSize = 0;
-  store::CUList GridMonitorList, GridHostList, GridChangeList;
-  // The distinct descriptions of the loaded lines; made when asked for.
-  store::CUList GridDescList() const { return rows.Descriptions(); }
   int DateOrder = 0;
-  GridSort sort;
-  int HeaderColumn = 0;
-  bool UpdateBusy = false;
-  bool RefreshBusy = false;
-  bool BackgroundUpdate = false;
-  int SavedTopRow = 0;
-  int SavedLeftCol = 0;
   bool TrayFlashPhase = false;
   bool NotablePending = false;
   // The bar between the grid and the panes under it, in twips; here, where it stands until it has been moved.
@@ -106,14 +64,6 @@ class frmMain : public widgets::Form {
 
   // Above the grid; hidden unless the console runs as root.
   widgets::Label lblRootWarning{"lblRootWarning", core::kRootWarning};
-  // What the grids of this form show.
-  EventRows rows;
-  EventGrid EventList;
-  widgets::Panel Msg{"Msg"};
-  widgets::Panel Msg2{"Msg2"};
-  widgets::Panel Rfrsh{"Rfrsh", "File has changed indicator"};
-  widgets::Panel RecCnt{"RecCnt", "Record Count"};
-  widgets::ProgressBar DynamicPictureBox{"DynamicPictureBox"};
   widgets::Tray tray;
 
   widgets::MenuItem MnFExit{"MnFExit", "E&xit"};
@@ -151,20 +101,15 @@ class frmMain : public widgets::Form {
   void AddNewLines(std::int64_t new_size);
   std::optional<bool> IsMonitorDisplayed(const std::string& monitor) const;
   void RegisterMonitors(const GridLoad& load);
-  void ServeMessages(std::int64_t bytes, std::int64_t bytes_total);
   void NoteArrival();
   void ShowPath();
-  void ShowRecordCount();
   void SizeColumn(int column);
   void HideInnerColumns();
   void HeadAndEmptyGrid();
-  void SortAgain();
   void ShowWindow(widgets::WindowState wanted);
   std::string DefaultPath() const;
 
-  AdminParts parts_;
-  core::AppState& app_;
-  std::unique_ptr<platform::Timer> Timer1_, Timer2_;
+  std::unique_ptr<platform::Timer> Timer2_;
   GridLoader loader_;
   widgets::Reopened<frmLog> logs_;
   bool path_shown_ = false;

@@ -6,7 +6,6 @@
 #include "core/guards.h"
 #include "core/letter_case.h"
 #include "core/path_text.h"
-#include "core/splash.h"
 
 namespace zendrix::admin {
 
@@ -14,7 +13,6 @@ namespace {
 
 constexpr char kNoDataFound[] =
     "No Zendrix Data Found.  Please ensure that the Zendrix Product is properly installed.";
-constexpr char kFormat[] = ">EventID |<Date/Time |<Hostname |<Monitor |>Change | | | |<Description";
 constexpr int kFirstDescriptionWidth = 3945;
 constexpr int kFewRows = 3;
 
@@ -26,10 +24,6 @@ bool IsFlashing(std::string_view monitor) {
   return false;
 }
 
-std::string Records(std::int32_t count) {
-  return std::to_string(count) + (count == 1 ? " record" : " records");
-}
-
 }  // namespace
 
 // Hourglass on, painting off and the grid out of use, for as long as a load runs.
@@ -37,14 +31,14 @@ class frmMain::LoadScope {
  public:
   explicit LoadScope(frmMain& form) : form_(form) {
     pause_.emplace(form_.EventList);
-    form_.parts_.screen.MousePointer = widgets::kPointerHourglass;
+    form_.screen.MousePointer = widgets::kPointerHourglass;
     form_.EventList.enabled = false;
   }
   ~LoadScope() {
     form_.DynamicPictureBox.Show(0);
     pause_.reset();
     form_.EventList.enabled = true;
-    form_.parts_.screen.MousePointer = widgets::kPointerDefault;
+    form_.screen.MousePointer = widgets::kPointerDefault;
   }
   LoadScope(const LoadScope&) = delete;
   LoadScope& operator=(const LoadScope&) = delete;
@@ -56,14 +50,14 @@ class frmMain::LoadScope {
 
 void frmMain::DisplayData(const std::string& status_text) {
   LoadScope scope(*this);
-  core::OrLog(parts_.log, "frmMain : DisplayData", [&] {
+  core::OrLog(log, "frmMain : DisplayData", [&] {
     for (auto* list : {&GridMonitorList, &GridHostList, &GridChangeList}) list->Clear();
     GridFileSize = 0;
     GridLineCount = 0;
     if (!FileIsThere()) return FileMissing();
     GridLoad load = NewLoad();
     try {
-      GridFileSize = core::ValueOrRaise(app_.seams.files.Size(GridFilePath));
+      GridFileSize = core::ValueOrRaise(app.seams.files.Size(GridFilePath));
       load.opened = [this] { ShowPath(); };
       load.serve = [&] {
         RecCnt.text =
@@ -86,13 +80,13 @@ void frmMain::DisplayData(const std::string& status_text) {
 GridLoad frmMain::NewLoad() {
   GridLoad load;
   load.path = GridFilePath;
-  load.settings = {app_.seams.locale.Current(), DateOrder, EventList.column(kColDescription).width};
+  load.settings = {app.seams.locale.Current(), DateOrder, EventList.column(kColDescription).width};
   load.is_displayed = [this](const std::string& monitor) { return IsMonitorDisplayed(monitor); };
   return load;
 }
 
 std::optional<bool> frmMain::IsMonitorDisplayed(const std::string& monitor) const {
-  for (const auto& [name, value] : app_.settings.MonitorStates)
+  for (const auto& [name, value] : app.settings.MonitorStates)
     if (core::EqualNoCase(name, monitor)) return value != "0";
   return std::nullopt;
 }
@@ -100,14 +94,8 @@ std::optional<bool> frmMain::IsMonitorDisplayed(const std::string& monitor) cons
 // Once for a whole load: each of thousands of names would have the settings read and verified twice.
 void frmMain::RegisterMonitors(const GridLoad& load) {
   if (load.unknown_monitors.empty()) return;
-  parts_.reg_ini.RegisterMonitors(load.unknown_monitors);
-  parts_.reg_ini.ReadRegInfo();
-}
-
-void frmMain::ServeMessages(std::int64_t bytes, std::int64_t bytes_total) {
-  DynamicPictureBox.Show(bytes_total > 0 ? bytes * 100 / bytes_total : 100);
-  core::SetSplashProgress(app_.forms, DynamicPictureBox.value);
-  app_.seams.loop.ProcessMessages();
+  reg_ini.RegisterMonitors(load.unknown_monitors);
+  reg_ini.ReadRegInfo();
 }
 
 void frmMain::RedisplayData(bool filter_active) {
@@ -115,9 +103,9 @@ void frmMain::RedisplayData(bool filter_active) {
   bool reload = false;
   {
     LoadScope scope(*this);
-    core::OrLog(parts_.log, "frmMain : RedisplayData", [&] {
+    core::OrLog(log, "frmMain : RedisplayData", [&] {
       if (!FileIsThere()) return FileMissing();
-      const std::int64_t new_size = core::ValueOrRaise(app_.seams.files.Size(GridFilePath));
+      const std::int64_t new_size = core::ValueOrRaise(app.seams.files.Size(GridFilePath));
       reload = new_size < GridFileSize;
       if (!reload) AddNewLines(new_size);
     });
@@ -177,25 +165,25 @@ void frmMain::Reload() {
 void frmMain::HeadAndEmptyGrid() {
   EventList.Clear();
   rows.Clear();
-  EventList.SetFormatString(kFormat);
+  EventList.SetFormatString(kGridFormat);
 }
 
 void frmMain::UpgradeGrid() {
-  if (UpdateBusy || RefreshBusy) return;
-  Timer1_->Stop();
+  if (LoadRuns()) return;
+  Timer1->Stop();
   UpdateBusy = true;
   RedisplayData(false);
   ApplyColumnSettings();
   if (SavedLeftCol > 0) EventList.LeftCol = SavedLeftCol;
   UpdateBusy = false;
-  Timer1_->Start(kTimer1Ms);
+  Timer1->Start(kTimer1Ms);
 }
 
 void frmMain::ResetClick() {
-  if (UpdateBusy || RefreshBusy) return;
+  if (LoadRuns()) return;
   RefreshBusy = true;
-  Timer1_->Stop();
-  parts_.screen.MousePointer = widgets::kPointerHourglass;
+  Timer1->Stop();
+  screen.MousePointer = widgets::kPointerHourglass;
   const bool first_fill = EventList.Rows() < kFewRows;
   const std::vector<int> widths = EventList.ColWidths();
   HeadAndEmptyGrid();
@@ -210,19 +198,19 @@ void frmMain::ResetClick() {
   ApplyColumnSettings();
   ClearHeaderPictures();
   ShowSortArrow(EventList, kColDateTime, false);
-  parts_.screen.MousePointer = widgets::kPointerDefault;
+  screen.MousePointer = widgets::kPointerDefault;
   RefreshBusy = false;
-  Timer1_->Start(kTimer1Ms);
+  Timer1->Start(kTimer1Ms);
 }
 
 bool frmMain::FileIsThere() {
-  return app_.seams.files.Exists(GridFilePath);
+  return app.seams.files.Exists(GridFilePath);
 }
 
 void frmMain::FileMissing() {
   const std::string text =
       GridFilePath == DefaultPath() ? kNoDataFound : "File " + core::PathText(GridFilePath) + " not found.";
-  app_.seams.message_boxes.Show({app_.ProductName, text, platform::BoxIcon::kStop});
+  app.seams.message_boxes.Show({app.ProductName, text, platform::BoxIcon::kStop});
   path_shown_ = false;
   Msg.text = std::string("No Zendrix Data Found");
 }
@@ -230,11 +218,7 @@ void frmMain::FileMissing() {
 void frmMain::GridIsFull() {
   const std::string text = "The Event View grid is full. The size of the kvl file: \r\n" +
                            core::PathText(GridFilePath) + "\r\nneeds to be reduced.";
-  app_.seams.message_boxes.Show({app_.ProductName, text, platform::BoxIcon::kInformation});
-}
-
-void frmMain::ShowRecordCount() {
-  RecCnt.text = Records(GridLineCount);
+  app.seams.message_boxes.Show({app.ProductName, text, platform::BoxIcon::kInformation});
 }
 
 }  // namespace zendrix::admin

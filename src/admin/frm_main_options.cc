@@ -7,14 +7,13 @@ namespace zendrix::admin {
 
 // A second click may have been on its way when the first one opened the dialog.
 void frmMain::MnTOptions_Click() {
-  if (UpdateBusy || RefreshBusy || !enabled) return;
+  if (!TakesCommands()) return;
   {
-    frmOptions options(
-        {app_, parts_.log, parts_.reg_ini, parts_.screen, GridMonitorList, [this] { ResetClick(); }});
-    app_.host().ShowModal(options, this);
+    frmOptions options({app, log, reg_ini, screen, GridMonitorList, [this] { ResetClick(); }});
+    app.host().ShowModal(options, this);
   }
   if (!loaded()) return;
-  const widgets::WaitPointer wait(parts_.screen);
+  const widgets::WaitPointer wait(screen);
   BackgroundUpdate = true;
   UpgradeGrid();
   BackgroundUpdate = false;
