@@ -72,6 +72,7 @@ void frmNewUI::ConnectControls() {
     ViewItems[at]->clicked.ConnectForever([this, i] { ViewItems_Click(i); });
     Image1[at]->clicked.ConnectForever([this, i] { ViewItems_Click(i); });
   }
+  tray.click_waits = true;
   tray.mouse.ConnectForever([this](int message) { Tray_Mouse(message); });
   tray.menu_opens.ConnectForever([this] { bring_forward.Raise(); });
   mPopRestore.clicked.ConnectForever([this] { mPopRestore_Click(); });

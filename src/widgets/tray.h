@@ -29,6 +29,9 @@ class Tray {
   Observed<std::string> tip;
   // Whether the desktop may open the icon's menu; it asks nobody then.
   Observed<bool> has_menu{true};
+  // Whether a click opens something that would take the second click of a double one, such as a menu: the
+  // first one then arrives only when the desktop's time for a double click is over.
+  bool click_waits = false;
   // The user did something with the icon.
   Signal<int> mouse;
   // The desktop opens the icon's menu.

@@ -54,5 +54,14 @@ TEST_F(HiddenTest, IconRestsWhenTheWindowHasBeenOpened) {
   EXPECT_TRUE(Eventually([&] { return !ComesSoon([&] { return Icon() != calm; }); }));
 }
 
+// The first click opens the icon's menu, which must not swallow the second.
+TEST_F(HiddenTest, DoubleClickOnTheIconBringsTheWindowBack) {
+  const Place icon = *screen().TrayIcon();
+  const int x = icon.x + icon.width / 2, y = icon.y + icon.height / 2;
+  screen().Click(x, y);
+  screen().Click(x, y);
+  EXPECT_TRUE(Eventually([&] { return screen().WithTitle("Home Edition -  v ").has_value(); }));
+}
+
 }  // namespace
 }  // namespace zendrix::desktop

@@ -1,6 +1,7 @@
 // The icon in the notification area.
 #include <QMenu>
 #include <QSystemTrayIcon>
+#include <QTest>
 
 #include "qt/bind_tray.h"
 #include "qt/theme.h"
@@ -35,6 +36,20 @@ TEST_F(TrayTest, ActsOfTheMouseArriveAsTheirMessages) {
   icon().activated(QSystemTrayIcon::Context);
   EXPECT_EQ(messages.size(), 2U);
   EXPECT_EQ(menus, 1);
+}
+
+// The menu of the first click took the second, and the window stayed hidden.
+TEST_F(TrayTest, FirstOfTwoClicksIsHeldWhereItOpensSomething) {
+  std::vector<int> messages;
+  tray_.mouse.ConnectForever([&](int message) { messages.push_back(message); });
+  tray_.click_waits = true;
+  icon().activated(QSystemTrayIcon::Trigger);
+  EXPECT_TRUE(messages.empty());
+  icon().activated(QSystemTrayIcon::DoubleClick);
+  EXPECT_EQ(messages, std::vector<int>{widgets::kTrayLeftDouble});
+  icon().activated(QSystemTrayIcon::Trigger);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return messages.size() == 2; }));
+  EXPECT_EQ(messages.back(), widgets::kTrayLeftUp);
 }
 
 TEST_F(TrayTest, DesktopHasNoMenuToOpenWhileTheFormForbidsIt) {

@@ -177,6 +177,18 @@ TEST_F(AlertListTest, RemovedAndReplacedFileRebuildsTheList) {
   EXPECT_FALSE(reader_.ReloadedFlag);
 }
 
+TEST_F(AlertListTest, SelectedRowThatIsListedNoMoreLeavesTheListWithoutOneAndSaysNothing) {
+  Open(Alert(1, "0.99") + Alert(2, "0.1"));
+  EXPECT_EQ(Selected(), "K2");
+  state_.settings.ShRskLvl = 50;
+  reader_.ReloadedFlag = true;
+  form_->alerts.LoadlvAlerts();
+  EXPECT_THAT(Rows(), ElementsAre("K1 Intrusion:18"));
+  EXPECT_EQ(Selected(), "none");
+  EXPECT_TRUE(form_->alerts.sMoreInfo.enabled);
+  EXPECT_FALSE(form_->ListBusy);
+}
+
 TEST_F(AlertListTest, ReplacedFileWithoutAnAlertEmptiesTheList) {
   Open(Alert(1, "0.5") + Alert(2, "0.5"));
   Replace(Line(9, "System", "0"));

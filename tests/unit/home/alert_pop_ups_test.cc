@@ -154,6 +154,17 @@ TEST_F(AlertPopUpsTest, SecondAlertReplacesWhatTheOpenWindowShows) {
   EXPECT_TRUE(PopUp().chkNotify.checked) << "what the user has ticked stays";
 }
 
+// Only the first form sets the title; nothing sets it back.
+TEST_F(AlertPopUpsTest, OpenWindowKeepsTheTitleOfABlockedIntrusionWhenAnotherAlertReplacesIt) {
+  Arrive("0.99", "0.92");
+  frmPopUpMsg* const first = &PopUp();
+  Arrive("0.1", "0.99");
+  EXPECT_EQ(&PopUp(), first);
+  EXPECT_EQ(PopUp().Key, "K2");
+  EXPECT_EQ(PopUp().lblTitle.caption.Get(), "Intrusion Alert");
+  EXPECT_EQ(PopUp().lblMsg.caption.Get(), "On 11/21/2026 at 01:50:00 AM.\r\nIntrusion, now Intrusion.");
+}
+
 TEST_F(AlertPopUpsTest, NewWindowBeginsWithThePlainTitleAgain) {
   Arrive("0.99", "0.92");
   PopUp().lblClose.clicked.Raise();

@@ -448,6 +448,7 @@ TEST_F(FrameTest, TrayClicksOpenTheMenu) {
   form_->Tray_Mouse(512);
   EXPECT_EQ(menus, 2);
   EXPECT_EQ(forward, 2);
+  EXPECT_TRUE(form_->tray.click_waits) << "a menu takes the second click of a double one";
 }
 
 TEST_F(FrameTest, ModalDialogKeepsTheTrayMenuShut) {

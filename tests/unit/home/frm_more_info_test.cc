@@ -213,6 +213,8 @@ TEST_F(WizardTest, GoingBackFromTheEndAsksTheLastEventAgain) {
   EXPECT_EQ(wizard_->step(), 1);
   EXPECT_TRUE(wizard_->bNext.visible && wizard_->fraQ.visible);
   EXPECT_FALSE(wizard_->bNext.enabled);
+  EXPECT_TRUE(wizard_->bBack.visible);
+  EXPECT_TRUE(wizard_->bFinish.visible) << "once the end was reached, the way out stays";
 }
 
 TEST_F(WizardTest, ChangedAnswerCorrectsTheSum) {
