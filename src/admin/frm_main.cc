@@ -16,8 +16,6 @@ using widgets::WindowState;
 
 namespace {
 
-constexpr char kMonitoringFile[] = "KorvessaMonitoring.kvl";
-constexpr char kSplitter[] = "lblHDrag";
 constexpr int kFirstDescriptionWidth = 3945;
 // Twips that the path keeps clear of the panel's edge.
 constexpr int kPanelMargin = 115;
@@ -26,6 +24,14 @@ constexpr int kUnhandledHeader = 999;
 // Columns that are never seen, whatever their widths would be.
 bool IsInner(int column) {
   return column == kColCode || column == kColWhole || column == kColTimeKey;
+}
+
+settings::Place PlaceOf(const widgets::Splitter& bar) {
+  return {bar.Top, bar.Left, bar.Height, bar.Width};
+}
+
+float Ratio(int top, int height) {
+  return height > 0 ? static_cast<float>(top) / static_cast<float>(height) : 0;
 }
 
 std::string Swapped(std::string path, char from, char to) {
@@ -52,10 +58,23 @@ void frmMain::ConnectControls() {
     SavedLeftCol = EventList.LeftCol;
   });
   Msg.width.changed.ConnectForever([this] {
-    if (path_shown_) ShowPath();
+    if (path_shown_ && !files.Deleting()) ShowPath();
   });
+  lblHDrag.dragged.ConnectForever([this](int y) { lblHDrag_MouseMove(y); });
   tray.mouse.ConnectForever([this](int message) { Tray_Mouse(message); });
+  MnFExit.begins_group = true;
+  TbarCopy.begins_group = true;
+  TbarVLogs.begins_group = true;
+  MnFExit.shortcut = "Ctrl+Q";
+  MnVLogs.shortcut = "Ctrl+L";
+  MnVRefresh.shortcut = "F5";
   MnFExit.clicked.ConnectForever([this] { MnFExit_Click(); });
+  // Neither has a function; what is selected in a table is copied by the table's own key.
+  for (widgets::MenuItem* item : {&TbarCopy, &TbarPaste}) {
+    item->clicked.ConnectForever([this] {
+      if (TakesCommands()) screen.beep.Raise();
+    });
+  }
   mPopExit.clicked.ConnectForever([this] { MnFExit_Click(); });
   MnVLogs.clicked.ConnectForever([this] { MnVLogs_Click(); });
   TbarVLogs.clicked.ConnectForever([this] { MnVLogs_Click(); });
@@ -75,17 +94,19 @@ void frmMain::ConnectControls() {
   Timer2_ = app.seams.timers.MakeTimer([this] { Timer2_Timer(); });
 }
 
-std::string frmMain::DefaultPath() const {
-  return platform::JoinPath(app.ProgramFolder, kMonitoringFile);
-}
-
 void frmMain::Form_Load() {
   core::OrLog(log, "frmMain : Form_Load", [&] {
     reg_ini.LoadWindowState(*this);
-    reg_ini.LoadFormPlace(kSplitter, lblHDrag);
+    settings::Place place = PlaceOf(lblHDrag);
+    reg_ini.LoadFormPlace(lblHDrag.name(), place);
+    lblHDrag.Top = place.Top;
+    lblHDrag.Left = place.Left;
+    lblHDrag.Width = place.Width;
+    lblHDrag.Height = place.Height;
   });
+  SplitRatio = Ratio(lblHDrag.Top, FormHeight());
   DateOrder = app.DateOrder;
-  GridFilePath = DefaultPath();
+  GridFilePath = AgentFilePath();
   Timer1->Stop();
   title = app.ProductName;
   MnHAbout.caption = "About " + app.ProductName;
@@ -199,8 +220,34 @@ void frmMain::Timer2_Timer() {
   }
 }
 
+int frmMain::FormHeight() const {
+  return room_.height > 0 ? room_.height : height * metrics.twips_per_pixel;
+}
+
+void frmMain::Form_Resize(const PaneRoom& room) {
+  room_ = room;
+  LayOut();
+}
+
+void frmMain::LayOut() {
+  if (state.Get() == WindowState::kMinimised || room_ == PaneRoom()) return;
+  const PanePlaces places = LayOutPanes(room_, lblHDrag.Top, lblHDrag.Height);
+  lblHDrag.Left = places.lblHDrag.left;
+  lblHDrag.Width = places.lblHDrag.width;
+  panes = places;
+}
+
+void frmMain::lblHDrag_MouseMove(int y) {
+  const int dragged_to = DraggedSplitterTop(lblHDrag.Top, y, FormHeight());
+  if (dragged_to == lblHDrag.Top) return;
+  lblHDrag.Top = dragged_to;
+  SplitRatio = Ratio(dragged_to, FormHeight());
+  LayOut();
+}
+
 void frmMain::ShowWindow(WindowState wanted) {
   state = wanted;
+  LayOut();
   bring_forward.Raise();
   visible = true;
 }
@@ -240,34 +287,42 @@ void frmMain::MnFExit_Click() {
 }
 
 void frmMain::MnVRefresh_Click() {
-  if (!LoadRuns()) ResetClick();
+  if (TakesCommands()) ResetClick();
 }
 
 void frmMain::MnVLogs_Click() {
-  if (!enabled || LoadRuns()) return;
+  if (!TakesCommands()) return;
   frmLog& viewer = logs_.Open(app.host(), LogNeeds{app, log, screen, metrics});
   app.host().Show(viewer);
   viewer.bring_forward.Raise();
 }
 
 void frmMain::MnHAbout_Click() {
+  if (!enabled) return;
   core::frmAbout about(app);
   app.host().ShowModal(about, this);
 }
 
 bool frmMain::QueryUnload(widgets::UnloadCause cause) {
   if (cause == widgets::UnloadCause::kCloseBox) {
-    visible = false;
+    // Where no desktop shows the icon, a hidden window could not be brought back.
+    if (tray.hosted())
+      visible = false;
+    else
+      state = WindowState::kMinimised;
     return false;
   }
+  for (const char* name : {"frmFind", "frmFilters"})
+    if (Form* const other = app.forms.Find(name)) other->Unload();
   app.seams.instance_lock.Release();
   return true;
 }
 
 void frmMain::OnUnload() {
+  files.Form_Unload();
   core::OrLog(log, "frmMain : Form_Unload", [&] {
     if (state.Get() == WindowState::kMinimised) return;
-    reg_ini.SaveFormPlace(kSplitter, lblHDrag);
+    reg_ini.SaveFormPlace(lblHDrag.name(), PlaceOf(lblHDrag));
     reg_ini.SaveColWidths(EventList.name(), EventList.ColWidths());
     reg_ini.SaveWindowState(*this);
   });

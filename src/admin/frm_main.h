@@ -11,13 +11,16 @@
 #include <string>
 #include <vector>
 
+#include "admin/file_commands.h"
 #include "admin/frm_log.h"
 #include "admin/grid_frame.h"
 #include "admin/grid_loader.h"
+#include "admin/pane_layout.h"
 #include "core/root_warning.h"
 #include "widgets/label.h"
 #include "widgets/menu.h"
 #include "widgets/reopened_window.h"
+#include "widgets/splitter.h"
 #include "widgets/tray.h"
 
 namespace zendrix::admin {
@@ -37,6 +40,10 @@ class frmMain : public widgets::Form, public GridFrame {
   void AutoSizeColumns();
   void ApplyColumnSettings();
   void EventList_HeaderClick(int column);
+
+  // The toolkit tells of the room that the window has inside.
+  void Form_Resize(const PaneRoom& room);
+  void lblHDrag_MouseMove(int y);
 
   void Timer1_Timer();
   void Timer2_Timer();
@@ -59,15 +66,21 @@ class frmMain : public widgets::Form, public GridFrame {
   int DateOrder = 0;
   bool TrayFlashPhase = false;
   bool NotablePending = false;
-  // The bar between the grid and the panes under it, in twips; here, where it stands until it has been moved.
-  settings::Place lblHDrag{6000, 0, 60, 15600};
+  // Top of the splitter / height of the form.
+  float SplitRatio = 0;
+  // Between the grids and the panes under them; here, where it stands until it has been moved.
+  widgets::Splitter lblHDrag{"lblHDrag", 6000, 90};
+  // Where the panes stand, once the toolkit has told what room there is.
+  widgets::Observed<PanePlaces> panes;
 
   // Above the grid; hidden unless the console runs as root.
   widgets::Label lblRootWarning{"lblRootWarning", core::kRootWarning};
   widgets::Tray tray;
 
+  FileCommands files{*this, {[this] { ResetClick(); }}};
+
   widgets::MenuItem MnFExit{"MnFExit", "E&xit"};
-  widgets::Menu MnFile{"MnFile", "&File", {&MnFExit}};
+  widgets::Menu MnFile{"MnFile", "&File", {&files.MnFOpen, &files.MnFSaveAs, &files.MnFDelete, &MnFExit}};
   widgets::MenuItem MnVLogs{"MnVLogs", "Logs..."};
   widgets::MenuItem MnVRefresh{"MnVRefresh", "Refresh"};
   widgets::Menu MnView{"MnView", "&View", {&MnVLogs, &MnVRefresh}};
@@ -75,10 +88,17 @@ class frmMain : public widgets::Form, public GridFrame {
   widgets::Menu MnTools{"MnTools", "&Tools", {&MnTOptions}};
   widgets::MenuItem MnHAbout{"MnHAbout", ""};
   widgets::Menu MnHelp{"MnHelp", "&Help", {&MnHAbout}};
+  // The menu bar.
+  const std::vector<widgets::Menu*> menus{&MnFile, &MnView, &MnTools, &MnHelp};
   // Toolbar buttons, by their keys; their captions are their tips.
+  widgets::MenuItem TbarCopy{"Copy", "Copy"};
+  widgets::MenuItem TbarPaste{"Paste", "Paste"};
   widgets::MenuItem TbarVLogs{"VLogs", "View Logs"};
   widgets::MenuItem TbarRefresh{"Refresh", "Refresh"};
   widgets::MenuItem TbarOptions{"Options", "Options"};
+  const std::vector<widgets::MenuItem*> Tbar{&files.TbarOpen, &files.TbarSave,   &TbarCopy,
+                                             &TbarPaste,      &TbarVLogs,        &TbarRefresh,
+                                             &TbarOptions,    &files.TbarDisable};
   widgets::MenuItem mPopRestore{"mPopRestore", "&Restore"};
   widgets::MenuItem mPopMinimize{"mPopMinimize", "&Minimize"};
   widgets::MenuItem mPopMaximize{"mPopMaximize", "&Maximize"};
@@ -107,11 +127,13 @@ class frmMain : public widgets::Form, public GridFrame {
   void HideInnerColumns();
   void HeadAndEmptyGrid();
   void ShowWindow(widgets::WindowState wanted);
-  std::string DefaultPath() const;
+  void LayOut();
+  int FormHeight() const;
 
   std::unique_ptr<platform::Timer> Timer2_;
   GridLoader loader_;
   widgets::Reopened<frmLog> logs_;
+  PaneRoom room_;
   bool path_shown_ = false;
 };
 

@@ -209,7 +209,7 @@ bool frmMain::FileIsThere() {
 
 void frmMain::FileMissing() {
   const std::string text =
-      GridFilePath == DefaultPath() ? kNoDataFound : "File " + core::PathText(GridFilePath) + " not found.";
+      GridFilePath == AgentFilePath() ? kNoDataFound : "File " + core::PathText(GridFilePath) + " not found.";
   app.seams.message_boxes.Show({app.ProductName, text, platform::BoxIcon::kStop});
   path_shown_ = false;
   Msg.text = std::string("No Zendrix Data Found");

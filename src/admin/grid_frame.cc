@@ -1,11 +1,13 @@
 #include "admin/grid_frame.h"
 
 #include "core/splash.h"
+#include "platform/files.h"
 
 namespace zendrix::admin {
 
 namespace {
 
+constexpr char kMonitoringFile[] = "KorvessaMonitoring.kvl";
 // Twips that a heading keeps clear of its cell's edge.
 constexpr int kHeadingMargin = 300;
 
@@ -24,6 +26,10 @@ GridFrame::GridFrame(AdminParts parts, widgets::Form& the_window)
       window(the_window),
       rows(parts.state.seams.family, metrics, parts.grid_capacity),
       EventList("EventList", rows) {}
+
+std::string GridFrame::AgentFilePath() const {
+  return platform::JoinPath(app.ProgramFolder, kMonitoringFile);
+}
 
 void GridFrame::ShowSortArrow(EventGrid& grid, int column, bool up) {
   grid.SetHeading(kColDateTime, "Date/Time", widgets::Align::kLeft);

@@ -50,6 +50,8 @@ class GridFrame {
   // Whether a command of the window may begin: a click may have been on its way when a modal window opened.
   bool TakesCommands() const { return window.enabled && !LoadRuns(); }
 
+  // The file that the Agent writes, whichever is shown.
+  std::string AgentFilePath() const;
   // Sorts by a key column and draws the arrow on the header that was clicked last.
   void SortGrid(EventGrid& grid, int column);
   // After lines have come; the direction stays.

@@ -31,6 +31,7 @@ struct FileRequest {
   std::string filter;  // "label|pattern;pattern|label|pattern"
   std::string name;    // proposed, for saving
   bool saving = false;
+  int filter_index = 1;  // of the filter to begin with; that of the first is 1
 };
 
 class FileDialogs {

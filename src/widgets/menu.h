@@ -17,8 +17,10 @@ class MenuItem : public Control {
   // not move it.
   bool checkable = false;
   Observed<bool> checked{false};
-  // A line stands above it.
+  // A line stands above it, or in a toolbar in front of it.
   bool begins_group = false;
+  // The keys that stand for it wherever its menu's window is active, as "Ctrl+O"; empty for none.
+  std::string shortcut;
   Signal<> clicked;
 };
 

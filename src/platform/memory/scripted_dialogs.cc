@@ -29,6 +29,7 @@ BoxAnswer ScriptedBoxes::Show(const BoxRequest& request) {
 
 std::string ScriptedFileDialogs::Choose(const FileRequest& request) {
   shown.push_back(request);
+  if (while_open) while_open();
   if (choices_.empty()) return {};
   std::string choice = std::move(choices_.front());
   choices_.pop_front();

@@ -51,6 +51,8 @@ class ScriptedFileDialogs : public FileDialogs {
 
   // Requests in the order they were shown.
   std::vector<FileRequest> shown;
+  // Called while a dialog is open.
+  std::function<void()> while_open;
 
   std::string Choose(const FileRequest& request) override;
 

@@ -330,7 +330,10 @@ TEST_F(FrmMainTest, ExitAnsweredYesSavesPlacesAndEndsTheProcess) {
 // The splitter's place was neither saved nor brought back, and the sections stood in another order.
 TEST_F(FrmMainTest, UnloadSavesTheSplitterThenTheWidthsThenTheWindow) {
   OpenOn({Line(1, "system")});
-  form_->lblHDrag = {4500, 1, 61, 9000};
+  form_->lblHDrag.Top = 4500;
+  form_->lblHDrag.Left = 1;
+  form_->lblHDrag.Height = 61;
+  form_->lblHDrag.Width = 9000;
   for (int i = 0; i < form_->EventList.Cols(); ++i) form_->EventList.SetColWidth(i, 100 + i);
   form_->left = 10;
   form_->top = 20;
@@ -344,8 +347,11 @@ TEST_F(FrmMainTest, UnloadSavesTheSplitterThenTheWidthsThenTheWindow) {
                 "[EventList Colwidths]\r\n0=100\r\n1=101\r\n2=102\r\n3=103\r\n4=104\r\n"
                 "5=0\r\n6=0\r\n7=0\r\n8=108\r\n"
                 "[frmMain Settings]\r\nWState=0\r\nTop=20\r\nLeft=10\r\nHeight=600\r\nWidth=800\r\n");
-  const settings::Place saved = form_->lblHDrag;
-  EXPECT_EQ(Open().lblHDrag, saved);
+  const widgets::Splitter& bar = Open().lblHDrag;
+  EXPECT_EQ(bar.Top, 4500);
+  EXPECT_EQ(bar.Left, 1);
+  EXPECT_EQ(bar.Height, 61);
+  EXPECT_EQ(bar.Width, 9000);
 }
 
 TEST_F(FrmMainTest, MinimisedWindowSavesNoPlaceOfTheSplitterEither) {
