@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "core/letter_case.h"
+
 namespace zendrix::core {
 namespace {
 
@@ -37,6 +39,14 @@ void AppendMonth(int length, const CalendarMoment& moment, const platform::Local
 
 int TwelveHours(int hour) {
   return hour % 12 == 0 ? 12 : hour % 12;
+}
+
+bool HasDigit(std::string_view text) {
+  return text.find_first_of("0123456789") != std::string_view::npos;
+}
+
+bool EndsWithNoCase(std::string_view text, std::string_view end) {
+  return text.size() >= end.size() && EqualNoCase(text.substr(text.size() - end.size()), end);
 }
 
 }  // namespace
@@ -126,6 +136,34 @@ void DatePicture::Append(const CalendarMoment& moment, const platform::LocaleInf
       AppendPart(piece.letter, piece.length, moment, locale, out);
     }
   }
+}
+
+// Hours, minutes and seconds are the last runs of digits of the text, each apart from the next, so that equal
+// texts have equal ones. The hour of twelve also needs its marker: texts that end alike have the same one
+// only if neither marker ends with the other.
+bool DatePicture::TellsSecond(const platform::LocaleInfo& locale) const {
+  bool behind_number = false, minute = false, second = false, hour = false, half_hour = false, marker = false;
+  for (const Piece& piece : pieces_) {
+    if (piece.letter == '\0') {
+      if (HasDigit(piece.text)) return false;
+      behind_number = false;
+    } else if (piece.letter == 't') {
+      const std::size_t length = piece.length == 1 ? 1 : std::string::npos;
+      const std::string am = locale.am.substr(0, length), pm = locale.pm.substr(0, length);
+      if (HasDigit(am) || HasDigit(pm)) return false;
+      marker = marker || (!EndsWithNoCase(am, pm) && !EndsWithNoCase(pm, am));
+      behind_number = behind_number && (am.empty() || pm.empty());
+    } else {
+      if (behind_number || std::string_view("hHms").find(piece.letter) == std::string_view::npos)
+        return false;
+      behind_number = true;
+      minute = minute || piece.letter == 'm';
+      second = second || piece.letter == 's';
+      hour = hour || piece.letter == 'H';
+      half_hour = half_hour || piece.letter == 'h';
+    }
+  }
+  return minute && second && (hour || (half_hour && marker));
 }
 
 }  // namespace zendrix::core

@@ -25,6 +25,10 @@ class DatePicture {
 
   void Append(const CalendarMoment& moment, const platform::LocaleInfo& locale, std::string& out) const;
 
+  // Whether the texts of two different seconds of the day can never be equal, whatever their case and
+  // whatever stands in front of them, a blank last. False where that is not plain to see.
+  bool TellsSecond(const platform::LocaleInfo& locale) const;
+
  private:
   struct Piece {
     char letter;  // of the vocabulary, or '\0' for plain text

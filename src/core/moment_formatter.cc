@@ -34,7 +34,8 @@ MomentFormatter::MomentFormatter(const platform::LocaleInfo& locale, int order,
       order_(order),
       family_(family),
       date_picture_(locale.short_date),
-      time_picture_(locale.time) {}
+      time_picture_(locale.time),
+      tells_second_(time_picture_.TellsSecond(locale)) {}
 
 std::string_view MomentFormatter::Format(std::int32_t seconds) {
   const std::int64_t wall = LocalSeconds(seconds);
@@ -52,6 +53,14 @@ std::string_view MomentFormatter::Format(std::int32_t seconds) {
   text_ = day.short_date;
   time_picture_.Append(moment, locale_, text_);
   return text_;
+}
+
+std::optional<int> MomentFormatter::SecondShown(std::int32_t seconds) {
+  if (!tells_second_) return std::nullopt;
+  const std::int64_t wall = LocalSeconds(seconds);
+  const std::int64_t day_number = FloorDivide(wall, kSecondsPerDay);
+  if (!DayAt(day_number).readable) return std::nullopt;
+  return static_cast<int>(wall - day_number * kSecondsPerDay);
 }
 
 std::int64_t MomentFormatter::LocalSeconds(std::int32_t seconds) {

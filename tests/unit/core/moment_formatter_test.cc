@@ -4,9 +4,11 @@
 
 #include <array>
 #include <limits>
+#include <map>
 #include <random>
 
 #include "core/date_calendar.h"
+#include "core/letter_case.h"
 #include "core/moments.h"
 #include "support/locales.h"
 
@@ -146,6 +148,76 @@ TEST(MomentFormatter, AsksForTheZoneOnlyAtTheEndsOfAQuarterOfADay) {
   constexpr std::int32_t kStart = 1262304000;
   for (std::int32_t moment = kStart; moment < kStart + 3 * 86400; moment += 7) formatter.Format(moment);
   EXPECT_EQ(zone.calls, 24);
+}
+
+// How many of three days' moments, and of some in other years, tell their second; no two texts that tell
+// different ones may be equal.
+int TellingTheirSecond(const LocaleInfo& locale, int order = 0) {
+  FakeZone zone = SummerTime(3600, 7200);
+  MomentFormatter formatter(locale, order, zone);
+  std::map<std::string, int> second_of;
+  int telling = 0;
+  const auto look_at = [&](std::int32_t moment) {
+    const auto second = formatter.SecondShown(moment);
+    if (!second) return;
+    ++telling;
+    const std::string text = UpperCase(formatter.Format(moment));
+    EXPECT_EQ(second_of.try_emplace(text, *second).first->second, *second) << text;
+  };
+  constexpr std::int32_t kAutumn = 1'793'484'000;
+  for (std::int32_t moment = kAutumn; moment < kAutumn + 3 * 86400; moment += 37) look_at(moment);
+  std::mt19937 random(5);
+  for (int i = 0; i < 3000; ++i) look_at(static_cast<std::int32_t>(random()));
+  return telling;
+}
+
+TEST(MomentFormatter, OrdinarySettingsTellTheSecond) {
+  for (const int lcid : {test::kUsEnglish, test::kGerman, test::kUkEnglish, test::kJapanese}) {
+    const LocaleInfo locale = test::LocaleOf(lcid);
+    EXPECT_GT(TellingTheirSecond(locale, locale.date_order), 10'000) << lcid;
+  }
+  LocaleInfo locale;
+  for (const char* time : {"H:m:s", "tt hh:mm:ss", "h:mm:ss t", "ss.mm.HH", "hh'h'mm'm'ss tt", "h tt m s"}) {
+    locale.time = time;
+    EXPECT_GT(TellingTheirSecond(locale), 10'000) << time;
+  }
+}
+
+TEST(MomentFormatter, SettingsThatLeaveADoubtTellNoSecond) {
+  LocaleInfo locale;
+  for (const char* time :
+       {"", "HH:mm", "HH:ss", "mm:ss tt", "hh:mm:ss", "Hms", "H:mss", "HH:mm:ss d", "H '1' m s", "hmt s"}) {
+    locale.time = time;
+    EXPECT_EQ(TellingTheirSecond(locale), 0) << time;
+  }
+  locale.time = "h:mm:ss tt";
+  const std::pair<const char*, const char*> markers[] = {{"", ""},   {"", "PM"}, {"m", "AM"},
+                                                         {"A", "a"}, {"1", "2"}, {"PM", "p1"}};
+  for (const auto& [am, pm] : markers) {
+    locale.am = am;
+    locale.pm = pm;
+    EXPECT_EQ(TellingTheirSecond(locale), 0) << am;
+  }
+  locale = {};
+  locale.time = "h:m:s t";
+  locale.am = "xA";
+  locale.pm = "xP";
+  EXPECT_EQ(TellingTheirSecond(locale), 0);
+  locale.time = "htt:m:s";
+  locale.am = "";
+  EXPECT_EQ(TellingTheirSecond(locale), 0);
+}
+
+TEST(MomentFormatter, NoDateInFrontOfTheTimeHidesItsSecond) {
+  LocaleInfo locale;
+  locale.time = "tt h:m:s";
+  locale.am = "Sun";
+  locale.pm = "day";
+  for (const char* date : {"", "yy", "d. 12:3", "dddd", "ddd", "'Sun'", "M/d/yyyy tt"}) {
+    locale.short_date = date;
+    TellingTheirSecond(locale);
+    TellingTheirSecond(locale, 1);
+  }
 }
 
 }  // namespace
