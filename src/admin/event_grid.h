@@ -44,6 +44,8 @@ class EventGrid : public widgets::Grid {
 
   // The number of a row among the rows.
   std::uint32_t RowNumber(int row) const { return order_.At(static_cast<std::size_t>(row)); }
+  // Whether the view shows all rows, the newest on top: row p is row number DataRows() - p.
+  bool NewestFirst() const { return order_.newest_first(); }
   const EventRows& rows() const { return rows_; }
 
   int DataRows() const override { return static_cast<int>(order_.size()); }

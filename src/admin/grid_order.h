@@ -16,6 +16,8 @@ class GridOrder {
   std::uint32_t At(std::size_t place) const {
     return newest_first_ ? size_ - static_cast<std::uint32_t>(place) : cells_[begin_ + place - 1];
   }
+  // Whether the place of every row follows from its number: the row at place p is row size() - p.
+  bool newest_first() const { return newest_first_; }
   // Makes room for one more, so that the next Insert cannot fail.
   void MakeRoom();
   // `place` from 1 to size() + 1: the row that stood there comes behind it.

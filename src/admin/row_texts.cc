@@ -36,6 +36,11 @@ std::string RowTexts::Time(std::uint32_t row, std::int32_t time_key) const {
   return held == nullptr ? std::to_string(time_key) : std::string(held->formatter.Format(time_key));
 }
 
+std::optional<int> RowTexts::SecondShown(std::uint32_t row, std::int32_t time_key) const {
+  Formatter* const held = times_.Of(row);
+  return held == nullptr ? std::nullopt : held->formatter.SecondShown(time_key);
+}
+
 std::string RowTexts::Fitted(std::uint32_t row, store::TextId whole, std::string_view text) const {
   const std::size_t number = widths_.NumberOf(row);
   if (number == 0) return std::string(text);

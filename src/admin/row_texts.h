@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -43,6 +44,9 @@ class RowTexts {
   // The whole text where no load was begun.
   std::string Fitted(std::uint32_t row, store::TextId whole, std::string_view text) const;
   // Rows of one number share their settings; for equal texts they show the same.
+  // Texts of rows that share their settings and tell different seconds differ, whatever their case. Nothing
+  // where the settings leave a doubt.
+  std::optional<int> SecondShown(std::uint32_t row, std::int32_t time_key) const;
   std::size_t TimeSettingsOf(std::uint32_t row) const { return times_.NumberOf(row); }
   std::size_t WidthSettingsOf(std::uint32_t row) const { return widths_.NumberOf(row); }
 
