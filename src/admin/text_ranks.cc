@@ -2,14 +2,18 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <compare>
+#include <cstring>
 
 #include "core/letter_case.h"
 
 namespace zendrix::admin {
 namespace {
 
-constexpr std::size_t kStep = 8;
+constexpr std::size_t kStep = 16;
+// Texts lie anywhere in memory; so many of them are on their way at a time.
+constexpr std::size_t kAhead = 12;
 
 const std::array<unsigned char, 256>& Upper() {
   static const auto table = [] {
@@ -21,27 +25,50 @@ const std::array<unsigned char, 256>& Upper() {
   return table;
 }
 
-// The next eight characters of a text as one number that compares as they do, and how many of them there are
-// (one more than eight when the text goes on).
+// The next sixteen characters of a text as two numbers that compare as they do, and how many of them there
+// are (one more than sixteen when the text goes on).
 struct Item {
-  std::uint64_t key;
+  std::uint64_t key, more;
   std::uint32_t left;
   std::uint32_t place;  // in the list of texts
 
-  bool operator==(const Item& other) const { return key == other.key && left == other.left; }
+  bool operator==(const Item& other) const {
+    return key == other.key && more == other.more && left == other.left;
+  }
   auto operator<=>(const Item& other) const {
-    return key != other.key ? key <=> other.key : left <=> other.left;
+    if (key != other.key) return key <=> other.key;
+    return more != other.more ? more <=> other.more : left <=> other.left;
   }
 };
 
-void ReadKey(Item& item, std::string_view text, std::size_t from) {
+constexpr std::uint64_t Each(unsigned char byte) {
+  return 0x0101010101010101 * byte;
+}
+
+// Eight characters at once, the first in the highest byte.
+std::uint64_t UpperEight(std::uint64_t text) {
+  if ((text & Each(0x80)) == 0) {
+    // Bit 7 of each byte: from 'a' on, and beyond 'z'. No byte carries into the next one.
+    const std::uint64_t lower = (text + Each(0x80 - 'a')) & ~(text + Each(0x7F - 'z')) & Each(0x80);
+    return text - (lower >> 2);
+  }
   const auto& upper = Upper();
-  const std::size_t left = text.size() - from;
-  const std::size_t here = std::min(left, kStep);
   std::uint64_t key = 0;
-  for (std::size_t i = 0; i < here; ++i)
-    key |= std::uint64_t{upper[static_cast<unsigned char>(text[from + i])]} << (8 * (kStep - 1 - i));
-  item.key = key;
+  for (int shift = 56; shift >= 0; shift -= 8) key = key << 8 | upper[text >> shift & 0xFF];
+  return key;
+}
+
+void ReadKey(Item& item, std::string_view text, std::size_t from) {
+  const std::size_t left = text.size() - from;
+  std::uint64_t characters[2] = {};
+  if (left >= kStep)
+    std::memcpy(characters, text.data() + from, kStep);
+  else
+    std::memcpy(characters, text.data() + from, left);
+  if constexpr (std::endian::native == std::endian::little)
+    for (std::uint64_t& eight : characters) eight = __builtin_bswap64(eight);
+  item.key = UpperEight(characters[0]);
+  item.more = UpperEight(characters[1]);
   item.left = static_cast<std::uint32_t>(std::min(left, kStep + 1));
 }
 
@@ -65,8 +92,11 @@ std::vector<std::uint32_t> RanksNoCase(const store::TextPool& pool, std::span<co
     const Group group = groups.back();
     groups.pop_back();
     if (!group.sorted) {
-      for (std::size_t i = group.begin; i < group.end; ++i)
-        ReadKey(items[i], pool.Text(texts[items[i].place]), group.from);
+      const auto text = [&](std::size_t i) { return pool.Text(texts[items[i].place]); };
+      for (std::size_t i = group.begin; i < group.end; ++i) {
+        if (i + kAhead < group.end) __builtin_prefetch(text(i + kAhead).data() + group.from);
+        ReadKey(items[i], text(i), group.from);
+      }
       const std::span<Item> all(items.data() + group.begin, group.end - group.begin);
       if (!std::ranges::is_sorted(all)) std::ranges::sort(all);
     }
