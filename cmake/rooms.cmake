@@ -31,15 +31,27 @@ function(zendrix_room name)
   add_library(zendrix::${name} ALIAS zendrix_${name})
 endfunction()
 
+# Registers a test program. Every test is a process of its own, or, where ZENDRIX_TEST_SHARES is set, each of that many
+# processes has its share of the tests: with the sanitizers a process takes longer to start than most tests take.
+function(zendrix_register_tests name timeout labels)
+  if(ZENDRIX_TEST_SHARES)
+    foreach(share RANGE 1 ${ZENDRIX_TEST_SHARES})
+      math(EXPR index "${share} - 1")
+      add_test(NAME ${name}.${share} COMMAND ${name} --gtest_brief=1)
+      set_tests_properties(${name}.${share} PROPERTIES TIMEOUT ${timeout} LABELS "${labels}"
+        ENVIRONMENT "GTEST_TOTAL_SHARDS=${ZENDRIX_TEST_SHARES};GTEST_SHARD_INDEX=${index}")
+    endforeach()
+  else()
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 300 PROPERTIES TIMEOUT ${timeout} LABELS "${labels}")
+  endif()
+endfunction()
+
 # One test program per room: tests/unit/<room>/*_test.cc. PRECOMPILE names the fixtures that most of them begin with.
 function(zendrix_test name)
-  cmake_parse_arguments(TEST "" "TIMEOUT" "DEPS;LABELS;PROPERTIES;PRECOMPILE" ${ARGN})
+  cmake_parse_arguments(TEST "" "" "DEPS;LABELS;PRECOMPILE" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*_test.cc)
   if(NOT sources)
     return()
-  endif()
-  if(NOT TEST_TIMEOUT)
-    set(TEST_TIMEOUT 300)  # for hangs: a test takes at most 20 seconds on a quiet machine
   endif()
   add_executable(${name} ${sources})
   target_link_libraries(${name} PRIVATE ${TEST_DEPS} zendrix_test_support GTest::gmock GTest::gtest GTest::gmock_main)
@@ -49,5 +61,6 @@ function(zendrix_test name)
     target_precompile_headers(${name} REUSE_FROM zendrix_test_precompiled)
   endif()
   target_compile_definitions(${name} PRIVATE ZENDRIX_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data")
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 300 PROPERTIES TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}" ${TEST_PROPERTIES})
+  # For hangs: a test takes at most 20 seconds on a quiet machine.
+  zendrix_register_tests(${name} 600 "${TEST_LABELS}")
 endfunction()
