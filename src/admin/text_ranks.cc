@@ -42,7 +42,7 @@ struct Item {
 };
 
 constexpr std::uint64_t Each(unsigned char byte) {
-  return 0x0101010101010101 * byte;
+  return std::uint64_t{0x0101010101010101} * byte;
 }
 
 // Eight characters at once, the first in the highest byte.
