@@ -202,6 +202,7 @@ void frmMain::Timer1_Timer() {
         }
       }
     }
+    timeline.Tick();
     if (NotablePending && Timer2_->Running() && visible) {
       NotablePending = false;
       Timer2_->Stop();

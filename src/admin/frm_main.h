@@ -16,6 +16,7 @@
 #include "admin/grid_frame.h"
 #include "admin/grid_loader.h"
 #include "admin/pane_layout.h"
+#include "admin/timeline.h"
 #include "core/root_warning.h"
 #include "widgets/label.h"
 #include "widgets/menu.h"
@@ -81,6 +82,7 @@ class frmMain : public widgets::Form, public GridFrame {
 
   widgets::MenuItem MnFExit{"MnFExit", "E&xit"};
   widgets::Menu MnFile{"MnFile", "&File", {&files.MnFOpen, &files.MnFSaveAs, &files.MnFDelete, &MnFExit}};
+  Timeline timeline{*this};
   widgets::MenuItem MnVLogs{"MnVLogs", "Logs..."};
   widgets::MenuItem MnVRefresh{"MnVRefresh", "Refresh"};
   widgets::Menu MnView{"MnView", "&View", {&MnVLogs, &MnVRefresh}};
@@ -122,6 +124,7 @@ class frmMain : public widgets::Form, public GridFrame {
   std::optional<bool> IsMonitorDisplayed(const std::string& monitor) const;
   void RegisterMonitors(const GridLoad& load);
   void NoteArrival();
+  void DrawTimeline();
   void ShowPath();
   void SizeColumn(int column);
   void HideInnerColumns();

@@ -50,7 +50,7 @@ class frmMain::LoadScope {
 
 void frmMain::DisplayData(const std::string& status_text) {
   LoadScope scope(*this);
-  core::OrLog(log, "frmMain : DisplayData", [&] {
+  const bool loaded_all = core::OrLog(log, "frmMain : DisplayData", [&] {
     for (auto* list : {&GridMonitorList, &GridHostList, &GridChangeList}) list->Clear();
     GridFileSize = 0;
     GridLineCount = 0;
@@ -75,6 +75,7 @@ void frmMain::DisplayData(const std::string& status_text) {
     RegisterMonitors(load);
     ShowRecordCount();
   });
+  if (loaded_all) DrawTimeline();
 }
 
 GridLoad frmMain::NewLoad() {
@@ -103,12 +104,13 @@ void frmMain::RedisplayData(bool filter_active) {
   bool reload = false;
   {
     LoadScope scope(*this);
-    core::OrLog(log, "frmMain : RedisplayData", [&] {
+    const bool added_all = core::OrLog(log, "frmMain : RedisplayData", [&] {
       if (!FileIsThere()) return FileMissing();
       const std::int64_t new_size = core::ValueOrRaise(app.seams.files.Size(GridFilePath));
       reload = new_size < GridFileSize;
       if (!reload) AddNewLines(new_size);
     });
+    if (added_all && !reload) DrawTimeline();
   }
   if (!reload) return;
   Reload();
@@ -134,6 +136,12 @@ void frmMain::AddNewLines(std::int64_t new_size) {
   ShowPath();
   if (sort.SortColumn > 0) SortAgain();
   if (BackgroundUpdate) ShowRecordCount();
+}
+
+void frmMain::DrawTimeline() {
+  DynamicPictureBox.Show(0);
+  timeline.FillMiniChart();
+  timeline.DrawMiniChart();
 }
 
 void frmMain::NoteArrival() {

@@ -23,6 +23,8 @@ class FrmMainFixture : public ::testing::Test {
     for (const char* name : {"System", "Running Processes", "Monitoring Agent", "Tcp Port"})
       reg_ini_.SaveSetwChk("Monitors", name, "1");
     reg_ini_.ReadRegInfo();
+    // As a start does once the reader knows monitors: the defaults that were written get their hash.
+    reg_ini_.SaveSetwChk("Monitors", "System", "1");
   }
 
   std::string Path() const { return world_.InFolder("KorvessaMonitoring.kvl"); }
