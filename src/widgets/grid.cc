@@ -80,6 +80,12 @@ void Grid::SetCellColor(int row, int col, Colour colour) {
   if (looks_.SetCellColor(RowKey(row), col, colour)) TellLooks();
 }
 
+Colour Grid::ColourUnderPointer() const {
+  const Cell cell = cell_under_pointer();
+  if (cell.row < 1 || cell.row > DataRows() || cell.col < 0 || cell.col >= Cols()) return 0;
+  return CellColor(cell.row, cell.col);
+}
+
 void Grid::SetRowHeight(int row, int twips) {
   if (looks_.SetHeight(RowKey(row), twips)) TellLooks();
 }

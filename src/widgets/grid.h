@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -84,7 +85,19 @@ class Grid : public Control {
   // Average width of a character of the grid's font, in tens of twips; told by the view.
   double FontWidth = 9.0;
 
+  // The cell that the mouse pointer is over, asked at the moment; the view answers it. Row 0 where it is over
+  // no data row, or no view is there.
+  struct Cell {
+    int row = 0;
+    int col = 0;
+  };
+  std::function<Cell()> cell_under_pointer = [] { return Cell{}; };
+  // Of that cell; 0 where there is none.
+  Colour ColourUnderPointer() const;
+
   Signal<int> header_clicked;  // column
+  // The user clicked a row, or pressed Enter or the space bar on it; 0: the place beside the rows.
+  Signal<int> row_clicked;
   Signal<> scrolled;
   Signal<> mouse_used;  // any mouse act that may have moved a column's edge
 

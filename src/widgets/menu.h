@@ -13,6 +13,8 @@ class MenuItem : public Control {
  public:
   MenuItem(std::string name, std::string text) : Control(std::move(name)), caption(std::move(text)) {}
   Observed<std::string> caption;
+  // The key of a toolbar button's picture; empty: the button's own name.
+  Observed<std::string> picture;
   // A command that shows a setting as a mark in front of it. The mark is the program's to set: a click does
   // not move it.
   bool checkable = false;
