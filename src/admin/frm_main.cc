@@ -125,6 +125,7 @@ void frmMain::Form_Load() {
   ShowSortArrow(EventList, kColDateTime, false);
   SavedTopRow = SavedLeftCol = 1;
   NotablePending = false;
+  replay.InitSessionCursor();
   Timer1->Start(kTimer1Ms);
   tray.SetTip(app.ProductName);
   tray.shown = true;
@@ -207,6 +208,7 @@ void frmMain::Timer1_Timer() {
       NotablePending = false;
       Timer2_->Stop();
       tray.icon = widgets::TrayIcon::kForm;
+      replay.GoToNotable();
     }
   });
 }

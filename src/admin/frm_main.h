@@ -16,6 +16,7 @@
 #include "admin/grid_frame.h"
 #include "admin/grid_loader.h"
 #include "admin/pane_layout.h"
+#include "admin/session_replay.h"
 #include "admin/timeline.h"
 #include "core/root_warning.h"
 #include "widgets/label.h"
@@ -78,7 +79,8 @@ class frmMain : public widgets::Form, public GridFrame {
   widgets::Label lblRootWarning{"lblRootWarning", core::kRootWarning};
   widgets::Tray tray;
 
-  FileCommands files{*this, {[this] { ResetClick(); }}};
+  SessionReplay replay{*this};
+  FileCommands files{*this, {[this] { ResetClick(); }, [this] { replay.InitSessionCursor(); }}};
 
   widgets::MenuItem MnFExit{"MnFExit", "E&xit"};
   widgets::Menu MnFile{"MnFile", "&File", {&files.MnFOpen, &files.MnFSaveAs, &files.MnFDelete, &MnFExit}};
@@ -98,9 +100,10 @@ class frmMain : public widgets::Form, public GridFrame {
   widgets::MenuItem TbarVLogs{"VLogs", "View Logs"};
   widgets::MenuItem TbarRefresh{"Refresh", "Refresh"};
   widgets::MenuItem TbarOptions{"Options", "Options"};
-  const std::vector<widgets::MenuItem*> Tbar{&files.TbarOpen, &files.TbarSave,   &TbarCopy,
-                                             &TbarPaste,      &TbarVLogs,        &TbarRefresh,
-                                             &TbarOptions,    &files.TbarDisable};
+  const std::vector<widgets::MenuItem*> Tbar{
+      &files.TbarOpen,  &files.TbarSave,  &TbarCopy,          &TbarPaste,       &TbarVLogs,
+      &TbarRefresh,     &TbarOptions,     &files.TbarDisable, &replay.TbarPlay, &replay.TbarStp,
+      &replay.TbarPrev, &replay.TbarBack, &replay.TbarStep,   &replay.TbarNxt,  &replay.TbarNotable};
   widgets::MenuItem mPopRestore{"mPopRestore", "&Restore"};
   widgets::MenuItem mPopMinimize{"mPopMinimize", "&Minimize"};
   widgets::MenuItem mPopMaximize{"mPopMaximize", "&Maximize"};

@@ -120,6 +120,7 @@ void frmMain::RedisplayData(bool filter_active) {
 void frmMain::AddNewLines(std::int64_t new_size) {
   GridLoad load = NewLoad();
   load.lines = GridLineCount;
+  load.before_line = [this] { replay.LineComes(); };
   load.behind_line = [this] { NoteArrival(); };
   load.serve = [&] { ServeMessages(load.bytes, new_size - GridFileSize); };
   try {
@@ -194,6 +195,7 @@ void frmMain::ResetClick() {
   screen.MousePointer = widgets::kPointerHourglass;
   const bool first_fill = EventList.Rows() < kFewRows;
   const std::vector<int> widths = EventList.ColWidths();
+  replay.ClearShape();
   HeadAndEmptyGrid();
   if (first_fill) EventList.SetColWidth(kColDescription, kFirstDescriptionWidth);
   DisplayData("");
@@ -206,6 +208,7 @@ void frmMain::ResetClick() {
   ApplyColumnSettings();
   ClearHeaderPictures();
   ShowSortArrow(EventList, kColDateTime, false);
+  replay.InitSessionCursor();
   screen.MousePointer = widgets::kPointerDefault;
   RefreshBusy = false;
   Timer1->Start(kTimer1Ms);

@@ -9,7 +9,8 @@ namespace zendrix::admin {
 void frmMain::MnTOptions_Click() {
   if (!TakesCommands()) return;
   {
-    frmOptions options({app, log, reg_ini, screen, GridMonitorList, [this] { ResetClick(); }});
+    frmOptions options({app, log, reg_ini, screen, GridMonitorList, [this] { ResetClick(); },
+                        [this] { replay.SelectedColorChange(); }});
     app.host().ShowModal(options, this);
   }
   if (!loaded()) return;
