@@ -7,15 +7,15 @@
 #   --sample             beside either: not this computer, but a month of a made-up one that ends now; nothing is kept
 #
 # A recorder that this command started ends with it. Without a display it starts the console on a virtual one for a
-# short while, prints the alerts as JSON and leaves pictures of the windows in out/.
+# short while, prints the alerts or the Administrator's grid as JSON and leaves pictures of the windows in out/.
 set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/prerequisites.sh
 
-edition=Home form=home sample=
+edition=Home form=home shown=alerts sample=
 for argument in "$@"; do
   case $argument in
-    --admin) edition=Administrator form=admin ;;
+    --admin) edition=Administrator form=admin shown=grid ;;
     --sample) sample=yes ;;
     *) sed -n '2,10p' "$0" | cut -c3-; exit 2 ;;
   esac
@@ -62,5 +62,5 @@ else
   echo "No display: starting the console on a virtual one; pictures go to out/."
   need_packages $screen_packages
   packaging/screenshots.sh "$bin/zendrix" $edition "$folder" out
-  "$bin/zendrix-inspect" --folder "$folder" --edition $edition alerts
+  "$bin/zendrix-inspect" --folder "$folder" --edition $edition $shown
 fi

@@ -91,7 +91,7 @@ void frmMain::ConnectControls() {
     for (widgets::MenuItem* item : mPopupSys.items) item->enabled = enabled.Get();
   });
   Timer1 = app.seams.timers.MakeTimer([this] { Timer1_Timer(); });
-  Timer2_ = app.seams.timers.MakeTimer([this] { Timer2_Timer(); });
+  Timer2 = app.seams.timers.MakeTimer([this] { Timer2_Timer(); });
 }
 
 void frmMain::Form_Load() {
@@ -106,7 +106,7 @@ void frmMain::Form_Load() {
   });
   SplitRatio = Ratio(lblHDrag.Top, FormHeight());
   DateOrder = app.DateOrder;
-  GridFilePath = AgentFilePath();
+  if (GridFilePath.empty()) GridFilePath = AgentFilePath();
   Timer1->Stop();
   title = app.ProductName;
   MnHAbout.caption = "About " + app.ProductName;
@@ -204,9 +204,9 @@ void frmMain::Timer1_Timer() {
       }
     }
     timeline.Tick();
-    if (NotablePending && Timer2_->Running() && visible) {
+    if (NotablePending && Timer2->Running() && visible) {
       NotablePending = false;
-      Timer2_->Stop();
+      Timer2->Stop();
       tray.icon = widgets::TrayIcon::kForm;
       replay.GoToNotable();
     }

@@ -68,6 +68,8 @@ class frmMain : public widgets::Form, public GridFrame {
   int DateOrder = 0;
   bool TrayFlashPhase = false;
   bool NotablePending = false;
+  // Runs while the icon in the notification area flashes.
+  std::unique_ptr<platform::Timer> Timer2;
   // Top of the splitter / height of the form.
   float SplitRatio = 0;
   // Between the grids and the panes under them; here, where it stands until it has been moved.
@@ -136,7 +138,6 @@ class frmMain : public widgets::Form, public GridFrame {
   void LayOut();
   int FormHeight() const;
 
-  std::unique_ptr<platform::Timer> Timer2_;
   GridLoader loader_;
   widgets::Reopened<frmLog> logs_;
   PaneRoom room_;

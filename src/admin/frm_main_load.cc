@@ -149,7 +149,7 @@ void frmMain::NoteArrival() {
   if (EventList.Rows() < 2 || visible) return;
   TrayFlashPhase = true;
   NotablePending = true;
-  if (IsFlashing(EventList.Monitor(1)) && !Timer2_->Running()) Timer2_->Start(1000);
+  if (IsFlashing(EventList.Monitor(1)) && !Timer2->Running()) Timer2->Start(1000);
 }
 
 void frmMain::Reload() {

@@ -24,6 +24,7 @@ GridFrame::GridFrame(AdminParts parts, widgets::Form& the_window)
       screen(parts.screen),
       metrics(std::move(parts.metrics)),
       window(the_window),
+      GridFilePath(std::move(parts.first_file)),
       rows(parts.state.seams.family, metrics, parts.grid_capacity),
       EventList("EventList", rows) {}
 

@@ -33,6 +33,8 @@ struct AdminParts {
   widgets::Screen& screen;
   TextMetrics metrics;
   RowCapacity grid_capacity = {};
+  // What the grid begins with; empty for the file that the Agent writes.
+  std::string first_file = {};
 };
 
 // Headings and formats of the columns of both grids.

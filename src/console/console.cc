@@ -56,8 +56,8 @@ home::frmNewUI& Console::MakeHome() {
 }
 
 admin::frmMain& Console::MakeAdministrator() {
-  administrator_ =
-      std::make_unique<admin::frmMain>(admin::AdminParts{state_, log_, reg_ini_, screen_, metrics_()});
+  administrator_ = std::make_unique<admin::frmMain>(
+      admin::AdminParts{state_, log_, reg_ini_, screen_, metrics_(), {}, grid_file});
   return *administrator_;
 }
 

@@ -42,6 +42,9 @@ class Console {
   // Ends the program as if its main window were closed for good; with none, whatever is open is closed.
   void End();
 
+  // What the Administrator's grid begins with instead of the Agent's file; empty for that one.
+  std::string grid_file;
+
   widgets::Screen& screen() { return screen_; }
   settings::RegIni& reg_ini() { return reg_ini_; }
   settings::MiscSettings& misc() { return misc_; }

@@ -42,6 +42,11 @@ void Portal(Console& console, const Words& words);
 void Status(Console& console, const Words& words);
 void Quarantine(Console& console, const Words& words);
 
+// The Administrator's grid.
+void Grid(Console& console, const Words& words);
+
+// Begins with "-" and is neither that alone nor a number with its sign.
+bool LooksLikeOption(const std::string& word);
 // One call of the arguments' count; usage is what to tell otherwise.
 void RequireWords(const Words& words, std::size_t least, std::size_t most, const char* usage);
 

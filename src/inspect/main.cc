@@ -36,7 +36,7 @@ class CommandLine {
     app_.footer(
         "Commands: events, follow, log, desc, hash, risk, settings, ini, smtp, valid, token,\n"
         "          alerts, status, alert, decide, act, wizard, checked, link, portal,\n"
-        "          quarantine.\n"
+        "          quarantine, grid (sort, save, follow).\n"
         "Arguments that begin with \"-\" stand behind \"--\".");
     app_.allow_extras();
   }
@@ -65,15 +65,10 @@ int Usage(const std::string& text) {
   return kWrongUsage;
 }
 
-// Whether a word that begins with "-" is a number with its sign.
-bool IsSigned(const std::string& word) {
-  const std::size_t first = word.starts_with("-.") ? 2 : 1;
-  return word.starts_with('-') && first < word.size() && word[first] >= '0' && word[first] <= '9';
-}
-
 // The command and the words behind it. A word that begins with "-" must stand behind "--", but for the
-// command's own options and for numbers.
+// command's own options and for numbers; the words of a grid see to that themselves.
 Words WordsOf(const Options& options) {
+  if (!options.arguments.empty() && options.arguments.front() == "grid") return options.arguments;
   Words words;
   bool plain = false;
   for (const std::string& word : options.arguments) {
@@ -81,8 +76,7 @@ Words WordsOf(const Options& options) {
       plain = true;
       continue;
     }
-    const bool option = !plain && word.size() > 1 && word[0] == '-' && !IsSigned(word);
-    if (option && (words.empty() || words[0] != "follow" || word != "--live"))
+    if (!plain && LooksLikeOption(word) && (words.empty() || words[0] != "follow" || word != "--live"))
       throw WrongUsage("unknown option " + word + " (arguments that begin with \"-\" stand behind --)");
     words.push_back(word);
   }
