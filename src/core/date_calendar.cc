@@ -77,6 +77,22 @@ Date DateFrom(const platform::LocalTime& local) {
   return day ? DateOf(*day, local.hour, local.minute, local.second) : 0;
 }
 
+std::int64_t WallSeconds(const platform::LocalTime& local) {
+  const std::int64_t day = DayNumber(local.year, local.month, local.day).value_or(0) - kEpochDay;
+  return ((day * 24 + local.hour) * 60 + local.minute) * 60 + local.second;
+}
+
+platform::LocalTime WallTime(std::int64_t seconds) {
+  const std::int64_t day = seconds / kSecondsPerDay - (seconds % kSecondsPerDay < 0 ? 1 : 0);
+  const auto second = static_cast<int>(seconds - day * kSecondsPerDay);
+  platform::LocalTime local =
+      DateOfDayNumber(static_cast<int>(std::clamp<std::int64_t>(day + kEpochDay, kFirstDay, kLastDay)));
+  local.hour = second / 3600;
+  local.minute = second / 60 % 60;
+  local.second = second % 60;
+  return local;
+}
+
 CalendarMoment MomentOf(const platform::LocalTime& local) {
   CalendarMoment moment;
   moment.local = local;

@@ -14,14 +14,6 @@ std::int64_t FloorDivide(std::int64_t value, std::int64_t by) {
   return value / by - (value % by < 0 ? 1 : 0);
 }
 
-// Days from 1899-12-30 to 1970-01-01.
-constexpr std::int64_t kEpochDay = 25569;
-
-std::int64_t WallClock(const platform::LocalTime& local) {
-  const std::int64_t day = DayNumber(local.year, local.month, local.day).value_or(0) - kEpochDay;
-  return ((day * 24 + local.hour) * 60 + local.minute) * 60 + local.second;
-}
-
 std::size_t SlotOf(std::int64_t number, std::size_t slots) {
   return static_cast<std::size_t>(static_cast<std::uint64_t>(number) % slots);
 }
@@ -79,7 +71,7 @@ std::int64_t MomentFormatter::LocalSeconds(std::int32_t seconds) {
 }
 
 std::int64_t MomentFormatter::OffsetAt(std::int32_t seconds) {
-  return WallClock(family_.FromUTC(seconds)) - seconds;
+  return WallSeconds(family_.FromUTC(seconds)) - seconds;
 }
 
 const MomentFormatter::Day& MomentFormatter::DayAt(std::int64_t number) {
