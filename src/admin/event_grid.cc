@@ -47,6 +47,12 @@ std::string MadeText(const EventRows& rows, std::uint32_t number, int col) {
 
 EventGrid::EventGrid(std::string name, const EventRows& rows) : Grid(std::move(name)), rows_(rows) {}
 
+void EventGrid::HideInnerColumns() {
+  for (int column = 0; column < Cols(); ++column) {
+    if (IsInner(column)) SetColWidth(column, 0);
+  }
+}
+
 void EventGrid::Clear() {
   order_.Clear();
   sorted_col_ = -1;

@@ -29,16 +29,24 @@ enum GridCol : int {
 };
 inline constexpr int kGridColumns = 9;
 
+// Columns that are never seen, whatever their widths would be.
+constexpr bool IsInner(int column) {
+  return column == kColCode || column == kColWhole || column == kColTimeKey;
+}
+
 class EventGrid : public widgets::Grid {
  public:
   // `rows` outlives the view.
   EventGrid(std::string name, const EventRows& rows);
 
+  // Undoes what a user dragged open.
+  void HideInnerColumns();
   // The view is empty. Columns stay.
   void Clear();
   // Makes room for one more, so that the next Insert cannot fail.
   void MakeRoom() { order_.MakeRoom(); }
   void InsertTop(std::uint32_t row_number) { Insert(1, row_number); }
+  void InsertBottom(std::uint32_t row_number) { Insert(Rows(), row_number); }
   // The row at `place`, from 1 to Rows(), and all below it move down.
   void Insert(int place, std::uint32_t row_number);
 

@@ -21,11 +21,6 @@ constexpr int kFirstDescriptionWidth = 3945;
 constexpr int kPanelMargin = 115;
 constexpr int kUnhandledHeader = 999;
 
-// Columns that are never seen, whatever their widths would be.
-bool IsInner(int column) {
-  return column == kColCode || column == kColWhole || column == kColTimeKey;
-}
-
 settings::Place PlaceOf(const widgets::Splitter& bar) {
   return {bar.Top, bar.Left, bar.Height, bar.Width};
 }
@@ -52,7 +47,7 @@ frmMain::frmMain(AdminParts parts)
 
 void frmMain::ConnectControls() {
   EventList.header_clicked.ConnectForever([this](int column) { EventList_HeaderClick(column); });
-  EventList.mouse_used.ConnectForever([this] { HideInnerColumns(); });
+  EventList.mouse_used.ConnectForever([this] { EventList.HideInnerColumns(); });
   EventList.scrolled.ConnectForever([this] {
     SavedTopRow = EventList.TopRow;
     SavedLeftCol = EventList.LeftCol;
@@ -149,7 +144,7 @@ void frmMain::AutoSizeColumns() {
     for (int column = 0; column <= EventList.Cols() - 3; ++column) {
       if (!IsInner(column)) SizeColumn(column);
     }
-    HideInnerColumns();
+    EventList.HideInnerColumns();
     RecCnt.text = count;
   }
   screen.MousePointer = widgets::kPointerDefault;
@@ -162,12 +157,6 @@ void frmMain::SizeColumn(int column) {
   EventList.SetColWidth(column, (static_cast<int>(longest) + 1) * unit * 10);
 }
 
-void frmMain::HideInnerColumns() {
-  for (int column = 0; column < EventList.Cols(); ++column) {
-    if (IsInner(column)) EventList.SetColWidth(column, 0);
-  }
-}
-
 void frmMain::ApplyColumnSettings() {
   for (const auto& [name, value] : app.settings.ColumnStates) {
     const int column = ColumnCodeOfHeader(name);
@@ -177,13 +166,11 @@ void frmMain::ApplyColumnSettings() {
     else if (EventList.column(column).width == 0)
       SizeColumn(column);
   }
-  HideInnerColumns();
+  EventList.HideInnerColumns();
 }
 
 void frmMain::EventList_HeaderClick(int column) {
-  if (column < 1 || LoadRuns()) return;
-  HeaderColumn = column;
-  SortGrid(EventList, GridSort::KeyOfHeader(column));
+  HeaderClick(EventList, column);
 }
 
 void frmMain::Timer1_Timer() {
@@ -246,6 +233,12 @@ void frmMain::lblHDrag_MouseMove(int y) {
   lblHDrag.Top = dragged_to;
   SplitRatio = Ratio(dragged_to, FormHeight());
   LayOut();
+}
+
+// What rests while a filter is shown.
+void frmMain::SetUsable(bool usable) {
+  replay.SetUsable(usable);
+  find.TbarFind.enabled = usable;
 }
 
 void frmMain::ShowWindow(WindowState wanted) {

@@ -13,6 +13,8 @@
 
 #include "admin/file_commands.h"
 #include "admin/frm_log.h"
+#include "admin/grid_filter.h"
+#include "admin/grid_find.h"
 #include "admin/grid_frame.h"
 #include "admin/grid_loader.h"
 #include "admin/pane_layout.h"
@@ -77,25 +79,29 @@ class frmMain : public widgets::Form, public GridFrame {
   // Where the panes stand, once the toolkit has told what room there is.
   widgets::Observed<PanePlaces> panes;
 
+  GridFilter filter{*this, [this](bool usable) { SetUsable(usable); }};
+  GridFind find{*this, [this] { return filter.Shown(); }};
+
   // Above the grid; hidden unless the console runs as root.
   widgets::Label lblRootWarning{"lblRootWarning", core::kRootWarning};
   widgets::Tray tray;
 
-  SessionReplay replay{*this};
+  SessionReplay replay{*this, {[this] { find.ResetCellColor(); }}};
   FileCommands files{*this, {[this] { ResetClick(); }, [this] { replay.InitSessionCursor(); }}};
 
   widgets::MenuItem MnFExit{"MnFExit", "E&xit"};
   widgets::Menu MnFile{"MnFile", "&File", {&files.MnFOpen, &files.MnFSaveAs, &files.MnFDelete, &MnFExit}};
+  widgets::Menu MnEdit{"MnEdit", "&Edit", {&find.MnEFind, &find.MnEFindN}};
   Timeline timeline{*this};
   widgets::MenuItem MnVLogs{"MnVLogs", "Logs..."};
   widgets::MenuItem MnVRefresh{"MnVRefresh", "Refresh"};
   widgets::Menu MnView{"MnView", "&View", {&MnVLogs, &MnVRefresh}};
   widgets::MenuItem MnTOptions{"MnTOptions", "&Options..."};
-  widgets::Menu MnTools{"MnTools", "&Tools", {&MnTOptions}};
+  widgets::Menu MnTools{"MnTools", "&Tools", {&filter.MnTQuery, &MnTOptions}};
   widgets::MenuItem MnHAbout{"MnHAbout", ""};
   widgets::Menu MnHelp{"MnHelp", "&Help", {&MnHAbout}};
   // The menu bar.
-  const std::vector<widgets::Menu*> menus{&MnFile, &MnView, &MnTools, &MnHelp};
+  const std::vector<widgets::Menu*> menus{&MnFile, &MnEdit, &MnView, &MnTools, &MnHelp};
   // Toolbar buttons, by their keys; their captions are their tips.
   widgets::MenuItem TbarCopy{"Copy", "Copy"};
   widgets::MenuItem TbarPaste{"Paste", "Paste"};
@@ -103,9 +109,10 @@ class frmMain : public widgets::Form, public GridFrame {
   widgets::MenuItem TbarRefresh{"Refresh", "Refresh"};
   widgets::MenuItem TbarOptions{"Options", "Options"};
   const std::vector<widgets::MenuItem*> Tbar{
-      &files.TbarOpen,  &files.TbarSave,  &TbarCopy,          &TbarPaste,       &TbarVLogs,
-      &TbarRefresh,     &TbarOptions,     &files.TbarDisable, &replay.TbarPlay, &replay.TbarStp,
-      &replay.TbarPrev, &replay.TbarBack, &replay.TbarStep,   &replay.TbarNxt,  &replay.TbarNotable};
+      &files.TbarOpen,  &files.TbarSave,    &TbarCopy,        &TbarPaste,         &find.TbarFind,
+      &TbarVLogs,       &TbarRefresh,       &TbarOptions,     &filter.TbarFilter, &files.TbarDisable,
+      &replay.TbarPlay, &replay.TbarStp,    &replay.TbarPrev, &replay.TbarBack,   &replay.TbarStep,
+      &replay.TbarNxt,  &replay.TbarNotable};
   widgets::MenuItem mPopRestore{"mPopRestore", "&Restore"};
   widgets::MenuItem mPopMinimize{"mPopMinimize", "&Minimize"};
   widgets::MenuItem mPopMaximize{"mPopMaximize", "&Maximize"};
@@ -118,22 +125,20 @@ class frmMain : public widgets::Form, public GridFrame {
   void OnUnload() override;
 
  private:
-  class LoadScope;
-
   void ConnectControls();
   bool FileIsThere();
   void FileMissing();
   void GridIsFull();
   GridLoad NewLoad();
-  void AddNewLines(std::int64_t new_size);
+  void AddNewLines(std::int64_t new_size, bool filter_active);
   std::optional<bool> IsMonitorDisplayed(const std::string& monitor) const;
   void RegisterMonitors(const GridLoad& load);
   void NoteArrival();
   void DrawTimeline();
   void ShowPath();
   void SizeColumn(int column);
-  void HideInnerColumns();
   void HeadAndEmptyGrid();
+  void SetUsable(bool usable);
   void ShowWindow(widgets::WindowState wanted);
   void LayOut();
   int FormHeight() const;

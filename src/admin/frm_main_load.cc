@@ -1,6 +1,5 @@
 // Loading of the event grid: the whole file, what was added to it, and all of it again when it has shrunk.
 #include <new>
-#include <optional>
 
 #include "admin/frm_main.h"
 #include "core/guards.h"
@@ -26,30 +25,8 @@ bool IsFlashing(std::string_view monitor) {
 
 }  // namespace
 
-// Hourglass on, painting off and the grid out of use, for as long as a load runs.
-class frmMain::LoadScope {
- public:
-  explicit LoadScope(frmMain& form) : form_(form) {
-    pause_.emplace(form_.EventList);
-    form_.screen.MousePointer = widgets::kPointerHourglass;
-    form_.EventList.enabled = false;
-  }
-  ~LoadScope() {
-    form_.DynamicPictureBox.Show(0);
-    pause_.reset();
-    form_.EventList.enabled = true;
-    form_.screen.MousePointer = widgets::kPointerDefault;
-  }
-  LoadScope(const LoadScope&) = delete;
-  LoadScope& operator=(const LoadScope&) = delete;
-
- private:
-  frmMain& form_;
-  std::optional<widgets::PaintingPause> pause_;
-};
-
 void frmMain::DisplayData(const std::string& status_text) {
-  LoadScope scope(*this);
+  const GridsAtWork work(*this, {&EventList});
   const bool loaded_all = core::OrLog(log, "frmMain : DisplayData", [&] {
     for (auto* list : {&GridMonitorList, &GridHostList, &GridChangeList}) list->Clear();
     GridFileSize = 0;
@@ -100,27 +77,31 @@ void frmMain::RegisterMonitors(const GridLoad& load) {
 }
 
 void frmMain::RedisplayData(bool filter_active) {
-  (void)filter_active;  // the filtered view brings its own rows up to date
   bool reload = false;
   {
-    LoadScope scope(*this);
+    const GridsAtWork work(*this, {&EventList});
     const bool added_all = core::OrLog(log, "frmMain : RedisplayData", [&] {
       if (!FileIsThere()) return FileMissing();
       const std::int64_t new_size = core::ValueOrRaise(app.seams.files.Size(GridFilePath));
       reload = new_size < GridFileSize;
-      if (!reload) AddNewLines(new_size);
+      if (!reload) AddNewLines(new_size, filter_active);
     });
     if (added_all && !reload) DrawTimeline();
   }
   if (!reload) return;
   Reload();
   BackgroundUpdate = false;
+  if (filter.Shown()) filter.FilterData(true);
 }
 
-void frmMain::AddNewLines(std::int64_t new_size) {
+void frmMain::AddNewLines(std::int64_t new_size, bool filter_active) {
+  const int rows_before = EventList.Rows();
   GridLoad load = NewLoad();
   load.lines = GridLineCount;
-  load.before_line = [this] { replay.LineComes(); };
+  load.before_line = [this] {
+    replay.LineComes();
+    find.IncrementFindRow();
+  };
   load.behind_line = [this] { NoteArrival(); };
   load.serve = [&] { ServeMessages(load.bytes, new_size - GridFileSize); };
   try {
@@ -136,7 +117,11 @@ void frmMain::AddNewLines(std::int64_t new_size) {
   RegisterMonitors(load);
   ShowPath();
   if (sort.SortColumn > 0) SortAgain();
-  if (BackgroundUpdate) ShowRecordCount();
+  if (!BackgroundUpdate) return;
+  if (filter_active && filter.Shown())
+    filter.OfferNewRows(EventList.Rows() - rows_before);
+  else
+    ShowRecordCount();
 }
 
 void frmMain::DrawTimeline() {
@@ -172,6 +157,7 @@ void frmMain::Reload() {
 }
 
 void frmMain::HeadAndEmptyGrid() {
+  filter.ForgetRows();
   EventList.Clear();
   rows.Clear();
   EventList.SetFormatString(kGridFormat);
@@ -181,7 +167,7 @@ void frmMain::UpgradeGrid() {
   if (LoadRuns()) return;
   Timer1->Stop();
   UpdateBusy = true;
-  RedisplayData(false);
+  RedisplayData(filter.SelQry());
   ApplyColumnSettings();
   if (SavedLeftCol > 0) EventList.LeftCol = SavedLeftCol;
   UpdateBusy = false;
@@ -196,6 +182,7 @@ void frmMain::ResetClick() {
   const bool first_fill = EventList.Rows() < kFewRows;
   const std::vector<int> widths = EventList.ColWidths();
   replay.ClearShape();
+  filter.ResetFilterItems();
   HeadAndEmptyGrid();
   if (first_fill) EventList.SetColWidth(kColDescription, kFirstDescriptionWidth);
   DisplayData("");

@@ -1,5 +1,7 @@
 #include "admin/grid_frame.h"
 
+#include <utility>
+
 #include "core/splash.h"
 #include "platform/files.h"
 
@@ -54,6 +56,12 @@ void GridFrame::ClearHeaderPictures() {
   for (int i = 0; i < EventList.Cols(); ++i) EventList.SetArrow(i, widgets::SortArrow::kNone);
 }
 
+void GridFrame::HeaderClick(EventGrid& grid, int column) {
+  if (column < 1 || LoadRuns()) return;
+  HeaderColumn = column;
+  SortGrid(grid, GridSort::KeyOfHeader(column));
+}
+
 void GridFrame::SortGrid(EventGrid& grid, int column) {
   const bool up = sort.Sort(grid, column);
   ShowSortArrow(grid, HeaderColumn, up);
@@ -74,6 +82,24 @@ void GridFrame::ServeMessages(std::int64_t done, std::int64_t of) {
 
 void GridFrame::ShowRecordCount() {
   RecCnt.text = Records(GridLineCount);
+}
+
+GridsAtWork::GridsAtWork(GridFrame& frame, std::vector<EventGrid*> grids)
+    : frame_(frame), grids_(std::move(grids)) {
+  frame_.screen.MousePointer = widgets::kPointerHourglass;
+  for (EventGrid* grid : grids_) {
+    grid->SetRedraw(false);
+    grid->enabled = false;
+  }
+}
+
+GridsAtWork::~GridsAtWork() {
+  frame_.DynamicPictureBox.Show(0);
+  for (EventGrid* grid : grids_) {
+    grid->SetRedraw(true);
+    grid->enabled = true;
+  }
+  frame_.screen.MousePointer = widgets::kPointerDefault;
 }
 
 }  // namespace zendrix::admin

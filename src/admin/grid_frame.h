@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "admin/event_grid.h"
 #include "admin/event_rows.h"
@@ -54,6 +55,8 @@ class GridFrame {
 
   // The file that the Agent writes, whichever is shown.
   std::string AgentFilePath() const;
+  // A click on a heading: sorts by the column behind it; not while a load runs.
+  void HeaderClick(EventGrid& grid, int column);
   // Sorts by a key column and draws the arrow on the header that was clicked last.
   void SortGrid(EventGrid& grid, int column);
   // After lines have come; the direction stays.
@@ -95,6 +98,19 @@ class GridFrame {
   widgets::ProgressBar DynamicPictureBox{"DynamicPictureBox"};
   // Paused while a load, a filter or a file dialog is at work.
   std::unique_ptr<platform::Timer> Timer1;
+};
+
+// Hourglass on, painting off and the grids out of use, for as long as rows are loaded or filtered.
+class GridsAtWork {
+ public:
+  GridsAtWork(GridFrame& frame, std::vector<EventGrid*> grids);
+  ~GridsAtWork();
+  GridsAtWork(const GridsAtWork&) = delete;
+  GridsAtWork& operator=(const GridsAtWork&) = delete;
+
+ private:
+  GridFrame& frame_;
+  std::vector<EventGrid*> grids_;
 };
 
 }  // namespace zendrix::admin

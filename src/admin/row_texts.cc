@@ -1,5 +1,6 @@
 #include "admin/row_texts.h"
 
+#include <initializer_list>
 #include <utility>
 
 #include "core/fit_text.h"
@@ -9,6 +10,25 @@ namespace zendrix::admin {
 namespace {
 // A file name that does not fit stays whole, whatever its length.
 constexpr std::size_t kLongestKept = 1000;
+
+// Those of a picture with what can stand in it, names only where the picture has them; always those of a
+// plain number and of a moment that cannot be read back.
+void AddCharacters(std::bitset<256>& all, const platform::LocaleInfo& locale) {
+  const auto add = [&](std::string_view text) {
+    for (const char character : text) all[static_cast<unsigned char>(character)] = true;
+  };
+  add(locale.short_date);
+  add(locale.time);
+  const auto add_names = [&](const char* sign, std::initializer_list<std::string_view> names) {
+    if ((locale.short_date + locale.time).find(sign) != std::string::npos)
+      for (const std::string_view name : names) add(name);
+  };
+  for (std::size_t i = 0; i < locale.day_names.size(); ++i)
+    add_names("ddd", {locale.day_names[i], locale.short_day_names[i]});
+  for (std::size_t i = 0; i < locale.month_names.size(); ++i)
+    add_names("MMM", {locale.month_names[i], locale.short_month_names[i]});
+  add_names("t", {locale.am, locale.pm});
+}
 }  // namespace
 
 RowTexts::RowTexts(platform::FamilyLibraries& family, TextMetrics metrics)
@@ -39,6 +59,14 @@ std::string RowTexts::Time(std::uint32_t row, std::int32_t time_key) const {
 std::optional<int> RowTexts::SecondShown(std::uint32_t row, std::int32_t time_key) const {
   Formatter* const held = times_.Of(row);
   return held == nullptr ? std::nullopt : held->formatter.SecondShown(time_key);
+}
+
+std::bitset<256> RowTexts::TimeCharacters() const {
+  std::bitset<256> all;
+  for (const char character : std::string_view("0123456789-/: "))
+    all[static_cast<unsigned char>(character)] = true;
+  times_.ForEach([&](const Formatter& formatter) { AddCharacters(all, formatter.value.locale); });
+  return all;
 }
 
 std::string RowTexts::Fitted(std::uint32_t row, store::TextId whole, std::string_view text) const {

@@ -3,6 +3,7 @@
 // then. Fitted texts that were asked for lately are kept, a few thousand of them.
 #pragma once
 
+#include <bitset>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -41,6 +42,8 @@ class RowTexts {
 
   // The plain number where no load was begun.
   std::string Time(std::uint32_t row, std::int32_t time_key) const;
+  // No shown time has any other character.
+  std::bitset<256> TimeCharacters() const;
   // The whole text where no load was begun.
   std::string Fitted(std::uint32_t row, store::TextId whole, std::string_view text) const;
   // Rows of one number share their settings; for equal texts they show the same.

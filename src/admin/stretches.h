@@ -40,6 +40,11 @@ class Stretches {
     const auto behind = std::ranges::upper_bound(stretches_, row, {}, &Stretch::from);
     return static_cast<std::size_t>(behind - stretches_.begin());
   }
+  // What holds for any row at all.
+  template <class Visit>
+  void ForEach(Visit visit) const {
+    for (const Stretch& stretch : stretches_) visit(*stretch.held);
+  }
   void Clear() {
     stretches_.clear();
     announced_.reset();
