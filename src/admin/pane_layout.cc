@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "widgets/splitter.h"
+
 namespace zendrix::admin {
 
 namespace {
@@ -14,8 +16,6 @@ constexpr int kMargin = 120;
 // Part of the width that the tree takes.
 constexpr int kTreeShare = 3;
 
-// Where the pointer takes hold of the bar.
-constexpr int kGrip = 40;
 constexpr int kHighestSplitter = 3000;
 constexpr int kRoomBelowSplitter = 1200;
 constexpr int kLeastMove = 6;
@@ -45,7 +45,7 @@ PanePlaces LayOutPanes(const PaneRoom& room, int splitter_top, int splitter_heig
 }
 
 int DraggedSplitterTop(int top, int y, int form_height) {
-  const int wanted = top + y - kGrip;
+  const int wanted = top + y - widgets::Splitter::kGrip;
   const bool may = wanted >= kHighestSplitter && wanted <= form_height - kRoomBelowSplitter &&
                    std::abs(wanted - top) > kLeastMove;
   return may ? wanted : top;

@@ -33,7 +33,7 @@ class Timeline {
   // Opens the Timeline View beside the main window, or brings the one that is open to the front.
   void MnVChart_Click();
 
-  const TimeSlots& slots() const { return slots_; }
+  const TimeSlots& time_slots() const { return slots_; }
 
   widgets::Chart Chrt{"Chrt"};
   widgets::Label chrtLabel{"chrtLabel"};

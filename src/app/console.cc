@@ -18,7 +18,7 @@
 #include "platform/linux/linux_service_manager.h"
 #include "platform/linux/linux_shell.h"
 #include "platform/linux/local_service_manager.h"
-#include "qt/admin_window.h"
+#include "qt/admin/frm_main.h"
 #include "qt/bind_screen.h"
 #include "qt/qt_dialogs.h"
 #include "qt/qt_form_host.h"

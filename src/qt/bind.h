@@ -52,5 +52,7 @@ void Reflect(QObject* owner, widgets::Observed<T>& value, Apply apply) {
 
 // Name, tip, visibility and use of any control.
 void BindControl(widgets::Control& control, QWidget* widget, const QString& accessible_name = {});
+// The same but for its use, which the caller sees to.
+void BindControlButUse(widgets::Control& control, QWidget* widget, const QString& accessible_name = {});
 
 }  // namespace zendrix::qt

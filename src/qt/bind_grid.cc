@@ -1,9 +1,16 @@
 #include "qt/bind_grid.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <QToolTip>
 #include <algorithm>
+#include <utility>
+
+#include "qt/text_edge.h"
 
 namespace zendrix::qt {
 
@@ -63,7 +70,7 @@ GridTable::GridTable(widgets::Grid& grid, const QString& picture_list, const QSt
       grid_(grid),
       kit_(kit),
       model_(new GridModel(grid, kit.pictures, picture_list, this)) {
-  BindControl(grid, this, accessible_name);
+  BindControlButUse(grid, this, accessible_name);
   auto* header = new GridHeader(grid, kit_.pictures, this);
   header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   header->setHighlightSections(false);
@@ -87,6 +94,11 @@ GridTable::GridTable(widgets::Grid& grid, const QString& picture_list, const QSt
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { TellScrolled(); });
   connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, [this] { TellScrolled(); });
   connect(model_, &QAbstractItemModel::modelReset, this, [this] { ShowColumns(); });
+  // What is selected stays selected when rows come above it.
+  connect(model_, &QAbstractItemModel::rowsInserted, this, [this] { TellSelection(); });
+  for (QObject* part : std::initializer_list<QObject*>{this, viewport(), header, header->viewport(),
+                                                       verticalScrollBar(), horizontalScrollBar()})
+    part->installEventFilter(this);
   Keep(this, grid_.columns_changed.Connect([this] { ShowColumns(); }));
   Keep(this, grid_.Row.changed.Connect([this] { ShowRow(); }));
   Keep(this, grid_.looks_changed.Connect([this] { ShowHeights(); }));
@@ -95,8 +107,28 @@ GridTable::GridTable(widgets::Grid& grid, const QString& picture_list, const QSt
   ShowColumns();
 }
 
+// In tens of twips, what a character takes on average in capitals and digits, which hosts and numbers are
+// mostly made of; and enough for the shortest heading to stand whole beside its arrow in a column that is as
+// wide as the heading and one character more.
+void GridTable::TellFontWidth() {
+  constexpr double kTensOfTwips = 10;
+  constexpr int kArrowRoom = 300;
+  const QString capitals = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789");
+  const auto twips = [this](const QString& text) {
+    return fontMetrics().horizontalAdvance(text) * double{kTwipsPerPixel};
+  };
+  double widest = twips(capitals) / static_cast<double>(capitals.size());
+  for (int i = 0; i < grid_.Cols(); ++i) {
+    const QString heading = ToQt(grid_.column(i).heading);
+    if (!heading.isEmpty())
+      widest = std::max(widest, (twips(heading) + kArrowRoom) / static_cast<double>(heading.size() + 1));
+  }
+  grid_.FontWidth = widest / kTensOfTwips;
+}
+
 void GridTable::ShowColumns() {
   if (applying_) return;
+  if (std::exchange(known_columns_, grid_.Cols()) != grid_.Cols()) TellFontWidth();
   applying_ = true;
   const int columns = std::min(grid_.Cols(), model_->columnCount());
   for (int i = 0; i < columns; ++i) {
@@ -138,6 +170,53 @@ void GridTable::ShowHeights() {
     const int twips = grid_.RowHeight(row + 1);
     rows->setSectionHidden(row, twips == 0);
     if (twips != 0) rows->resizeSection(row, twips > 0 ? twips / kTwipsPerPixel : rows->defaultSectionSize());
+  }
+}
+
+// A press that began before is let go all the same.
+bool GridTable::eventFilter(QObject* receiver, QEvent* event) {
+  if (!grid_.enabled) {
+    switch (event->type()) {
+      case QEvent::MouseButtonPress:
+      case QEvent::MouseButtonDblClick:
+      case QEvent::Wheel:
+      case QEvent::KeyPress:
+      case QEvent::ContextMenu:
+        return true;
+      default:
+        break;
+    }
+  }
+  return TableView::eventFilter(receiver, event);
+}
+
+void GridTable::CopyRows() const {
+  QString text;
+  for (const QItemSelectionRange& range : selectionModel()->selection()) {
+    for (int row = range.top(); row <= range.bottom(); ++row) {
+      QStringList fields;
+      for (int col = 0; col < model_->columnCount(); ++col)
+        if (!isColumnHidden(col)) fields << model_->index(row, col).data(kWholeTextRole).toString();
+      text += fields.join(QLatin1Char('\t')) + QLatin1Char('\n');
+    }
+  }
+  if (!text.isEmpty()) QGuiApplication::clipboard()->setText(text);
+}
+
+void GridTable::ShowWholeText() {
+  const QModelIndex cell = currentIndex().siblingAtColumn(model_->columnCount() - 1);
+  const QPoint place = viewport()->mapToGlobal(visualRect(cell).bottomLeft());
+  QToolTip::showText(place, cell.data(Qt::ToolTipRole).toString(), viewport());
+}
+
+void GridTable::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (event->matches(QKeySequence::Copy)) {
+    CopyRows();
+  } else if (enter && event->modifiers().testFlag(Qt::ControlModifier) && currentIndex().isValid()) {
+    ShowWholeText();
+  } else {
+    TableView::keyPressEvent(event);
   }
 }
 

@@ -1,6 +1,8 @@
 // Binds a logical grid: rows through a model, column widths and headings both ways, sort arrows, the scrolled
 // place, the marked row and the rows selected with it. Whole rows are selected: one alone stands for its
-// cell.
+// cell. Ctrl+C copies the selected rows as lines of fields with tabs between them; Ctrl+Enter shows the whole
+// text of a row, as the mouse does by resting on it. While the grid is out of use it takes no key and no
+// mouse act, and looks as ever: a load of a few lines is no reason to flicker or to lose the keyboard.
 #pragma once
 
 #include <QHeaderView>
@@ -30,7 +32,14 @@ class GridTable : public TableView {
   GridTable(widgets::Grid& grid, const QString& picture_list, const QString& accessible_name,
             const QString& empty_text, const Toolkit& kit);
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  bool eventFilter(QObject* receiver, QEvent* event) override;
+
  private:
+  void TellFontWidth();
+  void CopyRows() const;
+  void ShowWholeText();
   void ShowColumns();
   void ShowRow();
   void ShowHeights();
@@ -42,6 +51,7 @@ class GridTable : public TableView {
   GridModel* model_;
   bool applying_ = false;
   bool has_heights_ = false;
+  int known_columns_ = 0;
 };
 
 }  // namespace zendrix::qt

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCursor>
+#include <QKeySequence>
 #include <QMenu>
 #include <QTimer>
 
@@ -26,6 +27,7 @@ QAction* MakeAction(widgets::MenuItem& item, QObject* owner, const Toolkit& kit)
   Reflect(action, item.visible, [action](bool shown) { action->setVisible(shown); });
   Reflect(action, item.enabled, [action](bool usable) { action->setEnabled(usable); });
   action->setCheckable(item.checkable);
+  action->setShortcut(QKeySequence(ToQt(item.shortcut)));
   Reflect(action, item.checked, [action](bool marked) { action->setChecked(marked); });
   // Deferred to the event loop: a command may open a modal window, and the menu must be closed by then.
   QObject::connect(action, &QAction::triggered, action, [&item, action, guard = &kit.guard] {

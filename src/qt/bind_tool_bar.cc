@@ -19,6 +19,7 @@ QToolBar* MakeBarOfTools(const QString& name, const std::vector<widgets::MenuIte
   for (widgets::MenuItem* item : items) {
     QAction* const action = MakeAction(*item, bar, kit);
     action->setIcon(kit.pictures.Icon(QStringLiteral("toolbar/") + action->objectName()));
+    if (item->begins_group && !bar->actions().isEmpty()) bar->addSeparator();
     bar->addAction(action);
     bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
   }

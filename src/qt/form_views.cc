@@ -1,8 +1,8 @@
 #include "qt/form_views.h"
 
 #include "qt/admin/frm_log.h"
+#include "qt/admin/frm_main.h"
 #include "qt/admin/frm_options.h"
-#include "qt/admin_window.h"
 #include "qt/home/frm_more_info.h"
 #include "qt/home/frm_new_update.h"
 #include "qt/home/frm_notify_msg.h"

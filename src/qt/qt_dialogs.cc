@@ -46,14 +46,19 @@ class OverActiveWindow {
   QPointer<Dialog> dialog_;
 };
 
-// "label|pattern;pattern|label|pattern" as the toolkit writes it: "label (pattern pattern);;label (pattern)".
-QString FilterOf(const std::string& filter) {
+// "label|pattern;pattern|label|pattern" as the toolkit writes it: "label (pattern pattern)", "label
+// (pattern)".
+// "*.*" stands for all files, whether or not there is a dot in their names.
+QStringList FiltersOf(const std::string& filter) {
   const QStringList parts = ToQt(filter).split(QLatin1Char('|'));
   QStringList filters;
   for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
     filters << parts[i] + QStringLiteral(" (") +
-                   QString(parts[i + 1]).replace(QLatin1Char(';'), QLatin1Char(' ')) + QLatin1Char(')');
-  return filters.join(QStringLiteral(";;"));
+                   QString(parts[i + 1])
+                       .replace(QLatin1Char(';'), QLatin1Char(' '))
+                       .replace(QStringLiteral("*.*"), QStringLiteral("*")) +
+                   QLatin1Char(')');
+  return filters;
 }
 
 }  // namespace
@@ -83,7 +88,11 @@ std::string QtFileDialogs::Choose(const platform::FileRequest& request) {
   dialog->setWindowTitle(ToQt(request.title));
   dialog->setAcceptMode(request.saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog->setFileMode(request.saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-  dialog->setNameFilter(FilterOf(request.filter));
+  // The patterns stand in the labels already.
+  dialog->setOption(QFileDialog::HideNameFilterDetails);
+  const QStringList filters = FiltersOf(request.filter);
+  dialog->setNameFilters(filters);
+  dialog->selectNameFilter(filters.value(request.filter_index - 1));
   dialog->setSupportedSchemes({QStringLiteral("file")});
   dialog->setDirectory(PathToQt(request.folder));
   dialog->selectFile(ToQt(request.name));

@@ -11,6 +11,9 @@ namespace zendrix::widgets {
 
 class Splitter : public Control {
  public:
+  // How far below its top the pointer holds it.
+  static constexpr int kGrip = 40;
+
   Splitter(std::string name, int at, int thickness) : Control(std::move(name)), Top(at), Height(thickness) {}
 
   Observed<int> Top;

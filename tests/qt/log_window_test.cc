@@ -11,7 +11,7 @@
 #include <QWheelEvent>
 
 #include "admin/frm_log.h"
-#include "qt/admin_window.h"
+#include "qt/admin/frm_main.h"
 #include "qt/bind_page_grid.h"
 #include "qt/page_grid_model.h"
 #include "qt/qt_form_host.h"

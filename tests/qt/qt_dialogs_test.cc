@@ -121,9 +121,13 @@ TEST_F(QtDialogsTest, FileDialogBeginsInItsFolderWithItsNameAndFilters) {
   WhileOpen<QFileDialog>([&](QFileDialog& dialog) { dialog.reject(); });
   EXPECT_EQ(files_.Choose(request), "");
   request.saving = false;
+  request.filter = "All Files (*.*)|*.*|kvl Files (*.kvl)|*.kvl";
+  request.filter_index = 2;
   WhileOpen<QFileDialog>([&](QFileDialog& dialog) {
     EXPECT_EQ(dialog.acceptMode(), QFileDialog::AcceptOpen);
     EXPECT_EQ(dialog.fileMode(), QFileDialog::ExistingFile);
+    EXPECT_EQ(dialog.selectedNameFilter().trimmed(), QStringLiteral("kvl Files (*.kvl)"));
+    EXPECT_EQ(dialog.nameFilters()[0], QStringLiteral("All Files (*.*) (*)")) << "also those without a dot";
     dialog.reject();
   });
   EXPECT_EQ(files_.Choose(request), "");

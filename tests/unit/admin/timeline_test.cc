@@ -94,7 +94,7 @@ TEST_F(TimelineTest, MonitorsThatAreNotInTheSettingsAreSwitchedOn) {
   form_->GridMonitorList.SetItemData("new one", "New One");
   timeline().FillMiniChart();
   EXPECT_THAT(world_.state.settings.MonitorStates, Contains(Pair("New One", "1")));
-  EXPECT_EQ(timeline().slots().SlotCounts.size(), 6u);
+  EXPECT_EQ(timeline().time_slots().SlotCounts.size(), 6u);
 }
 
 TEST_F(TimelineTest, MonitorThatIsSwitchedOffStaysSo) {
@@ -109,7 +109,7 @@ TEST_F(TimelineTest, CountReadsTheSettingsAgain) {
   OpenOn(span_);
   reg_ini_.SaveSettingHashed("Tline", "Nslots", "2");
   timeline().FillMiniChart();
-  EXPECT_EQ(timeline().slots().SlotLabels.size(), 2u);
+  EXPECT_EQ(timeline().time_slots().SlotLabels.size(), 2u);
 }
 
 // One line in the log for each poll would fill it.

@@ -1,10 +1,13 @@
-// The window of frmMain.
+// The window of frmMain: menu, toolbar, the panes where the form has laid them out, status bar, and the icon
+// in the notification area. What the window's units show is put into the area of panes.
 #pragma once
 
 #include "admin/frm_main.h"
 #include "qt/bind_form.h"
 
 namespace zendrix::qt {
+
+class PaneArea;
 
 class AdminWindow : public FormWindow {
  public:
@@ -13,8 +16,9 @@ class AdminWindow : public FormWindow {
  private:
   void MakeMenuBar();
   void MakeToolBar();
-  void MakeGrid();
+  void MakePanes();
   void MakeStatusBar();
+  void KeepSplitterInSight();
 
   admin::frmMain& ui_;
 };
