@@ -7,7 +7,7 @@
 #include "inspect/admin_console.h"
 #include "inspect/commands.h"
 #include "inspect/document.h"
-#include "inspect/grid_words.h"
+#include "inspect/grid_commands.h"
 
 namespace zendrix::inspect {
 namespace {
@@ -24,12 +24,6 @@ Json ItemsOf(const store::CUList& list) {
   Json items = Json::array();
   for (const auto& entry : list.ColList()) items.push_back(Text(entry.item));
   return items;
-}
-
-Json OrderOf(const admin::EventGrid& grid) {
-  Json order = Json::array();
-  for (int row = 1; row <= grid.DataRows(); ++row) order.push_back(Text(grid.Text(row, admin::kColEventID)));
-  return order;
 }
 
 void Rows(Console& console, const GridWords& words) {
@@ -121,11 +115,24 @@ struct Subcommand {
 
 const std::vector<Subcommand>& Subcommands() {
   static const std::vector<Subcommand> all = {
-      {"sort", Sort, {}}, {"save", Save, {}}, {"follow", FollowGrid, {}}};
+      {"sort", Sort, {}},
+      {"save", Save, {}},
+      {"follow", FollowGrid, {}},
+      {"filter", GridFilterRows, {{"--host", "--monitor", "--change", "--desc", "--from", "--to"}, {}}},
+      {"find", GridFindText, {{"--times"}, {"--match-case"}}},
+      {"replay", GridReplay, {}},
+      {"state", GridState, {}},
+      {"slots", GridSlots, {{"--nslots", "--tslots", "--tchart"}, {}}}};
   return all;
 }
 
 }  // namespace
+
+Json OrderOf(const widgets::Grid& grid) {
+  Json order = Json::array();
+  for (int row = 1; row <= grid.DataRows(); ++row) order.push_back(Text(grid.Text(row, admin::kColEventID)));
+  return order;
+}
 
 void Grid(Console& console, const Words& words) {
   const auto& all = Subcommands();

@@ -36,7 +36,7 @@ class CommandLine {
     app_.footer(
         "Commands: events, follow, log, desc, hash, risk, settings, ini, smtp, valid, token,\n"
         "          alerts, status, alert, decide, act, wizard, checked, link, portal,\n"
-        "          quarantine, grid (sort, save, follow).\n"
+        "          quarantine, grid (sort, save, follow, filter, find, replay, state, slots).\n"
         "Arguments that begin with \"-\" stand behind \"--\".");
     app_.allow_extras();
   }
