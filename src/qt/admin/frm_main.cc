@@ -41,7 +41,7 @@ admin::TextMetrics GridMetrics() {
 
 AdminWindow::AdminWindow(admin::frmMain& form, const Toolkit& toolkit)
     : FormWindow(form, toolkit), ui_(form) {
-  resize(1040, 680);
+  resize(QSize(1240, 800).boundedTo(screen()->availableSize() * 9 / 10));
   MakeMenuBar();
   MakeToolBar();
   MakePanes();
