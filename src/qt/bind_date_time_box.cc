@@ -1,0 +1,92 @@
+#include "qt/bind_date_time_box.h"
+
+#include <QCheckBox>
+#include <QDateTimeEdit>
+
+#include "qt/text_edge.h"
+
+namespace zendrix::qt {
+namespace {
+
+// Moments are what the clock on the wall shows, whatever the zone: to the toolkit they are of a zone without
+// a summer time.
+QDateTime OfMoment(widgets::DateTimeBox::Moment moment) {
+  return QDateTime::fromSecsSinceEpoch(moment, Qt::UTC);
+}
+
+class MomentEdit : public QDateTimeEdit {
+ public:
+  MomentEdit(widgets::DateTimeBox& box, const QString& accessible_name, const Toolkit& kit)
+      : box_(box), kit_(kit) {
+    setTimeSpec(Qt::UTC);
+    setAccessibleName(accessible_name);
+    setCalendarPopup(true);
+    // What stands there without a moment.
+    setSpecialValueText(QStringLiteral(" "));
+    Reflect(this, box.picture,
+            [this](const std::string& picture) { setDisplayFormat(DateTimePicture(picture)); });
+    Reflect(this, box.moment, [this](const auto& moment) { Show(moment); });
+    connect(this, &QDateTimeEdit::dateTimeChanged, this, [this](const QDateTime& picked) {
+      if (!applying_) kit_.guard(box_.name(), [&] { box_.Pick(picked.toSecsSinceEpoch()); });
+    });
+  }
+
+ private:
+  void Show(const std::optional<widgets::DateTimeBox::Moment>& moment) {
+    applying_ = true;
+    setDateTime(moment ? OfMoment(*moment) : minimumDateTime());
+    setEnabled(moment.has_value());
+    applying_ = false;
+  }
+
+  widgets::DateTimeBox& box_;
+  Toolkit kit_;
+  bool applying_ = false;
+};
+
+}  // namespace
+
+DateTimeField MakeDateTimeBox(widgets::DateTimeBox& box, const QString& label, QChar access_key,
+                              const Toolkit& kit) {
+  auto* given = new QCheckBox(WithAccessKey(label, access_key));
+  BindControl(box, given, label);
+  Reflect(given, box.moment, [given](const auto& moment) { given->setChecked(moment.has_value()); });
+  QObject::connect(given, &QCheckBox::toggled, given, [&box, guard = &kit.guard](bool checked) {
+    (*guard)(box.name(), [&] { checked ? box.Begin() : box.Empty(); });
+  });
+  return {given, new MomentEdit(box, label + QStringLiteral(" date and time"), kit)};
+}
+
+QString DateTimePicture(std::string_view picture) {
+  const bool halves = picture.find('t') != std::string_view::npos;
+  QString made;
+  bool quoted = false;
+  for (std::size_t i = 0; i < picture.size();) {
+    const char letter = picture[i];
+    const std::size_t end = std::min(picture.find_first_not_of(letter, i), picture.size());
+    auto count = static_cast<int>(end - i);
+    i = end;
+    if (letter == '\'' && count % 2 == 1) quoted = !quoted;
+    if (quoted || letter == '\'') {
+      made += QString(count, QLatin1Char(letter));
+      continue;
+    }
+    switch (letter) {
+      case 'y':
+        made += count <= 2 ? QStringLiteral("yy") : QStringLiteral("yyyy");
+        break;
+      case 't':
+        made += QStringLiteral("AP");
+        break;
+      case 'h':
+      case 'H':
+        made += QString(std::min(count, 2), letter == 'h' && halves ? QLatin1Char('h') : QLatin1Char('H'));
+        break;
+      default:
+        made += ToQt(std::string(static_cast<std::size_t>(count), letter));
+    }
+  }
+  return made;
+}
+
+}  // namespace zendrix::qt
