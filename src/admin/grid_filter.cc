@@ -106,6 +106,7 @@ void GridFilter::ChangeGrids() {
   set_usable_(false);
   all.visible = false;
   FEvnList.visible = true;
+  FEvnList.focus.Raise();
 }
 
 void GridFilter::RestoreGrids() {
@@ -119,6 +120,7 @@ void GridFilter::RestoreGrids() {
   }
   set_usable_(true);
   all.visible = true;
+  all.focus.Raise();
   FEvnList.visible = false;
   FEvnList.Clear();
 }

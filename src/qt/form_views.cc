@@ -1,5 +1,7 @@
 #include "qt/form_views.h"
 
+#include "qt/admin/frm_filters.h"
+#include "qt/admin/frm_find.h"
 #include "qt/admin/frm_log.h"
 #include "qt/admin/frm_main.h"
 #include "qt/admin/frm_options.h"
@@ -37,6 +39,8 @@ constexpr auto kViews = {
     Make<admin::frmMain, AdminWindow>,          //
     Make<admin::frmLog, LogWindow>,             //
     Make<admin::frmOptions, OptionsDialog>,
+    Make<admin::frmFilters, FiltersWindow>,  //
+    Make<admin::frmFind, FindDialog>,
 };
 
 }  // namespace

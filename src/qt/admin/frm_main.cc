@@ -67,6 +67,9 @@ void AdminWindow::MakePanes() {
   auto* const grid = new GridTable(ui_.EventList, QStringLiteral("grid"), QStringLiteral("Events"),
                                    QStringLiteral("No events. The monitoring file has no line yet."), kit());
   area->Put(&admin::PanePlaces::grids, grid);
+  area->Put(&admin::PanePlaces::grids,
+            new GridTable(ui_.filter.FEvnList, QStringLiteral("grid"), QStringLiteral("Filtered events"),
+                          QStringLiteral("No event passes the filter."), kit()));
   area->Put(&admin::PanePlaces::lblHDrag,
             new SplitterBar(ui_.lblHDrag, QStringLiteral("Height of the events"), kit()));
   grid->setFocus();

@@ -255,6 +255,16 @@ TEST_F(GridFilterTest, FilterModeTakesWidthsHeadingsAndArrowAlongAndGivesWidthsB
   EXPECT_EQ(form_->EventList.column(kColWhole).width, 0);
 }
 
+TEST_F(GridFilterTest, KeyboardGoesToTheGridThatComesOnShow) {
+  OpenDialog(Lines());
+  std::string asked;
+  for (EventGrid* grid : {&form_->EventList, &form_->filter.FEvnList})
+    grid->focus.ConnectForever([&asked, grid] { asked += grid->name() + " "; });
+  FilterBy("even");
+  Dialog().ResetCommand.clicked.Raise();
+  EXPECT_EQ(asked, "FEvnList EventList ");
+}
+
 TEST_F(GridFilterTest, ScrolledColumnIsTakenAlong) {
   OpenDialog(Lines());
   form_->SavedLeftCol = 3;

@@ -5,9 +5,9 @@
 
 #include <random>
 
-#include "core/letter_case.h"
 #include "platform/memory/memory_family.h"
 #include "support/grid_rows.h"
+#include "support/naive_search.h"
 
 namespace zendrix::admin {
 namespace {
@@ -24,22 +24,6 @@ class RowSearchTest : public ::testing::Test {
   void Add(const testing::GridRow& row) { testing::InsertTop(rows_, grid_, row); }
   std::optional<CellPlace> Find(const std::string& wanted, CellPlace from = {}, bool match_case = false) {
     return RowSearch(grid_, TextSearch(wanted, match_case)).Find(from);
-  }
-  // The rule itself, cell by cell.
-  std::optional<CellPlace> Plain(const std::string& wanted, CellPlace from, bool match_case) const {
-    const auto cased = [&](const std::string& text) { return match_case ? text : core::UpperCase(text); };
-    for (; from.row < grid_.Rows(); ++from.row, from.col = 1, from.position = 1) {
-      if (grid_.RowHeight(from.row) == 0) continue;
-      for (; from.col < grid_.Cols(); ++from.col) {
-        if (from.col == kColDescription || (from.col != kColWhole && grid_.column(from.col).width == 0))
-          continue;
-        const std::size_t found =
-            cased(grid_.Text(from.row, from.col)).find(cased(wanted), from.position - 1);
-        if (found != std::string::npos) return CellPlace{from.row, from.col, found + 1};
-        from.position = 1;
-      }
-    }
-    return std::nullopt;
   }
 
   platform::MemoryFamily family_;
@@ -152,7 +136,7 @@ TEST_F(RowSearchTest, FindsWhatASearchOfEveryCellFinds) {
     CellPlace from;
     for (int times = 0; times < 60; ++times) {
       const auto hit = Find(wanted, from, match_case);
-      ASSERT_EQ(hit, Plain(wanted, from, match_case)) << wanted;
+      ASSERT_EQ(hit, testing::NaiveFind(grid_, wanted, match_case, from)) << wanted;
       if (!hit) break;
       ++hits;
       from = {hit->row, hit->col, hit->position + wanted.size()};
