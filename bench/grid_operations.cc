@@ -109,4 +109,32 @@ Operation SortAdmin(const std::string& file, const std::vector<std::string>& arg
           }};
 }
 
+Operation FilterAdmin(const std::string& file, const std::vector<std::string>& arguments) {
+  if (arguments.empty()) throw std::runtime_error("no pattern was given");
+  const auto console = std::make_shared<Administrator>(file, Administrator::As::kItself);
+  return {[console, pattern = arguments[0]] {
+            console->Load();
+            console->form->filter.MnTQuery_Click();
+            console->form->filter.OpenDialog()->Desc.Edit(pattern);
+          },
+          [console] {
+            console->form->filter.OpenDialog()->Apply_Click();
+            return console->Rows();
+          }};
+}
+
+Operation FindAdmin(const std::string& file, const std::vector<std::string>& arguments) {
+  if (arguments.empty()) throw std::runtime_error("no text was given");
+  const auto console = std::make_shared<Administrator>(file, Administrator::As::kItself);
+  return {[console, text = arguments[0]] {
+            console->Load();
+            console->form->find.MnEFind_Click();
+            console->form->find.Dialog()->txtFind.Edit(text);
+          },
+          [console] {
+            console->form->find.MnEFindN_Click();
+            return console->Rows();
+          }};
+}
+
 }  // namespace zendrix::bench

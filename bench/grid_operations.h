@@ -13,5 +13,9 @@ Operation LoadAdmin(const std::string& file, const std::vector<std::string>& arg
 Operation TickAdmin(const std::string& file, const std::vector<std::string>& arguments);
 // The argument: the column whose header is clicked (8).
 Operation SortAdmin(const std::string& file, const std::vector<std::string>& arguments);
+// The argument: the pattern that descriptions are filtered by.
+Operation FilterAdmin(const std::string& file, const std::vector<std::string>& arguments);
+// The argument: the text that is looked for from the first row on.
+Operation FindAdmin(const std::string& file, const std::vector<std::string>& arguments);
 
 }  // namespace zendrix::bench

@@ -16,6 +16,8 @@ const std::vector<NamedOperation>& Operations() {
        LoadAdmin},
       {"tick-admin", "one poll of that grid that finds 100 newer lines (arguments: lines, sorted column)",
        TickAdmin},
+      {"filter", "filtering that grid by description (argument: the pattern)", FilterAdmin},
+      {"find", "one search in that grid from its first row (argument: the text)", FindAdmin},
       {"sort", "one click on a header of that grid (argument: the column, else 8)", SortAdmin},
   };
   return all;
