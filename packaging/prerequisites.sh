@@ -1,7 +1,7 @@
 # Sourced by run.sh and test.sh: installs what a bare Debian 12 lacks. Says nothing and costs a fraction of a
 # second when everything is there.
 
-build_packages="g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-svg-dev qt6-webengine-dev libgl-dev libsdbus-c++-dev
+build_packages="g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-charts-dev qt6-svg-dev qt6-webengine-dev libgl-dev libsdbus-c++-dev
   libssl-dev libcli11-dev nlohmann-json3-dev librsvg2-bin"
 screen_packages="xvfb xauth imagemagick fonts-dejavu-core libqt6svg6 x11-utils dbus"
 desktop_packages="at-spi2-core libatspi2.0-dev libx11-dev libxtst-dev openbox trayer"

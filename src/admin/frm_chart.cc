@@ -4,8 +4,8 @@
 
 namespace zendrix::admin {
 
-frmChart::frmChart(core::AppState& app, const TimeSlots& slots)
-    : Form(app.forms, "frmChart"), app_(app), slots_(slots) {
+frmChart::frmChart(core::AppState& app, const TimeSlots& time_slots)
+    : Form(app.forms, "frmChart"), app_(app), slots_(time_slots) {
   title = "Timeline View";
   LargeChart.legend = true;
 }

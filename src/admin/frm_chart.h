@@ -12,7 +12,7 @@ namespace zendrix::admin {
 class frmChart : public widgets::Form {
  public:
   // Both outlive the form.
-  frmChart(core::AppState& app, const TimeSlots& slots);
+  frmChart(core::AppState& app, const TimeSlots& time_slots);
   ~frmChart() override { Unload(); }
 
   // Draws the chart; the number of its series. Without monitors in the settings it stays as it is.

@@ -59,7 +59,7 @@ void frmMain::ConnectControls() {
   tray.mouse.ConnectForever([this](int message) { Tray_Mouse(message); });
   MnFExit.begins_group = true;
   TbarCopy.begins_group = true;
-  TbarVLogs.begins_group = true;
+  timeline.TbarChart.begins_group = true;
   MnFExit.shortcut = "Ctrl+Q";
   MnVLogs.shortcut = "Ctrl+L";
   MnVRefresh.shortcut = "F5";

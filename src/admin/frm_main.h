@@ -95,7 +95,7 @@ class frmMain : public widgets::Form, public GridFrame {
   Timeline timeline{*this};
   widgets::MenuItem MnVLogs{"MnVLogs", "Logs..."};
   widgets::MenuItem MnVRefresh{"MnVRefresh", "Refresh"};
-  widgets::Menu MnView{"MnView", "&View", {&MnVLogs, &MnVRefresh}};
+  widgets::Menu MnView{"MnView", "&View", {&timeline.MnVChart, &MnVLogs, &MnVRefresh}};
   widgets::MenuItem MnTOptions{"MnTOptions", "&Options..."};
   widgets::Menu MnTools{"MnTools", "&Tools", {&filter.MnTQuery, &MnTOptions}};
   widgets::MenuItem MnHAbout{"MnHAbout", ""};
@@ -109,10 +109,10 @@ class frmMain : public widgets::Form, public GridFrame {
   widgets::MenuItem TbarRefresh{"Refresh", "Refresh"};
   widgets::MenuItem TbarOptions{"Options", "Options"};
   const std::vector<widgets::MenuItem*> Tbar{
-      &files.TbarOpen,  &files.TbarSave,    &TbarCopy,        &TbarPaste,         &find.TbarFind,
-      &TbarVLogs,       &TbarRefresh,       &TbarOptions,     &filter.TbarFilter, &files.TbarDisable,
-      &replay.TbarPlay, &replay.TbarStp,    &replay.TbarPrev, &replay.TbarBack,   &replay.TbarStep,
-      &replay.TbarNxt,  &replay.TbarNotable};
+      &files.TbarOpen,     &files.TbarSave,  &TbarCopy,          &TbarPaste,       &find.TbarFind,
+      &timeline.TbarChart, &TbarVLogs,       &TbarRefresh,       &TbarOptions,     &filter.TbarFilter,
+      &files.TbarDisable,  &replay.TbarPlay, &replay.TbarStp,    &replay.TbarPrev, &replay.TbarBack,
+      &replay.TbarStep,    &replay.TbarNxt,  &replay.TbarNotable};
   widgets::MenuItem mPopRestore{"mPopRestore", "&Restore"};
   widgets::MenuItem mPopMinimize{"mPopMinimize", "&Minimize"};
   widgets::MenuItem mPopMaximize{"mPopMaximize", "&Maximize"};

@@ -12,6 +12,7 @@ namespace zendrix::admin {
 Timeline::Timeline(GridFrame& frame) : frame_(frame) {
   Chrt.tip = "Click to Enlarge";
   Chrt.clickable = true;
+  MnVChart.shortcut = "Ctrl+T";
   for (widgets::Signal<>* clicked : {&MnVChart.clicked, &TbarChart.clicked, &Chrt.clicked})
     clicked->ConnectForever([this] { MnVChart_Click(); });
 }

@@ -26,34 +26,34 @@ std::vector<std::optional<std::int32_t>> ColumnOf(const SlotTable& table, std::s
   return column;
 }
 
-std::vector<widgets::ChartSeries> SeriesOf(const core::Settings& settings, const TimeSlots& slots) {
+std::vector<widgets::ChartSeries> SeriesOf(const core::Settings& settings, const TimeSlots& time_slots) {
   std::vector<widgets::ChartSeries> series;
   for (const std::string& monitor : DisplayedMonitors(settings)) {
     const std::size_t index = series.size(), count = settings.NSlots;
     series.push_back({monitor, std::vector<std::optional<std::int32_t>>(count)});
     if (settings.TChart == kTotals)
-      series.back().values = ColumnOf(slots.SlotTotals, index, count);
+      series.back().values = ColumnOf(time_slots.SlotTotals, index, count);
     else if (settings.TChart == kCounts)
-      series.back().values = ColumnOf(slots.SlotCounts, index, count);
+      series.back().values = ColumnOf(time_slots.SlotCounts, index, count);
   }
   return series;
 }
 
 }  // namespace
 
-widgets::ChartTable SmallChartTable(const core::Settings& settings, const TimeSlots& slots) {
+widgets::ChartTable SmallChartTable(const core::Settings& settings, const TimeSlots& time_slots) {
   widgets::ChartTable table;
   for (int number = settings.NSlots; number > 0; --number)
     table.labels.push_back('"' + std::to_string(number) + '"');
-  table.series = SeriesOf(settings, slots);
+  table.series = SeriesOf(settings, time_slots);
   return table;
 }
 
-widgets::ChartTable LargeChartTable(const core::Settings& settings, const TimeSlots& slots) {
+widgets::ChartTable LargeChartTable(const core::Settings& settings, const TimeSlots& time_slots) {
   widgets::ChartTable table;
   for (std::size_t slot = settings.NSlots; slot-- > 0;)
-    table.labels.push_back(slot < slots.SlotLabels.size() ? slots.SlotLabels[slot] : std::string());
-  table.series = SeriesOf(settings, slots);
+    table.labels.push_back(slot < time_slots.SlotLabels.size() ? time_slots.SlotLabels[slot] : std::string());
+  table.series = SeriesOf(settings, time_slots);
   return table;
 }
 

@@ -12,9 +12,9 @@
 namespace zendrix::admin {
 
 // Rows are labelled by their numbers between quote marks, counted from the newest: "1".
-widgets::ChartTable SmallChartTable(const core::Settings& settings, const TimeSlots& slots);
+widgets::ChartTable SmallChartTable(const core::Settings& settings, const TimeSlots& time_slots);
 // Rows are labelled by their moments.
-widgets::ChartTable LargeChartTable(const core::Settings& settings, const TimeSlots& slots);
+widgets::ChartTable LargeChartTable(const core::Settings& settings, const TimeSlots& time_slots);
 
 // "Events x Minutes".
 std::string ChartCaption(const core::Settings& settings);

@@ -1,5 +1,6 @@
 #include "qt/form_views.h"
 
+#include "qt/admin/frm_chart.h"
 #include "qt/admin/frm_filters.h"
 #include "qt/admin/frm_find.h"
 #include "qt/admin/frm_log.h"
@@ -38,6 +39,7 @@ constexpr auto kViews = {
     Make<home::frmSurvey, SurveyWindow>,        //
     Make<admin::frmMain, AdminWindow>,          //
     Make<admin::frmLog, LogWindow>,             //
+    Make<admin::frmChart, ChartWindow>,         //
     Make<admin::frmOptions, OptionsDialog>,
     Make<admin::frmFilters, FiltersWindow>,  //
     Make<admin::frmFind, FindDialog>,

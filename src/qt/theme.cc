@@ -103,6 +103,8 @@ QListView[role="checks"] { background: @base; color: @text; border: 1px solid @b
 QListView[role="checks"]:focus { border: 1px solid @link; }
 QListView[role="checks"]::item { padding: 3px 4px; }
 QListView[role="checks"]::item:selected { background: @selection; color: @onselection; }
+QGraphicsView { background: @base; border: 1px solid @border; border-radius: 6px; }
+QGraphicsView:focus { border: 1px solid @link; }
 QHeaderView { background: @base; border: 0; border-top-left-radius: 6px; border-top-right-radius: 6px; }
 QHeaderView::section { background: @base; color: @faint; border: 0; border-bottom: 1px solid @border;
   border-right: 1px solid @border; padding: 7px 6px; }

@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "qt/admin/pane_area.h"
+#include "qt/bind_chart.h"
 #include "qt/bind_grid.h"
 #include "qt/bind_label.h"
 #include "qt/bind_menu.h"
@@ -72,6 +73,11 @@ void AdminWindow::MakePanes() {
                           QStringLiteral("No event passes the filter."), kit()));
   area->Put(&admin::PanePlaces::lblHDrag,
             new SplitterBar(ui_.lblHDrag, QStringLiteral("Height of the events"), kit()));
+  area->Put(&admin::PanePlaces::Chrt,
+            new ChartView(ui_.timeline.Chrt, QStringLiteral("Small timeline"), kit()));
+  QLabel* const unit = MakeLabel(ui_.timeline.chrtLabel, kit());
+  unit->setAlignment(Qt::AlignCenter);
+  area->Put(&admin::PanePlaces::chrtLabel, unit);
   grid->setFocus();
 }
 

@@ -1,0 +1,186 @@
+#include "qt/bind_chart.h"
+
+#include <QGraphicsLayout>
+#include <QHelpEvent>
+#include <QKeyEvent>
+#include <QLegend>
+#include <QLegendMarker>
+#include <QLineSeries>
+#include <QToolTip>
+#include <QValueAxis>
+#include <algorithm>
+
+#include "qt/bind_click.h"
+#include "qt/chart_looks.h"
+#include "qt/text_edge.h"
+
+namespace zendrix::qt {
+
+namespace {
+
+constexpr int kPadding = 6;
+
+double ValueOf(const std::optional<std::int32_t>& value) {
+  return value.value_or(0);
+}
+
+}  // namespace
+
+ChartView::ChartView(widgets::Chart& chart, const QString& accessible_name, const Toolkit& kit)
+    : chart_(chart), kit_(kit), across_(new QValueAxis), up_(new QValueAxis) {
+  setRenderHint(QPainter::Antialiasing);
+  setFocusPolicy(Qt::StrongFocus);
+  QChart* const drawing = this->chart();
+  drawing->layout()->setContentsMargins(0, 0, 0, 0);
+  drawing->setBackgroundRoundness(0);
+  drawing->addAxis(across_, Qt::AlignBottom);
+  drawing->addAxis(up_, Qt::AlignLeft);
+  across_->setLabelsVisible(false);
+  across_->setGridLineVisible(false);
+  across_->setTickCount(2);
+  up_->setLabelFormat(QStringLiteral("%d"));
+  QLegend* const legend = drawing->legend();
+  legend->setVisible(chart.legend);
+  legend->setAlignment(Qt::AlignRight);
+  legend->setMarkerShape(QLegend::MarkerShapeFromSeries);
+  BindControl(chart, this, accessible_name);
+  if (chart.clickable) BindClick(chart.name(), chart.clicked, viewport(), kit);
+  Dress();
+  connect(&kit.theme, &Theme::Changed, this, [this] {
+    Dress();
+    DrawNow();
+  });
+  Keep(this, chart.table.changed.Connect([this] {
+    drawn_ = false;
+    if (isVisible()) DrawNow();
+  }));
+  Reflect(this, chart.axis_title, [this](const std::string&) { MakeRoomBelow(); });
+}
+
+void ChartView::Dress() {
+  const Tokens& tokens = kit_.theme.tokens();
+  chart()->setBackgroundBrush(tokens.base);
+  chart()->legend()->setLabelColor(tokens.text);
+  chart()->legend()->setFont(font());
+  for (QValueAxis* axis : {across_, up_}) {
+    axis->setLinePenColor(tokens.faint);
+    axis->setGridLineColor(tokens.border);
+    axis->setLabelsColor(tokens.text);
+    axis->setLabelsFont(font());
+  }
+}
+
+void ChartView::MakeRoomBelow() {
+  const int lines = chart_.axis_title.Get().empty() ? 1 : 2;
+  const int below = lines * (fontMetrics().lineSpacing() + kPadding);
+  chart()->setMargins(QMargins(kPadding, 2 * kPadding, 2 * kPadding, below));
+  viewport()->update();
+}
+
+void ChartView::showEvent(QShowEvent* event) {
+  QChartView::showEvent(event);
+  if (!drawn_) DrawNow();
+}
+
+void ChartView::resizeEvent(QResizeEvent* event) {
+  QChartView::resizeEvent(event);
+  SetScales();
+}
+
+void ChartView::DrawNow() {
+  drawn_ = true;
+  chart()->removeAllSeries();
+  SetScales();
+  const int count = static_cast<int>(chart_.table.Get().series.size());
+  for (int i = 0; i < std::min(count, kMostSeries); ++i) DrawSeries(i);
+  setAccessibleDescription(ToQt(widgets::ChartInWords(chart_.table)));
+  viewport()->update();
+}
+
+void ChartView::SetScales() {
+  constexpr int kPixelsOfStep = 32, kMostSteps = 8;
+  double lowest = 0, highest = 0;
+  for (const auto& series : chart_.table.Get().series) {
+    for (const auto& value : series.values) {
+      lowest = std::min(lowest, ValueOf(value));
+      highest = std::max(highest, ValueOf(value));
+    }
+  }
+  const ValueScale scale = ScaleOf(lowest, highest, std::clamp(height() / kPixelsOfStep, 2, kMostSteps));
+  up_->setRange(scale.low, scale.high);
+  up_->setTickCount(scale.ticks());
+  const auto rows = static_cast<double>(chart_.table.Get().labels.size());
+  across_->setRange(rows > 1 ? 0 : -1, std::max(rows - 1, 1.0));
+}
+
+// Where a series stands at 0, with most of the others, it has no marker.
+void ChartView::DrawSeries(int index) {
+  constexpr double kLineWidth = 2, kMarkerSize = 9;
+  constexpr int kLongestName = 220;
+  const widgets::ChartSeries& series = chart_.table.Get().series[static_cast<std::size_t>(index)];
+  const SeriesLook look = LookOfSeries(index, kit_.theme.dark());
+  auto* line = new QLineSeries;
+  auto* markers = new QScatterSeries;
+  for (std::size_t row = 0; row < series.values.size(); ++row) {
+    const QPointF point(static_cast<double>(row), ValueOf(series.values[row]));
+    if (series.values[row]) line->append(point);
+    if (point.y() != 0) markers->append(point);
+  }
+  line->setPen(QPen(look.colour, kLineWidth, look.dash));
+  markers->setMarkerShape(look.marker);
+  markers->setMarkerSize(kMarkerSize);
+  markers->setColor(look.colour);
+  markers->setBorderColor(kit_.theme.tokens().base);
+  // The list of series reads names as markup.
+  const QString name = fontMetrics().elidedText(ToQt(series.name), Qt::ElideRight, kLongestName);
+  markers->setName(name.toHtmlEscaped());
+  for (QXYSeries* part : std::initializer_list<QXYSeries*>{line, markers}) {
+    chart()->addSeries(part);
+    part->attachAxis(across_);
+    part->attachAxis(up_);
+  }
+  for (QLegendMarker* marker : chart()->legend()->markers(line)) marker->setVisible(false);
+}
+
+void ChartView::drawForeground(QPainter* painter, const QRectF&) {
+  const widgets::ChartTable& table = chart_.table;
+  const QRectF plot = chart()->plotArea();
+  const QFontMetricsF metrics(font());
+  painter->setFont(font());
+  painter->setPen(kit_.theme.tokens().text);
+  std::vector<QString> labels;
+  std::vector<double> widths;
+  for (const std::string& label : table.labels) {
+    labels.push_back(ToQt(label).trimmed());
+    widths.push_back(metrics.horizontalAdvance(labels.back()));
+  }
+  const double top = plot.bottom() + kPadding;
+  for (const PlacedLabel& label : LabelsWithRoom(widths, plot.left(), plot.right(), viewport()->width())) {
+    const auto index = static_cast<std::size_t>(label.index);
+    painter->drawText(QPointF(label.left, top + metrics.ascent()), labels[index]);
+    painter->drawLine(QLineF(label.place, plot.bottom(), label.place, plot.bottom() + kPadding / 2));
+  }
+  const double room = plot.width();
+  const QString title = metrics.elidedText(ToQt(chart_.axis_title.Get()), Qt::ElideRight, room);
+  const QPointF below(plot.center().x() - metrics.horizontalAdvance(title) / 2,
+                      top + metrics.lineSpacing() + kPadding + metrics.ascent());
+  painter->drawText(below, title);
+  if (table.series.empty()) painter->drawText(plot, Qt::AlignCenter, QStringLiteral("No monitor to show"));
+}
+
+void ChartView::keyPressEvent(QKeyEvent* event) {
+  const int key = event->key();
+  const bool presses = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
+  if (!chart_.clickable || !presses || event->isAutoRepeat()) return event->ignore();
+  event->accept();
+  kit_.guard(chart_.name(), [this] { chart_.clicked.Raise(); });
+}
+
+// The scene would look for a tip of its own.
+bool ChartView::viewportEvent(QEvent* event) {
+  if (event->type() != QEvent::ToolTip) return QChartView::viewportEvent(event);
+  QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), toolTip(), this);
+  return true;
+}
+
+}  // namespace zendrix::qt
