@@ -99,6 +99,23 @@ Operation TickAdmin(const std::string& file, const std::vector<std::string>& arg
           }};
 }
 
+Operation FillTimeline(const std::string& file, const std::vector<std::string>& arguments) {
+  const auto console = std::make_shared<Administrator>(file, Administrator::As::kItself);
+  const std::vector<core::KeyValue> values = {{"Nslots", std::to_string(Number(arguments, 0, 30))},
+                                              {"TSlots", std::to_string(Number(arguments, 1, 1))},
+                                              {"TCHart", arguments.size() > 2 ? arguments[2] : "D"}};
+  return {[console, values] {
+            console->Load();
+            console->reg_ini.SaveSection("Tline", values);
+            console->reg_ini.ReadRegInfo();
+          },
+          [console] {
+            console->form->timeline.FillMiniChart();
+            console->form->timeline.DrawMiniChart();
+            return console->Rows();
+          }};
+}
+
 Operation SortAdmin(const std::string& file, const std::vector<std::string>& arguments) {
   const int column = Number(arguments, 0, admin::kColDescription);
   const auto console = std::make_shared<Administrator>(file, Administrator::As::kItself);

@@ -18,6 +18,7 @@ const std::vector<NamedOperation>& Operations() {
        TickAdmin},
       {"filter", "filtering that grid by description (argument: the pattern)", FilterAdmin},
       {"find", "one search in that grid from its first row (argument: the text)", FindAdmin},
+      {"timeline", "the counts of the timeline (arguments: slots, unit 1 to 5, D or T)", FillTimeline},
       {"sort", "one click on a header of that grid (argument: the column, else 8)", SortAdmin},
   };
   return all;
