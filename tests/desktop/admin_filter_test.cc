@@ -84,6 +84,7 @@ TEST_F(AdminFilterTest, TextIsFoundWithAndWithoutCaseAndAgainAfterTheDialogClose
   console_.Press("push button", "Find Next");
   console_.AwaitText("\"alpha\"  Not Found.");
   console_.Press("push button", "OK");
+  AwaitActive("Find");
   console_.screen().Key("Escape");
   AwaitActive("Administrator");
 }
