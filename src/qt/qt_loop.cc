@@ -38,7 +38,10 @@ class QtTimer : public platform::Timer {
 }  // namespace
 
 void QtMessageLoop::ProcessMessages() {
+  constexpr qint64 kPauseMs = 10;
+  if (since_served_.isValid() && since_served_.elapsed() < kPauseMs) return;
   QCoreApplication::processEvents();
+  since_served_.start();
 }
 
 void QtMessageLoop::WaitForMessages(std::int64_t longest_ms) {

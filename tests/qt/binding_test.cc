@@ -431,6 +431,24 @@ TEST_F(GridTableTest, RowOfNoHeightIsHidden) {
   EXPECT_FALSE(table_->isRowHidden(1));
 }
 
+// The style left the colour out.
+TEST_F(GridTableTest, MarkedRowIsPaintedInItsColourUnlessItIsSelected) {
+  const auto is_painted = [this](int row) {
+    const QRect cell = table_->visualRect(table_->model()->index(row, 1));
+    const QImage picture = table_->viewport()->grab(cell).toImage();
+    return picture.pixelColor(picture.width() - 3, 2) == QColor(0x80, 0x80, 0xFF);
+  };
+  EXPECT_FALSE(is_painted(1));
+  grid_.SetRowColor(2, 0xFF8080);
+  EXPECT_TRUE(is_painted(1));
+  EXPECT_FALSE(is_painted(0));
+  grid_.Row = 2;
+  EXPECT_FALSE(is_painted(1));
+  grid_.Row = 1;
+  grid_.SetRowColor(2, 0);
+  EXPECT_FALSE(is_painted(1));
+}
+
 TEST_F(GridTableTest, HeaderClickNamesItsColumn) {
   std::vector<int> clicked;
   grid_.header_clicked.ConnectForever([&](int column) { clicked.push_back(column); });
