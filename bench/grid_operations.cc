@@ -154,4 +154,18 @@ Operation FindAdmin(const std::string& file, const std::vector<std::string>& arg
           }};
 }
 
+Operation StateAdmin(const std::string& file, const std::vector<std::string>& arguments) {
+  const int wanted = Number(arguments, 0, 0);
+  const auto console = std::make_shared<Administrator>(file, Administrator::As::kItself);
+  return {[console] { console->Load(); },
+          [console, wanted] {
+            const int row = wanted > 0 ? wanted : (console->form->EventList.DataRows() + 1) / 2;
+            console->form->replay.tvVCR1(row);
+            std::uint64_t items = 0;
+            for (const widgets::Tree::Branch& branch : console->form->replay.tvVCR.branches())
+              items += branch.items.count;
+            return items;
+          }};
+}
+
 }  // namespace zendrix::bench

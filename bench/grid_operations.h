@@ -20,5 +20,7 @@ Operation SortAdmin(const std::string& file, const std::vector<std::string>& arg
 Operation FilterAdmin(const std::string& file, const std::vector<std::string>& arguments);
 // The argument: the text that is looked for from the first row on.
 Operation FindAdmin(const std::string& file, const std::vector<std::string>& arguments);
+// The argument: the row whose System State is shown (the one in the middle).
+Operation StateAdmin(const std::string& file, const std::vector<std::string>& arguments);
 
 }  // namespace zendrix::bench

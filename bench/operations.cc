@@ -19,6 +19,8 @@ const std::vector<NamedOperation>& Operations() {
       {"filter", "filtering that grid by description (argument: the pattern)", FilterAdmin},
       {"find", "one search in that grid from its first row (argument: the text)", FindAdmin},
       {"timeline", "the counts of the timeline (arguments: slots, unit 1 to 5, D or T)", FillTimeline},
+      {"state", "the System State of all monitors at a row of that grid (argument: the row, else the middle)",
+       StateAdmin},
       {"sort", "one click on a header of that grid (argument: the column, else 8)", SortAdmin},
   };
   return all;
