@@ -98,10 +98,17 @@ void SystemState::ReadSources() {
 
 void SystemState::ReadOrder() {
   if (view_.NewestFirst()) return;
+  const auto number = [this](std::uint32_t height) {
+    return view_.RowNumber(static_cast<int>(count_ - height));
+  };
+  // A sort by time may have left the rows as they came.
+  std::uint32_t as_they_came = 0;
+  while (as_they_came < count_ && number(as_they_came) == as_they_came) ++as_they_came;
+  if (as_they_came == count_) return;
   numbers_.resize(count_);
   sources_.resize(count_);
   for (std::uint32_t height = 0; height < count_; ++height) {
-    numbers_[height] = view_.RowNumber(static_cast<int>(count_ - height));
+    numbers_[height] = number(height);
     sources_[height] = rows_.row(numbers_[height]).source;
   }
 }

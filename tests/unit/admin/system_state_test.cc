@@ -193,6 +193,15 @@ TEST_F(SystemStateTest, AnotherOrderOfTheViewIsReadFromTheBottomUp) {
   EXPECT_THAT(At(1), IsEmpty());
 }
 
+TEST_F(SystemStateTest, SortThatLeavesTheRowsAsTheyCameChangesNothing) {
+  AddBaseline({"a", "b"});
+  Add("A", "c");
+  grid_.SortByTimeKey(false);
+  ASSERT_FALSE(grid_.NewestFirst());
+  EXPECT_THAT(At(5), ElementsAre("a", "b", "c"));
+  EXPECT_THAT(At(2), ElementsAre("a", "b"));
+}
+
 TEST_F(SystemStateTest, RowsThatTheViewDoesNotShowAreNotThere) {
   Add("A", "bottom");
   Add("A", "a");
