@@ -48,6 +48,7 @@ std::vector<std::string> Words(std::string_view text) {
 SessionReplay::SessionReplay(GridFrame& frame, ReplayNeeds needs)
     : frame_(frame), grid_(frame.EventList), needs_(std::move(needs)) {
   NodeOmitted.fill(kNotOmitted);
+  TbarPlay.begins_group = true;
   TbarStp.enabled = false;
   Connect(TbarPlay, &SessionReplay::StartReplay);
   Connect(TbarStp, &SessionReplay::EndReplay);

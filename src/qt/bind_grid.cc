@@ -1,9 +1,12 @@
 #include "qt/bind_grid.h"
 
 #include <QClipboard>
+#include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QToolTip>
@@ -109,6 +112,10 @@ GridTable::GridTable(widgets::Grid& grid, const QString& picture_list, const QSt
     part->installEventFilter(this);
   Keep(this, grid_.columns_changed.Connect([this] { ShowColumns(); }));
   Keep(this, grid_.Row.changed.Connect([this] { ShowRow(); }));
+  Keep(this, grid_.TopRow.changed.Connect([this] { ShowTop(); }));
+  grid_.cell_under_pointer = [view = QPointer(this)] {
+    return view ? view->CellUnderPointer() : widgets::Grid::Cell{};
+  };
   Keep(this, grid_.looks_changed.Connect([this] { ShowHeights(); }));
   for (auto* moved : {&grid_.rows_sorted, &grid_.rows_changed, &grid_.cleared})
     Keep(this, moved->Connect([this] { ShowHeights(); }));
@@ -223,15 +230,44 @@ void GridTable::keyPressEvent(QKeyEvent* event) {
     CopyRows();
   } else if (enter && event->modifiers().testFlag(Qt::ControlModifier) && currentIndex().isValid()) {
     ShowWholeText();
+  } else if ((enter || event->key() == Qt::Key_Space) && currentIndex().isValid()) {
+    if (!event->isAutoRepeat()) TellClick(currentIndex());
   } else {
     TableView::keyPressEvent(event);
   }
 }
 
+// The last rows cannot be scrolled to the top: then it is another row that stands there.
+void GridTable::ShowTop() {
+  if (scrolling_) return;
+  executeDelayedItemsLayout();
+  verticalScrollBar()->setValue(grid_.TopRow - 1);
+  TellScrolled();
+}
+
 void GridTable::TellScrolled() {
+  scrolling_ = true;
   grid_.TopRow = std::max(0, rowAt(0)) + 1;
   grid_.LeftCol = std::max(0, columnAt(0));
+  scrolling_ = false;
   grid_.scrolled.Raise();
+}
+
+void GridTable::TellClick(const QModelIndex& place) {
+  const int row = place.isValid() ? model_->GridRow(place.row()) : 0;
+  kit_.guard(grid_.name(), [&] { grid_.row_clicked.Raise(row); });
+}
+
+void GridTable::mouseReleaseEvent(QMouseEvent* event) {
+  TableView::mouseReleaseEvent(event);
+  if (event->button() == Qt::LeftButton) TellClick(indexAt(event->position().toPoint()));
+}
+
+widgets::Grid::Cell GridTable::CellUnderPointer() const {
+  if (!viewport()->underMouse()) return {};
+  const QModelIndex place = indexAt(viewport()->mapFromGlobal(QCursor::pos()));
+  if (!place.isValid()) return {};
+  return {model_->GridRow(place.row()), place.column()};
 }
 
 }  // namespace zendrix::qt

@@ -1,6 +1,7 @@
 // Binds a logical grid: rows through a model, column widths and headings both ways, sort arrows, the scrolled
-// place, the marked row and the rows selected with it. Whole rows are selected: one alone stands for its
-// cell. Ctrl+C copies the selected rows as lines of fields with tabs between them; Ctrl+Enter shows the whole
+// place both ways, the marked row and the rows selected with it. Whole rows are selected: one alone stands
+// for its cell. A click is the release of the left mouse button, or Enter or the space bar on the current
+// row. Ctrl+C copies the selected rows as lines of fields with tabs between them; Ctrl+Enter shows the whole
 // text of a row, as the mouse does by resting on it. While the grid is out of use it takes no key and no
 // mouse act, and looks as ever: a load of a few lines is no reason to flicker or to lose the keyboard.
 #pragma once
@@ -33,6 +34,7 @@ class GridTable : public TableView {
             const QString& empty_text, const Toolkit& kit);
 
  protected:
+  void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   bool eventFilter(QObject* receiver, QEvent* event) override;
 
@@ -42,14 +44,19 @@ class GridTable : public TableView {
   void ShowWholeText();
   void ShowColumns();
   void ShowRow();
+  void ShowTop();
   void ShowHeights();
   void TellSelection();
   void TellScrolled();
+  // The row of a place, none beside the rows.
+  void TellClick(const QModelIndex& place);
+  widgets::Grid::Cell CellUnderPointer() const;
 
   widgets::Grid& grid_;
   Toolkit kit_;
   GridModel* model_;
   bool applying_ = false;
+  bool scrolling_ = false;
   bool has_heights_ = false;
   int known_columns_ = 0;
 };

@@ -4,6 +4,7 @@
 #include <QToolBar>
 
 #include "qt/bind_menu.h"
+#include "qt/text_edge.h"
 
 namespace zendrix::qt {
 
@@ -18,7 +19,10 @@ QToolBar* MakeBarOfTools(const QString& name, const std::vector<widgets::MenuIte
   bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   for (widgets::MenuItem* item : items) {
     QAction* const action = MakeAction(*item, bar, kit);
-    action->setIcon(kit.pictures.Icon(QStringLiteral("toolbar/") + action->objectName()));
+    Reflect(action, item->picture, [action, &pictures = kit.pictures](const std::string& key) {
+      const QString file = key.empty() ? action->objectName() : ToQt(key);
+      action->setIcon(pictures.Icon(QStringLiteral("toolbar/") + file));
+    });
     if (item->begins_group && !bar->actions().isEmpty()) bar->addSeparator();
     bar->addAction(action);
     bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);

@@ -21,9 +21,10 @@ class GridModel : public QAbstractTableModel {
   QVariant data(const QModelIndex& index, int role) const override;
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
- private:
   // The grid's row that the view's row stands for. Rows that the view does not know yet are passed over.
   int GridRow(int row) const;
+
+ private:
   void TakeInserted(int place, int count);
   void TakeAll();
   QVariant Look(int row, int col, int role) const;

@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 #include <algorithm>
@@ -447,6 +448,67 @@ TEST_F(GridTableTest, MarkedRowIsPaintedInItsColourUnlessItIsSelected) {
   grid_.Row = 1;
   grid_.SetRowColor(2, 0);
   EXPECT_FALSE(is_painted(1));
+}
+
+TEST_F(GridTableTest, ClickNamesItsRowAlsoWhereItIsTheCurrentOne) {
+  std::vector<int> clicked;
+  grid_.row_clicked.ConnectForever([&](int row) { clicked.push_back(row); });
+  const auto click = [&](int row, Qt::MouseButton button) {
+    const QPoint where = table_->visualRect(table_->model()->index(row, 2)).center();
+    QTest::mouseClick(table_->viewport(), button, {}, where);
+  };
+  click(1, Qt::LeftButton);
+  click(1, Qt::LeftButton);
+  click(2, Qt::RightButton);
+  QTest::mouseClick(table_->viewport(), Qt::LeftButton, {}, QPoint(20, table_->viewport()->height() - 2));
+  EXPECT_THAT(clicked, ElementsAre(2, 2, 0));
+}
+
+TEST_F(GridTableTest, EnterAndTheSpaceBarClickTheCurrentRowAndArrowsClickNone) {
+  std::vector<int> clicked;
+  grid_.row_clicked.ConnectForever([&](int row) { clicked.push_back(row); });
+  QTest::keyClick(table_.get(), Qt::Key_Return);
+  grid_.Row = 1;
+  QTest::keyClick(table_.get(), Qt::Key_Down);
+  EXPECT_THAT(clicked, ElementsAre());
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) QTest::keyClick(table_.get(), key);
+  QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, {}, {}, true);
+  QApplication::sendEvent(table_.get(), &held);
+  EXPECT_THAT(clicked, ElementsAre(2, 2, 2));
+}
+
+TEST_F(GridTableTest, TopRowGoesBothWays) {
+  for (int i = 4; i <= 100; ++i)
+    zendrix::testing::InsertTop(rows_, grid_, {i, "t", "h", "System", "A", "w", i});
+  grid_.TopRow = 40;
+  EXPECT_EQ(table_->rowAt(0), 39);
+  EXPECT_EQ(grid_.TopRow.Get(), 40);
+  table_->verticalScrollBar()->setValue(7);
+  EXPECT_EQ(grid_.TopRow.Get(), 8);
+  grid_.TopRow = 100;
+  EXPECT_EQ(grid_.TopRow.Get(), table_->rowAt(0) + 1) << "the last row cannot stand on top";
+  EXPECT_LT(grid_.TopRow.Get(), 100);
+}
+
+TEST_F(GridTableTest, ViewTellsTheCellUnderThePointer) {
+  const auto at = [&](int row, int col) {
+    return table_->viewport()->mapToGlobal(table_->visualRect(table_->model()->index(row, col)).center());
+  };
+  const auto cell = [&] {
+    const widgets::Grid::Cell found = grid_.cell_under_pointer();
+    return std::pair(found.row, found.col);
+  };
+  const auto comes_over = [&](QPoint place, std::pair<int, int> wanted) {
+    QCursor::setPos(place);
+    return QTest::qWaitFor([&] { return cell() == wanted; }, 60'000);
+  };
+  EXPECT_EQ(cell(), std::pair(0, 0));
+  EXPECT_TRUE(comes_over(at(1, 3), {2, 3}));
+  const QPoint below = table_->viewport()->mapToGlobal(QPoint(5, table_->viewport()->height() - 3));
+  EXPECT_TRUE(comes_over(below, {0, 0}));
+  EXPECT_TRUE(comes_over(at(2, 1), {3, 1}));
+  table_.reset();
+  EXPECT_EQ(cell(), std::pair(0, 0));
 }
 
 TEST_F(GridTableTest, HeaderClickNamesItsColumn) {

@@ -20,6 +20,7 @@
 #include "qt/bind_splitter.h"
 #include "qt/bind_tool_bar.h"
 #include "qt/bind_tray.h"
+#include "qt/bind_tree.h"
 #include "qt/text_edge.h"
 
 namespace zendrix::qt {
@@ -78,6 +79,8 @@ void AdminWindow::MakePanes() {
   QLabel* const unit = MakeLabel(ui_.timeline.chrtLabel, kit());
   unit->setAlignment(Qt::AlignCenter);
   area->Put(&admin::PanePlaces::chrtLabel, unit);
+  area->Put(&admin::PanePlaces::tvVCR,
+            new TreeView(ui_.replay.tvVCR, QStringLiteral("h3"), QStringLiteral("System State"), kit()));
   grid->setFocus();
 }
 
