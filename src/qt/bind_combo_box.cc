@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QKeyEvent>
 
+#include "qt/pane_looks.h"
 #include "qt/text_edge.h"
 
 namespace zendrix::qt {
@@ -14,6 +15,7 @@ class DropDownList : public QComboBox {
                const Toolkit& kit)
       : box_(box), picture_list_(std::move(picture_list)), kit_(kit) {
     BindControl(box, this, accessible_name);
+    setMinimumHeight(kFieldHeight);
     setPlaceholderText(QStringLiteral("Any"));
     ShowEntries();
     Keep(this, box.filled.Connect([this] { ShowEntries(); }));

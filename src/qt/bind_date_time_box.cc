@@ -3,6 +3,7 @@
 #include <QCheckBox>
 #include <QDateTimeEdit>
 
+#include "qt/pane_looks.h"
 #include "qt/text_edge.h"
 
 namespace zendrix::qt {
@@ -20,6 +21,7 @@ class MomentEdit : public QDateTimeEdit {
       : box_(box), kit_(kit) {
     setTimeSpec(Qt::UTC);
     setAccessibleName(accessible_name);
+    setMinimumHeight(kFieldHeight);
     setCalendarPopup(true);
     // What stands there without a moment.
     setSpecialValueText(QStringLiteral(" "));

@@ -21,16 +21,20 @@ namespace {
 
 // A cell holds its text shortened to the column's width in the program. Where the window gives the column
 // more room, the whole text is drawn. A colour of the cell's own is painted here: the look of the program
-// gives cells an inner edge, and with one the style leaves their colours out.
+// gives cells an inner edge, and with one the style leaves their colours out. That of a single cell is seen
+// in a selected row as well.
 class CellDelegate : public QStyledItemDelegate {
  public:
   CellDelegate(widgets::Grid& grid, QObject* parent) : QStyledItemDelegate(parent), grid_(grid) {}
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     const QVariant own = index.data(Qt::BackgroundRole);
-    if (own.isValid() && !option.state.testFlag(QStyle::State_Selected))
-      painter->fillRect(option.rect, own.value<QBrush>());
-    QStyledItemDelegate::paint(painter, option, index);
+    QStyleOptionViewItem shown = option;
+    if (own.isValid() && own != index.siblingAtColumn(0).data(Qt::BackgroundRole))
+      shown.state.setFlag(QStyle::State_Selected, false);
+    if (own.isValid() && !shown.state.testFlag(QStyle::State_Selected))
+      painter->fillRect(shown.rect, own.value<QBrush>());
+    QStyledItemDelegate::paint(painter, shown, index);
   }
 
  protected:

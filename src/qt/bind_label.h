@@ -18,8 +18,9 @@ QLabel* MakeFieldLabel(widgets::Label& label, QWidget* field, QChar access_key, 
 // A standing warning: the same colours on light and on dark paper, and a stop for the keyboard, where a
 // screen reader reads it.
 QLabel* MakeWarning(widgets::Label& label, const Toolkit& kit);
-// Looks like a link ("link", or "striplink" on the navigation strip), a flat button ("flat") or an entry of
-// the navigation ("nav"). A flat button tells the label when it is held down and let go.
+// Looks like a link ("link", or "striplink" on the navigation strip), a flat button ("flat"), the button that
+// a window is about ("primary") or an entry of the navigation ("nav"). A flat button tells the label when it
+// is held down and let go.
 QPushButton* MakeButton(widgets::Label& label, const char* role, const Toolkit& kit);
 
 }  // namespace zendrix::qt

@@ -9,6 +9,8 @@ namespace zendrix::qt {
 
 inline constexpr int kPaneMargin = 24;  // pixels
 inline constexpr int kPaneGap = 12;     // pixels
+// Of an input, also of one that the style would make lower.
+inline constexpr int kFieldHeight = 31;
 
 // A bordered area around what belongs together.
 QWidget* Card(QLayout* layout);

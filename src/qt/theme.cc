@@ -75,6 +75,10 @@ QPushButton[role="flat"]:hover { border-color: @accent; }
 QPushButton[role="flat"]:focus { border-color: @link; }
 QPushButton[role="flat"]:pressed { background: @alternate; border: 1px solid @text; }
 QPushButton[role="flat"]:disabled { color: @faint; }
+QPushButton[role="primary"] { border: 1px solid @accent; border-radius: 6px; background: @accent; color: @onaccent;
+  padding: 6px 14px; }
+QPushButton[role="primary"]:focus { border-color: @text; }
+QPushButton[role="primary"]:disabled { border-color: @border; background: @window; color: @faint; }
 QFrame[role="card"] { background: @base; border: 1px solid @border; border-radius: 8px; }
 QLineEdit { background: @base; color: @text; border: 1px solid @faint; border-radius: 6px; padding: 6px 8px;
   selection-background-color: @accent; selection-color: @onaccent; }

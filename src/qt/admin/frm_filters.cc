@@ -32,7 +32,7 @@ FiltersWindow::FiltersWindow(admin::frmFilters& form, const Toolkit& toolkit)
 }
 
 QLayout* FiltersWindow::MakeCriteria() {
-  constexpr int kFieldWidth = 300;
+  constexpr int kFieldWidth = 380;
   auto* grid = new QGridLayout;
   grid->setHorizontalSpacing(16);
   grid->setVerticalSpacing(8);
@@ -77,7 +77,7 @@ QLayout* FiltersWindow::MakeButtons() {
   buttons->setSpacing(kPaneGap);
   buttons->addStretch(1);
   for (widgets::Label* label : {&ui_.Apply, &ui_.ResetCommand}) {
-    QPushButton* button = MakeButton(*label, "flat", kit());
+    QPushButton* button = MakeButton(*label, label == &ui_.Apply ? "primary" : "flat", kit());
     button->setShortcut(
         QKeySequence(label == &ui_.Apply ? QStringLiteral("Alt+I") : QStringLiteral("Alt+R")));
     buttons->addWidget(button);
