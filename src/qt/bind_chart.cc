@@ -19,6 +19,7 @@ namespace zendrix::qt {
 namespace {
 
 constexpr int kPadding = 6;
+constexpr double kHalf = 0.5;
 
 double ValueOf(const std::optional<std::int32_t>& value) {
   return value.value_or(0);
@@ -99,6 +100,7 @@ void ChartView::DrawNow() {
 
 void ChartView::SetScales() {
   constexpr int kPixelsOfStep = 32, kMostSteps = 8;
+  constexpr double kHeadroom = 1.05;
   double lowest = 0, highest = 0;
   for (const auto& series : chart_.table.Get().series) {
     for (const auto& value : series.values) {
@@ -106,11 +108,13 @@ void ChartView::SetScales() {
       highest = std::max(highest, ValueOf(value));
     }
   }
-  const ValueScale scale = ScaleOf(lowest, highest, std::clamp(height() / kPixelsOfStep, 2, kMostSteps));
+  const ValueScale scale =
+      ScaleOf(lowest, highest * kHeadroom, std::clamp(height() / kPixelsOfStep, 2, kMostSteps));
   up_->setRange(scale.low, scale.high);
   up_->setTickCount(scale.ticks());
   const auto rows = static_cast<double>(chart_.table.Get().labels.size());
-  across_->setRange(rows > 1 ? 0 : -1, std::max(rows - 1, 1.0));
+  // Half a step at either end, and more than the highest value: no marker is cut in half.
+  across_->setRange(-kHalf, std::max(rows, 1.0) - kHalf);
 }
 
 // Where a series stands at 0, with most of the others, it has no marker.
@@ -155,7 +159,9 @@ void ChartView::drawForeground(QPainter* painter, const QRectF&) {
     widths.push_back(metrics.horizontalAdvance(labels.back()));
   }
   const double top = plot.bottom() + kPadding;
-  for (const PlacedLabel& label : LabelsWithRoom(widths, plot.left(), plot.right(), viewport()->width())) {
+  const double half = plot.width() * kHalf / static_cast<double>(std::max<std::size_t>(labels.size(), 1));
+  for (const PlacedLabel& label :
+       LabelsWithRoom(widths, plot.left() + half, plot.right() - half, viewport()->width())) {
     const auto index = static_cast<std::size_t>(label.index);
     painter->drawText(QPointF(label.left, top + metrics.ascent()), labels[index]);
     painter->drawLine(QLineF(label.place, plot.bottom(), label.place, plot.bottom() + kPadding / 2));

@@ -19,6 +19,10 @@ namespace zendrix::qt {
 
 namespace {
 
+// What a cell's edges take of its width. A text that is shortened to its column's width needs them beside it,
+// or it would be shortened a second time.
+constexpr int kCellEdges = 20;
+
 // A cell holds its text shortened to the column's width in the program. Where the window gives the column
 // more room, the whole text is drawn. A colour of the cell's own is painted here: the look of the program
 // gives cells an inner edge, and with one the style leaves their colours out. That of a single cell is seen
@@ -41,8 +45,8 @@ class CellDelegate : public QStyledItemDelegate {
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
     QStyledItemDelegate::initStyleOption(option, index);
     const int column = index.column();
-    if (column + 1 != grid_.Cols() || option->rect.width() * kTwipsPerPixel <= grid_.column(column).width)
-      return;
+    const int room = (option->rect.width() - kCellEdges) * kTwipsPerPixel;
+    if (column + 1 != grid_.Cols() || room <= grid_.column(column).width) return;
     option->text = index.data(kWholeTextRole).toString();
   }
 
@@ -153,7 +157,7 @@ void GridTable::ShowColumns() {
   for (int i = 0; i < columns; ++i) {
     const int twips = grid_.column(i).width;
     setColumnHidden(i, twips == 0);
-    if (twips > 0) setColumnWidth(i, twips / kTwipsPerPixel);
+    if (twips > 0) setColumnWidth(i, twips / kTwipsPerPixel + (i + 1 == columns ? kCellEdges : 0));
   }
   horizontalHeader()->viewport()->update();
   applying_ = false;

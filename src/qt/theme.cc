@@ -109,6 +109,10 @@ QListView[role="checks"]::item { padding: 3px 4px; }
 QListView[role="checks"]::item:selected { background: @selection; color: @onselection; }
 QGraphicsView { background: @base; border: 1px solid @border; border-radius: 6px; }
 QGraphicsView:focus { border: 1px solid @link; }
+QTreeView { background: @base; color: @text; border: 1px solid @border; border-radius: 6px; padding: 2px; }
+QTreeView:focus { border: 1px solid @link; }
+QTreeView::item { padding: 3px 2px; border: 0; }
+QTreeView::item:selected { background: @selection; color: @onselection; }
 QHeaderView { background: @base; border: 0; border-top-left-radius: 6px; border-top-right-radius: 6px; }
 QHeaderView::section { background: @base; color: @faint; border: 0; border-bottom: 1px solid @border;
   border-right: 1px solid @border; padding: 7px 6px; }

@@ -148,8 +148,9 @@ TEST_F(ChartViewTest, EachSeriesIsALineWithMarkersWhereItIsSomething) {
   EXPECT_NE(lines[0]->pen().style(), lines[1]->pen().style());
   EXPECT_NE(markers[0]->markerShape(), markers[1]->markerShape());
   EXPECT_EQ(lines[1]->pen().color(), markers[1]->color());
-  EXPECT_EQ(Axis(Qt::Vertical)->max(), 12);
-  EXPECT_EQ(Axis(Qt::Horizontal)->max(), 2);
+  EXPECT_GT(Axis(Qt::Vertical)->max(), 12);
+  EXPECT_LT(Axis(Qt::Horizontal)->min(), 0);
+  EXPECT_GT(Axis(Qt::Horizontal)->max(), 2);
 }
 
 TEST_F(ChartViewTest, ListOfSeriesNamesEachOnceAndAsPlainText) {
@@ -183,7 +184,7 @@ TEST_F(ChartViewTest, NewTableIsDrawnAtOnceButNotOutOfSight) {
 TEST_F(ChartViewTest, LowChartHasFewerSteps) {
   chart_.table = table_;
   Show();
-  EXPECT_EQ(Axis(Qt::Vertical)->tickCount(), 7);
+  EXPECT_EQ(Axis(Qt::Vertical)->tickCount(), 8);
   view_->resize(600, 100);
   EXPECT_EQ(Axis(Qt::Vertical)->tickCount(), 4);
 }
