@@ -147,11 +147,11 @@ SystemState::Stretch SystemState::StretchOf(Heights rows) const {
       const auto begin = start.base();
       const auto end =
           end_text_ == store::kNoText ? rows.end() : std::find_if(begin, rows.end(), says(end_text_));
-      if (end == rows.end()) return {begin, end};
-      return {begin, std::max(end + 1, behind_selected)};
+      if (end == rows.end()) return {begin, end, false};
+      return {begin, std::max(end + 1, behind_selected), end < behind_selected};
     }
   }
-  return {std::ranges::upper_bound(rows, 0U), behind_selected};
+  return {std::ranges::upper_bound(rows, 0U), behind_selected, true};
 }
 
 // What went takes the oldest of equal items with it. So of each text the newest are left, as many as were

@@ -38,15 +38,20 @@ class SystemState {
   // empty for kEmptyArray, also where that is the text of its one item.
   std::vector<store::TextId> StateofMonitor(std::string_view monitor) const;
 
- private:
   // Rows by their height over the last one, which follows from the place and is the row's number while the
   // newest is on top.
   using Heights = std::span<const std::uint32_t>;
-  enum class Change : std::uint8_t { kOther, kCame, kWent };
-  // The rows of a monitor that make up its state.
+  // The rows of a monitor that make up its state. Settled: at a later moment they are the same and those that
+  // have come, up to the next baseline.
   struct Stretch {
     Heights::iterator begin, end;
+    bool settled;
   };
+  // Valid until the next call and until rows are added.
+  Stretch RowsOfState(std::string_view monitor) const { return StretchOf(HeightsOf(monitor)); }
+
+ private:
+  enum class Change : std::uint8_t { kOther, kCame, kWent };
 
   struct Selected {
     int row;

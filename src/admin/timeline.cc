@@ -2,14 +2,13 @@
 
 #include <unordered_set>
 
-#include "admin/system_state.h"
 #include "admin/timeline_charts.h"
 #include "core/guards.h"
 #include "core/letter_case.h"
 
 namespace zendrix::admin {
 
-Timeline::Timeline(GridFrame& frame) : frame_(frame) {
+Timeline::Timeline(GridFrame& frame) : frame_(frame), items_(frame.EventList) {
   Chrt.tip = "Click to Enlarge";
   Chrt.clickable = true;
   MnVChart.shortcut = "Ctrl+T";
@@ -32,11 +31,7 @@ void Timeline::RegisterMonitors() {
 
 std::vector<std::int32_t> Timeline::ItemsAliveAt(const std::vector<std::string>& monitors, int row) {
   std::vector<std::int32_t> alive(monitors.size());
-  core::OrLog(frame_.log, "frmMain : StateofMonitor", [&] {
-    const SystemState state(frame_.EventList, row);
-    for (std::size_t i = 0; i < monitors.size(); ++i)
-      alive[i] = static_cast<std::int32_t>(state.StateofMonitor(monitors[i]).size());
-  });
+  core::OrLog(frame_.log, "frmMain : StateofMonitor", [&] { alive = items_.At(monitors, row); });
   return alive;
 }
 

@@ -9,6 +9,7 @@
 
 #include "admin/frm_chart.h"
 #include "admin/grid_frame.h"
+#include "admin/item_counts.h"
 #include "admin/time_slots.h"
 #include "widgets/chart.h"
 #include "widgets/label.h"
@@ -46,6 +47,7 @@ class Timeline {
   std::vector<std::int32_t> ItemsAliveAt(const std::vector<std::string>& monitors, int row);
 
   GridFrame& frame_;
+  ItemCounts items_;
   TimeSlots slots_;
   widgets::Reopened<frmChart> charts_;
 };
