@@ -1,5 +1,6 @@
 #include "admin/filter_query.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "core/date_calendar.h"
@@ -18,9 +19,27 @@ void FilterCriteria::CompleteDates() {
   if (!from) from = to;
 }
 
+namespace {
+
+// The longest run of characters that stand for themselves.
+std::string_view LongestText(std::string_view pattern) {
+  std::string_view longest;
+  while (!pattern.empty()) {
+    const std::size_t end = std::min(pattern.find_first_of("?*#["), pattern.size());
+    if (end > longest.size()) longest = pattern.substr(0, end);
+    const bool list = end < pattern.size() && pattern[end] == '[';
+    const std::size_t behind = list ? pattern.find(']', end) : end;
+    pattern.remove_prefix(std::min(behind, pattern.size() - 1) + 1);
+  }
+  return longest;
+}
+
+}  // namespace
+
 DescriptionPattern::DescriptionPattern(std::string_view pattern) {
   if (pattern.find_first_of("?#[") != std::string_view::npos) {
     pattern_ = "*" + core::UpperCase(pattern) + "*";
+    if (const auto text = LongestText(pattern); !text.empty()) pieces_.emplace_back(text, false);
     return;
   }
   for (const std::string_view piece : core::Split(pattern, "*"))
@@ -29,14 +48,13 @@ DescriptionPattern::DescriptionPattern(std::string_view pattern) {
 
 // Each piece takes the first place that it finds behind the one before: no later place leaves more room.
 bool DescriptionPattern::Matches(std::string_view description) const {
-  if (!pattern_.empty()) return core::Like(core::UpperCase(description), pattern_);
   std::size_t from = 0;
   for (const TextSearch& piece : pieces_) {
     from = piece.Find(description, from);
     if (from == TextSearch::kNowhere) return false;
     from += piece.size();
   }
-  return true;
+  return pattern_.empty() || core::Like(core::UpperCase(description), pattern_);
 }
 
 FilterQuery::FilterQuery(FilterCriteria criteria, const platform::LocaleInfo& locale, int current_year)

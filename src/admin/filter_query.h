@@ -40,9 +40,10 @@ class DescriptionPattern {
   bool Matches(std::string_view description) const;
 
  private:
-  // Where only "*" has a meaning: what stands between, in this order.
+  // Where only "*" has a meaning: what stands between, in this order. Otherwise the longest text that has to
+  // be there, if any.
   std::vector<TextSearch> pieces_;
-  // Otherwise the whole pattern in upper case.
+  // Unless only "*" has one: the whole pattern in upper case.
   std::string pattern_;
 };
 
@@ -52,7 +53,6 @@ class FilterQuery {
   FilterQuery(FilterCriteria criteria, const platform::LocaleInfo& locale, int current_year);
 
   bool CheckQuery(const RowValues& row) const;
-  const FilterCriteria& criteria() const { return criteria_; }
 
   // The same in parts: a row passes when each of these does.
   bool PassesSource(std::string_view host, std::string_view monitor, std::string_view change) const;

@@ -60,6 +60,10 @@ void frmFilters::ConnectControls() {
   for (widgets::ComboBox* list : {&HostCombo, &MonitorCombo, &ChangeCombo})
     list->chosen.ConnectForever(can_apply);
   Desc.text.changed.ConnectForever(can_apply);
+  const auto count = [this] { ++criteria_number_; };
+  for (auto* changed : {&HostCombo.changed, &MonitorCombo.changed, &ChangeCombo.changed, &Desc.text.changed,
+                        &FromDate.moment.changed, &ToDate.moment.changed})
+    changed->ConnectForever(count);
   for (widgets::DateTimeBox* date : {&FromDate, &ToDate}) {
     date->moment.changed.ConnectForever(can_apply);
     date->proposal = [this] { return Now(); };

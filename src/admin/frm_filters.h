@@ -40,6 +40,8 @@ class frmFilters : public widgets::Form {
 
   // The criteria as they stand.
   FilterCriteria Criteria() const;
+  // Another number whenever they have changed.
+  unsigned CriteriaNumber() const { return criteria_number_; }
   // Whether any is set.
   bool SelQry() const { return Criteria().Any(); }
   // Whether a row with these five texts is shown. Completes the dates in the dialog as well.
@@ -75,6 +77,7 @@ class frmFilters : public widgets::Form {
   std::int64_t Now() const;
 
   FiltersNeeds needs_;
+  unsigned criteria_number_ = 0;
 };
 
 }  // namespace zendrix::admin

@@ -155,6 +155,8 @@ void GridFilter::FilterRows() {
   const int rows = all.Rows();
   FilterSelectedCount = 0;
   std::optional<PreparedQuery> query(std::in_place, Query(), frame_.rows);
+  const auto criteria_number = [this] { return OpenDialog() ? OpenDialog()->CriteriaNumber() : 0; };
+  unsigned number = criteria_number();
   for (int i = 1; i < rows; ++i) {
     if (all.has_heights()) all.SetRowHeight(i, widgets::kDefaultHeight);
     const std::uint32_t row = all.RowNumber(i);
@@ -167,8 +169,9 @@ void GridFilter::FilterRows() {
         std::to_string(i) + " records : " + std::to_string(FilterSelectedCount) + " selected";
     frame_.ServeMessages(i, rows);
     if (!Shown()) return;
-    if (const frmFilters* dialog = OpenDialog(); dialog && dialog->Criteria() != query->criteria())
-      query.emplace(Query(), frame_.rows);
+    if (criteria_number() == number) continue;
+    query.emplace(Query(), frame_.rows);
+    number = criteria_number();
   }
   ShowSelected(FilterSelectedCount);
 }

@@ -15,22 +15,15 @@ std::int64_t StretchOf(std::int64_t key) {
 }  // namespace
 
 PreparedQuery::PreparedQuery(FilterQuery query, const EventRows& rows)
-    : query_(std::move(query)),
-      rows_(rows),
-      sources_(rows.source_count()),
-      texts_(query_.HasDescription() ? rows.pool().size() : 0) {}
+    : query_(std::move(query)), rows_(rows), sources_(rows.source_count()), descriptions_(rows.pool()) {}
 
 bool PreparedQuery::Passes(std::uint32_t row) {
   const EventRow& found = rows_.row(row);
   Answer& source = sources_[found.source];
   if (source == Answer::kUnknown) source = AnswerOfSource(row);
   if (source == Answer::kNo) return false;
-  if (!texts_.empty()) {
-    Answer& text = texts_[found.whole];
-    if (text == Answer::kUnknown)
-      text = query_.PassesDescription(rows_.Whole(row)) ? Answer::kYes : Answer::kNo;
-    if (text == Answer::kNo) return false;
-  }
+  const auto passes = [this](std::string_view text) { return query_.PassesDescription(text); };
+  if (query_.HasDescription() && !descriptions_.Of(found.whole, passes)) return false;
   return source == Answer::kYes || KeyPasses(row);
 }
 

@@ -11,6 +11,7 @@
 
 #include "admin/event_rows.h"
 #include "admin/filter_query.h"
+#include "admin/text_answers.h"
 
 namespace zendrix::admin {
 
@@ -19,7 +20,6 @@ class PreparedQuery {
   // `rows` outlives this object and does not change meanwhile.
   PreparedQuery(FilterQuery query, const EventRows& rows);
 
-  const FilterCriteria& criteria() const { return query_.criteria(); }
   bool Passes(std::uint32_t row);
 
  private:
@@ -39,7 +39,7 @@ class PreparedQuery {
   const FilterQuery query_;
   const EventRows& rows_;
   std::vector<Answer> sources_;
-  std::vector<Answer> texts_;  // empty without a criterion for descriptions
+  TextAnswers descriptions_;
   std::array<Stretch, kSlots> stretches_;
 };
 

@@ -12,7 +12,7 @@ RowSearch::RowSearch(const EventGrid& grid, TextSearch text)
       every_cell_(TakesPart(kColCode) || TakesPart(kColTimeKey)),
       times_(TakesPart(kColDateTime) && text_.MayConsistOf(rows_.texts().TimeCharacters())),
       sources_(rows_.source_count()),
-      texts_(rows_.pool().size()) {}
+      descriptions_(rows_.pool()) {}
 
 bool RowSearch::TakesPart(int col) const {
   if (col == kColWhole) return true;
@@ -42,9 +42,8 @@ std::optional<CellPlace> RowSearch::FindInRow(CellPlace from) const {
 
 bool RowSearch::MayHold(std::uint32_t row) {
   const EventRow& found = rows_.row(row);
-  Answer& text = texts_[found.whole];
-  if (text == Answer::kUnknown) text = text_.IsIn(rows_.Whole(row)) ? Answer::kYes : Answer::kNo;
-  if (text == Answer::kYes) return true;
+  const auto holds = [this](std::string_view text) { return text_.IsIn(text); };
+  if (descriptions_.Of(found.whole, holds)) return true;
   Answer& source = sources_[found.source];
   if (source == Answer::kUnknown) source = SourceHolds(row) ? Answer::kYes : Answer::kNo;
   return source == Answer::kYes || (times_ && TimeHolds(row));

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "admin/event_grid.h"
+#include "admin/text_answers.h"
 #include "admin/text_search.h"
 
 namespace zendrix::admin {
@@ -46,7 +47,8 @@ class RowSearch {
   const bool every_cell_;
   // Whether times made from keys are looked at.
   const bool times_;
-  std::vector<Answer> sources_, texts_;
+  std::vector<Answer> sources_;
+  TextAnswers descriptions_;
   // The time looked at last, and whether it holds the text.
   std::uint64_t last_time_ = 0;
   Answer last_answer_ = Answer::kUnknown;

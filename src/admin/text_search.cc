@@ -42,21 +42,24 @@ bool TextSearch::StandsAt(const char* place) const {
 
 // A byte of `differ` is zero where first and last character may both be right; the usual trick finds whether
 // there is such a byte at all.
+bool TextSearch::MayStandAtOneOfEight(const char* places) const {
+  const std::uint64_t differ = ((store::Load8(places) | first_.loose) ^ first_.bits) |
+                               ((store::Load8(places + wanted_.size() - 1) | last_.loose) ^ last_.bits);
+  return ((differ - kOnes) & ~differ & kTops) != 0;
+}
+
+// The last eight places overlap with those in front.
 std::size_t TextSearch::Find(std::string_view in, std::size_t from) const {
-  const std::size_t behind_first = wanted_.size() - 1;
   if (in.size() < wanted_.size() || from > in.size() - wanted_.size()) return kNowhere;
-  const std::size_t places = in.size() - behind_first;
-  const char* const text = in.data();
-  std::size_t at = from;
-  for (; at + kAtOnce <= places; at += kAtOnce) {
-    const std::uint64_t differ = ((store::Load8(text + at) | first_.loose) ^ first_.bits) |
-                                 ((store::Load8(text + at + behind_first) | last_.loose) ^ last_.bits);
-    if (((differ - kOnes) & ~differ & kTops) == 0) continue;
-    for (std::size_t place = at; place < at + kAtOnce; ++place)
-      if (StandsAt(text + place)) return place;
+  const std::size_t end = in.size() - wanted_.size() + 1;
+  const bool eight = end - from >= kAtOnce;
+  for (std::size_t at = from; at < end;) {
+    const std::size_t begin = eight ? std::min(at, end - kAtOnce) : at;
+    at = std::min(begin + kAtOnce, end);
+    if (eight && !MayStandAtOneOfEight(in.data() + begin)) continue;
+    for (std::size_t place = begin; place < at; ++place)
+      if (StandsAt(in.data() + place)) return place;
   }
-  for (; at < places; ++at)
-    if (StandsAt(text + at)) return at;
   return kNowhere;
 }
 

@@ -29,6 +29,7 @@ class TextSearch {
     std::uint64_t loose, bits;
   };
   Candidate CandidateOf(char character) const;
+  bool MayStandAtOneOfEight(const char* places) const;
   bool StandsAt(const char* place) const;
 
   std::array<char, 256> fold_;

@@ -84,6 +84,9 @@ TEST(FilterQueryTest, DescriptionHoldsThePatternAnywhere) {
   EXPECT_TRUE(Matches("exe #"));
   EXPECT_FALSE(Matches("exe #7"));
   EXPECT_TRUE(Matches("[r-t]vc"));
+  EXPECT_TRUE(Matches("w[i]ndows*#"));
+  EXPECT_TRUE(Matches("?EXE*"));
+  EXPECT_FALSE(Matches("?SYS*"));
   EXPECT_FALSE(Matches("[!r-t]vc"));
   EXPECT_TRUE(Matches("*"));
   EXPECT_TRUE(Matches("*", ""));

@@ -78,7 +78,9 @@ TEST_F(FrmFiltersTest, EachCriterionMakesItApplicable) {
     frmFilters form(Needs());
     form.Load();
     EXPECT_FALSE(form.Apply.enabled || form.SelQry());
+    const unsigned number = form.CriteriaNumber();
     acts[i](form);
+    EXPECT_NE(form.CriteriaNumber(), number) << i;
     EXPECT_TRUE(form.Apply.enabled) << i;
     EXPECT_TRUE(form.SelQry()) << i;
     acts_.clear();
