@@ -9,6 +9,7 @@
 #include "core/fit_text.h"
 #include "core/guards.h"
 #include "core/path_text.h"
+#include "widgets/busy_mark.h"
 
 namespace zendrix::admin {
 
@@ -113,7 +114,11 @@ void frmMain::Form_Load() {
     if (saved_widths) EventList.SetColWidths(widths);
   });
   if (!saved_widths) EventList.SetColWidth(kColDescription, kFirstDescriptionWidth);
-  DisplayData("");
+  {
+    // Another start of the program may bring the window forward in the middle of the load.
+    const widgets::BusyMark busy(RefreshBusy);
+    DisplayData("");
+  }
   if (!saved_widths) AutoSizeColumns();
   ApplyColumnSettings();
   ClearHeaderPictures();

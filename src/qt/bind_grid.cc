@@ -232,11 +232,22 @@ void GridTable::ShowWholeText() {
   QToolTip::showText(place, cell.data(Qt::ToolTipRole).toString(), viewport());
 }
 
+// The heading at this place, from 0, of those in sight.
+void GridTable::ClickHeader(int place) {
+  for (int col = 0; col < model_->columnCount(); ++col) {
+    if (isColumnHidden(col) || place-- > 0) continue;
+    return kit_.guard(grid_.name(), [&] { grid_.header_clicked.Raise(col); });
+  }
+}
+
 void GridTable::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  const bool control = event->modifiers().testFlag(Qt::ControlModifier);
   if (event->matches(QKeySequence::Copy)) {
     CopyRows();
-  } else if (enter && event->modifiers().testFlag(Qt::ControlModifier) && currentIndex().isValid()) {
+  } else if (control && event->key() >= Qt::Key_1 && event->key() <= Qt::Key_9) {
+    ClickHeader(event->key() - Qt::Key_1);
+  } else if (enter && control && currentIndex().isValid()) {
     ShowWholeText();
   } else if ((enter || event->key() == Qt::Key_Space) && currentIndex().isValid()) {
     if (!event->isAutoRepeat()) TellClick(currentIndex());

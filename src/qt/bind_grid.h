@@ -2,8 +2,9 @@
 // place both ways, the marked row and the rows selected with it. Whole rows are selected: one alone stands
 // for its cell. A click is the release of the left mouse button, or Enter or the space bar on the current
 // row. Ctrl+C copies the selected rows as lines of fields with tabs between them; Ctrl+Enter shows the whole
-// text of a row, as the mouse does by resting on it. While the grid is out of use it takes no key and no
-// mouse act, and looks as ever: a load of a few lines is no reason to flicker or to lose the keyboard.
+// text of a row, as the mouse does by resting on it. Ctrl and a digit is a click on the heading with that
+// number, counted from the left. While the grid is out of use it takes no key and no mouse act, and looks as
+// ever: a load of a few lines is no reason to flicker or to lose the keyboard.
 #pragma once
 
 #include <QHeaderView>
@@ -42,6 +43,7 @@ class GridTable : public TableView {
   void TellFontWidth();
   void CopyRows() const;
   void ShowWholeText();
+  void ClickHeader(int place);
   void ShowColumns();
   void ShowRow();
   void ShowTop();

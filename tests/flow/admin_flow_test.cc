@@ -123,6 +123,26 @@ TEST_F(AdminFlow, NothingPressedInTheMiddleOfALoadDoesAnything) {
   EXPECT_TRUE(Main().Timer1->Running());
 }
 
+// The second load in the middle of the first left rows twice.
+TEST_F(AdminFlow, WindowThatComesForwardInTheMiddleOfTheFirstLoadTakesNoCommand) {
+  Write(Rows(300));
+  bool pressed = false;
+  world_.host.on_show = [&](widgets::Form& form) {
+    if (form.name() != "frmMain") return;
+    InTheMiddleOfALoad([&] {
+      pressed = true;
+      console_->ComeForward();
+      EXPECT_TRUE(Main().visible);
+      PressEverything();
+    });
+  };
+  Start();
+  ASSERT_TRUE(pressed);
+  EXPECT_EQ(DataRows(), 300);
+  EXPECT_EQ(world_.host.shown.size(), 1U);
+  EXPECT_FALSE(Main().LoadRuns());
+}
+
 TEST_F(AdminFlow, PollWithManyRowsIsNoDifferent) {
   Write(Rows(10));
   Start();

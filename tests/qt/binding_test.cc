@@ -520,6 +520,16 @@ TEST_F(GridTableTest, HeaderClickNamesItsColumn) {
   EXPECT_THAT(clicked, ElementsAre(1));
 }
 
+TEST_F(GridTableTest, ControlAndADigitClicksTheHeadingAtThatPlace) {
+  std::vector<int> clicked;
+  grid_.header_clicked.ConnectForever([&](int column) { clicked.push_back(column); });
+  grid_.SetColWidth(2, 0);
+  for (const auto key : {Qt::Key_1, Qt::Key_3, Qt::Key_8, Qt::Key_9})
+    QTest::keyClick(table_.get(), key, Qt::ControlModifier);
+  QTest::keyClick(table_.get(), Qt::Key_1);
+  EXPECT_THAT(clicked, ElementsAre(0, 3, 8)) << "there is no ninth in sight";
+}
+
 class PlainForm : public widgets::Form {
  public:
   explicit PlainForm(widgets::FormList& forms) : Form(forms, "frmTest") {}
