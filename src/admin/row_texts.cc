@@ -56,9 +56,10 @@ std::string RowTexts::Time(std::uint32_t row, std::int32_t time_key) const {
   return held == nullptr ? std::to_string(time_key) : std::string(held->formatter.Format(time_key));
 }
 
-std::optional<int> RowTexts::SecondShown(std::uint32_t row, std::int32_t time_key) const {
+std::optional<core::MomentFormatter::Told> RowTexts::ToldAround(std::uint32_t row,
+                                                                std::int32_t time_key) const {
   Formatter* const held = times_.Of(row);
-  return held == nullptr ? std::nullopt : held->formatter.SecondShown(time_key);
+  return held == nullptr ? std::nullopt : held->formatter.ToldAround(time_key);
 }
 
 std::bitset<256> RowTexts::TimeCharacters() const {

@@ -47,9 +47,8 @@ class RowTexts {
   // The whole text where no load was begun.
   std::string Fitted(std::uint32_t row, store::TextId whole, std::string_view text) const;
   // Rows of one number share their settings; for equal texts they show the same.
-  // Texts of rows that share their settings and tell different seconds differ, whatever their case. Nothing
-  // where the settings leave a doubt.
-  std::optional<int> SecondShown(std::uint32_t row, std::int32_t time_key) const;
+  // The time keys around one that tell their seconds, in the settings of the row.
+  std::optional<core::MomentFormatter::Told> ToldAround(std::uint32_t row, std::int32_t time_key) const;
   std::size_t TimeSettingsOf(std::uint32_t row) const { return times_.NumberOf(row); }
   std::size_t WidthSettingsOf(std::uint32_t row) const { return widths_.NumberOf(row); }
 

@@ -6,14 +6,15 @@
 #include <optional>
 #include <string>
 
+#include "core/date_calendar.h"
 #include "core/letter_case.h"
 
 namespace zendrix::admin {
 
 namespace {
 
-// Tells rows that show a time from those that do not. Most are told apart by the second of the day, without
-// making their texts.
+// Tells rows that show a time from those that do not. Nearly all are told apart by their time keys: of those
+// that tell their seconds one after the other, only one can show the time.
 class TimeMatch {
  public:
   TimeMatch(const EventRows& rows, std::string_view text) : rows_(rows), text_(text) {
@@ -24,38 +25,38 @@ class TimeMatch {
   TimeMatch(const EventRows& rows, std::uint32_t known) : TimeMatch(rows, rows.Time(known)) {
     const EventRow& row = rows.row(known);
     if (raw_[row.source] != store::kNoText) return;
-    second_ = rows.texts().SecondShown(known, row.time_key);
     settings_ = rows.texts().TimeSettingsOf(known);
+    const auto told = rows.texts().ToldAround(known, row.time_key);
+    if (told) second_ = told->SecondOf(row.time_key);
   }
 
   bool operator()(std::uint32_t number) {
     const EventRow& row = rows_.row(number);
     if (raw_[row.source] != store::kNoText)
       return core::EqualNoCase(rows_.pool().Text(raw_[row.source]), text_);
-    const std::size_t settings = rows_.texts().TimeSettingsOf(number);
-    // Neighbours often share their second.
-    if (last_key_ == row.time_key && last_settings_ == settings) return last_;
-    last_key_ = row.time_key;
-    last_settings_ = settings;
-    last_ = !TellsAnother(number, row.time_key, settings) && core::EqualNoCase(rows_.Time(number), text_);
-    return last_;
+    if (second_ && rows_.texts().TimeSettingsOf(number) == settings_) {
+      if (row.time_key < told_first_ || row.time_key > told_last_) LookAround(number, row.time_key);
+      if (row.time_key != candidate_) return false;
+    }
+    return core::EqualNoCase(rows_.Time(number), text_);
   }
 
  private:
-  bool TellsAnother(std::uint32_t number, std::int32_t time_key, std::size_t settings) const {
-    if (!second_ || settings != settings_) return false;
-    const std::optional<int> second = rows_.texts().SecondShown(number, time_key);
-    return second && *second != *second_;
+  void LookAround(std::uint32_t number, std::int32_t time_key) {
+    const auto told = rows_.texts().ToldAround(number, time_key);
+    told_first_ = told ? told->first : time_key;
+    told_last_ = told ? told->last : time_key;
+    candidate_ = told ? told->first + (*second_ - told->second + core::kSecondsPerDay) % core::kSecondsPerDay
+                      : time_key;
   }
 
   const EventRows& rows_;
   const std::string text_;
   std::vector<store::TextId> raw_;  // the time of each source that is no number
-  std::optional<int> second_;
   std::size_t settings_ = 0;
-  std::optional<std::int32_t> last_key_;
-  std::size_t last_settings_ = 0;
-  bool last_ = false;
+  std::optional<int> second_;
+  // Of the time keys from the first to the last this one alone can show the time; none yet.
+  std::int64_t told_first_ = 1, told_last_ = 0, candidate_ = 0;
 };
 
 int FirstMatch(const EventGrid& view, TimeMatch shows, int last) {
@@ -155,19 +156,20 @@ SystemState::Stretch SystemState::StretchOf(Heights rows) const {
 }
 
 // What went takes the oldest of equal items with it. So of each text the newest are left, as many as were
-// there in the end: counted on the way up, listed on the way down.
+// there in the end: counted on the way up, listed on the way down. Neither way has a branch that only chance
+// decides, and counts are fetched from memory some rows ahead: without baselines a state is half the file.
 std::vector<store::TextId> SystemState::Replayed(Stretch stretch) const {
-  std::size_t left = 0;
+  constexpr std::ptrdiff_t kAhead = 16;
+  std::uint32_t left = 0;
   for (auto at = stretch.begin; at != stretch.end; ++at) {
+    if (stretch.end - at > kAhead) __builtin_prefetch(&times_[RowAt(at[kAhead]).whole]);
     const EventRow& row = RowAt(*at);
-    const Change change = ChangeOf(row);
-    if (change == Change::kCame) {
-      ++times_[row.whole];
-      ++left;
-    } else if (change == Change::kWent && times_[row.whole] > 0) {
-      --times_[row.whole];
-      --left;
-    }
+    const Change change = changes_[row.source];
+    std::uint32_t& times = times_[row.whole];
+    const std::uint32_t came = change == Change::kCame;
+    const std::uint32_t went = static_cast<std::uint32_t>(change == Change::kWent) & (times > 0);
+    times += came - went;
+    left += came - went;
   }
   std::vector<store::TextId> items;
   try {
@@ -177,10 +179,15 @@ std::vector<store::TextId> SystemState::Replayed(Stretch stretch) const {
     throw;
   }
   for (auto at = stretch.end; left > 0;) {
+    if (at - stretch.begin > kAhead) __builtin_prefetch(&times_[RowAt(at[-kAhead - 1]).whole]);
     const EventRow& row = RowAt(*--at);
-    if (ChangeOf(row) != Change::kCame || times_[row.whole] == 0) continue;
-    --times_[row.whole];
-    items[--left] = row.whole;
+    std::uint32_t& times = times_[row.whole];
+    const std::uint32_t listed =
+        static_cast<std::uint32_t>(changes_[row.source] == Change::kCame) & (times > 0);
+    // What is not listed is written over.
+    items[left - 1] = row.whole;
+    times -= listed;
+    left -= listed;
   }
   return items;
 }

@@ -65,7 +65,6 @@ class SystemState {
   Stretch StretchOf(Heights rows) const;
   std::vector<store::TextId> Replayed(Stretch rows) const;
   const EventRow& RowAt(std::uint32_t height) const;
-  Change ChangeOf(const EventRow& row) const { return changes_[row.source]; }
 
   const EventGrid& view_;
   const EventRows& rows_;

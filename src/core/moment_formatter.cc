@@ -14,6 +14,12 @@ std::int64_t FloorDivide(std::int64_t value, std::int64_t by) {
   return value / by - (value % by < 0 ? 1 : 0);
 }
 
+// The moment, or the nearest one that has a number of 32 bits.
+std::int32_t Within(std::int64_t moment) {
+  return static_cast<std::int32_t>(std::clamp<std::int64_t>(moment, std::numeric_limits<std::int32_t>::min(),
+                                                            std::numeric_limits<std::int32_t>::max()));
+}
+
 std::size_t SlotOf(std::int64_t number, std::size_t slots) {
   return static_cast<std::size_t>(static_cast<std::uint64_t>(number) % slots);
 }
@@ -47,26 +53,35 @@ std::string_view MomentFormatter::Format(std::int32_t seconds) {
   return text_;
 }
 
-std::optional<int> MomentFormatter::SecondShown(std::int32_t seconds) {
+std::optional<MomentFormatter::Told> MomentFormatter::ToldAround(std::int32_t moment) {
   if (!tells_second_) return std::nullopt;
-  const std::int64_t wall = LocalSeconds(seconds);
-  const std::int64_t day_number = FloorDivide(wall, kSecondsPerDay);
-  if (!DayAt(day_number).readable) return std::nullopt;
-  return static_cast<int>(wall - day_number * kSecondsPerDay);
+  const Block& block = BlockAt(moment);
+  Told told{moment, moment, 0};
+  if (block.steady) {
+    told.first = Within(block.number * kBlockSeconds);
+    told.last = Within(block.number * kBlockSeconds + kBlockSeconds - 1);
+  }
+  const std::int64_t wall = LocalSeconds(told.first);
+  const std::int64_t day = FloorDivide(wall, kSecondsPerDay);
+  const std::int64_t last_day = FloorDivide(wall + told.last - told.first, kSecondsPerDay);
+  if (!DayAt(day).readable || !DayAt(last_day).readable) return std::nullopt;
+  told.second = static_cast<int>(wall - day * kSecondsPerDay);
+  return told;
 }
 
-std::int64_t MomentFormatter::LocalSeconds(std::int32_t seconds) {
+const MomentFormatter::Block& MomentFormatter::BlockAt(std::int32_t seconds) {
   const std::int64_t number = FloorDivide(seconds, kBlockSeconds);
   Block& block = blocks_[SlotOf(number, kSlots)];
   if (block.number != number) {
-    const auto within = [](std::int64_t moment) {
-      return static_cast<std::int32_t>(std::clamp<std::int64_t>(
-          moment, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
-    };
     block.number = number;
-    block.offset = OffsetAt(within(number * kBlockSeconds));
-    block.steady = block.offset == OffsetAt(within(number * kBlockSeconds + kBlockSeconds - 1));
+    block.offset = OffsetAt(Within(number * kBlockSeconds));
+    block.steady = block.offset == OffsetAt(Within(number * kBlockSeconds + kBlockSeconds - 1));
   }
+  return block;
+}
+
+std::int64_t MomentFormatter::LocalSeconds(std::int32_t seconds) {
+  const Block& block = BlockAt(seconds);
   return seconds + (block.steady ? block.offset : OffsetAt(seconds));
 }
 

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "core/date_calendar.h"
 #include "core/date_picture.h"
 #include "platform/family_libraries.h"
 #include "platform/locale.h"
@@ -23,9 +24,18 @@ class MomentFormatter {
 
   // The text is valid until the next call.
   std::string_view Format(std::int32_t seconds);
-  // The second of the local day that the text of a moment tells; nothing where the settings leave a doubt.
-  // Texts that tell different seconds are not equal, whatever their case: far cheaper than two texts.
-  std::optional<int> SecondShown(std::int32_t seconds);
+  // Moments that tell the second of their local day without doubt, and one second after the other, in a
+  // circle of a day. Texts that tell different seconds are not equal, whatever their case.
+  struct Told {
+    std::int32_t first, last;
+    int second;  // of the first
+    int SecondOf(std::int32_t moment) const {
+      return static_cast<int>((std::int64_t{moment} - first + second) % kSecondsPerDay);
+    }
+  };
+  // Those around a moment; nothing where the settings leave a doubt. To ask for them is far cheaper than to
+  // make texts.
+  std::optional<Told> ToldAround(std::int32_t moment);
 
  private:
   // A quarter of a day of UTC: no zone changes its distance from UTC within one and changes back.
@@ -45,6 +55,7 @@ class MomentFormatter {
 
   // Seconds of the local wall clock, counted as if it were UTC.
   std::int64_t LocalSeconds(std::int32_t seconds);
+  const Block& BlockAt(std::int32_t seconds);
   std::int64_t OffsetAt(std::int32_t seconds);
   const Day& DayAt(std::int64_t number);
 

@@ -158,11 +158,14 @@ int TellingTheirSecond(const LocaleInfo& locale, int order = 0) {
   std::map<std::string, int> second_of;
   int telling = 0;
   const auto look_at = [&](std::int32_t moment) {
-    const auto second = formatter.SecondShown(moment);
-    if (!second) return;
+    const auto told = formatter.ToldAround(moment);
+    if (!told) return;
     ++telling;
+    EXPECT_LE(told->first, moment);
+    EXPECT_GE(told->last, moment);
+    const int second = told->SecondOf(moment);
     const std::string text = UpperCase(formatter.Format(moment));
-    EXPECT_EQ(second_of.try_emplace(text, *second).first->second, *second) << text;
+    EXPECT_EQ(second_of.try_emplace(text, second).first->second, second) << text;
   };
   constexpr std::int32_t kAutumn = 1'793'484'000;
   for (std::int32_t moment = kAutumn; moment < kAutumn + 3 * 86400; moment += 37) look_at(moment);
@@ -181,6 +184,26 @@ TEST(MomentFormatter, OrdinarySettingsTellTheSecond) {
     locale.time = time;
     EXPECT_GT(TellingTheirSecond(locale), 10'000) << time;
   }
+}
+
+TEST(MomentFormatter, MomentsTellTheirSecondsOneAfterTheOther) {
+  FakeZone zone = SummerTime(3600, 7200);
+  const LocaleInfo locale;
+  MomentFormatter formatter(locale, 0, zone);
+  int whole = 0, single = 0;
+  const auto look_at = [&](std::int32_t moment) {
+    const auto told = formatter.ToldAround(moment);
+    ASSERT_TRUE(told) << moment;
+    (told->first == told->last ? single : whole) += 1;
+    for (const std::int32_t other : {told->first, moment, told->last}) {
+      const LocalTime local = zone.FromUTC(other);
+      EXPECT_EQ(told->SecondOf(other), local.hour * 3600 + local.minute * 60 + local.second) << other;
+    }
+  };
+  for (const FakeZone::Change& change : zone.changes())
+    for (const int by : {-40'000, -1, 0, 7, 40'000}) look_at(static_cast<std::int32_t>(change.from + by));
+  EXPECT_GT(whole, 100);
+  EXPECT_GT(single, 100);
 }
 
 TEST(MomentFormatter, SettingsThatLeaveADoubtTellNoSecond) {
