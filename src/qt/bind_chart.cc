@@ -4,8 +4,6 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLegend>
-#include <QLegendMarker>
-#include <QLineSeries>
 #include <QToolTip>
 #include <QValueAxis>
 #include <algorithm>
@@ -92,8 +90,12 @@ void ChartView::DrawNow() {
   drawn_ = true;
   chart()->removeAllSeries();
   SetScales();
-  const int count = static_cast<int>(chart_.table.Get().series.size());
-  for (int i = 0; i < std::min(count, kMostSeries); ++i) DrawSeries(i);
+  const Theme& theme = kit_.theme;
+  int index = 0;
+  for (const widgets::ChartSeries& series : chart_.table.Get().series) {
+    if (index == kMostSeries) break;
+    AddSeries(*chart(), series, LookOfSeries(index++, theme.dark()), theme.tokens().base, fontMetrics());
+  }
   setAccessibleDescription(ToQt(widgets::ChartInWords(chart_.table)));
   viewport()->update();
 }
@@ -115,35 +117,6 @@ void ChartView::SetScales() {
   const auto rows = static_cast<double>(chart_.table.Get().labels.size());
   // Half a step at either end, and more than the highest value: no marker is cut in half.
   across_->setRange(-kHalf, std::max(rows, 1.0) - kHalf);
-}
-
-// Where a series stands at 0, with most of the others, it has no marker.
-void ChartView::DrawSeries(int index) {
-  constexpr double kLineWidth = 2, kMarkerSize = 9;
-  constexpr int kLongestName = 220;
-  const widgets::ChartSeries& series = chart_.table.Get().series[static_cast<std::size_t>(index)];
-  const SeriesLook look = LookOfSeries(index, kit_.theme.dark());
-  auto* line = new QLineSeries;
-  auto* markers = new QScatterSeries;
-  for (std::size_t row = 0; row < series.values.size(); ++row) {
-    const QPointF point(static_cast<double>(row), ValueOf(series.values[row]));
-    if (series.values[row]) line->append(point);
-    if (point.y() != 0) markers->append(point);
-  }
-  line->setPen(QPen(look.colour, kLineWidth, look.dash));
-  markers->setMarkerShape(look.marker);
-  markers->setMarkerSize(kMarkerSize);
-  markers->setColor(look.colour);
-  markers->setBorderColor(kit_.theme.tokens().base);
-  // The list of series reads names as markup.
-  const QString name = fontMetrics().elidedText(ToQt(series.name), Qt::ElideRight, kLongestName);
-  markers->setName(name.toHtmlEscaped());
-  for (QXYSeries* part : std::initializer_list<QXYSeries*>{line, markers}) {
-    chart()->addSeries(part);
-    part->attachAxis(across_);
-    part->attachAxis(up_);
-  }
-  for (QLegendMarker* marker : chart()->legend()->markers(line)) marker->setVisible(false);
 }
 
 void ChartView::drawForeground(QPainter* painter, const QRectF&) {

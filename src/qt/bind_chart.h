@@ -34,7 +34,6 @@ class ChartView : public QChartView {
  private:
   void Dress();
   void DrawNow();
-  void DrawSeries(int index);
   void SetScales();
   void MakeRoomBelow();
 

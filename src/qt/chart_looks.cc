@@ -1,6 +1,12 @@
 #include "qt/chart_looks.h"
 
+#include <QChart>
+#include <QLegend>
+#include <QLegendMarker>
+#include <QLineSeries>
 #include <array>
+
+#include "qt/text_edge.h"
 
 namespace zendrix::qt {
 
@@ -27,6 +33,32 @@ auto Cycled(const List& list, int index) {
 SeriesLook LookOfSeries(int index, bool dark) {
   const char* const colour = dark ? Cycled(kDark, index) : Cycled(kLight, index);
   return {QColor(QLatin1String(colour)), Cycled(kDashes, index), Cycled(kMarkers, index)};
+}
+
+void AddSeries(QChart& chart, const widgets::ChartSeries& series, const SeriesLook& look,
+               const QColor& ground, const QFontMetrics& metrics) {
+  constexpr double kLineWidth = 2, kMarkerSize = 9;
+  constexpr int kLongestName = 220;
+  auto* line = new QLineSeries;
+  auto* markers = new QScatterSeries;
+  for (std::size_t row = 0; row < series.values.size(); ++row) {
+    const QPointF point(static_cast<double>(row), series.values[row].value_or(0));
+    if (series.values[row]) line->append(point);
+    if (point.y() != 0) markers->append(point);
+  }
+  line->setPen(QPen(look.colour, kLineWidth, look.dash));
+  markers->setMarkerShape(look.marker);
+  markers->setMarkerSize(kMarkerSize);
+  markers->setColor(look.colour);
+  markers->setBorderColor(ground);
+  // The list of series reads names as markup.
+  const QString name = metrics.elidedText(ToQt(series.name), Qt::ElideRight, kLongestName);
+  markers->setName(name.toHtmlEscaped());
+  for (QXYSeries* part : std::initializer_list<QXYSeries*>{line, markers}) {
+    chart.addSeries(part);
+    for (QAbstractAxis* axis : chart.axes()) part->attachAxis(axis);
+  }
+  for (QLegendMarker* marker : chart.legend()->markers(line)) marker->setVisible(false);
 }
 
 }  // namespace zendrix::qt

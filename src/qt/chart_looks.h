@@ -3,7 +3,12 @@
 #pragma once
 
 #include <QColor>
+#include <QFontMetrics>
 #include <QScatterSeries>
+
+#include "widgets/chart.h"
+
+class QChart;
 
 namespace zendrix::qt {
 
@@ -14,5 +19,10 @@ struct SeriesLook {
 };
 
 SeriesLook LookOfSeries(int index, bool dark);
+
+// Draws a series along the chart's axes, on a ground of this colour: a line, and markers with the series'
+// name, cut to a bearable length. Where it stands at 0, with most of the others, it has no marker.
+void AddSeries(QChart& chart, const widgets::ChartSeries& series, const SeriesLook& look,
+               const QColor& ground, const QFontMetrics& metrics);
 
 }  // namespace zendrix::qt
