@@ -220,6 +220,28 @@ TEST_F(AdminWindowTest, GridKeepsTheKeyboardWhileALoadRunsAndTakesNoKey) {
   EXPECT_EQ(table_->currentIndex().row(), 6);
 }
 
+TEST_F(AdminWindowTest, KeyboardGoesAlongWhenOneGridTakesTheOthersPlace) {
+  Open();
+  auto* const filtered = The<QTableView>("FEvnList");
+  form_->filter.ChangeGrids();
+  EXPECT_TRUE(filtered->isVisible());
+  EXPECT_TRUE(filtered->hasFocus());
+  EXPECT_EQ(filtered->geometry(), table_->geometry());
+  form_->filter.RestoreGrids();
+  EXPECT_FALSE(filtered->isVisible());
+  EXPECT_TRUE(table_->hasFocus());
+}
+
+TEST_F(AdminWindowTest, TabGoesFromTheEventsOverTheSplitterToTreeAndChart) {
+  Open();
+  table_->setFocus();
+  for (const char* name : {"lblHDrag", "tvVCR", "Chrt"}) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    ASSERT_NE(QApplication::focusWidget(), nullptr);
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), QLatin1String(name));
+  }
+}
+
 TEST_F(AdminWindowTest, WholeDescriptionIsInTheTipAsPlainText) {
   Open();
   const QModelIndex cell = table_->model()->index(0, admin::kColDescription);

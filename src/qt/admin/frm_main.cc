@@ -69,18 +69,22 @@ void AdminWindow::MakePanes() {
   auto* const grid = new GridTable(ui_.EventList, QStringLiteral("grid"), QStringLiteral("Events"),
                                    QStringLiteral("No events. The monitoring file has no line yet."), kit());
   area->Put(&admin::PanePlaces::grids, grid);
-  area->Put(&admin::PanePlaces::grids,
-            new GridTable(ui_.filter.FEvnList, QStringLiteral("grid"), QStringLiteral("Filtered events"),
-                          QStringLiteral("No event passes the filter."), kit()));
+  auto* const filtered =
+      new GridTable(ui_.filter.FEvnList, QStringLiteral("grid"), QStringLiteral("Filtered events"),
+                    QStringLiteral("No event passes the filter."), kit());
+  area->Put(&admin::PanePlaces::grids, filtered);
+  // The keyboard is with the events that are seen, when one grid takes the other's place.
+  Keep(this, ui_.filter.FEvnList.visible.changed.Connect(
+                 [this, grid, filtered] { (ui_.filter.Shown() ? filtered : grid)->setFocus(); }));
   area->Put(&admin::PanePlaces::lblHDrag,
             new SplitterBar(ui_.lblHDrag, QStringLiteral("Height of the events"), kit()));
+  area->Put(&admin::PanePlaces::tvVCR,
+            new TreeView(ui_.replay.tvVCR, QStringLiteral("h3"), QStringLiteral("System State"), kit()));
   area->Put(&admin::PanePlaces::Chrt,
             new ChartView(ui_.timeline.Chrt, QStringLiteral("Small timeline"), kit()));
   QLabel* const unit = MakeLabel(ui_.timeline.chrtLabel, kit());
   unit->setAlignment(Qt::AlignCenter);
   area->Put(&admin::PanePlaces::chrtLabel, unit);
-  area->Put(&admin::PanePlaces::tvVCR,
-            new TreeView(ui_.replay.tvVCR, QStringLiteral("h3"), QStringLiteral("System State"), kit()));
   grid->setFocus();
 }
 
