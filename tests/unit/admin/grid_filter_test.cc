@@ -175,7 +175,7 @@ TEST_F(GridFilterTest, ProgressIsShownAtEveryFiftiethRow) {
     progress.push_back(form_->DynamicPictureBox.value);
     free.push_back(form_->EventList.enabled || form_->filter.FEvnList.enabled || form_->EventList.redraw() ||
                    form_->filter.FEvnList.redraw() || screen_.MousePointer != widgets::kPointerHourglass ||
-                   form_->Timer1->Running());
+                   form_->Timer1->Running() || !form_->LoadRuns());
   });
   FilterBy("even");
   EXPECT_THAT(texts, ElementsAre("50 records : 12 selected", "100 records : 25 selected",

@@ -43,6 +43,7 @@ TEST_F(GridFindTest, DialogIsModalOverTheWindowAndStaysLoadedWhenClosed) {
   OpenOn({Line(1, "system")});
   InDialog([&](frmFind& dialog) {
     EXPECT_FALSE(form_->enabled);
+    EXPECT_EQ(dialog.title.Get(), "Find");
     EXPECT_EQ(dialog.FindRow, 1);
     EXPECT_EQ(dialog.FindCol, 1);
     EXPECT_EQ(dialog.FindPos, 1u);
@@ -247,6 +248,18 @@ TEST_F(GridFindTest, TopOfTheViewIsTwoRowsAboveTheHit) {
   EXPECT_EQ(form_->EventList.TopRow.Get(), 2);
   Next();
   EXPECT_EQ(form_->EventList.TopRow.Get(), 1);
+}
+
+// Only a place of 2 or more, in either direction, counts as one of a hit.
+TEST_F(GridFindTest, HitInTheFirstCellOfAllStaysGrey) {
+  OpenFor("needle", {"x,needle,system,A,x", "needle,h,system,A,x", "needle,needle,system,A,x"});
+  EXPECT_EQ(Next(), (std::pair{1, int{kColDateTime}}));
+  EXPECT_EQ(Next(), (std::pair{1, int{kColHostname}}));
+  EXPECT_EQ(ColourAt(1, kColDateTime), kGrey);
+  EXPECT_EQ(Next(), (std::pair{2, int{kColDateTime}}));
+  EXPECT_EQ(ColourAt(1, kColHostname), 0u);
+  EXPECT_EQ(Next(), (std::pair{3, int{kColHostname}}));
+  EXPECT_EQ(ColourAt(2, kColDateTime), 0u);
 }
 
 TEST_F(GridFindTest, MarkOfTheLastHitGoesOnDemand) {
