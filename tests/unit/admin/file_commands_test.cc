@@ -328,6 +328,11 @@ TEST_F(FileCommandsTest, OutcomeOfStopAndStartIsNotLookedAt) {
   Files().MnFDelete.clicked.Raise();
   EXPECT_FALSE(world_.platform.files.Has(Path()));
   EXPECT_THAT(Boxes().shown, SizeIs(1)) << "only the question";
+  world_.platform.services.unavailable = false;
+  world_.platform.services.Script(ServiceMethod::kStop, 5);
+  SayYes();
+  Files().MnFDelete.clicked.Raise();
+  EXPECT_THAT(Boxes().shown, SizeIs(2)) << "nothing but another question";
 }
 
 TEST_F(FileCommandsTest, GridReloadsWhenTheAgentHasBegunItsFileAnew) {
@@ -397,6 +402,7 @@ TEST_F(FileCommandsTest, EndOfTheProgramWhileTheAgentRestsStartsItFirst) {
   EXPECT_EQ(world_.EndOf([&] { Files().MnFDelete.clicked.Raise(); }), 0);
   EXPECT_THAT(Runs(), ElementsAre(ServiceMethod::kStop, ServiceMethod::kStart));
   EXPECT_TRUE(world_.platform.files.Has(Path()));
+  EXPECT_THAT(Boxes().shown, SizeIs(1)) << "nothing is told at the end";
 }
 
 TEST_F(FileCommandsTest, EndOfTheProgramUnderTheQuestionDeletesNothing) {
