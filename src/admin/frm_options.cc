@@ -7,6 +7,7 @@
 #include "core/guards.h"
 #include "core/letter_case.h"
 #include "core/number_rules.h"
+#include "core/text_rules.h"
 #include "core/window_helpers.h"
 #include "settings/smtp.h"
 #include "widgets/busy_mark.h"
@@ -85,10 +86,13 @@ void frmOptions::FillMonitors() {
     known.SetItemData(name, "");
     entries.push_back({name, value == "1"});
   }
+  // In a file that was saved from the grid monitors begin with blanks, which names of settings do not keep:
+  // such a one, unchecked, would switch off the monitor that it is.
   for (const auto& met : needs_.GridMonitorList.ColList()) {
-    if (known.ItemData(met.item)) continue;
-    known.SetItemData(met.item, "");
-    entries.push_back({met.item, states.empty()});
+    const std::string name(core::Trim(met.item));
+    if (known.ItemData(name)) continue;
+    known.SetItemData(name, "");
+    entries.push_back({name, states.empty()});
   }
   Monitors.Fill(std::move(entries));
 }

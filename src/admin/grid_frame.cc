@@ -65,13 +65,13 @@ void GridFrame::HeaderClick(EventGrid& grid, int column) {
 void GridFrame::SortGrid(EventGrid& grid, int column) {
   const bool up = sort.Sort(grid, column);
   ShowSortArrow(grid, HeaderColumn, up);
-  if (grid.Rows() >= 2) grid.Row = 1;
+  if (grid.Rows() >= 2) grid.Select(1, grid.Col, 1, grid.Col);
 }
 
 // After lines have come; the direction stays.
 void GridFrame::SortAgain() {
   ShowSortArrow(EventList, HeaderColumn, sort.SortAgain(EventList));
-  if (EventList.Rows() >= 2) EventList.Row = 1;
+  if (EventList.Rows() >= 2) EventList.Select(1, EventList.Col, 1, EventList.Col);
 }
 
 void GridFrame::ServeMessages(std::int64_t done, std::int64_t of) {

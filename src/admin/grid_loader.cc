@@ -63,8 +63,8 @@ void GridLoader::TakeLines(GridLoad& load, store::LineReader& lines) {
       store::CountUp(load.lines);
       load.bytes += static_cast<std::int64_t>(read[i].size()) + 2;
       rows.Take(prepared[i], load.lines);
-      if (load.behind_line) load.behind_line();
       if (load.lines % kLinesPerServing == 0) load.serve();
+      if (load.behind_line) load.behind_line();
     }
   }
 }

@@ -220,7 +220,13 @@ void SessionReplay::EndReplay() {
 void SessionReplay::EventList_Click(int row) {
   if (Playing) EndReplay();
   if (frame_.LoadRuns()) return;
-  needs_.ResetCellColor();
+  {
+    // It leads the cursor to the cell that was found; the click has put it elsewhere.
+    const int cursor_row = grid_.Row, col = grid_.Col, row_sel = grid_.RowSel, col_sel = grid_.ColSel;
+    const widgets::PaintingPause pause(grid_);
+    needs_.ResetCellColor();
+    grid_.Select(cursor_row, col, row_sel, col_sel);
+  }
   if (!IsThere(row)) return;
   if (frame_.sort.TimeDescending) return Guarded("EventList_Click", [&] { MoveTo(row); });
   tvVCR.Fill(kSystemState);
@@ -330,7 +336,6 @@ void SessionReplay::AddNode(const SystemState& state, const std::string& name, s
                                                              (*texts)[texts->size() - 1 - place]));
                                                        }}});
   nodes.back().expanded = Of(NodeExpanded, monitor);
-  NodeOmitted[monitor] = kNotOmitted;
 }
 
 }  // namespace zendrix::admin

@@ -105,14 +105,19 @@ void Grid::SetRedraw(bool on) {
   }
 }
 
+// A view moves the cursor along with rows that come above it. A sort has put it where it is to stay.
 void Grid::EndPause() {
+  const int row = Row, col = Col, row_sel = RowSel, col_sel = ColSel;
   if (std::exchange(pending_columns_, false)) columns_changed.Raise();
   const int count = std::exchange(pending_count_, 0);
   if (std::exchange(pending_rows_, false))
     rows_changed.Raise();
   else if (count > 0)
     rows_inserted.Raise(pending_place_, count);
-  if (std::exchange(pending_sort_, false)) rows_sorted.Raise();
+  if (std::exchange(pending_sort_, false)) {
+    Select(row, col, row_sel, col_sel);
+    rows_sorted.Raise();
+  }
   if (std::exchange(pending_looks_, false)) looks_changed.Raise();
 }
 

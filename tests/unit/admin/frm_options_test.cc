@@ -130,6 +130,18 @@ TEST_F(FrmOptionsTest, WithoutSavedMonitorsThoseOfTheGridAreAllChecked) {
   EXPECT_EQ(Open().Monitors.Print(), "[x] System\n[x] Memory\n");
 }
 
+// The settings keep no blanks in front of a name: the second one, unchecked, switched the first one off.
+TEST_F(FrmOptionsTest, MonitorsOfAFileThatWasSavedFromTheGridAreThoseOfTheSettings) {
+  Met("     System");
+  Met("     New One");
+  Open();
+  std::vector<std::string> names;
+  for (const auto& entry : form_->Monitors.entries()) names.push_back(entry.text);
+  EXPECT_THAT(names, ElementsAre("System", "Tcp Port", "Memory", "New One"));
+  Ok();
+  EXPECT_EQ(Saved("Monitors", "System"), "1");
+}
+
 TEST_F(FrmOptionsTest, OnlyTheValueOneIsAChecked) {
   Have("[Monitors]\r\na=1\r\nb=2\r\nc=\r\nd=-1\r\n[Columns]\r\nHostname=2\r\nMonitor=1\r\n");
   Open();

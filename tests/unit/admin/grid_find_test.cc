@@ -281,5 +281,16 @@ TEST_F(GridFindTest, EndOfTheProgramUnloadsIt) {
   EXPECT_EQ(form_->find.Dialog(), nullptr);
 }
 
+// Taking the mark off leads the cursor to the cell that was found, and every click jumped back there.
+TEST_F(GridFindTest, ClickBehindASearchLeavesTheCursorWhereItWasClicked) {
+  OpenFor("found", {Line(1, "system", "found"), Line(2, "system"), Line(3, "system")});
+  EXPECT_EQ(Next(), std::make_pair(3, static_cast<int>(kColDescription)));
+  form_->EventList.Select(2, 3, 2, 3);
+  form_->EventList.row_clicked.Raise(2);
+  EXPECT_EQ(form_->EventList.Row.Get(), 2);
+  EXPECT_EQ(form_->EventList.Col.Get(), 3);
+  EXPECT_EQ(ColourAt(3, kColDescription), 0U);
+}
+
 }  // namespace
 }  // namespace zendrix::admin

@@ -275,5 +275,21 @@ TEST_F(GridTest, CursorThatMovesEndsTheSelectionAtItsCell) {
   EXPECT_TRUE(grid_.OneCellSelected());
 }
 
+// A view takes the cursor along with the rows that come above it; a sort put it on row 1.
+TEST_F(GridTest, SortInAPauseKeepsTheCursorWhereItPutItThoughRowsHaveCome) {
+  grid_.rows = 5;
+  grid_.Select(4, 1, 5, 2);
+  grid_.rows_inserted.ConnectForever([this](int, int count) { grid_.Row = 1 + count; });
+  {
+    const PaintingPause pause(grid_);
+    grid_.Add(1, 3);
+    grid_.Sort();
+    grid_.Select(1, 1, 1, 1);
+  }
+  EXPECT_EQ(grid_.Row.Get(), 1);
+  EXPECT_TRUE(grid_.OneCellSelected());
+  const PaintingPause pause(grid_);
+}
+
 }  // namespace
 }  // namespace zendrix::widgets
