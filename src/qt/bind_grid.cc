@@ -25,20 +25,24 @@ constexpr int kCellEdges = 20;
 
 // A cell holds its text shortened to the column's width in the program. Where the window gives the column
 // more room, the whole text is drawn. A colour of the cell's own is painted here: the look of the program
-// gives cells an inner edge, and with one the style leaves their colours out. That of a single cell is seen
-// in a selected row as well.
+// gives cells an inner edge, and with one the style leaves their colours out. It is seen in a selected row as
+// well, between two lines that show the selection.
 class CellDelegate : public QStyledItemDelegate {
  public:
   CellDelegate(widgets::Grid& grid, QObject* parent) : QStyledItemDelegate(parent), grid_(grid) {}
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     const QVariant own = index.data(Qt::BackgroundRole);
+    if (!own.isValid()) return QStyledItemDelegate::paint(painter, option, index);
     QStyleOptionViewItem shown = option;
-    if (own.isValid() && own != index.siblingAtColumn(0).data(Qt::BackgroundRole))
-      shown.state.setFlag(QStyle::State_Selected, false);
-    if (own.isValid() && !shown.state.testFlag(QStyle::State_Selected))
-      painter->fillRect(shown.rect, own.value<QBrush>());
+    shown.state.setFlag(QStyle::State_Selected, false);
+    painter->fillRect(shown.rect, own.value<QBrush>());
     QStyledItemDelegate::paint(painter, shown, index);
+    if (!option.state.testFlag(QStyle::State_Selected)) return;
+    constexpr int kEdge = 2;
+    const QBrush frame = index.data(Qt::ForegroundRole).value<QBrush>();
+    painter->fillRect(QRect(option.rect.topLeft(), QSize(option.rect.width(), kEdge)), frame);
+    painter->fillRect(option.rect.adjusted(0, option.rect.height() - kEdge, 0, 0), frame);
   }
 
  protected:
@@ -47,7 +51,7 @@ class CellDelegate : public QStyledItemDelegate {
     const int column = index.column();
     const int room = (option->rect.width() - kCellEdges) * kTwipsPerPixel;
     if (column + 1 != grid_.Cols() || room <= grid_.column(column).width) return;
-    option->text = index.data(kWholeTextRole).toString();
+    option->text = index.data(kLongTextRole).toString();
   }
 
  private:
@@ -119,8 +123,9 @@ GridTable::GridTable(widgets::Grid& grid, const QString& picture_list, const QSt
                                                        verticalScrollBar(), horizontalScrollBar()})
     part->installEventFilter(this);
   Keep(this, grid_.columns_changed.Connect([this] { ShowColumns(); }));
-  Keep(this, grid_.Row.changed.Connect([this] { ShowRow(); }));
+  for (auto* end : {&grid_.Row, &grid_.RowSel}) Keep(this, end->changed.Connect([this] { ShowRow(); }));
   Keep(this, grid_.TopRow.changed.Connect([this] { ShowTop(); }));
+  Keep(this, grid_.LeftCol.changed.Connect([this] { ShowLeft(); }));
   grid_.cell_under_pointer = [view = QPointer(this)] {
     return view ? view->CellUnderPointer() : widgets::Grid::Cell{};
   };
@@ -262,6 +267,15 @@ void GridTable::ShowTop() {
   executeDelayedItemsLayout();
   verticalScrollBar()->setValue(grid_.TopRow - 1);
   TellScrolled();
+}
+
+// The narrow first column stays in sight until the user scrolls it away.
+void GridTable::ShowLeft() {
+  if (scrolling_) return;
+  const int column = std::clamp<int>(grid_.LeftCol, 0, model_->columnCount() - 1);
+  const bool at_start = horizontalScrollBar()->value() == 0 && column <= 1;
+  executeDelayedItemsLayout();
+  if (!at_start && column >= 0) horizontalScrollBar()->setValue(horizontalHeader()->sectionPosition(column));
 }
 
 void GridTable::TellScrolled() {

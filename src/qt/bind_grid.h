@@ -47,6 +47,7 @@ class GridTable : public TableView {
   void ShowColumns();
   void ShowRow();
   void ShowTop();
+  void ShowLeft();
   void ShowHeights();
   void TellSelection();
   void TellScrolled();

@@ -70,8 +70,10 @@ int GridModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : columns_;
 }
 
-QString GridModel::Words(int row, int col) const {
-  return ToQt(grid_.Text(row, col)).trimmed();
+// No window has room for more, and a line of the file may be millions of characters long.
+QString GridModel::Shown(const std::string& text) {
+  constexpr std::size_t kShown = 2000;
+  return ToQt(std::string_view(text).substr(0, kShown)).trimmed();
 }
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
@@ -81,15 +83,17 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
   if (row < 1 || row > grid_.DataRows()) return {};
   switch (role) {
     case Qt::DisplayRole:
-      return Words(row, col);
+      return Shown(grid_.Text(row, col));
     case Qt::DecorationRole: {
       const int picture = grid_.Picture(row, col);
       return picture > 0 ? QVariant(pictures_.Numbered(picture_list_, picture)) : QVariant();
     }
     case Qt::ToolTipRole:
       return ToolTipText(grid_.Tip(row, col));
-    case kWholeTextRole:
+    case kLongTextRole:
     case Qt::AccessibleTextRole:
+      return Shown(grid_.Tip(row, col));
+    case kWholeTextRole:
       return ToQt(grid_.Tip(row, col));
     case Qt::BackgroundRole:
     case Qt::ForegroundRole:

@@ -10,6 +10,8 @@ namespace zendrix::qt {
 
 // The role of a cell's full text, where the cell itself shows a shortened one.
 inline constexpr int kWholeTextRole = Qt::UserRole;
+// As much of it as a window may have room for.
+inline constexpr int kLongTextRole = Qt::UserRole + 1;
 
 class GridModel : public QAbstractTableModel {
  public:
@@ -28,7 +30,7 @@ class GridModel : public QAbstractTableModel {
   void TakeInserted(int place, int count);
   void TakeAll();
   QVariant Look(int row, int col, int role) const;
-  QString Words(int row, int col) const;
+  static QString Shown(const std::string& text);
 
   widgets::Grid& grid_;
   Pictures& pictures_;

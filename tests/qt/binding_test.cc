@@ -425,6 +425,24 @@ TEST_F(GridTableTest, RowsSelectedTogetherBeginAtTheCursorsRow) {
   EXPECT_TRUE(grid_.OneCellSelected());
 }
 
+TEST_F(GridTableTest, SelectionThatTheLogicEndsIsOfOneRowAgain) {
+  grid_.Row = 1;
+  QTest::keyClick(table_.get(), Qt::Key_Down, Qt::ShiftModifier);
+  EXPECT_EQ(table_->selectionModel()->selectedRows().size(), 2);
+  grid_.Select(1, 0, 1, 0);
+  EXPECT_EQ(table_->selectionModel()->selectedRows().size(), 1);
+  EXPECT_EQ(grid_.RowSel.Get(), 1);
+}
+
+TEST_F(GridTableTest, FirstColumnOfTheLogicStandsAtTheLeft) {
+  for (int col = 0; col < grid_.Cols(); ++col) grid_.SetColWidth(col, 6000);
+  grid_.LeftCol = 1;
+  EXPECT_EQ(table_->horizontalScrollBar()->value(), 0) << "the narrow first column stays in sight";
+  grid_.LeftCol = 3;
+  EXPECT_EQ(table_->horizontalScrollBar()->value(), table_->horizontalHeader()->sectionPosition(3));
+  EXPECT_EQ(grid_.LeftCol.Get(), 3);
+}
+
 TEST_F(GridTableTest, RowOfNoHeightIsHidden) {
   grid_.SetRowHeight(2, 0);
   EXPECT_TRUE(table_->isRowHidden(1));
@@ -432,22 +450,34 @@ TEST_F(GridTableTest, RowOfNoHeightIsHidden) {
   EXPECT_FALSE(table_->isRowHidden(1));
 }
 
-// The style left the colour out.
-TEST_F(GridTableTest, MarkedRowIsPaintedInItsColourUnlessItIsSelected) {
-  const auto is_painted = [this](int row) {
+// The style left the colour out. A click selects the row that it marks, and hid the mark.
+TEST_F(GridTableTest, MarkedRowIsPaintedInItsColourAlsoWhereItIsSelected) {
+  const QColor own(0x80, 0x80, 0xFF);
+  const auto colour = [this](int row, int y) {
     const QRect cell = table_->visualRect(table_->model()->index(row, 1));
     const QImage picture = table_->viewport()->grab(cell).toImage();
-    return picture.pixelColor(picture.width() - 3, 2) == QColor(0x80, 0x80, 0xFF);
+    return picture.pixelColor(picture.width() - 3, y);
   };
-  EXPECT_FALSE(is_painted(1));
+  EXPECT_NE(colour(1, 4), own);
   grid_.SetRowColor(2, 0xFF8080);
-  EXPECT_TRUE(is_painted(1));
-  EXPECT_FALSE(is_painted(0));
+  EXPECT_EQ(colour(1, 4), own);
+  EXPECT_EQ(colour(1, 0), own);
+  EXPECT_NE(colour(0, 4), own);
   grid_.Row = 2;
-  EXPECT_FALSE(is_painted(1));
+  EXPECT_EQ(colour(1, 4), own);
+  EXPECT_NE(colour(1, 0), own) << "a line shows the selection";
   grid_.Row = 1;
   grid_.SetRowColor(2, 0);
-  EXPECT_FALSE(is_painted(1));
+  EXPECT_NE(colour(1, 4), own);
+}
+
+// A description of megabytes kept the window busy with every paint.
+TEST_F(GridTableTest, NoMoreOfAHugeTextIsDrawnThanAWindowHasRoomFor) {
+  zendrix::testing::InsertTop(rows_, grid_, {9, "t", "h", "System", "A", std::string(1 << 20, 'x'), 9});
+  const QModelIndex cell = table_->model()->index(0, admin::kColDescription);
+  EXPECT_EQ(cell.data(Qt::DisplayRole).toString().size(), 2000);
+  EXPECT_EQ(cell.data(kLongTextRole).toString().size(), 2000);
+  EXPECT_EQ(cell.data(kWholeTextRole).toString().size(), 1 << 20) << "what is copied is whole";
 }
 
 TEST_F(GridTableTest, ClickNamesItsRowAlsoWhereItIsTheCurrentOne) {
