@@ -13,6 +13,9 @@
 namespace zendrix::admin {
 namespace {
 
+// Trying a pattern takes as long as it is times as long as a description is, and that may be millions.
+constexpr std::size_t kLongestPattern = 1000;
+
 using Entries = std::vector<widgets::ComboBox::Entry>;
 
 int ChangePicture(const std::string& change) {
@@ -49,6 +52,7 @@ frmFilters::frmFilters(FiltersNeeds needs) : Form(needs.state.forms, "frmFilters
   title = "Filter Events";
   Apply.tip = "Show Only Filtered Events";
   Apply.enabled = false;
+  Desc.most = kLongestPattern;
   ConnectControls();
 }
 

@@ -6,12 +6,15 @@
 namespace zendrix::admin {
 namespace {
 
+// As for the filter's pattern: a search takes as long as it is.
+constexpr std::size_t kLongestText = 1000;
 constexpr widgets::Colour kGrey = 0xC0C0C0;
 
 }  // namespace
 
 frmFind::frmFind(GridFrame& frame) : Form(frame.app.forms, "frmFind"), frame_(frame) {
   title = "Find";
+  txtFind.most = kLongestText;
   Find.clicked.ConnectForever([this] { Find_Click(); });
 }
 
@@ -42,6 +45,8 @@ void frmFind::IncrementFindRow() {
 }
 
 void frmFind::Find_Click() {
+  // A poll may be bringing rows that the view does not know yet.
+  if (frame_.LoadRuns()) return;
   const std::string wanted = txtFind.text;
   if (wanted.empty()) return frame_.screen.beep.Raise();
   ResetCellColor();

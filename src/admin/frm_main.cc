@@ -159,7 +159,9 @@ void frmMain::SizeColumn(int column) {
   const int unit = static_cast<int>(std::floor(EventList.FontWidth)) + 1;
   const std::size_t longest =
       std::max(EventList.column(column).heading.size(), EventList.LongestText(column));
-  EventList.SetColWidth(column, (static_cast<int>(longest) + 1) * unit * 10);
+  // No screen is wider, and the text may be millions of characters long.
+  constexpr std::size_t kMostCharacters = 10'000;
+  EventList.SetColWidth(column, (static_cast<int>(std::min(longest, kMostCharacters)) + 1) * unit * 10);
 }
 
 void frmMain::ApplyColumnSettings() {

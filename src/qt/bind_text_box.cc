@@ -54,6 +54,7 @@ class TextField : public QLineEdit {
     setValidator(new KeyRule(box, this));
     Reflect(this, box.text, [this](const std::string&) { ShowText(); });
     Keep(this, box.mark_all.Connect([this] { selectAll(); }));
+    setMaxLength(static_cast<int>(box.most));
     connect(this, &QLineEdit::textEdited, this, [this](const QString& now) {
       guard_(box_.name(), [&] { box_.Edit(FromQt(now)); });
       ShowText();

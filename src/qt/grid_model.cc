@@ -9,6 +9,13 @@
 
 namespace zendrix::qt {
 
+namespace {
+
+// No window has room for more, and a line of the file may be millions of characters long.
+constexpr std::size_t kMostShown = 2000;
+
+}  // namespace
+
 GridModel::GridModel(widgets::Grid& grid, Pictures& pictures, QString picture_list, QObject* parent)
     : QAbstractTableModel(parent),
       grid_(grid),
@@ -70,10 +77,8 @@ int GridModel::columnCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : columns_;
 }
 
-// No window has room for more, and a line of the file may be millions of characters long.
 QString GridModel::Shown(const std::string& text) {
-  constexpr std::size_t kShown = 2000;
-  return ToQt(std::string_view(text).substr(0, kShown)).trimmed();
+  return ToQt(std::string_view(text).substr(0, kMostShown)).trimmed();
 }
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
@@ -89,7 +94,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
       return picture > 0 ? QVariant(pictures_.Numbered(picture_list_, picture)) : QVariant();
     }
     case Qt::ToolTipRole:
-      return ToolTipText(grid_.Tip(row, col));
+      return ToolTipText(std::string_view(grid_.Tip(row, col)).substr(0, kMostShown));
     case kLongTextRole:
     case Qt::AccessibleTextRole:
       return Shown(grid_.Tip(row, col));

@@ -18,6 +18,7 @@ void TextBox::Enter() {
 
 void TextBox::Edit(std::string now) {
   has_keyboard_ = true;  // also when the field had it already as its window became the active one
+  if (now.size() > most) now.resize(most);
   text = std::move(now);
 }
 
@@ -26,7 +27,7 @@ void TextBox::Type(std::string_view keys) {
     const std::string& present = text;
     if (key == kBackspace) {
       text = present.substr(0, present.empty() ? 0 : present.size() - 1);
-    } else if (Takes(key)) {
+    } else if (Takes(key) && present.size() < most) {
       text = present + key;
     } else {
       refused.Raise();

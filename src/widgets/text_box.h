@@ -7,6 +7,7 @@
 // to the box, or another form's doing under it, is no leaving.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <initializer_list>
 #include <string>
@@ -26,6 +27,8 @@ class TextBox : public Control {
   // Whether the field takes this character; without a rule it takes all. What a key may do besides typing
   // (moving, deleting) is no matter of the rule.
   std::function<bool(char key)> takes;
+  // The most characters that the user may type; more are cut off. By default those that any view takes.
+  std::size_t most = 32'767;
   // Whether the text is good enough to leave the field with.
   std::function<bool()> valid;
 

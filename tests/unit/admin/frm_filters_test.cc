@@ -163,5 +163,10 @@ TEST_F(FrmFiltersTest, ClosingInAnyWayClearsItAndEndsTheFilter) {
   }
 }
 
+TEST_F(FrmFiltersTest, PatternHasAThousandCharactersAtMost) {
+  form_.Desc.Edit(std::string(1001, '?'));
+  EXPECT_EQ(form_.Desc.text.Get(), std::string(1000, '?'));
+}
+
 }  // namespace
 }  // namespace zendrix::admin

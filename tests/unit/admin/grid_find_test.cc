@@ -292,5 +292,19 @@ TEST_F(GridFindTest, ClickBehindASearchLeavesTheCursorWhereItWasClicked) {
   EXPECT_EQ(ColourAt(3, kColDescription), 0U);
 }
 
+TEST_F(GridFindTest, NothingIsSearchedWhileALoadRuns) {
+  OpenFor("found", {Line(1, "system", "found"), Line(2, "system")});
+  form_->EventList.Select(1, 3, 1, 3);
+  form_->UpdateBusy = true;
+  Dialog().Find.clicked.Raise();
+  EXPECT_EQ(form_->EventList.Row.Get(), 1);
+  EXPECT_EQ(Dialog().FindRow, 1);
+}
+
+TEST_F(GridFindTest, TextHasAThousandCharactersAtMost) {
+  OpenFor(std::string(1001, 'x'), {Line(1, "system")});
+  EXPECT_EQ(Dialog().txtFind.text.Get(), std::string(1000, 'x'));
+}
+
 }  // namespace
 }  // namespace zendrix::admin

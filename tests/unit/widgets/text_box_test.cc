@@ -124,5 +124,14 @@ TEST_F(TextBoxTest, OnlyTheFieldWithTheKeyboardIsAskedBeforeACommand) {
   EXPECT_FALSE(MayLeave({&other, &box_}));
 }
 
+TEST_F(TextBoxTest, MoreThanTheMostCharactersAreCutOff) {
+  box_.most = 3;
+  box_.Edit("abcd");
+  EXPECT_EQ(box_.text.Get(), "abc");
+  box_.Type("d");
+  EXPECT_EQ(box_.text.Get(), "abc");
+  EXPECT_EQ(acts_.back(), "refused");
+}
+
 }  // namespace
 }  // namespace zendrix::widgets
