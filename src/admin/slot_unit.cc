@@ -26,15 +26,15 @@ std::int64_t SecondsOf(std::string_view interval) {
 
 }  // namespace
 
-const SlotUnit& SlotUnitOf(int TSlots) {
-  const bool known = TSlots >= 1 && TSlots <= static_cast<int>(kUnits.size());
-  return known ? kUnits[static_cast<std::size_t>(TSlots - 1)] : kOther;
+const SlotUnit& SlotUnitOf(int number) {
+  const bool known = number >= 1 && number <= static_cast<int>(kUnits.size());
+  return known ? kUnits[static_cast<std::size_t>(number - 1)] : kOther;
 }
 
 // In whole seconds: a date in front of day zero counts its time of day backwards.
-core::Date MovedBack(core::Date date, std::string_view SlotInterval, int count) {
+core::Date MovedBack(core::Date date, std::string_view interval, int count) {
   platform::LocalTime local = core::LocalTimeOf(date);
-  if (SlotInterval == "m") {
+  if (interval == "m") {
     const int month = local.year * kMonthsPerYear + local.month - 1 - count;
     local.year = month / kMonthsPerYear;
     local.month = month % kMonthsPerYear + 1;
@@ -43,7 +43,7 @@ core::Date MovedBack(core::Date date, std::string_view SlotInterval, int count) 
   }
   const std::int64_t day = core::DayNumber(local.year, local.month, local.day).value_or(0);
   const std::int64_t seconds = day * core::kSecondsPerDay + local.hour * 3600 + local.minute * 60 +
-                               local.second - count * SecondsOf(SlotInterval);
+                               local.second - count * SecondsOf(interval);
   std::int64_t second = seconds % core::kSecondsPerDay;
   if (second < 0) second += core::kSecondsPerDay;
   const auto new_day = static_cast<int>((seconds - second) / core::kSecondsPerDay);

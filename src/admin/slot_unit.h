@@ -17,9 +17,9 @@ struct SlotUnit {
 };
 
 // Slots of a minute, with "?" for their unit, for a number that stands for none.
-const SlotUnit& SlotUnitOf(int TSlots);
+const SlotUnit& SlotUnitOf(int number);
 
 // The date `count` intervals earlier; a day that the earlier month does not have becomes its last one.
-core::Date MovedBack(core::Date date, std::string_view SlotInterval, int count);
+core::Date MovedBack(core::Date date, std::string_view interval, int count);
 
 }  // namespace zendrix::admin

@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QKeyEvent>
+#include <QPainter>
 
 #include "qt/pane_looks.h"
 #include "qt/text_edge.h"
@@ -35,6 +36,16 @@ class DropDownList : public QComboBox {
       return kit_.guard(box_.name(), [&] { box_.Clear(); });
     if (event->key() != Qt::Key_Tab) Open();
     QComboBox::keyPressEvent(event);
+  }
+  // The look of the program frames whatever has the keyboard.
+  void paintEvent(QPaintEvent* event) override {
+    QComboBox::paintEvent(event);
+    if (!hasFocus()) return;
+    constexpr double kEdge = 0.5, kRounding = 3;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(kit_.theme.tokens().link);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(kEdge, kEdge, -kEdge, -kEdge), kRounding, kRounding);
   }
   // A turn of the wheel that passes by is no choice.
   void wheelEvent(QWheelEvent* event) override { event->ignore(); }

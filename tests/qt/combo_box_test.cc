@@ -83,5 +83,16 @@ TEST_F(ComboBoxBindingTest, ChangeByTheLogicIsShownAndNoChoice) {
   EXPECT_THAT(chosen_, IsEmpty());
 }
 
+TEST_F(ComboBoxBindingTest, FrameShowsThatItHasTheKeyboard) {
+  const auto frame = [this] {
+    const QImage picture = view_->grab().toImage();
+    return picture.pixelColor(picture.width() / 2, 0);
+  };
+  const QColor with = frame();
+  view_->clearFocus();
+  EXPECT_NE(frame(), with);
+  EXPECT_EQ(with, theme_.tokens().link);
+}
+
 }  // namespace
 }  // namespace zendrix::qt

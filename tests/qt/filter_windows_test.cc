@@ -178,5 +178,13 @@ TEST_F(FilterWindowsTest, FindStaysLoadedWhenItIsClosedAndSearchesOn) {
   EXPECT_TRUE(form_.enabled);
 }
 
+// What was typed went to the list of hosts, which showed no sign of having the keyboard.
+TEST_F(FilterWindowsTest, KeyboardBeginsInTheDescription) {
+  QWidget* const window = OpenFilters();
+  ASSERT_NE(window->focusWidget(), nullptr);
+  QTest::keyClicks(window->focusWidget(), QStringLiteral("odd"));
+  EXPECT_EQ(The<QLineEdit>(window, "Desc")->text(), QStringLiteral("odd"));
+}
+
 }  // namespace
 }  // namespace zendrix::qt
