@@ -29,6 +29,7 @@ FiltersWindow::FiltersWindow(admin::frmFilters& form, const Toolkit& toolkit)
   column->addStretch(1);
   column->addLayout(MakeButtons());
   setCentralWidget(central);
+  findChild<QLineEdit*>(ToQt(ui_.Desc.name()))->setFocus();
 }
 
 QLayout* FiltersWindow::MakeCriteria() {
@@ -57,7 +58,6 @@ QLayout* FiltersWindow::MakeCriteria() {
   pattern->setAccessibleDescription(ToQt(ui_.lblDescNote.caption.Get()));
   grid->addWidget(MakeFieldLabel(ui_.lblDesc, pattern, QLatin1Char('D'), kit()), row, 0);
   grid->addWidget(pattern, row++, 1);
-  pattern->setFocus();
   grid->addWidget(WithRole(MakeLabel(ui_.lblDescNote, kit()), "faint"), row++, 1);
   struct Date {
     widgets::Label& label;
