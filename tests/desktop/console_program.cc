@@ -46,7 +46,7 @@ void Install(const std::string& from, const std::string& to) {
   for (const auto& entry : fs::directory_iterator(from)) {
     const std::string name = entry.path().filename();
     const bool wanted = IsData(name) || name == "zendrix" || name == "zendrix-inspect" ||
-                        name == "zendrix-recorder" || name == "libKorvessaIntermediateTypes.so";
+                        name == "zendrix-recorder" || name.ends_with(".so");
     if (wanted) fs::copy(entry.path(), fs::path(to) / name, fs::copy_options::recursive);
   }
 }
@@ -95,6 +95,13 @@ void ConsoleProgram::Start(const std::vector<std::string>& more) {
   std::vector<std::string> command{TheStage().installation + "/zendrix", "--folder=" + folder_.path()};
   command.insert(command.end(), more.begin(), more.end());
   process_ = TheStage().desktop->Start(command, "console");
+}
+
+void ConsoleProgram::StartOnSlowDisk() {
+  const std::string& programs = TheStage().installation;
+  process_ = TheStage().desktop->Start({"/usr/bin/env", "LD_PRELOAD=" + programs + "/libslow_disk.so",
+                                        programs + "/zendrix", "--folder=" + folder_.path()},
+                                       "console");
 }
 
 void ConsoleProgram::StartSecond() {

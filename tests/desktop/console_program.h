@@ -38,6 +38,8 @@ class ConsoleProgram {
   std::string Log() const;
 
   void Start(const std::vector<std::string>& more = {"-ns"});
+  // Reading a file of megabytes takes seconds.
+  void StartOnSlowDisk();
   // Started, its window on the screen and in the accessibility tree.
   void StartAndWait(const std::vector<std::string>& more = {"-ns"});
   ChildProcess& process() { return process_; }

@@ -19,6 +19,10 @@ int Ignore(Display*, XErrorEvent*) {
   return 0;
 }
 
+// The accessibility bridge hands every key on behind a round trip over its bus. Keys without a pause between
+// them, which no hand strikes, would come in another order than the shortcuts that they make.
+constexpr unsigned long kBetweenKeysMs = 30;
+
 KeySym SymbolOf(const std::string& name) {
   const KeySym symbol = XStringToKeysym(name.c_str());
   if (symbol == NoSymbol) throw std::runtime_error("no such key: " + name);
@@ -56,9 +60,9 @@ void Screen::Key(const std::string& keys) {
                                                                 : SymbolOf(name)));
     at = end + 1;
   }
-  for (const KeyCode code : codes) XTestFakeKeyEvent(display_, code, True, CurrentTime);
+  for (const KeyCode code : codes) XTestFakeKeyEvent(display_, code, True, kBetweenKeysMs);
   for (auto code = codes.rbegin(); code != codes.rend(); ++code)
-    XTestFakeKeyEvent(display_, *code, False, CurrentTime);
+    XTestFakeKeyEvent(display_, *code, False, kBetweenKeysMs);
   XSync(display_, False);
 }
 

@@ -11,8 +11,8 @@ using ::testing::HasSubstr;
 
 TEST(StartTest, SplashStandsThereWhileALongHistoryIsReadAndGoesWhenTheWindowComes) {
   ConsoleProgram console;
-  for (int i = 0; i < 60'000; ++i) console.Event("Running Processes", "/usr/bin/tool" + std::to_string(i));
-  console.Start({});
+  for (int i = 0; i < 30'000; ++i) console.Event("Running Processes", "/usr/bin/tool" + std::to_string(i));
+  console.StartOnSlowDisk();
   const Accessible bar = console.Await("progress bar", "Loading");
   EXPECT_TRUE(bar.Value().has_value());
   console.Await("push button", "Summary");
