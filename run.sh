@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # Sets up and starts the console on this computer's own events (Debian 12): installs what is missing, builds, has the
-# recorder beside the console watch this host, and opens the console on what it writes.
+# Agent beside the console watch this host, and opens the console on what it writes.
 #
 #   ./run.sh             the Home console
 #   ./run.sh --admin     the Administrator console
 #   --sample             beside either: not this computer, but a month of a made-up one that ends now; nothing is kept
 #
-# A recorder that this command started ends with it. Without a display it starts the console on a virtual one for a
+# An Agent that this command started ends with it. Without a display it starts the console on a virtual one for a
 # short while, prints the alerts or the Administrator's grid as JSON and leaves pictures of the windows in out/.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -31,7 +31,7 @@ cmake --build --preset release -j "${JOBS:-$(nproc)}"
 bin=$PWD/build/release/bin
 if [ -n "$sample" ]; then
   folder=$(mktemp -d)
-  trap '"$bin/zendrix-recorder" --stop --folder "$folder"; rm -rf "$folder"' EXIT
+  trap '"$bin/zendrix-agent" --stop --folder "$folder"; rm -rf "$folder"' EXIT
   data/sample/copy-to $form "$folder"
 else
   folder=$PWD/out/$form
@@ -46,11 +46,11 @@ fi
 if [ -n "$sample" ]; then
   echo "A sample: a made-up computer, which nobody watches. [Enable] in the console would add what happens on this one."
 else
-  # The same road as [Enable] in the console takes. It says who watches; 3 is a recorder that was there before.
+  # The same road as [Enable] in the console takes. It says who watches; 3 is an Agent that was there before.
   status=0
-  "$bin/zendrix-recorder" --start --form $form --folder "$folder" --interval 3 || status=$?
+  "$bin/zendrix-agent" --start --form $form --folder "$folder" --interval 3 || status=$?
   case $status in
-    0) trap '"$bin/zendrix-recorder" --stop --folder "$folder"' EXIT ;;
+    0) trap '"$bin/zendrix-agent" --stop --folder "$folder"' EXIT ;;
     3) ;;
     *) exit $status ;;
   esac

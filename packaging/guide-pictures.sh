@@ -85,8 +85,8 @@ scene home "Korvessa Zendrix Home Edition -" "-ns" '
   xdotool windowminimize "$(find_window)"
   sleep 2
   tell "Windows Folder|0|1|$file|observed|WF,801,9"
-  tell "Aggregation|0.9560|0.9560|Windows Folder=$file;|none (the recorder only observes)|AG,01000000,9"
-  tell "Community|0|0|reaction to AG_01000000_9|Windows Folder=failed (the recorder only observes)|CO,0,9"
+  tell "Aggregation|0.9560|0.9560|Windows Folder=$file;|none (the Agent only observes)|AG,01000000,9"
+  tell "Community|0|0|reaction to AG_01000000_9|Windows Folder=failed (the Agent only observes)|CO,0,9"
   window=$(named "Suspicious Event"); sleep 2; take popup "$window"
   id=$("$bin/zendrix-inspect" --folder "$folder" alerts | grep -o "\"K[0-9]*\"" | head -1 | tr -dc 0-9)
   "$bin/zendrix-inspect" --write --folder "$folder" act "$id" do

@@ -7,7 +7,7 @@ broken=0
 
 complain() { echo "house rules: $1" >&2; broken=1; }
 
-if grep -rlE '#include <Q[A-Z]' src recorder bench --include='*.h' --include='*.cc' | grep -vE '^src/(qt|app)/'; then
+if grep -rlE '#include <Q[A-Z]' src agent bench --include='*.h' --include='*.cc' | grep -vE '^src/(qt|app)/'; then
   complain "Qt is included outside src/qt and src/app"
 fi
 
@@ -52,8 +52,8 @@ figures() {  # figures LABEL FILES...: median, 95th percentile and maximum of th
       if (NR) printf "%s: %d files, median %d, 95th percentile %d, largest %d lines\n", label, NR,
         lines[int((NR + 1) / 2)], lines[int(NR * 0.95 + 0.95)], lines[NR]}'
 }
-mapfile -t headers < <(find src recorder bench data -name '*.h' | sort)
-mapfile -t sources < <(find src recorder bench data tests -name '*.cc' | sort)
+mapfile -t headers < <(find src agent bench data -name '*.h' | sort)
+mapfile -t sources < <(find src agent bench data tests -name '*.cc' | sort)
 figures "headers" "${headers[@]}"
 figures "sources" "${sources[@]}"
 for file in "${headers[@]}" "${sources[@]}"; do

@@ -12,7 +12,7 @@ cmake --preset tidy >/dev/null
 # Small batches keep all processors busy to the end; the Qt room's files come ten in one.
 {
   sed -nE 's/^ *"file": "(.*\/Unity\/.*\.cxx)",?$/\1/p' build/tidy/compile_commands.json
-  find src recorder bench data -name '*.cc' -not -path 'src/qt/*' | sort
+  find src agent bench data -name '*.cc' -not -path 'src/qt/*' | sort
 } | xargs -P "${JOBS:-$(nproc)}" -n 4 \
   clang-tidy -p build/tidy --quiet "${checks[@]}" --extra-arg=-Wmissing-prototypes \
   2> >(grep -vE '^[0-9]+ warnings? generated' >&2)

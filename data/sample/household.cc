@@ -10,13 +10,13 @@
 namespace zendrix::sample {
 namespace {
 
-using recorder::Event;
-using recorder::EventKind;
-using recorder::Form;
-using recorder::Item;
-using recorder::Rule;
-using recorder::RuleSet;
-namespace monitor = recorder::monitor;
+using agent::Event;
+using agent::EventKind;
+using agent::Form;
+using agent::Item;
+using agent::Rule;
+using agent::RuleSet;
+namespace monitor = agent::monitor;
 
 constexpr char kHost[] = "FAMILY-PC";
 constexpr char kThread[] = "2140";
@@ -86,14 +86,14 @@ class Household {
   // ---- what is written
 
   // Each batch has a second of its own.
-  std::string Write(const recorder::Batch& batch) {
+  std::string Write(const agent::Batch& batch) {
     now_ = std::max(now_, last_ + 1);
     const auto text = RenderBatch(form_, {now_, kHost, kThread}, batch);
     last_ = text.last_second;
     return text.bytes;
   }
   void Tell(std::vector<Event> events) {
-    recorder::Batch batch;
+    agent::Batch batch;
     batch.events = std::move(events);
     history_.monitoring += Write(batch);
   }
@@ -103,7 +103,7 @@ class Household {
 
   void Add(const Item& item) {
     present_.push_back(item);
-    Tell(recorder::ChangeEvents({{}, {item}}));
+    Tell(agent::ChangeEvents({{}, {item}}));
   }
   void Remove(const std::string& description) {
     const auto gone = std::find_if(present_.begin(), present_.end(),
@@ -111,7 +111,7 @@ class Household {
     if (gone == present_.end()) return;
     const Item item = *gone;
     present_.erase(gone);
-    Tell(recorder::ChangeEvents({{item}, {}}));
+    Tell(agent::ChangeEvents({{item}, {}}));
   }
   void Measure(std::string_view of, double& value, double now, const std::string& description,
                const std::string& unit) {
@@ -143,11 +143,11 @@ class Household {
 
   void Alarm(const std::string& subject, RuleSet rules, const std::vector<Item>& members,
              Answer answer = Answer::kNone, const std::vector<Done>& done = {}) {
-    recorder::Batch batch;
-    batch.alerts.push_back({subject, rules, recorder::ComposeRisk(rules), members});
+    agent::Batch batch;
+    batch.alerts.push_back({subject, rules, agent::ComposeRisk(rules), members});
     std::string text = Write(batch);
     for (const Done& one : done) {
-      Replace(text, Joined(one.monitor_name, "=failed (the recorder only observes)"),
+      Replace(text, Joined(one.monitor_name, "=failed (the Agent only observes)"),
               Joined(one.monitor_name, "=success (") + std::string(one.what) + ")");
     }
     history_.monitoring += text;
@@ -179,9 +179,9 @@ class Household {
     // A day's hours are those before the hour of the month's end.
     now_ = begin_ + day * kDay + 16 * kHour + static_cast<std::int64_t>(Random(kHour));
     Log("Agent started");
-    recorder::Batch batch;
+    agent::Batch batch;
     batch.begins_session = true;
-    batch.events = recorder::PresentEvents(present_);
+    batch.events = agent::PresentEvents(present_);
     history_.monitoring += Write(batch);
     Log("Session began; " + std::to_string(present_.size()) + " items");
   }

@@ -3,13 +3,13 @@
 // on the last day a mail attachment is opened, adds itself to the autostart and connects out. Computers on
 // the network are documentation addresses, and the programs are nobody's.
 //
-// The lines are the recorder's own (recorder/lines.h). The same seed and end give the same bytes.
+// The lines are the Agent's own (agent/record/lines.h). The same seed and end give the same bytes.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
-#include "recorder/lines.h"
+#include "agent/record/lines.h"
 
 namespace zendrix::sample {
 
@@ -25,6 +25,6 @@ inline constexpr std::uint64_t kSeed = 7;
 inline constexpr std::int64_t kEnd = 1'735'689'600;
 
 // `end`: second of the last event.
-History MakeHistory(recorder::Form form, std::uint64_t seed, std::int64_t end);
+History MakeHistory(agent::Form form, std::uint64_t seed, std::int64_t end);
 
 }  // namespace zendrix::sample

@@ -16,7 +16,7 @@ bool Write(const std::filesystem::path& path, const std::string& bytes) {
   return file.good();
 }
 
-bool WriteHistory(const std::filesystem::path& folder, zendrix::recorder::Form form) {
+bool WriteHistory(const std::filesystem::path& folder, zendrix::agent::Form form) {
   const auto history = zendrix::sample::MakeHistory(form, zendrix::sample::kSeed, zendrix::sample::kEnd);
   std::error_code error;
   std::filesystem::create_directories(folder, error);
@@ -33,7 +33,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   const std::filesystem::path folder = argv[1];
-  const bool written = WriteHistory(folder / "home", zendrix::recorder::Form::kHome) &&
-                       WriteHistory(folder / "admin", zendrix::recorder::Form::kAdmin);
+  const bool written = WriteHistory(folder / "home", zendrix::agent::Form::kHome) &&
+                       WriteHistory(folder / "admin", zendrix::agent::Form::kAdmin);
   return written ? 0 : 1;
 }

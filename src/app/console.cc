@@ -48,8 +48,8 @@ struct Console::Parts {
   platform::LinuxShell shell;
   platform::LinuxInstanceLock instance_lock;
   platform::LinuxServiceManager service_manager;
-  platform::LocalServiceManager recorder;
-  platform::AgentServices services{service_manager, recorder};
+  platform::LocalServiceManager agent;
+  platform::AgentServices services{service_manager, agent};
   qt::QtMessageLoop loop;
   qt::QtTimers timers;
   qt::QtMessageBoxes message_boxes;
@@ -74,8 +74,8 @@ struct Console::Parts {
 
 Console::Parts::Parts(const Options& the_options)
     : options(the_options),
-      recorder(platform::RecorderBeside(FolderOf(options.exe_path), control::kServiceName, options.folder,
-                                        options.edition == "Home")),
+      agent(platform::AgentBeside(FolderOf(options.exe_path), control::kServiceName, options.folder,
+                                  options.edition == "Home")),
       pictures(options.folder),
       theme(pictures),
       family(FolderOf(options.exe_path)),

@@ -109,8 +109,8 @@ void SetAgent(platform::FakeServiceManager& services, const std::string& agent_s
 struct Console::Parts {
   Parts(const Options& options, bool live)
       : overlay(disk),
-        recorder(platform::RecorderBeside(ExecutableFolder(), control::kServiceName, options.folder,
-                                          options.edition == "Home")),
+        agent(platform::AgentBeside(ExecutableFolder(), control::kServiceName, options.folder,
+                                    options.edition == "Home")),
         family(ExecutableFolder()),
         boxes(options.answer_yes),
         seams{options.write ? static_cast<platform::Files&>(disk) : overlay,
@@ -155,8 +155,8 @@ struct Console::Parts {
   platform::MemoryInstanceLock instance_lock{still_timers,
                                              std::make_shared<platform::MemoryInstanceRegistry>()};
   platform::LinuxServiceManager service_manager;
-  platform::LocalServiceManager recorder;
-  platform::AgentServices services{service_manager, recorder};
+  platform::LocalServiceManager agent;
+  platform::AgentServices services{service_manager, agent};
   platform::FakeServiceManager scripted_services;
   platform::PollLoop poll_loop;
   WatchedTimers live_timers{poll_loop};

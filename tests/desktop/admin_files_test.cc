@@ -21,8 +21,7 @@ class AdminFilesTest : public ::testing::Test {
   ~AdminFilesTest() override {
     // The Agent that a Delete has started.
     ChildProcess stop = TheStage().desktop->Start(
-        {TheStage().installation + "/zendrix-recorder", "--stop", "--folder", console_.folder().path()},
-        "stop");
+        {TheStage().installation + "/zendrix-agent", "--stop", "--folder", console_.folder().path()}, "stop");
     Eventually([&] { return !stop.Running(); });
   }
   static std::string Line(int second, const std::string& text) {

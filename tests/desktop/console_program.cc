@@ -46,7 +46,7 @@ void Install(const std::string& from, const std::string& to) {
   for (const auto& entry : fs::directory_iterator(from)) {
     const std::string name = entry.path().filename();
     const bool wanted = IsData(name) || name == "zendrix" || name == "zendrix-inspect" ||
-                        name == "zendrix-recorder" || name.ends_with(".so");
+                        name == "zendrix-agent" || name.ends_with(".so");
     if (wanted) fs::copy(entry.path(), fs::path(to) / name, fs::copy_options::recursive);
   }
 }

@@ -27,7 +27,7 @@ TEST_F(LogsTest, OwnLogIsShownClearedAndShownAgain) {
   EXPECT_TRUE(Eventually([&] { return HasRow(); }));
 }
 
-TEST_F(LogsTest, MonitoringIsSwitchedOnAndOffByTheRecorderBesideTheConsole) {
+TEST_F(LogsTest, MonitoringIsSwitchedOnAndOffByTheAgentBesideTheConsole) {
   console_.Await("label", "Monitoring is Disabled");
   console_.Press("push button", "[Enable]");
   console_.AwaitText("Zendrix Monitoring started.");

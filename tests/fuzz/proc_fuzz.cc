@@ -1,4 +1,4 @@
-// Everything that the recorder reads of a host, as one hostile text: no reader may crash, and no name may
+// Everything that the Agent reads of a host, as one hostile text: no reader may crash, and no name may
 // leave its cleaning with a character that means something in a line.
 #include <cstddef>
 #include <cstdint>
@@ -6,16 +6,16 @@
 #include <string>
 #include <string_view>
 
-#include "recorder/lines.h"
-#include "recorder/parse_accounts.h"
-#include "recorder/parse_autorun.h"
-#include "recorder/parse_network.h"
-#include "recorder/parse_processes.h"
-#include "recorder/text.h"
+#include "agent/host/parse_accounts.h"
+#include "agent/host/parse_autorun.h"
+#include "agent/host/parse_network.h"
+#include "agent/host/parse_processes.h"
+#include "agent/host/text.h"
+#include "agent/record/lines.h"
 
 namespace {
 
-using namespace zendrix::recorder;
+using namespace zendrix::agent;
 
 void Require(bool holds) {
   if (!holds) std::abort();

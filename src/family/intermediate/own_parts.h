@@ -1,5 +1,5 @@
-// What belongs to Zendrix itself: the console, its libraries, its browser, its data, the recorder and the
-// Agent, wherever they lie and by whatever path they are reached.
+// What belongs to Zendrix itself: the console, its libraries, its browser, its data and the Agent,
+// wherever they lie and by whatever path they are reached.
 #pragma once
 
 #include <string>

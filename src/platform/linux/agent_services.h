@@ -1,7 +1,7 @@
-// Who looks after the Agent on this machine. In a folder into which the recorder beside the console has
-// written, it is that recorder, whatever services the machine has: what the console shows comes from there.
+// Who looks after the Agent on this machine. In a folder into which the Agent beside the console has
+// written, it is that Agent, whatever services the machine has: what the console shows comes from there.
 // Otherwise it is the service manager when it has the service; and where there is no service manager, or it
-// does not know the service, again the recorder, when one stands beside the console.
+// does not know the service, again the Agent, when one stands beside the console.
 //
 // A service manager that is there and refuses, or does not answer in time, is never passed over: two Agents
 // at once would be worse than none.

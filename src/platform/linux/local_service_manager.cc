@@ -26,7 +26,7 @@ namespace {
 using SteadyClock = std::chrono::steady_clock;
 using Moment = SteadyClock::time_point;
 
-// How often a recorder that starts is looked at. Its end is noticed at once.
+// How often an Agent that starts is looked at. Its end is noticed at once.
 constexpr std::chrono::milliseconds kGlance(10);
 
 bool IsPlainFile(const std::string& path) {
@@ -70,15 +70,15 @@ bool EndsUntil(const FileDescriptor& process, Moment moment) {
 
 }  // namespace
 
-LocalService RecorderBeside(const std::string& program_folder, std::string name, const std::string& folder,
-                            bool home_edition) {
+LocalService AgentBeside(const std::string& program_folder, std::string name, const std::string& folder,
+                         bool home_edition) {
   return {std::move(name),
-          JoinPath(program_folder, kRecorderProgram),
+          JoinPath(program_folder, kAgentProgram),
           folder,
           {"--form", home_edition ? "home" : "admin"}};
 }
 
-struct LocalServiceManager::Recorder {
+struct LocalServiceManager::Agent {
   FileDescriptor process;
   pid_t number = 0;
   bool ready = false;
@@ -95,17 +95,17 @@ Result<int> LocalServiceManager::Run(const std::string& service, ServiceMethod m
 
 Result<ServiceProperties> LocalServiceManager::Properties(const std::string& service) {
   if (!Knows(service)) return Error{ErrorKind::kNotFound, service + ": no such service"};
-  const auto recorder = Find();
+  const auto agent = Find();
   ServiceProperties properties;
-  properties.state = !recorder ? "Stopped" : recorder->ready ? "Running" : "Start Pending";
-  properties.display_name = "Zendrix Recorder";
+  properties.state = !agent ? "Stopped" : agent->ready ? "Running" : "Start Pending";
+  properties.display_name = "Zendrix Agent";
   properties.start_mode = "Manual";
   return properties;
 }
 
 std::optional<pid_t> LocalServiceManager::Process() const {
-  const auto recorder = Find();
-  return recorder ? std::optional(recorder->number) : std::nullopt;
+  const auto agent = Find();
+  return agent ? std::optional(agent->number) : std::nullopt;
 }
 
 bool LocalServiceManager::Knows(const std::string& service) const {
@@ -113,19 +113,19 @@ bool LocalServiceManager::Knows(const std::string& service) const {
 }
 
 std::string LocalServiceManager::LockPath() const {
-  return JoinPath(service_.folder, kRecorderLock);
+  return JoinPath(service_.folder, kAgentLock);
 }
 
-std::optional<LocalServiceManager::Recorder> LocalServiceManager::Find() const {
+std::optional<LocalServiceManager::Agent> LocalServiceManager::Find() const {
   const auto holder = HolderOf(LockPath());
   if (!holder || holder->process == 0) return std::nullopt;
-  Recorder recorder{FileDescriptor(pidfd_open(holder->process, 0)), holder->process, holder->ready};
-  if (!recorder.process) return std::nullopt;
+  Agent agent{FileDescriptor(pidfd_open(holder->process, 0)), holder->process, holder->ready};
+  if (!agent.process) return std::nullopt;
   // Still the holder, so it lived when the descriptor was made.
   const auto still = HolderOf(LockPath());
   if (!still || still->process != holder->process) return std::nullopt;
   if (!IsOwnProcessOf(holder->process, service_.program)) return std::nullopt;
-  return recorder;
+  return agent;
 }
 
 int LocalServiceManager::Start() const {
@@ -169,13 +169,12 @@ int LocalServiceManager::WhyEnded(pid_t child) const {
 }
 
 int LocalServiceManager::Stop() const {
-  const auto recorder = Find();
-  if (!recorder) return kServiceNotRunning;
-  if (pidfd_send_signal(recorder->process.get(), SIGTERM, nullptr, 0) != 0) {
+  const auto agent = Find();
+  if (!agent) return kServiceNotRunning;
+  if (pidfd_send_signal(agent->process.get(), SIGTERM, nullptr, 0) != 0) {
     return errno == ESRCH ? kServiceNotRunning : kServiceNoAccess;
   }
-  return EndsUntil(recorder->process, SteadyClock::now() + service_.deadline) ? kServiceDone
-                                                                              : kServiceTimeOut;
+  return EndsUntil(agent->process, SteadyClock::now() + service_.deadline) ? kServiceDone : kServiceTimeOut;
 }
 
 }  // namespace zendrix::platform

@@ -3,15 +3,15 @@
 #include <map>
 #include <set>
 
+#include "agent/host/text.h"
 #include "data/sample/household.h"
 #include "data_files.h"
-#include "recorder/text.h"
 
 namespace zendrix::sample {
 namespace {
 
-using recorder::Form;
-using recorder::SplitFields;
+using agent::Form;
+using agent::SplitFields;
 using test::Contains;
 
 std::string Shipped(const std::string& name) {

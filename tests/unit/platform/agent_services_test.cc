@@ -25,8 +25,7 @@ class AgentServicesTest : public ::testing::Test {
 
   test::TemporaryFolder folder_;
   FakeServiceManager manager_;
-  LocalServiceManager local_{
-      {"ZENDRIX", ZENDRIX_TEST_RECORDER, folder_.path(), {}, std::chrono::seconds(100)}};
+  LocalServiceManager local_{{"ZENDRIX", ZENDRIX_TEST_AGENT, folder_.path(), {}, std::chrono::seconds(100)}};
   AgentServices services_{manager_, local_};
 };
 
@@ -38,25 +37,25 @@ TEST_F(AgentServicesTest, ServiceOfTheManagerComesFirst) {
   EXPECT_FALSE(local_.Process());
 }
 
-TEST_F(AgentServicesTest, ServiceThatIsNotInstalledLeavesItToTheRecorder) {
-  EXPECT_EQ(Told(), "Zendrix Recorder Stopped");
+TEST_F(AgentServicesTest, ServiceThatIsNotInstalledLeavesItToTheAgent) {
+  EXPECT_EQ(Told(), "Zendrix Agent Stopped");
   EXPECT_EQ(Run(ServiceMethod::kStart), 0);
-  EXPECT_EQ(Told(), "Zendrix Recorder Running");
+  EXPECT_EQ(Told(), "Zendrix Agent Running");
   EXPECT_EQ(Run(ServiceMethod::kStop), 0);
 }
 
-TEST_F(AgentServicesTest, WithoutAManagerThereIsTheRecorder) {
+TEST_F(AgentServicesTest, WithoutAManagerThereIsTheAgent) {
   manager_.SetRunning("ZENDRIX");
   manager_.unavailable = true;
-  EXPECT_EQ(Told(), "Zendrix Recorder Stopped");
+  EXPECT_EQ(Told(), "Zendrix Agent Stopped");
   EXPECT_EQ(Run(ServiceMethod::kStart), 0);
 }
 
 // With a service installed as well, Disable would have stopped that one, and the folder been written on.
-TEST_F(AgentServicesTest, FolderOfARecorderIsTheRecordersWhateverElseIsInstalled) {
+TEST_F(AgentServicesTest, FolderOfAnAgentIsTheAgentsWhateverElseIsInstalled) {
   ASSERT_EQ(local_.Run("ZENDRIX", ServiceMethod::kStart).value(), 0);
   manager_.SetRunning("ZENDRIX");
-  EXPECT_EQ(Told(), "Zendrix Recorder Running");
+  EXPECT_EQ(Told(), "Zendrix Agent Running");
   EXPECT_EQ(Run(ServiceMethod::kStop), 0);
   EXPECT_EQ(Run(ServiceMethod::kStop), 6);
   EXPECT_EQ(Run(ServiceMethod::kStart), 0);

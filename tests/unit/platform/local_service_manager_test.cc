@@ -28,9 +28,9 @@ class LocalServiceManagerTest : public ::testing::Test {
     if (const auto holder = HolderOf(Lock()); holder && holder->process > 0) kill(holder->process, SIGKILL);
   }
 
-  std::string Lock() const { return folder_.Path(kRecorderLock); }
+  std::string Lock() const { return folder_.Path(kAgentLock); }
   LocalServiceManager Manager(std::chrono::milliseconds deadline = kLong,
-                              const std::string& program = ZENDRIX_TEST_RECORDER) const {
+                              const std::string& program = ZENDRIX_TEST_AGENT) const {
     return LocalServiceManager({"ZENDRIX", program, folder_.path(), {"--form", "home"}, deadline});
   }
   int Start() const { return Number(Manager().Run("ZENDRIX", ServiceMethod::kStart)); }
@@ -49,7 +49,7 @@ class LocalServiceManagerTest : public ::testing::Test {
   test::TemporaryFolder folder_;
 };
 
-TEST_F(LocalServiceManagerTest, RecorderIsStartedForTheFolder) {
+TEST_F(LocalServiceManagerTest, AgentIsStartedForTheFolder) {
   EXPECT_EQ(Start(), 0);
   EXPECT_EQ(State(), "Running");
   EXPECT_EQ(Started(), std::vector<std::string>{"--folder " + folder_.path() + " --form home "});
@@ -59,13 +59,13 @@ TEST_F(LocalServiceManagerTest, RecorderIsStartedForTheFolder) {
   EXPECT_FALSE(Manager().Process());
 }
 
-TEST_F(LocalServiceManagerTest, RecorderHasASessionOfItsOwn) {
+TEST_F(LocalServiceManagerTest, AgentHasASessionOfItsOwn) {
   ASSERT_EQ(Start(), 0);
-  const pid_t recorder = *Manager().Process();
-  EXPECT_EQ(getsid(recorder), recorder);
+  const pid_t agent = *Manager().Process();
+  EXPECT_EQ(getsid(agent), agent);
 }
 
-TEST_F(LocalServiceManagerTest, RecorderThatDiesAtOnceIsAFailedStart) {
+TEST_F(LocalServiceManagerTest, AgentThatDiesAtOnceIsAFailedStart) {
   for (const char* plan : {"die", "die-late", "killed"}) {
     folder_.Write("plan", plan);
     EXPECT_EQ(Start(), 8) << plan;
@@ -73,7 +73,7 @@ TEST_F(LocalServiceManagerTest, RecorderThatDiesAtOnceIsAFailedStart) {
   }
 }
 
-TEST_F(LocalServiceManagerTest, RecorderThatDiedLeavesNoZombie) {
+TEST_F(LocalServiceManagerTest, AgentThatDiedLeavesNoZombie) {
   folder_.Write("plan", "die");
   // In a process that has no other children.
   ChildProcess console([this](const ChildProcess::Line&) {
@@ -83,7 +83,7 @@ TEST_F(LocalServiceManagerTest, RecorderThatDiedLeavesNoZombie) {
   EXPECT_EQ(console.Wait(), 0);
 }
 
-TEST_F(LocalServiceManagerTest, RecorderThatIsNotReadyInTimeIsATimeOut) {
+TEST_F(LocalServiceManagerTest, AgentThatIsNotReadyInTimeIsATimeOut) {
   folder_.Write("plan", "slow");
   EXPECT_EQ(Number(Manager(kShort).Run("ZENDRIX", ServiceMethod::kStart)), 7);
   // On a busy machine it may not even have come to its lock yet.
@@ -93,14 +93,14 @@ TEST_F(LocalServiceManagerTest, RecorderThatIsNotReadyInTimeIsATimeOut) {
   EXPECT_EQ(Stop(), 0);
 }
 
-TEST_F(LocalServiceManagerTest, RecorderThatDoesNotEndInTimeIsATimeOut) {
+TEST_F(LocalServiceManagerTest, AgentThatDoesNotEndInTimeIsATimeOut) {
   folder_.Write("plan", "stubborn");
   ASSERT_EQ(Start(), 0);
   EXPECT_EQ(Number(Manager(kShort).Run("ZENDRIX", ServiceMethod::kStop)), 7);
   EXPECT_EQ(State(), "Running");
 }
 
-TEST_F(LocalServiceManagerTest, LockLeftBehindByAKilledRecorderIsInNobodysWay) {
+TEST_F(LocalServiceManagerTest, LockLeftBehindByAKilledAgentIsInNobodysWay) {
   ASSERT_EQ(Start(), 0);
   kill(*Manager().Process(), SIGKILL);
   while (HolderOf(Lock())) std::this_thread::yield();
@@ -111,7 +111,7 @@ TEST_F(LocalServiceManagerTest, LockLeftBehindByAKilledRecorderIsInNobodysWay) {
 }
 
 // Two consoles, or a console and run.sh, at the same moment.
-TEST_F(LocalServiceManagerTest, RacingStartsGiveOneRecorder) {
+TEST_F(LocalServiceManagerTest, RacingStartsGiveOneAgent) {
   std::vector<ChildProcess> consoles;
   for (int i = 0; i < 4; ++i) {
     consoles.emplace_back([this](const ChildProcess::Line& parent) {
@@ -150,8 +150,8 @@ TEST_F(LocalServiceManagerTest, HolderThatIsNotThatProgramIsNoAgent) {
 
 TEST_F(LocalServiceManagerTest, CopyOfTheProgramIsAnotherProgram) {
   const test::TemporaryFolder elsewhere;
-  const std::string copy = elsewhere.Path("zendrix-recorder");
-  std::filesystem::copy_file(ZENDRIX_TEST_RECORDER, copy);
+  const std::string copy = elsewhere.Path("zendrix-agent");
+  std::filesystem::copy_file(ZENDRIX_TEST_AGENT, copy);
   auto other = Manager(kLong, copy);
   ASSERT_EQ(Number(other.Run("ZENDRIX", ServiceMethod::kStart)), 0);
   EXPECT_EQ(State(), "Stopped");
@@ -160,15 +160,15 @@ TEST_F(LocalServiceManagerTest, CopyOfTheProgramIsAnotherProgram) {
   EXPECT_EQ(Number(other.Run("ZENDRIX", ServiceMethod::kStop)), 0);
 }
 
-// An upgrade under a running recorder had the console say "not watching", with no way to stop it.
-TEST_F(LocalServiceManagerTest, RecorderWhoseProgramWasReplacedIsStillTheOne) {
+// An upgrade under a running Agent had the console say "not watching", with no way to stop it.
+TEST_F(LocalServiceManagerTest, AgentWhoseProgramWasReplacedIsStillTheOne) {
   const test::TemporaryFolder elsewhere;
-  const std::string program = elsewhere.Path("zendrix-recorder");
-  std::filesystem::copy_file(ZENDRIX_TEST_RECORDER, program);
+  const std::string program = elsewhere.Path("zendrix-agent");
+  std::filesystem::copy_file(ZENDRIX_TEST_AGENT, program);
   auto manager = Manager(kLong, program);
   const auto state = [&] { return manager.Properties("ZENDRIX").value().state; };
   ASSERT_EQ(Number(manager.Run("ZENDRIX", ServiceMethod::kStart)), 0);
-  std::filesystem::copy_file(ZENDRIX_TEST_RECORDER, elsewhere.Path("new"));
+  std::filesystem::copy_file(ZENDRIX_TEST_AGENT, elsewhere.Path("new"));
   std::filesystem::rename(elsewhere.Path("new"), program);
   EXPECT_EQ(state(), "Running");
   EXPECT_EQ(Number(manager.Run("ZENDRIX", ServiceMethod::kStart)), 10);
@@ -178,24 +178,23 @@ TEST_F(LocalServiceManagerTest, RecorderWhoseProgramWasReplacedIsStillTheOne) {
 
 TEST_F(LocalServiceManagerTest, RemovedCopyOfTheProgramIsAnotherProgram) {
   const test::TemporaryFolder elsewhere;
-  const std::string copy = elsewhere.Path("zendrix-recorder");
-  std::filesystem::copy_file(ZENDRIX_TEST_RECORDER, copy);
+  const std::string copy = elsewhere.Path("zendrix-agent");
+  std::filesystem::copy_file(ZENDRIX_TEST_AGENT, copy);
   auto other = Manager(kLong, copy);
   ASSERT_EQ(Number(other.Run("ZENDRIX", ServiceMethod::kStart)), 0);
   std::filesystem::rename(copy, elsewhere.Path("moved"));
-  std::filesystem::copy_file(ZENDRIX_TEST_RECORDER, copy);
+  std::filesystem::copy_file(ZENDRIX_TEST_AGENT, copy);
   std::filesystem::remove(elsewhere.Path("moved"));
   EXPECT_EQ(State(), "Stopped");
   EXPECT_EQ(Stop(), 6);
 }
 
-TEST_F(LocalServiceManagerTest, RecorderOfAnotherUserIsNotTouched) {
+TEST_F(LocalServiceManagerTest, AgentOfAnotherUserIsNotTouched) {
   if (geteuid() != 0) GTEST_SKIP() << "needs a second user";
   ASSERT_EQ(chmod(folder_.path().c_str(), 0777), 0);
   ChildProcess other([this](const ChildProcess::Line& parent) {
     if (setgid(65534) != 0 || setuid(65534) != 0) return 97;
-    const bool reaches =
-        access(ZENDRIX_TEST_RECORDER, X_OK) == 0 && access(folder_.path().c_str(), W_OK) == 0;
+    const bool reaches = access(ZENDRIX_TEST_AGENT, X_OK) == 0 && access(folder_.path().c_str(), W_OK) == 0;
     if (!reaches) {
       parent.Tell('-');
       return 0;
@@ -215,22 +214,22 @@ TEST_F(LocalServiceManagerTest, RecorderOfAnotherUserIsNotTouched) {
   EXPECT_EQ(other.Wait(), 0);
 }
 
-TEST_F(LocalServiceManagerTest, RecorderThatMayNotBeExecutedIsNoAccess) {
+TEST_F(LocalServiceManagerTest, AgentThatMayNotBeExecutedIsNoAccess) {
   const test::TemporaryFolder elsewhere;
-  elsewhere.Write("zendrix-recorder", "#!/bin/true\n");
-  auto manager = Manager(kLong, elsewhere.Path("zendrix-recorder"));
+  elsewhere.Write("zendrix-agent", "#!/bin/true\n");
+  auto manager = Manager(kLong, elsewhere.Path("zendrix-agent"));
   EXPECT_EQ(Number(manager.Run("ZENDRIX", ServiceMethod::kStart)), 2);
 }
 
-TEST_F(LocalServiceManagerTest, WithoutARecorderThereIsNoService) {
+TEST_F(LocalServiceManagerTest, WithoutAnAgentThereIsNoService) {
   auto manager = Manager(kLong, folder_.Path("nothing"));
   EXPECT_EQ(manager.Run("ZENDRIX", ServiceMethod::kStart).error().kind, ErrorKind::kNotFound);
   EXPECT_EQ(manager.Properties("ZENDRIX").error().kind, ErrorKind::kNotFound);
-  folder_.Write(kRecorderLock, "");
+  folder_.Write(kAgentLock, "");
   EXPECT_FALSE(manager.InCharge());
 }
 
-TEST_F(LocalServiceManagerTest, IsInChargeOnceARecorderWasAtWork) {
+TEST_F(LocalServiceManagerTest, IsInChargeOnceAnAgentWasAtWork) {
   EXPECT_FALSE(Manager().InCharge());
   ASSERT_EQ(Start(), 0);
   EXPECT_TRUE(Manager().InCharge());

@@ -1,6 +1,6 @@
 // What a service manager promises, held by the real one (with a stand-in for systemd on a bus of its own), by
-// the one for the recorder beside the console, and by the twin alike. What needs a right, a disabled service
-// or a stop that takes its time is promised by the first and the twin alone: a recorder has none of it.
+// the one for the Agent beside the console, and by the twin alike. What needs a right, a disabled service
+// or a stop that takes its time is promised by the first and the twin alone: an Agent has none of it.
 #include "platform/service_manager.h"
 
 #include <gtest/gtest.h>
@@ -49,7 +49,7 @@ class RealMachine {
 
 class LocalMachine {
  public:
-  static constexpr char kAsBegun[] = ",Zendrix Recorder,Manual";
+  static constexpr char kAsBegun[] = ",Zendrix Agent,Manual";
   LocalMachine() { EXPECT_EQ(services_.Run("ZENDRIX", ServiceMethod::kStart).value(), 0); }
   ~LocalMachine() { services_.Run("ZENDRIX", ServiceMethod::kStop).ok(); }
   LocalMachine(const LocalMachine&) = delete;
@@ -64,7 +64,7 @@ class LocalMachine {
  private:
   test::TemporaryFolder folder_;
   LocalServiceManager services_{
-      {"ZENDRIX", ZENDRIX_TEST_RECORDER, folder_.path(), {}, std::chrono::seconds(100)}};
+      {"ZENDRIX", ZENDRIX_TEST_AGENT, folder_.path(), {}, std::chrono::seconds(100)}};
 };
 
 class TwinMachine {

@@ -330,16 +330,16 @@ TEST_F(MayTakeTest, WhatTheProcessesItStartedRunAndMapStays) {
   ExpectTaken(Of(kFolder, path), path);
 }
 
-TEST_F(MayTakeTest, RecorderAndAgentStayWhereTheyAreInstalled) {
+TEST_F(MayTakeTest, AgentAndItsHelpersStayWhereTheyAreInstalled) {
   outside_.own_folders = {home_.path() + "/missing", files_};
-  for (const char* name : {"zendrix-recorder", "Zendrix-agent", "libKorvessaX.so", "QtWebEngineProcess"}) {
+  for (const char* name : {"zendrix-agent", "Zendrix-act", "libKorvessaX.so", "QtWebEngineProcess"}) {
     const std::string path = Make(name);
     ExpectKept(Of(kFolder, path), path, "belongs to Zendrix itself");
   }
   const std::string other = Make("my-zendrix");
   ExpectTaken(Of(kFolder, other), other);
   outside_.own_folders = {};
-  ExpectTaken(Of(kFolder, Path("zendrix-recorder")), Path("zendrix-recorder"));
+  ExpectTaken(Of(kFolder, Path("zendrix-agent")), Path("zendrix-agent"));
 }
 
 TEST_F(MayTakeTest, WhatOurServiceStartsStays) {

@@ -1,0 +1,41 @@
+// The state of the host at one moment, and what differs between two moments. An item is one thing that a
+// monitor reports: a process, an open port, an account. A measurement is one number of a monitor.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "agent/score/rules.h"
+
+namespace zendrix::agent {
+
+struct Item {
+  std::string_view monitor;  // one of the constants in rules.h
+  std::string description;   // ready for a line
+  std::string identity;      // tells apart what two items of equal description are; not written
+  std::string subject;       // facts with equal subjects are weighed together; mostly a program's path
+  RuleSet rules;             // what is unusual about it, whenever it came
+};
+
+struct Snapshot {
+  std::int64_t taken_ms = 0;  // by the clock that never goes back
+  std::vector<Item> items;    // of all monitors, in the order of ItemMonitors()
+  std::optional<double> memory_percent;
+  std::vector<std::string> memory_users;  // names of the largest programs, largest first
+  std::optional<std::uint64_t> traffic_bytes;
+  std::optional<std::uint64_t> failed_logins;  // records so far
+};
+
+struct Difference {
+  std::vector<Item> removed;
+  std::vector<Item> added;
+};
+
+// Items compare by monitor, description and identity. Several equal items count as one: of three equal
+// connections the last one to go is the one that is reported.
+Difference Compare(const std::vector<Item>& before, const std::vector<Item>& now);
+
+}  // namespace zendrix::agent

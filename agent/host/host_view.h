@@ -1,0 +1,40 @@
+// What the Agent sees of its host: files, links and folders, read only. Everything it reads can vanish
+// between two calls or refuse to be read; that is ordinary and shows as an empty answer, never as an error.
+// Names and contents are raw bytes as the host gives them. Nothing here can change the host.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zendrix::agent {
+
+enum class EntryKind { kFile, kFolder, kLink, kOther };
+
+struct EntryFacts {
+  EntryKind kind = EntryKind::kOther;
+  std::uint32_t mode = 0;        // permission bits, set-user-id and set-group-id included
+  std::int64_t size = 0;         // bytes
+  std::int64_t modified_ns = 0;  // last change of contents, nanoseconds since 1970
+};
+
+class HostView {
+ public:
+  virtual ~HostView() = default;
+  // The first `limit` bytes of a plain file (links are followed). Pipes and devices count as unreadable, so
+  // that a pipe laid in a watched folder cannot hold the Agent up.
+  virtual std::optional<std::string> ReadText(const std::string& path, std::size_t limit) = 0;
+  // Target of a symbolic link.
+  virtual std::optional<std::string> ReadLink(const std::string& path) = 0;
+  // Names of a folder's entries in byte order, without "." and "..".
+  virtual std::vector<std::string> List(const std::string& folder) = 0;
+  // Facts about the entry itself; a final link is not followed.
+  virtual std::optional<EntryFacts> Look(const std::string& path) = 0;
+};
+
+// The real host.
+std::unique_ptr<HostView> MakeLinuxHostView();
+
+}  // namespace zendrix::agent

@@ -1,0 +1,91 @@
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "agent/host/host_view.h"
+
+namespace zendrix::agent {
+namespace {
+
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number_(number) {}
+  ~Descriptor() {
+    if (number_ >= 0) close(number_);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  int number() const { return number_; }
+
+ private:
+  int number_;
+};
+
+EntryKind KindOf(mode_t mode) {
+  if (S_ISREG(mode)) return EntryKind::kFile;
+  if (S_ISDIR(mode)) return EntryKind::kFolder;
+  return S_ISLNK(mode) ? EntryKind::kLink : EntryKind::kOther;
+}
+
+class LinuxHostView : public HostView {
+ public:
+  std::optional<std::string> ReadText(const std::string& path, std::size_t limit) override {
+    // Without O_NONBLOCK the open itself waits when somebody laid a pipe there.
+    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat facts = {};
+    if (file.number() < 0 || fstat(file.number(), &facts) != 0 || !S_ISREG(facts.st_mode)) return {};
+    std::string text;
+    char buffer[16384];
+    while (text.size() < limit) {
+      const ssize_t got = read(file.number(), buffer, std::min(sizeof buffer, limit - text.size()));
+      if (got < 0 && errno == EINTR) continue;
+      if (got < 0) return {};
+      if (got == 0) break;
+      text.append(buffer, static_cast<std::size_t>(got));
+    }
+    return text;
+  }
+
+  std::optional<std::string> ReadLink(const std::string& path) override {
+    std::string target(4096, '\0');
+    const ssize_t length = readlink(path.c_str(), target.data(), target.size());
+    if (length < 0) return {};
+    target.resize(static_cast<std::size_t>(length));
+    return target;
+  }
+
+  std::vector<std::string> List(const std::string& folder) override {
+    std::vector<std::string> names;
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(folder.c_str()), closedir);
+    if (!entries) return names;
+    while (const dirent* entry = readdir(entries.get())) {
+      std::string name = entry->d_name;
+      if (name != "." && name != "..") names.push_back(std::move(name));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  std::optional<EntryFacts> Look(const std::string& path) override {
+    struct stat facts = {};
+    if (lstat(path.c_str(), &facts) != 0) return {};
+    EntryFacts seen;
+    seen.kind = KindOf(facts.st_mode);
+    seen.mode = facts.st_mode & 07777U;
+    seen.size = facts.st_size;
+    seen.modified_ns = static_cast<std::int64_t>(facts.st_mtim.tv_sec) * 1000000000 + facts.st_mtim.tv_nsec;
+    return seen;
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<HostView> MakeLinuxHostView() {
+  return std::make_unique<LinuxHostView>();
+}
+
+}  // namespace zendrix::agent

@@ -1,0 +1,77 @@
+#include "agent/host/observe_accounts.h"
+
+#include "agent/host/text.h"
+
+namespace zendrix::agent {
+namespace {
+
+constexpr std::size_t kTextLimit = 4U << 20U;
+constexpr std::uint64_t kFirstPersonalUid = 1000;
+
+RuleSet RulesOf(const Account& account) {
+  RuleSet rules;
+  const bool is_root = account.name == "root";
+  if (account.uid == 0 && !is_root) rules.Add(Rule::kSecondRoot);
+  const bool may_log_in = IsLoginShell(account.shell);
+  if (account.no_password && may_log_in) rules.Add(Rule::kNoPassword);
+  if (account.uid > 0 && account.uid < kFirstPersonalUid && may_log_in) {
+    rules.Add(Rule::kServiceAccountWithShell);
+  }
+  return rules;
+}
+
+// The terminal server of a desktop writes its display (":0") where a remote computer's name would stand.
+bool FromElsewhere(const Login& login) {
+  return !login.host.empty() && login.host[0] != ':';
+}
+
+}  // namespace
+
+std::vector<Account> ReadAccounts(HostView& host) {
+  const auto text = host.ReadText("/etc/passwd", kTextLimit);
+  return text ? ParseAccounts(*text) : std::vector<Account>();
+}
+
+std::vector<Item> ObserveAccounts(const std::vector<Account>& accounts) {
+  std::vector<Item> items;
+  for (const Account& account : accounts) {
+    Item item;
+    item.monitor = monitor::kAccounts;
+    item.description = CleanName(account.name);
+    item.rules = RulesOf(account);
+    // An account that gains rights or loses its password is news.
+    item.identity = std::to_string(item.rules.bits());
+    item.subject = "account " + item.description;
+    items.push_back(std::move(item));
+  }
+  return items;
+}
+
+std::vector<Item> ObserveLogins(HostView& host) {
+  const auto bytes = host.ReadText("/run/utmp", kTextLimit);
+  std::vector<Item> items;
+  if (!bytes) return items;
+  for (const Login& login : ParseLogins(*bytes)) {
+    Item item;
+    item.monitor = monitor::kLogins;
+    const std::string user = CleanName(login.user);
+    item.subject = "login of " + user;
+    item.identity = login.line;
+    if (FromElsewhere(login)) {
+      item.description = user + " from " + CleanName(login.host);
+      item.rules.Add(login.user == "root" ? Rule::kLoginAsRootFromElsewhere : Rule::kLoginFromElsewhere);
+    } else {
+      item.description = user + " on " + CleanName(login.line);
+    }
+    items.push_back(std::move(item));
+  }
+  return items;
+}
+
+std::optional<std::uint64_t> CountFailedLogins(HostView& host) {
+  const auto facts = host.Look("/var/log/btmp");
+  if (!facts || facts->kind != EntryKind::kFile || facts->size < 0) return {};
+  return static_cast<std::uint64_t>(facts->size) / kLoginRecordSize;
+}
+
+}  // namespace zendrix::agent

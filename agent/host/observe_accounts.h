@@ -1,0 +1,25 @@
+// Accounts of the host and who is logged in.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "agent/events/snapshot.h"
+#include "agent/host/host_view.h"
+#include "agent/host/parse_accounts.h"
+
+namespace zendrix::agent {
+
+std::vector<Account> ReadAccounts(HostView& host);
+
+// The account's name.
+std::vector<Item> ObserveAccounts(const std::vector<Account>& accounts);
+
+// "user on terminal", or "user from computer" for a login over the network. A host without utmp shows none.
+std::vector<Item> ObserveLogins(HostView& host);
+
+// Failed logins on record; no value when the record may not be seen.
+std::optional<std::uint64_t> CountFailedLogins(HostView& host);
+
+}  // namespace zendrix::agent

@@ -1,0 +1,16 @@
+// Folders that intruders like. System folders (programs installed by hand, scheduled jobs, log-in scripts,
+// rights) are listed whole, since a change there is news; of the folders where anybody may write only files
+// that can be run are listed. No folder is searched deeper than its own entries.
+#pragma once
+
+#include <vector>
+
+#include "agent/events/snapshot.h"
+#include "agent/host/host_view.h"
+
+namespace zendrix::agent {
+
+// The path of each file.
+std::vector<Item> ObserveFolders(HostView& host);
+
+}  // namespace zendrix::agent

@@ -1,0 +1,94 @@
+#include "agent/host/observe_processes.h"
+
+#include <algorithm>
+#include <map>
+
+#include "agent/host/places.h"
+#include "agent/host/text.h"
+
+namespace zendrix::agent {
+namespace {
+
+constexpr std::size_t kStatLimit = 4096;
+constexpr std::size_t kStatusLimit = 16384;
+
+std::string FolderOf(std::uint64_t pid) {
+  return "/proc/" + std::to_string(pid);
+}
+
+RuleSet RulesOf(const Process& process) {
+  RuleSet rules = RulesOfProgram(process.program);
+  if (LooksLikeKernelThread(process.stat.name)) rules.Add(Rule::kNamedLikeKernelThread);
+  return rules;
+}
+
+}  // namespace
+
+std::vector<Process> ReadProcesses(HostView& host, std::uint64_t own_pid) {
+  std::vector<Process> processes;
+  for (const std::string& name : host.List("/proc")) {
+    std::uint64_t pid = 0;
+    if (!ReadNumber(name, pid) || pid == own_pid) continue;
+    // The program before the state: a process that ends between the two has ended, and is not taken for one
+    // whose program may not be read.
+    const auto target = host.ReadLink(FolderOf(pid) + "/exe");
+    const auto text = host.ReadText(FolderOf(pid) + "/stat", kStatLimit);
+    auto stat = text ? ParseProcessStat(*text) : std::nullopt;
+    if (!stat || stat->kernel_thread || stat->ended) continue;
+    Process process;
+    process.stat = std::move(*stat);
+    if (target) process.program = ParseProgramFile(*target);
+    processes.push_back(std::move(process));
+  }
+  return processes;
+}
+
+std::string ProgramName(const Process& process) {
+  return CleanName(process.program.path.empty() ? process.stat.name : process.program.path);
+}
+
+RuleSet RulesOfProgram(const ProgramFile& program) {
+  RuleSet rules;
+  if (program.path.empty()) return rules;
+  if (program.in_memory) return {Rule::kProgramInMemory};  // the other facts follow from this one
+  if (program.deleted) rules.Add(Rule::kProgramDeleted);
+  if (InTemporaryFolder(program.path)) {
+    rules.Add(Rule::kProgramInTemporaryFolder);
+  } else if (!InSystemFolder(program.path)) {
+    rules.Add(Rule::kProgramOutsideSystem);
+  }
+  if (IsHidden(program.path)) rules.Add(Rule::kProgramHidden);
+  return rules;
+}
+
+std::vector<Item> ObserveProcesses(const std::vector<Process>& processes) {
+  std::vector<Item> items;
+  for (const Process& process : processes) {
+    Item item;
+    item.monitor = monitor::kProcesses;
+    item.subject = ProgramName(process);
+    item.description = item.subject + ":" + std::to_string(process.stat.pid);
+    item.identity = std::to_string(process.stat.start_ticks);
+    item.rules = RulesOf(process);
+    items.push_back(std::move(item));
+  }
+  return items;
+}
+
+std::vector<std::string> LargestPrograms(HostView& host, const std::vector<Process>& processes) {
+  std::map<std::string, std::uint64_t> sizes;
+  for (const Process& process : processes) {
+    const auto text = host.ReadText(FolderOf(process.stat.pid) + "/status", kStatusLimit);
+    const auto kilobytes = text ? ParseResidentKb(*text) : std::nullopt;
+    const std::string name = ProgramName(process);
+    if (kilobytes) sizes[name.substr(name.rfind('/') + 1)] += *kilobytes;
+  }
+  std::vector<std::string> names;
+  for (const auto& [name, size] : sizes) names.push_back(name);
+  std::stable_sort(names.begin(), names.end(),
+                   [&](const std::string& a, const std::string& b) { return sizes[a] > sizes[b]; });
+  if (names.size() > 2) names.resize(2);
+  return names;
+}
+
+}  // namespace zendrix::agent

@@ -1,0 +1,34 @@
+// Running processes. Kernel threads, ended processes and the Agent itself are left out. The Agent reads
+// no command lines and no environments: they hold passwords, and the monitoring file is no place for them.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "agent/events/snapshot.h"
+#include "agent/host/host_view.h"
+#include "agent/host/parse_processes.h"
+
+namespace zendrix::agent {
+
+struct Process {
+  ProcessStat stat;
+  ProgramFile program;  // path empty when it may not be read
+};
+
+std::vector<Process> ReadProcesses(HostView& host, std::uint64_t own_pid);
+
+// What a line calls the program: its path, or the process name when the path may not be read.
+std::string ProgramName(const Process& process);
+
+// What a program file's place says about it.
+RuleSet RulesOfProgram(const ProgramFile& program);
+
+// "path:pid" for each process.
+std::vector<Item> ObserveProcesses(const std::vector<Process>& processes);
+
+// File names of the programs that hold most memory, at most two, largest first.
+std::vector<std::string> LargestPrograms(HostView& host, const std::vector<Process>& processes);
+
+}  // namespace zendrix::agent

@@ -1,0 +1,34 @@
+// Readers of the account list and of the login records. Pure functions on text or bytes; what cannot be read
+// is left out. Names are raw bytes.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zendrix::agent {
+
+// One line of /etc/passwd.
+struct Account {
+  std::string name;
+  bool no_password = false;  // the password field is empty: nothing is asked
+  std::uint64_t uid = 0;
+  std::string home;
+  std::string shell;
+};
+std::vector<Account> ParseAccounts(std::string_view text);
+
+// Whether a login with this shell gives a command line.
+bool IsLoginShell(std::string_view shell);
+
+// One user process record of utmp.
+struct Login {
+  std::string user;
+  std::string line;  // terminal
+  std::string host;  // computer that the login came from; empty for a local one
+};
+inline constexpr std::size_t kLoginRecordSize = 384;  // the layout of 64-bit Linux
+std::vector<Login> ParseLogins(std::string_view bytes);
+
+}  // namespace zendrix::agent

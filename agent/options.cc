@@ -1,0 +1,96 @@
+#include "agent/options.h"
+
+#include "agent/host/text.h"
+
+namespace zendrix::agent {
+
+const char* const kHelpText =
+    "Usage: zendrix-agent [--once | --for SECONDS | --start | --stop] [--interval SECONDS] [--folder "
+    "DIR]\n"
+    "                        [--form home|admin]\n"
+    "\n"
+    "Observes this computer and appends what it sees to DIR/KorvessaMonitoring.kvl, for the console to "
+    "read.\n"
+    "It changes nothing else on the computer.\n"
+    "\n"
+    "  --once              look once and end\n"
+    "  --for SECONDS       end after that time; without it, run until SIGTERM or SIGINT\n"
+    "  --start             start an Agent that goes on by itself, and end when it has looked once\n"
+    "  --stop              stop the Agent of the folder, however it was started\n"
+    "  --interval SECONDS  time between two looks, 1 to 3600 (default 5)\n"
+    "  --folder DIR        folder of the two files written (default: that of this program)\n"
+    "  --form home|admin   lines for the Home or the Administrator console (default home)\n"
+    "  --help              this text\n";
+
+namespace {
+
+constexpr std::uint64_t kLongestInterval = 3600;
+constexpr std::uint64_t kLongestRun = 10ULL * 365 * 24 * 3600;
+
+bool ReadSeconds(const std::string& text, std::uint64_t most, std::int64_t& seconds) {
+  std::uint64_t number = 0;
+  if (!ReadNumber(text, number) || number < 1 || number > most) return false;
+  seconds = static_cast<std::int64_t>(number);
+  return true;
+}
+
+// Takes a value into the options; the error, or an empty text.
+std::string TakeValue(const std::string& name, const std::string& value, Options& options) {
+  if (name == "--interval") {
+    const bool fine = ReadSeconds(value, kLongestInterval, options.interval_seconds);
+    return fine ? "" : "--interval needs a number of seconds from 1 to 3600";
+  }
+  if (name == "--for") {
+    std::int64_t seconds = 0;
+    if (!ReadSeconds(value, kLongestRun, seconds)) return "--for needs a number of seconds, at least 1";
+    options.for_seconds = seconds;
+    return "";
+  }
+  if (name == "--folder") {
+    options.folder = value;
+    return value.empty() ? "--folder needs a folder" : "";
+  }
+  if (value != "home" && value != "admin") return "--form needs home or admin";
+  options.form = value == "home" ? Form::kHome : Form::kAdmin;
+  return "";
+}
+
+bool TakesValue(const std::string& name) {
+  return name == "--interval" || name == "--for" || name == "--folder" || name == "--form";
+}
+
+}  // namespace
+
+ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
+  ParsedOptions parsed;
+  Options& options = parsed.options;
+  int tasks = 0;
+  for (std::size_t i = 0; i < arguments.size() && parsed.error.empty(); ++i) {
+    const std::size_t sign = arguments[i].find('=');
+    const std::string name = arguments[i].substr(0, sign);
+    if (TakesValue(name)) {
+      const bool has_value = sign != std::string::npos || i + 1 < arguments.size();
+      if (!has_value) {
+        parsed.error = name + " needs a value";
+        break;
+      }
+      parsed.error = TakeValue(
+          name, sign != std::string::npos ? arguments[i].substr(sign + 1) : arguments[++i], options);
+    } else if (arguments[i] == "--once") {
+      options.once = true;
+    } else if (arguments[i] == "--start" || arguments[i] == "--stop") {
+      options.task = arguments[i] == "--start" ? Task::kStart : Task::kStop;
+      ++tasks;
+    } else if (arguments[i] == "--help") {
+      options.help = true;
+    } else {
+      parsed.error = "unknown argument " + CleanName(arguments[i]);
+    }
+  }
+  tasks += options.once + options.for_seconds.has_value();
+  if (parsed.error.empty() && tasks > 1)
+    parsed.error = "--once, --for, --start and --stop exclude each other";
+  return parsed;
+}
+
+}  // namespace zendrix::agent

@@ -1,0 +1,40 @@
+// The command line.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "agent/record/lines.h"
+
+namespace zendrix::agent {
+
+// What the program is asked to do.
+enum class Task {
+  kRecord,
+  kStart,  // have an Agent started that goes on by itself
+  kStop,   // have the folder's Agent stopped
+};
+
+struct Options {
+  Task task = Task::kRecord;
+  bool help = false;
+  bool once = false;
+  std::int64_t interval_seconds = 5;
+  std::optional<std::int64_t> for_seconds;  // no value: until it is told to stop
+  std::string folder;                       // empty: the folder of the executable
+  Form form = Form::kHome;
+};
+
+struct ParsedOptions {
+  Options options;
+  std::string error;  // one line for the user, empty when the command line is in order
+};
+
+// `arguments` without the program's name.
+ParsedOptions ParseOptions(const std::vector<std::string>& arguments);
+
+extern const char* const kHelpText;
+
+}  // namespace zendrix::agent

@@ -1,0 +1,131 @@
+#include "agent/record/event_file.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "agent/host/text.h"
+
+namespace zendrix::agent {
+namespace {
+
+constexpr std::int64_t kRestMs = 50;
+constexpr std::int64_t kLongestRestMs = 2000;
+// A file whose last line is further ahead than this was written by a clock that went wrong, and going on
+// from there would give every later event a wrong time.
+constexpr std::int64_t kMostAhead = 24 * 60 * 60;
+
+Form FormOf(std::string_view bytes) {
+  return bytes.substr(0, bytes.find('\n')).find('|') == std::string_view::npos ? Form::kAdmin : Form::kHome;
+}
+
+// Rows that the console makes of the lines. A name never holds a "*" (CleanName), so each one parts two rows.
+std::size_t RowsOf(std::string_view bytes, Form form) {
+  const auto count = [&](char c) {
+    return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), c));
+  };
+  return count('\n') + (form == Form::kHome ? count('*') : 0);
+}
+
+// The second of the last line that has one.
+std::int64_t LastSecond(std::string_view bytes) {
+  const auto lines = SplitLines(bytes);
+  for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
+    std::uint64_t second = 0;
+    if (ReadNumber(line->substr(0, line->find(',')), second) && second < (1ULL << 31U)) {
+      return static_cast<std::int64_t>(second);
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+EventFile::EventFile(platform::Files& files, platform::Clock& clock, std::string path, Form form)
+    : files_(files), clock_(clock), path_(std::move(path)), form_(form) {}
+
+platform::Status EventFile::Open() {
+  if (!files_.Exists(path_)) return platform::Done{};
+  const auto size = files_.Size(path_);
+  if (!size) return size.error();
+  size_ = size.value();
+  if (IsFull()) return platform::Done{};  // it will be put aside unread
+  const auto bytes = files_.ReadAll(path_);
+  if (!bytes) return bytes.error();
+  if (!bytes.value().empty() && FormOf(bytes.value()) != form_) {
+    return platform::Error{platform::ErrorKind::kOther, "it holds lines of the other form"};
+  }
+  TakeUp(bytes.value());
+  return platform::Done{};
+}
+
+void EventFile::TakeUp(std::string_view bytes) {
+  size_ = static_cast<std::int64_t>(bytes.size());
+  rows_ = RowsOf(bytes, form_);
+  line_open_ = !bytes.empty() && bytes.back() != '\n';
+  last_second_ = LastSecond(bytes);
+}
+
+std::int64_t EventFile::NextSecond() {
+  if (last_second_ > clock_.NowUtc() + kMostAhead) last_second_ = 0;
+  const std::int64_t give_up = clock_.MonotonicMs() + kLongestRestMs;
+  while (clock_.NowUtc() <= last_second_ && clock_.NowUtc() + kLongestRestMs / 1000 > last_second_ &&
+         clock_.MonotonicMs() < give_up) {
+    clock_.Sleep(kRestMs);
+  }
+  return std::max(clock_.NowUtc(), last_second_ + 1);
+}
+
+std::int64_t EventFile::AheadMs() const {
+  constexpr std::int64_t kMostSeconds = 60;
+  const std::int64_t ahead = last_second_ - clock_.NowUtc();
+  return ahead > 0 && ahead <= kMostSeconds ? (ahead + 1) * 1000 : 0;
+}
+
+platform::Status EventFile::Append(const BatchText& batch) {
+  // A line that was left open must not swallow the first new one. Its end begins with a comma, because the
+  // console may have read the half line already and cannot bear a new part whose first line has none.
+  const std::string bytes = (line_open_ ? ",\r\n" : "") + batch.bytes;
+  auto status = files_.Append(path_, bytes);
+  if (!status) {
+    NoteWhatIsThere();
+    return status;
+  }
+  line_open_ = false;
+  last_second_ = batch.last_second;
+  size_ += static_cast<std::int64_t>(bytes.size());
+  rows_ += batch.rows;
+  return status;
+}
+
+// A full disk takes a part of a batch. The batch will be told again; only its last line has to be ended.
+void EventFile::NoteWhatIsThere() {
+  const auto size = files_.Size(path_);
+  if (!size || size.value() <= size_) return;
+  size_ = size.value();
+  line_open_ = true;
+}
+
+bool EventFile::WasReplaced() const {
+  if (size_ == 0) return false;
+  const auto size = files_.Size(path_);
+  return !size || size.value() < size_;
+}
+
+platform::Result<std::string> EventFile::PutAside() {
+  const std::string stem = path_.substr(0, path_.rfind('.'));
+  std::int64_t second = std::max(last_second_, clock_.NowUtc());
+  const auto name = [&] { return stem + "-" + std::to_string(second) + ".kvl"; };
+  while (files_.Exists(name())) ++second;
+  const auto status = files_.Rename(path_, name());
+  if (!status) return status.error();
+  Forget();
+  return name();
+}
+
+void EventFile::Forget() {
+  size_ = 0;
+  rows_ = 0;
+  line_open_ = false;
+}
+
+}  // namespace zendrix::agent

@@ -1,0 +1,65 @@
+// The monitoring file as the Agent writes it. It is only appended to, one whole batch at a time and in one
+// write, so that a reader never meets half a line of a batch. Two rules of its readers bind the writer:
+//  - A reader that follows the file drops new lines as long as their second is not later than that of the
+//    last line it has. So a batch never begins with the second that the batch before it ended with: the
+//    writer waits for the next second, and when the computer's clock was put back it goes on from the last
+//    second written.
+//  - The Home console numbers rows in 16 bits and cannot load a file of 21 MB. So a file that is nearly full
+//    is put aside, under a name with its last second, and a new one begins.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "agent/record/lines.h"
+#include "platform/clock.h"
+#include "platform/files.h"
+
+namespace zendrix::agent {
+
+class EventFile {
+ public:
+  static constexpr std::size_t kMostRows = 30000;
+  static constexpr std::int64_t kMostBytes = 16 << 20;
+
+  // `path` ends in ".kvl". Both references outlive the object.
+  EventFile(platform::Files& files, platform::Clock& clock, std::string path, Form form);
+
+  // Takes up a file that is there: its last second, its rows, a last line without an end. An error when it
+  // cannot be read or holds lines of the other form.
+  platform::Status Open();
+
+  // The second for the next batch. May rest up to two seconds.
+  std::int64_t NextSecond();
+
+  // Milliseconds until the clock has passed the last second written: more than 0 after a batch that ran
+  // ahead, at most a minute's; a clock that was put back is not waited for.
+  std::int64_t AheadMs() const;
+
+  // Appends a batch that begins with NextSecond()'s result. When it fails, nothing is taken for written.
+  platform::Status Append(const BatchText& batch);
+
+  // True when the file is gone or shorter than it was left: somebody began a new one.
+  bool WasReplaced() const;
+
+  bool IsFull() const { return rows_ >= kMostRows || size_ >= kMostBytes; }
+  // Renames the file, so that the next Append begins a new one. The result is the new path.
+  platform::Result<std::string> PutAside();
+  // Takes the file for new; after WasReplaced().
+  void Forget();
+
+ private:
+  void TakeUp(std::string_view bytes);
+  void NoteWhatIsThere();
+
+  platform::Files& files_;
+  platform::Clock& clock_;
+  const std::string path_;
+  const Form form_;
+  std::int64_t last_second_ = 0;  // 0: no batch to follow
+  std::int64_t size_ = 0;
+  std::size_t rows_ = 0;
+  bool line_open_ = false;  // the last line has no end
+};
+
+}  // namespace zendrix::agent

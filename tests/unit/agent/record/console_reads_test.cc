@@ -1,0 +1,190 @@
+// What the Agent writes, read by the console's own reader and alert logic.
+#include <sstream>
+
+#include "agent/agent.h"
+#include "agent/host/text.h"
+#include "support/alert_fixture.h"
+#include "unit/agent/fake_host.h"
+
+namespace zendrix::agent {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::SizeIs;
+using ::testing::UnorderedElementsAre;
+
+class ConsoleReads : public test::AlertFixture {
+ protected:
+  ConsoleReads() {
+    platform().clock.SetUtc(1700000000);
+    platform().files.Put(world_.InFolder("zendrix.ini"), "");
+    host.texts["/etc/passwd"] = "root:x:0:0::/root:/bin/bash\n";
+    host.AddProcess(10, "sshd", "/usr/sbin/sshd");
+  }
+
+  platform::MemoryPlatform& platform() { return world_.platform; }
+
+  // `act` is called at every second of the run.
+  void Record(std::int64_t seconds, std::function<void(std::int64_t)> act = {}) {
+    Options options;
+    options.folder = world_.state.ProgramFolder;
+    options.interval_seconds = 1;
+    options.for_seconds = seconds;
+    const std::int64_t start = platform().clock.MonotonicMs();
+    std::int64_t told = -1;
+    AgentParts parts{host, platform().files, platform().clock, errors, {}, "vm", 42};
+    parts.stop_requested = [&] {
+      const std::int64_t now = (platform().clock.MonotonicMs() - start) / 1000;
+      if (act && now > told) act(told = now);
+      return false;
+    };
+    EXPECT_EQ(Agent(std::move(parts), options).Run(), 0) << errors.str();
+  }
+
+  void LoadRecording() { reader_.InitClass(EventsPath()); }
+  std::string EventsPath() const { return world_.InFolder("KorvessaMonitoring.kvl"); }
+
+  // IDs of the rows of a monitor.
+  std::vector<int> RowsOf(const std::string& name) {
+    std::vector<int> ids;
+    auto cursor = reader_.EventTable->Clone();
+    cursor.SetFilter("Monitor = '" + name + "' ");
+    for (cursor.MoveFirst(); !cursor.Eof(); cursor.MoveNext()) ids.push_back(cursor.ID());
+    return ids;
+  }
+
+  FakeHost host;
+  std::ostringstream errors;
+};
+
+TEST_F(ConsoleReads, EveryDescriptionIsARowOfItsOwn) {
+  host.AddProcess(11, "cron", "/usr/sbin/cron");
+  Record(1);
+  LoadRecording();
+  EXPECT_THAT(RowsOf("Running Processes"), SizeIs(2));
+  EXPECT_THAT(RowsOf("System Users"), SizeIs(1));
+}
+
+TEST_F(ConsoleReads, AlertLeadsToItsEventsAndSaysThatNothingWasDone) {
+  host.AddProcess(11, "x", "/tmp/x");
+  host.links["/proc/11/fd/3"] = "socket:[77]";
+  host.texts["/proc/net/tcp"] =
+      "   0: 00000000:115C 00000000:0000 0A 00000000:00000000 00:00000000 00000000 0 0 77 1\n";
+  Record(1);
+  LoadRecording();
+  const auto alerts = RowsOf("Aggregation");
+  ASSERT_THAT(alerts, SizeIs(1));
+  LookUp(alerts[0]);
+  EXPECT_THAT(Events(), UnorderedElementsAre("Running Processes=/tmp/x:11", "Listening Ports=4444:/tmp/x"));
+  EXPECT_THAT(Found(1).Reaction, HasSubstr("failed"));
+  EXPECT_THAT(Found(2).Reaction, HasSubstr("failed"));
+  EXPECT_EQ(Found(0).Change, "0.9824000000000000");
+}
+
+TEST_F(ConsoleReads, AlertOfOneEventIsReadAsAListToo) {
+  host.AddProcess(11, "x", "/tmp/x");
+  Record(1);
+  LoadRecording();
+  LookUp(RowsOf("Aggregation").at(0));
+  EXPECT_THAT(Events(), ElementsAre("Running Processes=/tmp/x:11"));
+}
+
+TEST_F(ConsoleReads, AutorunEntriesOfOneProgramEachFindTheirRow) {
+  host.texts["/etc/xdg/autostart/a.desktop"] = "[Desktop Entry]\nExec=/tmp/x --k=v;w * z\n";
+  host.texts["/etc/xdg/autostart/b.desktop"] = "[Desktop Entry]\nExec=/tmp/x\n";
+  Record(1);
+  LoadRecording();
+  LookUp(RowsOf("Aggregation").at(0));
+  EXPECT_THAT(Events(), ElementsAre("Autorun Registry=/etc/xdg/autostart/a.desktop=/tmp/x --k_v_w _ z",
+                                    "Autorun Registry=/etc/xdg/autostart/b.desktop=/tmp/x"));
+}
+
+TEST_F(ConsoleReads, HostileNamesMakeNoRowsOfTheirOwnAndNoLookupFails) {
+  const std::vector<std::string> names = {"a|b|c|d|e|f|g",
+                                          "x\r\n1,h,1,Aggregation|0|0.99|Running Processes=y;|r|c|0",
+                                          "p * q",
+                                          "it's",
+                                          "a=b;c=d",
+                                          "1,2,3",
+                                          "\xFF\xFE\x01",
+                                          "\"\\\\\"",
+                                          " ",
+                                          std::string(4000, 'l'),
+                                          "<description>"};
+  std::uint64_t pid = 100;
+  for (const std::string& name : names) host.AddProcess(pid++, name.substr(0, 15), "/tmp/" + name);
+  Record(1);
+  LoadRecording();
+  EXPECT_THAT(RowsOf("Running Processes"), SizeIs(1 + names.size()));
+  const auto alerts = RowsOf("Aggregation");
+  EXPECT_THAT(alerts, SizeIs(names.size()));
+  for (const int id : alerts) {
+    LookUp(id);
+    ASSERT_THAT(Events(), SizeIs(1)) << Found(0).Description;
+    EXPECT_THAT(Found(1).Reaction, HasSubstr("failed"));
+  }
+}
+
+TEST_F(ConsoleReads, LongAlertFindsEveryEventItNames) {
+  for (std::uint64_t pid = 100; pid < 200; ++pid) host.AddProcess(pid, "x", "/tmp/" + std::string(60, 'x'));
+  Record(1);
+  LoadRecording();
+  LookUp(RowsOf("Aggregation").at(0));
+  EXPECT_LE(Found(0).Description.size(), 1536U);
+  const auto named = SplitFields(Found(0).Description, ';').size();
+  EXPECT_GT(named, 10U);
+  EXPECT_THAT(Events(), SizeIs(named));
+}
+
+TEST_F(ConsoleReads, AlertsHaveMomentsOfTheirOwnSoThatADecisionMeetsOnlyOne) {
+  for (const char* name : {"/tmp/a", "/tmp/b", "/tmp/c"}) {
+    host.AddProcess(100 + static_cast<std::uint64_t>(name[5]), "x", name);
+  }
+  Record(1);
+  LoadRecording();
+  std::set<std::string> moments;
+  for (const int id : RowsOf("Aggregation")) {
+    LookUp(id);
+    moments.insert(Found(0).DateUTC);
+    EXPECT_THAT(Events(), SizeIs(1));
+    EXPECT_THAT(Found(1).Reaction, HasSubstr("failed"))
+        << "the alert's own Community row is the first behind it";
+  }
+  EXPECT_THAT(moments, SizeIs(3));
+}
+
+TEST_F(ConsoleReads, ReaderThatFollowsSeesWhatAFullLoadSees) {
+  host.AddProcess(11, "x", "/tmp/x");
+  bool loaded = false;
+  Record(30, [&](std::int64_t second) {
+    host.AddProcess(1000 + static_cast<std::uint64_t>(second), "y",
+                    second % 7 == 0 ? "/tmp/y" : "/usr/bin/y");
+    if (!platform().files.Has(EventsPath())) return;
+    if (loaded) reader_.LoadNewEvents();
+    if (!loaded) LoadRecording();
+    loaded = true;
+  });
+  reader_.LoadNewEvents();
+  const auto followed = reader_.EventTable->RowCount();
+  EXPECT_GT(followed, 30U);
+  LoadRecording();
+  EXPECT_EQ(followed, reader_.EventTable->RowCount());
+}
+
+TEST_F(ConsoleReads, ReaderThatFollowsTakesTheNewFileWhenTheOldOneIsPutAside) {
+  std::string line = "1600000000,h,1,M|0|0|p|r|c|0\r\n1600000000,h,1,M|0|0|p";
+  for (std::size_t i = 3; i < EventFile::kMostRows; ++i) line += " * p";
+  platform().files.Put(EventsPath(), line + "|r|c|0\r\n");
+  LoadRecording();
+  EXPECT_GT(reader_.EventTable->RowCount(), 29990U);
+  Record(4, [&](std::int64_t second) {
+    host.AddProcess(1000 + static_cast<std::uint64_t>(second), "y", "/usr/bin/y");
+    reader_.LoadNewEvents();
+  });
+  EXPECT_LT(reader_.EventTable->RowCount(), 20U);
+  EXPECT_GT(reader_.EventTable->RowCount(), 3U);
+}
+
+}  // namespace
+}  // namespace zendrix::agent

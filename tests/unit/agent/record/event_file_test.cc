@@ -1,0 +1,169 @@
+#include "agent/record/event_file.h"
+
+#include "platform/memory/fake_clock.h"
+#include "platform/memory/memory_files.h"
+
+namespace zendrix::agent {
+namespace {
+
+constexpr const char* kPath = "/z/KorvessaMonitoring.kvl";
+constexpr std::int64_t kNow = 1700000000;
+
+class EventFileTest : public testing::Test {
+ protected:
+  EventFileTest() { clock.SetUtc(kNow); }
+
+  EventFile Opened(Form form = Form::kHome) {
+    EventFile file(files, clock, kPath, form);
+    EXPECT_TRUE(file.Open().ok());
+    return file;
+  }
+
+  static BatchText Text(std::int64_t second, const std::string& bytes = "", std::size_t rows = 1) {
+    return {bytes.empty() ? std::to_string(second) + ",h,1,M|0|0|d|r|c|0\r\n" : bytes, second, rows};
+  }
+
+  platform::MemoryFiles files;
+  platform::FakeClock clock;
+};
+
+TEST_F(EventFileTest, NewFileTakesThePresentSecond) {
+  EXPECT_EQ(Opened().NextSecond(), kNow);
+}
+
+TEST_F(EventFileTest, BatchIsAppendedInOneWrite) {
+  int writes = 0;
+  files.before = [&](platform::FileOp op, const std::string&) { writes += op == platform::FileOp::kAppend; };
+  auto file = Opened();
+  ASSERT_TRUE(file.Append(Text(kNow, "1,a\r\n2,b\r\n")).ok());
+  EXPECT_EQ(files.Get(kPath), "1,a\r\n2,b\r\n");
+  EXPECT_EQ(writes, 1);
+}
+
+TEST_F(EventFileTest, BatchWaitsForTheSecondAfterTheLastOne) {
+  auto file = Opened();
+  ASSERT_TRUE(file.Append(Text(kNow)).ok());
+  EXPECT_EQ(file.NextSecond(), kNow + 1);
+  EXPECT_EQ(clock.NowUtc(), kNow + 1) << "it waited";
+}
+
+TEST_F(EventFileTest, BatchThatRanAheadIsFollowedByTheNextSecond) {
+  auto file = Opened();
+  ASSERT_TRUE(file.Append(Text(kNow + 20)).ok());
+  EXPECT_EQ(file.NextSecond(), kNow + 21);
+  EXPECT_EQ(clock.SleptMs(), 0) << "too far ahead to wait for";
+}
+
+TEST_F(EventFileTest, TellsHowFarABatchRanAhead) {
+  auto file = Opened();
+  EXPECT_EQ(file.AheadMs(), 0);
+  ASSERT_TRUE(file.Append(Text(kNow)).ok());
+  EXPECT_EQ(file.AheadMs(), 0);
+  ASSERT_TRUE(file.Append(Text(kNow + 4)).ok());
+  EXPECT_EQ(file.AheadMs(), 5000);
+  clock.SetUtc(kNow - 3600);
+  EXPECT_EQ(file.AheadMs(), 0) << "a clock that was put back is not waited for";
+}
+
+TEST_F(EventFileTest, ClockThatWasPutBackDoesNotHideEvents) {
+  auto file = Opened();
+  ASSERT_TRUE(file.Append(Text(kNow)).ok());
+  clock.SetUtc(kNow - 3600);
+  EXPECT_EQ(file.NextSecond(), kNow + 1);
+}
+
+TEST_F(EventFileTest, SecondFarAheadIsNotBelieved) {
+  auto file = Opened();
+  ASSERT_TRUE(file.Append(Text(kNow + 100000)).ok());
+  EXPECT_EQ(file.NextSecond(), kNow);
+}
+
+TEST_F(EventFileTest, FileThatIsThereIsGoneOnWithAfterItsLastSecond) {
+  files.Put(kPath, "1699999999,h,1,M|0|0|d|r|c|0\r\n1700000000,h,1,M|0|0|d|r|c|0\r\n");
+  auto file = Opened();
+  EXPECT_EQ(file.NextSecond(), kNow + 1);
+}
+
+TEST_F(EventFileTest, LastLineThatIsNoEventIsPassedOverInSearchOfTheSecond) {
+  files.Put(kPath, "1700000000,h,1,M|0|0|d|r|c|0\r\nrubbish\r\n");
+  EXPECT_EQ(Opened().NextSecond(), kNow + 1);
+}
+
+TEST_F(EventFileTest, LineThatAKilledRunLeftOpenIsEnded) {
+  files.Put(kPath, "1600000000,h,1,M|0|0|d|r|c|0\r\n1600000001,h,1,M|0");
+  auto file = Opened();
+  ASSERT_TRUE(file.Append(Text(kNow, "x\r\n")).ok());
+  ASSERT_TRUE(file.Append(Text(kNow + 1, "y\r\n")).ok());
+  EXPECT_TRUE(files.Get(kPath).ends_with("M|0,\r\nx\r\ny\r\n"));
+}
+
+TEST_F(EventFileTest, PartThatAFullDiskTookIsEndedBeforeTheBatchIsToldAgain) {
+  auto file = Opened();
+  files.before = [&](platform::FileOp op, const std::string&) {
+    if (op == platform::FileOp::kAppend) files.PutMore(kPath, "1700000000,h");
+  };
+  files.FailNext(platform::FileOp::kAppend, kPath, platform::ErrorKind::kNoSpace);
+  EXPECT_FALSE(file.Append(Text(kNow, "1700000000,h,1\r\n")).ok());
+  files.before = {};
+  EXPECT_FALSE(file.WasReplaced());
+  ASSERT_TRUE(file.Append(Text(kNow, "1700000000,h,1\r\n")).ok());
+  EXPECT_EQ(files.Get(kPath), "1700000000,h,\r\n1700000000,h,1\r\n");
+}
+
+TEST_F(EventFileTest, FileOfTheOtherFormIsRefused) {
+  files.Put(kPath, "1600000000,h,M,A,d\r\n");
+  EventFile home(files, clock, kPath, Form::kHome);
+  EXPECT_FALSE(home.Open().ok());
+  EXPECT_TRUE(Opened(Form::kAdmin).Append(Text(kNow)).ok());
+}
+
+TEST_F(EventFileTest, EmptyFileHasNoForm) {
+  files.Put(kPath, "");
+  Opened(Form::kAdmin);
+  Opened(Form::kHome);
+}
+
+TEST_F(EventFileTest, WriteThatFailsTakesNothingForWritten) {
+  auto file = Opened();
+  files.FailNext(platform::FileOp::kAppend, kPath, platform::ErrorKind::kNoSpace);
+  EXPECT_FALSE(file.Append(Text(kNow)).ok());
+  EXPECT_EQ(file.NextSecond(), kNow);
+  EXPECT_FALSE(file.WasReplaced());
+}
+
+TEST_F(EventFileTest, FileThatIsGoneOrShorterWasReplaced) {
+  auto file = Opened();
+  EXPECT_FALSE(file.WasReplaced());
+  ASSERT_TRUE(file.Append(Text(kNow)).ok());
+  EXPECT_FALSE(file.WasReplaced());
+  files.Put(kPath, "x");
+  EXPECT_TRUE(file.WasReplaced());
+  files.Vanish(kPath);
+  EXPECT_TRUE(file.WasReplaced());
+  file.Forget();
+  EXPECT_FALSE(file.WasReplaced());
+}
+
+TEST_F(EventFileTest, RowsOfPartsCountTowardsTheLimit) {
+  std::string line = "1600000000,h,1,M|0|0|p";
+  for (std::size_t i = 1; i < EventFile::kMostRows; ++i) line += " * p";
+  files.Put(kPath, line + "|r|c|0\r\n");
+  EXPECT_TRUE(Opened().IsFull());
+}
+
+TEST_F(EventFileTest, FullFileIsPutAsideUnderANameOfItsOwn) {
+  files.Put("/z/KorvessaMonitoring-1700000000.kvl", "older");
+  auto file = Opened();
+  ASSERT_TRUE(file.Append(Text(kNow, "x\r\n", EventFile::kMostRows)).ok());
+  EXPECT_TRUE(file.IsFull());
+  const auto aside = file.PutAside();
+  ASSERT_TRUE(aside.ok());
+  EXPECT_EQ(aside.value(), "/z/KorvessaMonitoring-1700000001.kvl");
+  EXPECT_EQ(files.Get(aside.value()), "x\r\n");
+  EXPECT_FALSE(files.Has(kPath));
+  EXPECT_FALSE(file.IsFull());
+  EXPECT_EQ(file.NextSecond(), kNow + 1) << "a reader that still has the old file must take the new lines";
+}
+
+}  // namespace
+}  // namespace zendrix::agent
