@@ -83,17 +83,19 @@ bool Agent::Look() {
     Append(batch.events, measures.Present());
   }
   Append(batch.events, std::move(measured));
-  batch.alerts = finder_.Find(batch.events, seen.items, seen.taken_ms);
+  const Moment now{parts_.clock.NowUtc(), seen.taken_ms};
+  batch.alerts = scorer_->Weigh(batch.events, now);
   const std::size_t left_out = batch.alerts.size() > kMostAlerts ? batch.alerts.size() - kMostAlerts : 0;
   batch.alerts.erase(batch.alerts.begin(), batch.alerts.begin() + static_cast<std::ptrdiff_t>(left_out));
-  if (!Write(batch)) return false;
+  const auto first_alert = Write(batch);
+  if (!first_alert) return false;
   if (begins_session_) {
     Log("Session began; " + std::to_string(seen.items.size()) + " items; " +
         std::to_string(batch.alerts.size()) + " alerts");
   }
   if (left_out > 0)
     Log("Too many alerts at once; the lightest " + std::to_string(left_out) + " were left out");
-  finder_.Raised(batch.alerts, seen.taken_ms);
+  scorer_->Raised(batch.alerts, *first_alert, now);
   measures_ = std::move(measures);
   before_ = std::move(seen);
   begins_session_ = false;
@@ -101,8 +103,8 @@ bool Agent::Look() {
   return true;
 }
 
-bool Agent::Write(const Batch& batch) {
-  if (batch.events.empty() && batch.alerts.empty() && !batch.begins_session) return true;
+std::optional<std::int64_t> Agent::Write(const Batch& batch) {
+  if (batch.events.empty() && batch.alerts.empty() && !batch.begins_session) return 0;
   Stamp stamp;
   stamp.seconds = file_.NextSecond();
   stamp.host = host_name_;
@@ -113,14 +115,15 @@ bool Agent::Write(const Batch& batch) {
     Log("Monitoring file cannot be written; " + CleanName(status.error().text));
   }
   failing_ = !status.ok();
-  return status.ok();
+  if (!status) return {};
+  return stamp.seconds;
 }
 
 void Agent::BeginAnewIfNeeded() {
   if (file_.WasReplaced()) {
     file_.Forget();
     begins_session_ = true;
-    finder_ = {};
+    scorer_->BeginFile();
     Log("Monitoring file was removed or replaced; a new session begins");
   }
   if (!file_.IsFull()) return;
@@ -130,7 +133,7 @@ void Agent::BeginAnewIfNeeded() {
     return;
   }
   begins_session_ = true;
-  finder_ = {};  // the alerts of what is still there belong into the new file too
+  scorer_->BeginFile();  // the alerts of what is still there belong into the new file too
   Log("Monitoring file was nearly full and is now " + CleanName(aside.value()));
 }
 

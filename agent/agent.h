@@ -5,6 +5,8 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 
@@ -13,7 +15,7 @@
 #include "agent/host/host_view.h"
 #include "agent/options.h"
 #include "agent/record/event_file.h"
-#include "agent/score/alerts.h"
+#include "agent/score/scorer.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 
@@ -42,7 +44,8 @@ class Agent {
   bool OpenFolder();
   // One look. False when its batch could not be written; the next look then tells it all again.
   bool Look();
-  bool Write(const Batch& batch);
+  // The second that the batch was written with; nothing when it was not.
+  std::optional<std::int64_t> Write(const Batch& batch);
   void BeginAnewIfNeeded();
   std::int64_t NextLookAfter() const;
   void Rest(std::int64_t until_ms);
@@ -54,7 +57,7 @@ class Agent {
   const std::string host_name_;  // cleaned
   const std::string log_path_;
   EventFile file_;
-  AlertFinder finder_;
+  std::unique_ptr<Scorer> scorer_ = MakeRuleScorer();
   Measures measures_;
   Snapshot before_;
   bool begins_session_ = true;

@@ -22,6 +22,7 @@ Item MakeItem(const std::string& path, const std::string& command) {
   const std::string program = ProgramOfCommand(command);
   if (program.substr(0, 1) != "/") return item;  // a bare name is looked up in the system folders
   item.subject = CleanName(program);
+  item.program = program;
   if (InTemporaryFolder(program)) {
     item.rules.Add(Rule::kAutorunInTemporaryFolder);
   } else if (!InSystemFolder(program)) {

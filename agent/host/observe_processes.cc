@@ -63,6 +63,8 @@ RuleSet RulesOfProgram(const ProgramFile& program) {
 
 std::vector<Item> ObserveProcesses(const std::vector<Process>& processes) {
   std::vector<Item> items;
+  std::map<std::uint64_t, const Process*> by_pid;
+  for (const Process& process : processes) by_pid[process.stat.pid] = &process;
   for (const Process& process : processes) {
     Item item;
     item.monitor = monitor::kProcesses;
@@ -70,6 +72,9 @@ std::vector<Item> ObserveProcesses(const std::vector<Process>& processes) {
     item.description = item.subject + ":" + std::to_string(process.stat.pid);
     item.identity = std::to_string(process.stat.start_ticks);
     item.rules = RulesOf(process);
+    item.program = process.program.path;
+    const auto parent = by_pid.find(process.stat.parent);
+    if (parent != by_pid.end()) item.parent = parent->second->program.path;
     items.push_back(std::move(item));
   }
   return items;

@@ -68,6 +68,7 @@ void NameProgram(Item& item, const Process* owner, Rule when_unknown) {
     return;
   }
   item.subject = ProgramName(*owner);
+  item.program = owner->program.path;
   item.rules.Add(RulesOfProgram(owner->program));
 }
 

@@ -18,7 +18,7 @@
 #include <vector>
 
 #include "agent/events/events.h"
-#include "agent/score/alerts.h"
+#include "agent/score/alert.h"
 
 namespace zendrix::agent {
 

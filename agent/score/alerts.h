@@ -9,15 +9,9 @@
 #include <vector>
 
 #include "agent/events/events.h"
+#include "agent/score/alert.h"
 
 namespace zendrix::agent {
-
-struct Alert {
-  std::string subject;
-  RuleSet rules;
-  double risk = 0;            // 0 to 0.99
-  std::vector<Item> members;  // heaviest first; each was written as an event of its own before the alert
-};
 
 class AlertFinder {
  public:

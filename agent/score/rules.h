@@ -80,6 +80,7 @@ class RuleSet {
   }
   void Add(Rule rule) { bits_ |= 1U << static_cast<std::uint32_t>(rule); }
   void Add(RuleSet other) { bits_ |= other.bits_; }
+  void Remove(RuleSet other) { bits_ &= ~other.bits_; }
   bool Has(Rule rule) const { return (bits_ >> static_cast<std::uint32_t>(rule) & 1U) != 0; }
   bool empty() const { return bits_ == 0; }
   std::uint32_t bits() const { return bits_; }
@@ -88,6 +89,11 @@ class RuleSet {
  private:
   std::uint32_t bits_ = 0;
 };
+
+// The rules that say no more than that a thing came while the Agent ran.
+inline RuleSet NewsRules() {
+  return {Rule::kPortNew, Rule::kAccountNew, Rule::kAutorunNew, Rule::kSystemFolderChanged};
+}
 
 struct RuleFacts {
   int number;             // three digits; the hundreds tell the monitor

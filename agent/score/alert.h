@@ -1,0 +1,21 @@
+// An alert: everything unusual that is known about one subject, mostly a program, and what the Agent makes of
+// it. Texts are cleaned (see host/text.h) and can stand in a line.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "agent/events/snapshot.h"
+#include "agent/score/rules.h"
+
+namespace zendrix::agent {
+
+struct Alert {
+  std::string subject;
+  RuleSet rules;
+  double risk = 0;            // 0 to 0.99
+  std::vector<Item> members;  // heaviest first; each was written as an event of its own before the alert
+};
+
+}  // namespace zendrix::agent

@@ -1,0 +1,47 @@
+// What decides which events are alerts. The loop hands it everything that happens, also what it does not
+// write line by line, and writes the alerts that come back. Nothing is taken for raised until Raised says so:
+// a batch that could not be written is weighed again, and the same alerts come back.
+//
+// Members of an alert are items of events that were handed over, now or earlier. The console looks for their
+// rows in front of the alert, so what was held back of them is written first.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "agent/events/events.h"
+#include "agent/score/alert.h"
+
+namespace zendrix::agent {
+
+struct Moment {
+  std::int64_t utc = 0;           // seconds since 1970
+  std::int64_t monotonic_ms = 0;  // of a clock that never goes back
+};
+
+class Scorer {
+ public:
+  virtual ~Scorer() = default;
+
+  // Whether this was seen on this host before. Asked in front of Weigh, which makes it known.
+  virtual bool IsKnown(const Item& item) const = 0;
+
+  // The alerts that are due, the heaviest last, since the console shows the newest on top. Called at every
+  // turn of the loop, also without events: an alert may wait a moment for what else its program does.
+  virtual std::vector<Alert> Weigh(const std::vector<Event>& events, Moment now) = 0;
+
+  // What still waits, at the end of a run.
+  virtual std::vector<Alert> Rest(Moment now) = 0;
+
+  // These alerts were written: the first with `first_second` (UTC), each further one with the next second.
+  virtual void Raised(const std::vector<Alert>& alerts, std::int64_t first_second, Moment now) = 0;
+
+  // A new monitoring file begins: it holds no rows and no alerts yet. What is there comes again as events.
+  virtual void BeginFile() = 0;
+};
+
+// Weighs by the fixed rules alone and remembers nothing of earlier runs; everything is unknown to it.
+std::unique_ptr<Scorer> MakeRuleScorer();
+
+}  // namespace zendrix::agent
