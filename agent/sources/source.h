@@ -5,6 +5,10 @@
 // A source never fails in silence: what it cannot do is its level, with the reason in words for a person, and
 // what it missed is an observation of its own. Texts of items come cleaned (agent/host/text.h), since whoever
 // is to be caught chose them.
+//
+// A source begins with what is there already: its first Drain tells every item that it finds as kCame. From
+// then on its observations add up to what is there now. A kCame of an item that is there already says that
+// the facts about it (its rules) changed; a kWent bears the monitor, description and identity of its kCame.
 #pragma once
 
 #include <cstdint>
@@ -54,7 +58,8 @@ class Source {
   virtual SourceLevel level() const = 0;
   // What epoll may wait for; -1 for a source that is drained at each turn only.
   virtual int Handle() const = 0;
-  // Adds what was seen since the last call, in the order in which it was seen. Never waits.
+  // Adds what was seen since the last call, in the order in which it was seen. Never waits. A flood is told
+  // in parts: one call adds a bounded number, and the next goes on.
   virtual void Drain(std::vector<Observation>& into) = 0;
 };
 
