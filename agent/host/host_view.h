@@ -18,6 +18,8 @@ struct EntryFacts {
   std::uint32_t mode = 0;        // permission bits, set-user-id and set-group-id included
   std::int64_t size = 0;         // bytes
   std::int64_t modified_ns = 0;  // last change of contents, nanoseconds since 1970
+  std::uint64_t device = 0;      // with the inode it tells files apart, whatever they are called
+  std::uint64_t inode = 0;
 };
 
 class HostView {
@@ -32,6 +34,8 @@ class HostView {
   virtual std::vector<std::string> List(const std::string& folder) = 0;
   // Facts about the entry itself; a final link is not followed.
   virtual std::optional<EntryFacts> Look(const std::string& path) = 0;
+  // Facts about what the path leads to; links are followed.
+  virtual std::optional<EntryFacts> LookThrough(const std::string& path) = 0;
 };
 
 // The real host.

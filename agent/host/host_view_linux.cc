@@ -31,6 +31,17 @@ EntryKind KindOf(mode_t mode) {
   return S_ISLNK(mode) ? EntryKind::kLink : EntryKind::kOther;
 }
 
+EntryFacts FactsOf(const struct stat& facts) {
+  EntryFacts seen;
+  seen.kind = KindOf(facts.st_mode);
+  seen.mode = facts.st_mode & 07777U;
+  seen.size = facts.st_size;
+  seen.modified_ns = static_cast<std::int64_t>(facts.st_mtim.tv_sec) * 1000000000 + facts.st_mtim.tv_nsec;
+  seen.device = facts.st_dev;
+  seen.inode = facts.st_ino;
+  return seen;
+}
+
 class LinuxHostView : public HostView {
  public:
   std::optional<std::string> ReadText(const std::string& path, std::size_t limit) override {
@@ -73,12 +84,13 @@ class LinuxHostView : public HostView {
   std::optional<EntryFacts> Look(const std::string& path) override {
     struct stat facts = {};
     if (lstat(path.c_str(), &facts) != 0) return {};
-    EntryFacts seen;
-    seen.kind = KindOf(facts.st_mode);
-    seen.mode = facts.st_mode & 07777U;
-    seen.size = facts.st_size;
-    seen.modified_ns = static_cast<std::int64_t>(facts.st_mtim.tv_sec) * 1000000000 + facts.st_mtim.tv_nsec;
-    return seen;
+    return FactsOf(facts);
+  }
+
+  std::optional<EntryFacts> LookThrough(const std::string& path) override {
+    struct stat facts = {};
+    if (stat(path.c_str(), &facts) != 0) return {};
+    return FactsOf(facts);
   }
 };
 

@@ -16,12 +16,6 @@ std::string FolderOf(std::uint64_t pid) {
   return "/proc/" + std::to_string(pid);
 }
 
-RuleSet RulesOf(const Process& process) {
-  RuleSet rules = RulesOfProgram(process.program);
-  if (LooksLikeKernelThread(process.stat.name)) rules.Add(Rule::kNamedLikeKernelThread);
-  return rules;
-}
-
 }  // namespace
 
 std::vector<Process> ReadProcesses(HostView& host, std::uint64_t own_pid) {
@@ -47,6 +41,14 @@ std::string ProgramName(const Process& process) {
   return CleanName(process.program.path.empty() ? process.stat.name : process.program.path);
 }
 
+Program ProgramOf(const Process& process) {
+  Program program;
+  program.name = ProgramName(process);
+  program.subject = program.name;
+  program.file = process.program;
+  return program;
+}
+
 RuleSet RulesOfProgram(const ProgramFile& program) {
   RuleSet rules;
   if (program.path.empty()) return rules;
@@ -61,21 +63,28 @@ RuleSet RulesOfProgram(const ProgramFile& program) {
   return rules;
 }
 
+RuleSet RulesOfProcess(const Program& program, std::string_view process_name) {
+  RuleSet rules = RulesOfProgram(program.file);
+  if (LooksLikeKernelThread(process_name)) rules.Add(Rule::kNamedLikeKernelThread);
+  return rules;
+}
+
+Item ProcessItem(const Program& program, std::uint64_t pid, std::uint64_t start_ticks, RuleSet rules) {
+  Item item;
+  item.monitor = monitor::kProcesses;
+  item.subject = program.subject;
+  item.description = program.name + ":" + std::to_string(pid);
+  item.identity = std::to_string(start_ticks);
+  item.rules = rules;
+  return item;
+}
+
 std::vector<Item> ObserveProcesses(const std::vector<Process>& processes) {
   std::vector<Item> items;
-  std::map<std::uint64_t, const Process*> by_pid;
-  for (const Process& process : processes) by_pid[process.stat.pid] = &process;
   for (const Process& process : processes) {
-    Item item;
-    item.monitor = monitor::kProcesses;
-    item.subject = ProgramName(process);
-    item.description = item.subject + ":" + std::to_string(process.stat.pid);
-    item.identity = std::to_string(process.stat.start_ticks);
-    item.rules = RulesOf(process);
-    item.program = process.program.path;
-    const auto parent = by_pid.find(process.stat.parent);
-    if (parent != by_pid.end()) item.parent = parent->second->program.path;
-    items.push_back(std::move(item));
+    const Program program = ProgramOf(process);
+    items.push_back(ProcessItem(program, process.stat.pid, process.stat.start_ticks,
+                                RulesOfProcess(program, process.stat.name)));
   }
   return items;
 }

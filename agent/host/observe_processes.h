@@ -19,11 +19,25 @@ struct Process {
 
 std::vector<Process> ReadProcesses(HostView& host, std::uint64_t own_pid);
 
+// A program as lines call it.
+struct Program {
+  std::string name;     // clean: its path, and what tells it from the host's program of that path
+  std::string subject;  // what facts about it are weighed under; mostly the name
+  ProgramFile file;     // path empty when it is not known
+};
+
+Program ProgramOf(const Process& process);
+
 // What a line calls the program: its path, or the process name when the path may not be read.
 std::string ProgramName(const Process& process);
 
 // What a program file's place says about it.
 RuleSet RulesOfProgram(const ProgramFile& program);
+
+RuleSet RulesOfProcess(const Program& program, std::string_view process_name);
+
+// "path:pid" of one process.
+Item ProcessItem(const Program& program, std::uint64_t pid, std::uint64_t start_ticks, RuleSet rules);
 
 // "path:pid" for each process.
 std::vector<Item> ObserveProcesses(const std::vector<Process>& processes);

@@ -1,9 +1,9 @@
 #include "agent/host/observe_sockets.h"
 
 #include <map>
+#include <optional>
 #include <set>
 
-#include "agent/host/parse_network.h"
 #include "agent/host/places.h"
 
 namespace zendrix::agent {
@@ -11,7 +11,34 @@ namespace {
 
 constexpr std::size_t kTableLimit = 8U << 20U;
 
-using Owners = std::map<std::uint64_t, const Process*>;  // by inode
+// Items by description: the same port is often open for both families, and its facts add up.
+class ItemMap {
+ public:
+  void Add(Item item) {
+    const auto [at, is_new] = items_.try_emplace(item.description, item);
+    if (is_new) return;
+    at->second.rules.Add(item.rules);
+    if (!item.identity.empty()) at->second.identity = std::move(item.identity);
+  }
+  void MoveTo(std::vector<Item>& list) {
+    for (auto& [description, item] : items_) list.push_back(std::move(item));
+  }
+
+ private:
+  std::map<std::string, Item> items_;
+};
+
+void NameOwner(Item& item, const Program* owner, Rule when_unknown) {
+  if (owner == nullptr) {
+    item.subject = item.description;
+    item.rules.Add(when_unknown);
+    return;
+  }
+  item.subject = owner->subject;
+  item.rules.Add(RulesOfProgram(owner->file));
+}
+
+}  // namespace
 
 std::vector<Socket> ReadSockets(HostView& host) {
   std::vector<Socket> sockets;
@@ -25,8 +52,9 @@ std::vector<Socket> ReadSockets(HostView& host) {
 }
 
 // Going through every open file of every process is the dear part, so it ends with the last wanted inode.
-Owners FindOwners(HostView& host, const std::vector<Process>& processes, std::set<std::uint64_t> wanted) {
-  Owners owners;
+SocketOwners FindSocketOwners(HostView& host, const std::vector<Process>& processes,
+                              std::set<std::uint64_t> wanted) {
+  SocketOwners owners;
   for (const Process& process : processes) {
     if (wanted.empty()) break;
     const std::string folder = "/proc/" + std::to_string(process.stat.pid) + "/fd";
@@ -44,60 +72,30 @@ bool IsConnection(const Socket& socket) {
          socket.remote.reach == AddressReach::kOther;
 }
 
-// Items by description: the same port is often open for both families, and its facts add up.
-class ItemMap {
- public:
-  Item& At(std::string_view monitor_name, const std::string& description) {
-    Item& item = items_[description];
-    item.monitor = monitor_name;
-    item.description = description;
-    return item;
-  }
-  void MoveTo(std::vector<Item>& list) {
-    for (auto& [description, item] : items_) list.push_back(std::move(item));
-  }
-
- private:
-  std::map<std::string, Item> items_;
-};
-
-void NameProgram(Item& item, const Process* owner, Rule when_unknown) {
-  if (owner == nullptr) {
-    item.subject = item.description;
-    item.rules.Add(when_unknown);
-    return;
-  }
-  item.subject = ProgramName(*owner);
-  item.program = owner->program.path;
-  item.rules.Add(RulesOfProgram(owner->program));
-}
-
-std::string WithProgram(const std::string& place, const Process* owner) {
-  return owner == nullptr ? place : place + ":" + ProgramName(*owner);
-}
-
-void AddPort(const Socket& socket, const Process* owner, ItemMap& ports) {
+Item PortItem(const Endpoint& local, const Program* owner) {
+  Item item;
+  item.monitor = monitor::kPorts;
   // A port alone would not be shown: the console tells one only in front of a program.
-  const std::string port = std::to_string(socket.local.port);
-  Item& item = ports.At(monitor::kPorts, owner ? WithProgram(port, owner) : port + ":an unknown program");
-  NameProgram(item, owner, Rule::kPortOfUnknownProgram);
-  if (socket.local.reach == AddressReach::kLoopback) return;
-  if (socket.local.reach == AddressReach::kAny) {
+  item.description = std::to_string(local.port) + ":" + (owner ? owner->name : "an unknown program");
+  NameOwner(item, owner, Rule::kPortOfUnknownProgram);
+  if (local.reach == AddressReach::kLoopback) return item;
+  if (local.reach == AddressReach::kAny) {
     item.rules.Add(Rule::kPortOpenToAll);
     item.identity = "all";  // a port that opens up to all networks is news
   }
-  if (!IsUsualPort(socket.local.port)) item.rules.Add(Rule::kPortUnusual);
+  if (!IsUsualPort(local.port)) item.rules.Add(Rule::kPortUnusual);
+  return item;
 }
 
-void AddConnection(const Socket& socket, const Process* owner, bool incoming, ItemMap& connections) {
-  const std::uint16_t service = incoming ? socket.local.port : socket.remote.port;
-  const std::string place = socket.remote.address + ":" + std::to_string(service);
-  Item& item = connections.At(monitor::kConnections, WithProgram(place, owner));
-  NameProgram(item, owner, Rule::kConnectionOfUnknownProgram);
+Item ConnectionItem(const Endpoint& local, const Endpoint& remote, bool incoming, const Program* owner) {
+  const std::uint16_t service = incoming ? local.port : remote.port;
+  Item item;
+  item.monitor = monitor::kConnections;
+  item.description = remote.address + ":" + std::to_string(service) + (owner ? ":" + owner->name : "");
+  NameOwner(item, owner, Rule::kConnectionOfUnknownProgram);
   if (!incoming && !IsUsualPort(service)) item.rules.Add(Rule::kConnectionToUnusualPort);
+  return item;
 }
-
-}  // namespace
 
 std::vector<Item> ObserveSockets(HostView& host, const std::vector<Process>& processes) {
   const std::vector<Socket> sockets = ReadSockets(host);
@@ -108,15 +106,18 @@ std::vector<Item> ObserveSockets(HostView& host, const std::vector<Process>& pro
     if (listens) listening.insert(socket.local.port);
     if ((listens || IsConnection(socket)) && socket.inode != 0) wanted.insert(socket.inode);
   }
-  const Owners owners = FindOwners(host, processes, std::move(wanted));
+  const SocketOwners owners = FindSocketOwners(host, processes, std::move(wanted));
   ItemMap ports;
   ItemMap connections;
   for (const Socket& socket : sockets) {
-    const auto owner = owners.find(socket.inode);
-    const Process* process = owner == owners.end() ? nullptr : owner->second;
-    if (socket.state == SocketState::kListening) AddPort(socket, process, ports);
+    const auto found = owners.find(socket.inode);
+    std::optional<Program> owner;
+    if (found != owners.end()) owner = ProgramOf(*found->second);
+    const Program* program = owner ? &*owner : nullptr;
+    if (socket.state == SocketState::kListening) ports.Add(PortItem(socket.local, program));
     if (IsConnection(socket)) {
-      AddConnection(socket, process, listening.contains(socket.local.port), connections);
+      const bool incoming = listening.contains(socket.local.port);
+      connections.Add(ConnectionItem(socket.local, socket.remote, incoming, program));
     }
   }
   std::vector<Item> items;

@@ -25,30 +25,6 @@ bool ReadAddressWords(std::string_view hex, unsigned char* bytes) {
   return true;
 }
 
-Endpoint FromV4(const unsigned char* bytes) {
-  std::array<char, INET_ADDRSTRLEN> text = {};
-  inet_ntop(AF_INET, bytes, text.data(), text.size());
-  Endpoint end;
-  end.address = text.data();
-  if (bytes[0] == 127) end.reach = AddressReach::kLoopback;
-  if (end.address == "0.0.0.0") end.reach = AddressReach::kAny;
-  return end;
-}
-
-Endpoint FromV6(const unsigned char* bytes) {
-  in6_addr address = {};
-  std::memcpy(&address, bytes, sizeof address);
-  if (IN6_IS_ADDR_V4MAPPED(&address)) return FromV4(bytes + 12);
-  std::array<char, INET6_ADDRSTRLEN> text = {};
-  inet_ntop(AF_INET6, bytes, text.data(), text.size());
-  Endpoint end;
-  end.address = text.data();
-  std::replace(end.address.begin(), end.address.end(), ':', '-');
-  if (IN6_IS_ADDR_LOOPBACK(&address)) end.reach = AddressReach::kLoopback;
-  if (IN6_IS_ADDR_UNSPECIFIED(&address)) end.reach = AddressReach::kAny;
-  return end;
-}
-
 // 0100007F:0019
 std::optional<Endpoint> ParseEndpoint(std::string_view text) {
   const std::size_t colon = text.find(':');
@@ -58,7 +34,7 @@ std::optional<Endpoint> ParseEndpoint(std::string_view text) {
   if (hex.size() != kHexPerWord && hex.size() != 4 * kHexPerWord) return {};
   std::array<unsigned char, 16> bytes = {};
   if (!ReadAddressWords(hex, bytes.data())) return {};
-  Endpoint end = hex.size() == kHexPerWord ? FromV4(bytes.data()) : FromV6(bytes.data());
+  Endpoint end = hex.size() == kHexPerWord ? EndpointOfV4(bytes.data()) : EndpointOfV6(bytes.data());
   end.port = static_cast<std::uint16_t>(port);
   return end;
 }
@@ -77,6 +53,30 @@ SocketState StateOf(std::uint64_t number) {
 }
 
 }  // namespace
+
+Endpoint EndpointOfV4(const unsigned char* bytes) {
+  std::array<char, INET_ADDRSTRLEN> text = {};
+  inet_ntop(AF_INET, bytes, text.data(), text.size());
+  Endpoint end;
+  end.address = text.data();
+  if (bytes[0] == 127) end.reach = AddressReach::kLoopback;
+  if (end.address == "0.0.0.0") end.reach = AddressReach::kAny;
+  return end;
+}
+
+Endpoint EndpointOfV6(const unsigned char* bytes) {
+  in6_addr address = {};
+  std::memcpy(&address, bytes, sizeof address);
+  if (IN6_IS_ADDR_V4MAPPED(&address)) return EndpointOfV4(bytes + 12);
+  std::array<char, INET6_ADDRSTRLEN> text = {};
+  inet_ntop(AF_INET6, bytes, text.data(), text.size());
+  Endpoint end;
+  end.address = text.data();
+  std::replace(end.address.begin(), end.address.end(), ':', '-');
+  if (IN6_IS_ADDR_LOOPBACK(&address)) end.reach = AddressReach::kLoopback;
+  if (IN6_IS_ADDR_UNSPECIFIED(&address)) end.reach = AddressReach::kAny;
+  return end;
+}
 
 //   0: 00000000:07E8 00000000:0000 0A 00000000:00000000 00:00000000 00000000     0        0 1599 1 ...
 std::vector<Socket> ParseSocketTable(std::string_view text) {

@@ -19,6 +19,10 @@ struct Endpoint {
   std::uint16_t port = 0;
 };
 
+// An address as the kernel holds it, 4 or 16 bytes in the order of the network; the port is left 0.
+Endpoint EndpointOfV4(const unsigned char* bytes);
+Endpoint EndpointOfV6(const unsigned char* bytes);
+
 enum class SocketState { kEstablished, kConnecting, kListening, kOther };
 
 struct Socket {

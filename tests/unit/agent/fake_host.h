@@ -62,6 +62,8 @@ class FakeHost : public HostView {
     return found->second;
   }
 
+  std::optional<EntryFacts> LookThrough(const std::string& path) override { return Look(path); }
+
  private:
   template <class Map>
   static void Collect(const Map& entries, const std::string& folder, std::set<std::string>& names) {
