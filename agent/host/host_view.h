@@ -4,9 +4,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zendrix::agent {
@@ -28,6 +30,15 @@ class HostView {
   // The first `limit` bytes of a plain file (links are followed). Pipes and devices count as unreadable, so
   // that a pipe laid in a watched folder cannot hold the Agent up.
   virtual std::optional<std::string> ReadText(const std::string& path, std::size_t limit) = 0;
+  // Hands over the contents of a plain file piece by piece. False when it cannot be read to its end or has
+  // more than `limit` bytes; what was handed over means nothing then.
+  virtual bool ReadPieces(const std::string& path, std::size_t limit,
+                          const std::function<void(std::string_view)>& take) {
+    const auto text = ReadText(path, limit + 1);
+    if (!text || text->size() > limit) return false;
+    take(*text);
+    return true;
+  }
   // Target of a symbolic link.
   virtual std::optional<std::string> ReadLink(const std::string& path) = 0;
   // Names of a folder's entries in byte order, without "." and "..".

@@ -45,20 +45,20 @@ EntryFacts FactsOf(const struct stat& facts) {
 class LinuxHostView : public HostView {
  public:
   std::optional<std::string> ReadText(const std::string& path, std::size_t limit) override {
-    // Without O_NONBLOCK the open itself waits when somebody laid a pipe there.
-    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    struct stat facts = {};
-    if (file.number() < 0 || fstat(file.number(), &facts) != 0 || !S_ISREG(facts.st_mode)) return {};
     std::string text;
-    char buffer[16384];
-    while (text.size() < limit) {
-      const ssize_t got = read(file.number(), buffer, std::min(sizeof buffer, limit - text.size()));
-      if (got < 0 && errno == EINTR) continue;
-      if (got < 0) return {};
-      if (got == 0) break;
-      text.append(buffer, static_cast<std::size_t>(got));
-    }
+    const auto end = Read(path, limit, [&](std::string_view piece) { text.append(piece); });
+    if (end == End::kRefused) return {};
     return text;
+  }
+
+  bool ReadPieces(const std::string& path, std::size_t limit,
+                  const std::function<void(std::string_view)>& take) override {
+    std::size_t size = 0;
+    const auto end = Read(path, limit + 1, [&](std::string_view piece) {
+      size += piece.size();
+      take(piece);
+    });
+    return end == End::kReached && size <= limit;
   }
 
   std::optional<std::string> ReadLink(const std::string& path) override {
@@ -91,6 +91,29 @@ class LinuxHostView : public HostView {
     struct stat facts = {};
     if (stat(path.c_str(), &facts) != 0) return {};
     return FactsOf(facts);
+  }
+
+ private:
+  enum class End { kReached, kRefused };
+
+  // Up to `limit` bytes.
+  template <class Take>
+  static End Read(const std::string& path, std::size_t limit, Take take) {
+    // Without O_NONBLOCK the open itself waits when somebody laid a pipe there.
+    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat facts = {};
+    if (file.number() < 0 || fstat(file.number(), &facts) != 0 || !S_ISREG(facts.st_mode))
+      return End::kRefused;
+    char buffer[16384];
+    for (std::size_t size = 0; size < limit;) {
+      const ssize_t got = read(file.number(), buffer, std::min(sizeof buffer, limit - size));
+      if (got < 0 && errno == EINTR) continue;
+      if (got < 0) return End::kRefused;
+      if (got == 0) break;
+      take(std::string_view(buffer, static_cast<std::size_t>(got)));
+      size += static_cast<std::size_t>(got);
+    }
+    return End::kReached;
   }
 };
 

@@ -110,11 +110,18 @@ class HomeText {
 
   void WriteAlert(const Alert& alert) {
     const auto members = FittingMembers(alert.members);
-    // Nothing was done about it, so the risk before a reaction and the risk after it are the same.
-    const std::string risk = Decimal(alert.risk, kRiskDecimals);
-    const std::string code = AlertCode(alert.rules, members.size());
-    Line(monitor::kAggregation, risk, risk, AggregationDescription(members), "none (the Agent only observes)",
-         code);
+    const std::string code = alert.code + "," + std::to_string(members.size());
+    std::string facts;
+    for (const std::string& fact : alert.facts) facts += (facts.empty() ? "" : "; ") + fact;
+    if (facts.empty()) facts = "none";
+    // Nothing was done about it, so the risk before a reaction and the risk after it are the same. A decision
+    // is filed under an earlier line with this Change; where there is none, the alert goes ahead of itself.
+    const int times = alert.has_forerunner || alert.IsQuiet() ? 1 : 2;
+    for (int i = 0; i < times; ++i) {
+      Line(monitor::kAggregation, Decimal(alert.risk, kRiskDecimals), alert.change,
+           AggregationDescription(members), facts, code);
+    }
+    if (alert.IsQuiet()) return;
     std::string reactions;
     for (const std::string_view name : MonitorsOf(members)) {
       if (!reactions.empty()) reactions += ";";
@@ -141,7 +148,9 @@ class AdminText {
     } else {
       for (const Event& event : batch.events) WriteEvent(event);
     }
-    for (const Alert& alert : batch.alerts) Line(monitor::kAnalysis, 'N', Sentence(alert));
+    for (const Alert& alert : batch.alerts) {
+      if (!alert.IsQuiet()) Line(monitor::kAnalysis, 'N', Sentence(alert));
+    }
   }
 
  private:
@@ -197,8 +206,8 @@ class AdminText {
     }
     text += " - " + alert.subject;
     separator = " - ";
-    for (const Rule rule : ByWeight(alert.rules)) {
-      text.append(separator).append(FactsOf(rule).text);
+    for (const std::string& fact : alert.facts) {
+      text.append(separator).append(fact);
       separator = "; ";
     }
     return text;

@@ -5,9 +5,10 @@
 // Home form, fields separated by "|":
 //   seconds,host,thread,monitor | original | change | description | reaction | code | 0
 // Events of one monitor with one code share a line, their descriptions joined by " * ". An alert is an
-// "Aggregation" line followed at once by its "Community" line. The console knows the user's decision on an
-// alert by the alert's second alone, so no two alerts share one: the first has the second of the events, each
-// further one the next second, if need be a little ahead of the clock.
+// "Aggregation" line followed at once by its "Community" line; the first with its Change stands twice, since
+// the console drops a decision for which it finds no earlier line. The console knows the user's decision on
+// an alert by the alert's second alone, so no two alerts share one: the first has the second of the events,
+// each further one the next second, if need be a little ahead of the clock.
 //
 // Admin form, fields separated by ",":
 //   seconds,host,monitor,code,description     code A came, R went, N notable, B marker of a session

@@ -29,7 +29,7 @@ std::vector<Alert> AlertFinder::Find(const std::vector<Event>& events, const std
   for (const Event& event : events) {
     if (event.item.rules.empty() || event.kind == EventKind::kRemoved) continue;
     const auto [at, is_new] = by_subject.emplace(event.item.subject, alerts.size());
-    if (is_new) alerts.push_back({event.item.subject, {}, 0, {}});
+    if (is_new) alerts.emplace_back().subject = event.item.subject;
     AddMember(alerts[at->second], event.item);
   }
   for (const Item& item : present) {

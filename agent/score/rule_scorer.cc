@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <map>
+#include <set>
 #include <tuple>
 
 #include "agent/score/alerts.h"
+#include "agent/score/identity.h"
 #include "agent/score/scorer.h"
 
 namespace zendrix::agent {
@@ -21,18 +23,23 @@ class RuleScorer : public Scorer {
       if (known == present_.end()) continue;
       for (const auto& [key, item] : known->second) present.push_back(item);
     }
-    return finder_.Find(events, present, now.monotonic_ms);
+    auto alerts = finder_.Find(events, present, now.monotonic_ms);
+    for (Alert& alert : alerts) Describe(alert);
+    return alerts;
   }
 
   std::vector<Alert> Rest(Moment) override { return {}; }
 
   void Raised(const std::vector<Alert>& alerts, std::int64_t, Moment now) override {
     finder_.Raised(alerts, now.monotonic_ms);
+    if (written_.size() > kMostItems) written_.clear();
+    for (const Alert& alert : alerts) written_.insert(alert.change);
   }
 
   void BeginFile() override {
     finder_ = {};
     present_.clear();
+    written_.clear();
     items_ = 0;
   }
 
@@ -60,7 +67,19 @@ class RuleScorer : public Scorer {
     }
   }
 
+  void Describe(Alert& alert) {
+    constexpr std::size_t kMostFacts = 3;
+    alert.code = AlertCode("", alert.subject);
+    alert.change = identities_.ChangeOf(alert.risk, true, alert.code);
+    alert.has_forerunner = written_.contains(alert.change);
+    for (const Rule rule : ByWeight(alert.rules)) {
+      if (alert.facts.size() < kMostFacts) alert.facts.emplace_back(FactsOf(rule).text);
+    }
+  }
+
   AlertFinder finder_;
+  Identities identities_;
+  std::set<std::string> written_;  // Change texts of this file
   std::map<std::string, std::map<Key, Item>> present_;
   std::size_t items_ = 0;
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 
 namespace zendrix::agent {
 namespace {
@@ -104,12 +103,6 @@ std::string EventCode(std::string_view monitor_name, RuleSet rules) {
   const MonitorFacts& facts = MonitorOf(monitor_name);
   const int number = rules.empty() ? facts.hundred : FactsOf(ByWeight(rules).front()).number;
   return std::string(facts.letters) + "," + std::to_string(number) + ",1";
-}
-
-std::string AlertCode(RuleSet rules, std::size_t events) {
-  std::array<char, 16> digits = {};
-  std::snprintf(digits.data(), digits.size(), "%08X", rules.bits());
-  return "AG," + std::string(digits.data()) + "," + std::to_string(events);
 }
 
 }  // namespace zendrix::agent

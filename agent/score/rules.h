@@ -112,9 +112,4 @@ double ComposeRisk(RuleSet rules);
 // none applies), and 1, such as "RP,101,1".
 std::string EventCode(std::string_view monitor_name, RuleSet rules);
 
-// Code of an alert: "AG", the rule set as eight hexadecimal digits, the number of events. The console keeps
-// a decision under the code without its last part, and looks for that text anywhere in a line; the fixed
-// width keeps one code from being the beginning of another.
-std::string AlertCode(RuleSet rules, std::size_t events);
-
 }  // namespace zendrix::agent

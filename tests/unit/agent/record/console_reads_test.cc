@@ -3,6 +3,8 @@
 
 #include "agent/agent.h"
 #include "agent/host/text.h"
+#include "agent/score/identity.h"
+#include "alerts/activations.h"
 #include "support/alert_fixture.h"
 #include "unit/agent/fake_host.h"
 
@@ -74,12 +76,13 @@ TEST_F(ConsoleReads, AlertLeadsToItsEventsAndSaysThatNothingWasDone) {
   Record(1);
   LoadRecording();
   const auto alerts = RowsOf("Aggregation");
-  ASSERT_THAT(alerts, SizeIs(1));
-  LookUp(alerts[0]);
+  ASSERT_THAT(alerts, SizeIs(2)) << "the alert and the line that it sends ahead";
+  LookUp(alerts[1]);
   EXPECT_THAT(Events(), UnorderedElementsAre("Running Processes=/tmp/x:11", "Listening Ports=4444:/tmp/x"));
   EXPECT_THAT(Found(1).Reaction, HasSubstr("failed"));
   EXPECT_THAT(Found(2).Reaction, HasSubstr("failed"));
-  EXPECT_EQ(Found(0).Change, "0.9824000000000000");
+  EXPECT_THAT(Found(0).Change, ::testing::MatchesRegex("0\\.9824[0-9]{10}00"));
+  EXPECT_EQ(Found(0).Original, "0.9824000000000000");
 }
 
 TEST_F(ConsoleReads, AlertOfOneEventIsReadAsAListToo) {
@@ -118,7 +121,7 @@ TEST_F(ConsoleReads, HostileNamesMakeNoRowsOfTheirOwnAndNoLookupFails) {
   LoadRecording();
   EXPECT_THAT(RowsOf("Running Processes"), SizeIs(1 + names.size()));
   const auto alerts = RowsOf("Aggregation");
-  EXPECT_THAT(alerts, SizeIs(names.size()));
+  EXPECT_THAT(alerts, SizeIs(2 * names.size()));
   for (const int id : alerts) {
     LookUp(id);
     ASSERT_THAT(Events(), SizeIs(1)) << Found(0).Description;
@@ -152,6 +155,62 @@ TEST_F(ConsoleReads, AlertsHaveMomentsOfTheirOwnSoThatADecisionMeetsOnlyOne) {
         << "the alert's own Community row is the first behind it";
   }
   EXPECT_THAT(moments, SizeIs(3));
+}
+
+class ConsoleDecides : public ConsoleReads {
+ protected:
+  // Of the alerts about this program the newest: the one that the console shows on top.
+  int NewestAbout(const std::string& program) {
+    int newest = 0;
+    for (const int id : RowsOf("Aggregation")) {
+      LookUp(id);
+      if (Found(0).Description.find(program) != std::string::npos) newest = id;
+    }
+    return newest;
+  }
+  void Decide(alerts::Answer answer, const std::string& program) {
+    world_.platform.message_boxes.Answer(platform::BoxAnswer::kYes);
+    EXPECT_TRUE(alerts_.DecideFromMenu(answer, Listed(NewestAbout(program))));
+  }
+  std::vector<std::string> Filed() {
+    const std::string text = platform().files.Get(world_.InFolder(alerts::kActivationsFile));
+    std::vector<std::string> lines;
+    for (const auto line : SplitLines(text)) lines.emplace_back(line);
+    return lines;
+  }
+  std::string Code(const std::string& program) { return AlertCode("", program); }
+};
+
+// The console dropped the decision on the first alert of a program without a word.
+TEST_F(ConsoleDecides, FirstDecisionOnAnAlertIsFiled) {
+  host.AddProcess(11, "x", "/tmp/x");
+  Record(1);
+  LoadRecording();
+  Decide(alerts::Answer::kBlock, "/tmp/x");
+  EXPECT_THAT(Filed(), ElementsAre(Code("/tmp/x") + ",1"));
+}
+
+// Programs of one risk had one code: the decision on one was the decision on all.
+TEST_F(ConsoleDecides, DecisionOnOneProgramHitsNoOtherOfTheSameRisk) {
+  for (std::uint64_t i = 0; i < 20; ++i) host.AddProcess(100 + i, "x", "/tmp/x" + std::to_string(i));
+  Record(1);
+  LoadRecording();
+  Decide(alerts::Answer::kBlock, "/tmp/x7:");
+  Decide(alerts::Answer::kAllow, "/tmp/x12:");
+  Decide(alerts::Answer::kBlock, "/tmp/x19:");
+  Decide(alerts::Answer::kAllow, "/tmp/x7:");
+  EXPECT_THAT(Filed(), ElementsAre(Code("/tmp/x7") + ",0", Code("/tmp/x12") + ",0", Code("/tmp/x19") + ",1"));
+}
+
+TEST_F(ConsoleDecides, LaterAlertOfTheSameProgramIsFiledUnderTheSameCode) {
+  host.AddProcess(11, "x", "/tmp/x");
+  Record(1500, [&](std::int64_t second) {
+    if (second == 1000) host.AddProcess(12, "x", "/tmp/x");
+  });
+  LoadRecording();
+  EXPECT_THAT(RowsOf("Aggregation"), SizeIs(3)) << "the first goes ahead of itself, the second need not";
+  Decide(alerts::Answer::kBlock, "/tmp/x:12");
+  EXPECT_THAT(Filed(), ElementsAre(Code("/tmp/x") + ",1"));
 }
 
 TEST_F(ConsoleReads, ReaderThatFollowsSeesWhatAFullLoadSees) {

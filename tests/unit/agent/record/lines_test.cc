@@ -37,6 +37,10 @@ Alert SampleAlert() {
   alert.rules = {Rule::kProgramInTemporaryFolder, Rule::kPortOpenToAll};
   alert.risk = 0.956;
   alert.members = {MakeItem(monitor::kProcesses, "/tmp/x:7"), MakeItem(monitor::kPorts, "4444:/tmp/x")};
+  alert.code = "AG,0123456789ABCDEF01234567";
+  alert.change = "0.95600000000042";
+  alert.facts = {"runs from /tmp", "opened port 4444"};
+  alert.has_forerunner = true;
   return alert;
 }
 
@@ -79,13 +83,32 @@ TEST(HomeLines, SessionBeginsWithALineOfOneDescription) {
 TEST(HomeLines, AlertIsAnAggregationLineAndItsCommunityLine) {
   Batch batch;
   batch.alerts = {SampleAlert()};
-  EXPECT_EQ(
-      Home(batch),
-      "1700000000,vm,42,Aggregation|0.9560|0.9560|Running Processes=/tmp/x:7;Listening Ports=4444:/tmp/x|"
-      "none (the Agent only observes)|AG,00000041,2|0\r\n"
-      "1700000000,vm,42,Community|0|0|reaction to AG_00000041_2|"
-      "Running Processes=failed (the Agent only observes);"
-      "Listening Ports=failed (the Agent only observes)|CO,0,1|0\r\n");
+  EXPECT_EQ(Home(batch),
+            "1700000000,vm,42,Aggregation|0.9560|0.95600000000042|"
+            "Running Processes=/tmp/x:7;Listening Ports=4444:/tmp/x|"
+            "runs from /tmp; opened port 4444|AG,0123456789ABCDEF01234567,2|0\r\n"
+            "1700000000,vm,42,Community|0|0|reaction to AG_0123456789ABCDEF01234567_2|"
+            "Running Processes=failed (the Agent only observes);"
+            "Listening Ports=failed (the Agent only observes)|CO,0,1|0\r\n");
+}
+
+TEST(HomeLines, AlertWithoutAForerunnerGoesAheadOfItself) {
+  Batch batch;
+  batch.alerts = {SampleAlert()};
+  const std::string once = Home(batch);
+  batch.alerts[0].has_forerunner = false;
+  EXPECT_EQ(Home(batch), once.substr(0, once.find('\n') + 1) + once);
+}
+
+TEST(HomeLines, QuietAlertIsOneLineAndNoReaction) {
+  Batch batch;
+  batch.alerts = {SampleAlert()};
+  batch.alerts[0].change = "-0.95600000000042";
+  batch.alerts[0].has_forerunner = false;
+  const std::string text = Home(batch);
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1);
+  EXPECT_NE(text.find("|0.9560|-0.95600000000042|"), std::string::npos);
+  EXPECT_EQ(Admin(batch), "");
 }
 
 TEST(HomeLines, NoTwoAlertsShareASecond) {
@@ -137,7 +160,7 @@ TEST(AggregationDescription, AlertKeepsOnlyTheMembersThatFit) {
   // As the console writes the pairs out, each takes "Running Processes=" + 200 + ";": seven fit into 1536.
   EXPECT_NE(text.find(" * 16x"), std::string::npos);
   EXPECT_EQ(text.find(" * 17x"), std::string::npos);
-  EXPECT_NE(text.find("|AG,00000041,7|0\r\n"), std::string::npos);
+  EXPECT_NE(text.find("|AG,0123456789ABCDEF01234567,7|0\r\n"), std::string::npos);
 }
 
 TEST(AdminLines, FiveFieldsWithTheChangeCode) {
@@ -177,7 +200,7 @@ TEST(AdminLines, AlertIsANotableLineThatNamesItsMonitorsAsWords) {
   EXPECT_EQ(
       Admin(batch),
       "1700000000,vm,Monitor Analysis Agent #1,N,Risk 0.9560 from Running Processes and Listening Ports - "
-      "/tmp/x - program runs from a temporary folder; port is open to all networks\r\n");
+      "/tmp/x - runs from /tmp; opened port 4444\r\n");
 }
 
 TEST(AdminLines, FailedLoginsAreNotable) {

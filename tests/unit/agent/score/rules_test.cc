@@ -43,11 +43,6 @@ TEST(EventCode, NamesTheHeaviestRule) {
   EXPECT_EQ(EventCode("Something Else", {}), "XX,0,1");
 }
 
-TEST(AlertCode, NoCodeIsTheBeginningOfAnother) {
-  EXPECT_EQ(AlertCode({Rule::kProgramInTemporaryFolder}, 3), "AG,00000001,3");
-  EXPECT_EQ(AlertCode({Rule::kProgramInTemporaryFolder, Rule::kFailedLogins}, 12), "AG,40000001,12");
-}
-
 TEST(ByWeight, HeaviestFirst) {
   EXPECT_THAT(ByWeight({Rule::kPortOpenToAll, Rule::kProgramInMemory, Rule::kPortUnusual}),
               testing::ElementsAre(Rule::kProgramInMemory, Rule::kPortUnusual, Rule::kPortOpenToAll));
