@@ -65,14 +65,16 @@ std::string FirstLine(const std::string& text) {
 }
 
 // Names of monitors come from the monitoring file, that is, from anybody. One that would open a section,
-// become a comment or be split elsewhere is never read back; it would be added again at every start.
+// become a comment or be split elsewhere is never read back; it would be added again at every start. Nor is
+// one that a list of keys has no room for.
 bool CanBeKey(const std::string& name) {
   constexpr std::string_view kStripped =
       "\t\v\f";  // from a name that is read, but not from one that is sought
+  constexpr std::size_t kLongest = kListBuffer - 2;  // two NULs end a list
   const std::string_view key = core::Trim(name);
   const auto is_stripped = [&](char end) { return kStripped.find(end) != std::string_view::npos; };
-  return !key.empty() && key.front() != '[' && key.front() != ';' && !is_stripped(key.front()) &&
-         !is_stripped(key.back()) &&
+  return !key.empty() && key.size() <= kLongest && key.front() != '[' && key.front() != ';' &&
+         !is_stripped(key.front()) && !is_stripped(key.back()) &&
          key.find_first_of(std::string_view("=\r\n\0", 4)) == std::string_view::npos;
 }
 

@@ -73,6 +73,19 @@ TEST_F(RegIniSaveTest, SaveSetwChkDoesNotWriteNamesThatCouldNotBeReadBack) {
   EXPECT_TRUE(Verifies());
 }
 
+// A monitor's name of ten megabytes made a settings file of that size, which every poll read and verified
+// twice.
+TEST_F(RegIniSaveTest, NameThatNoListOfKeysHasRoomForIsNotStored) {
+  PutIni("");
+  const std::string longest(kListBuffer - 2, 'x');
+  reg_ini_.RegisterMonitors({longest + "x", std::string(10'000'000, 'y')});
+  EXPECT_EQ(Ini(), "");
+  reg_ini_.RegisterMonitors({longest});
+  reg_ini_.ReadRegInfo();
+  ASSERT_EQ(state_.settings.MonitorStates.size(), 1U);
+  EXPECT_EQ(state_.settings.MonitorStates[0], (core::KeyValue{longest, "1"}));
+}
+
 TEST_F(RegIniSaveTest, SaveSetwChkInAReadOnlyFolderGoesOn) {
   platform_.files.FailNext(FileOp::kWriteAll, "*", ErrorKind::kPermissionDenied,
                            platform::MemoryFiles::kAlways);
