@@ -150,6 +150,7 @@ void frmMain::Reload() {
     EventList.LeftCol = left_col;
   }
   DisplayData("Event View is full, Reloading...");
+  replay.RowsHaveGone();
   if (first_fill) AutoSizeColumns();
   ApplyColumnSettings();
   ClearHeaderPictures();

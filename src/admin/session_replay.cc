@@ -106,6 +106,12 @@ void SessionReplay::LineComes() {
     if (row != 0) ++row;
 }
 
+void SessionReplay::RowsHaveGone() {
+  if (!IsThere(CurrentRow)) CurrentRow = 0;
+  for (int& row : RelatedRow)
+    if (!IsThere(row)) row = 0;
+}
+
 void SessionReplay::ClearShape() {
   NodeExpanded.fill(false);
   NodeOmitted.fill(kNotOmitted);

@@ -48,6 +48,8 @@ class SessionReplay {
   void SelectedColorChange();
   // A line is about to be added on top.
   void LineComes();
+  // The file was read again because it had shrunk: what stood on rows that are no more stands on none.
+  void RowsHaveGone();
   // Forgets which monitors of the tree were open, and which had no node.
   void ClearShape();
   // Off while a filter is shown.

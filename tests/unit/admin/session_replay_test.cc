@@ -641,13 +641,45 @@ TEST_F(SessionReplayTest, RowsThatWentWithAnEarlierLoadAreLeftWithoutATrace) {
   Put({Line(1, "system"), Line(2, "system")});
   Tick();
   ASSERT_EQ(Grid().DataRows(), 2);
-  world_.quiet.Expect(Error("StepForward"));
   Press(Replay().TbarStep);
-  Press(Replay().TbarBack);
-  EXPECT_EQ(Replay().CurrentRow, 8);
+  EXPECT_THAT(ColouredRows(), IsEmpty());
   Click(2);
   EXPECT_EQ(Replay().CurrentRow, 2);
   EXPECT_THAT(ColouredRows(), ElementsAre(2));
+}
+
+// The cursor stood beyond the rows, and a replay logged an error at each of its steps.
+TEST_F(SessionReplayTest, RowsThatAShrunkFileTookAwayHaveNoCursor) {
+  OpenRows(20);
+  Click(15);
+  Press(Replay().TbarPlay);
+  ASSERT_EQ(Replay().CurrentRow, 14);
+  Put({Line(1, "tcp port"), Line(2, "tcp port"), Line(3, "tcp port"), Line(4, "tcp port")});
+  Replay().RelatedRow[2] = 18;
+  Replay().RelatedRow[3] = 4;
+  Tick();
+  ASSERT_EQ(Grid().DataRows(), 4);
+  EXPECT_EQ(Replay().CurrentRow, 0);
+  EXPECT_EQ(Replay().RelatedRow[2], 0);
+  EXPECT_EQ(Replay().RelatedRow[3], 4);
+  world_.platform.timers.Advance(3 * kTimer3Ms);
+  EXPECT_TRUE(Replay().Playing);
+  EXPECT_EQ(Replay().CurrentRow, 0);
+  Press(Replay().TbarBack);
+  EXPECT_EQ(Replay().CurrentRow, 1);
+  EXPECT_THAT(ColouredRows(), ElementsAre(1));
+}
+
+TEST_F(SessionReplayTest, CursorThatIsStillAmongTheRowsOfAShrunkFileStaysOnItsRow) {
+  OpenRows(20);
+  Click(4);
+  Put({Line(1, "tcp port"), Line(2, "tcp port"), Line(3, "tcp port"), Line(4, "tcp port")});
+  Tick();
+  ASSERT_EQ(Grid().DataRows(), 4);
+  EXPECT_EQ(Replay().CurrentRow, 4);
+  Press(Replay().TbarStep);
+  EXPECT_EQ(Replay().CurrentRow, 3);
+  EXPECT_THAT(ColouredRows(), ElementsAre(3));
 }
 
 class ManyMonitorsTest : public SessionReplayTest {
