@@ -45,7 +45,7 @@ class FrmMainFixture : public ::testing::Test {
     metrics.twips = [](std::string_view text) { return static_cast<int>(text.size()) * kTwipsPerCharacter; };
     metrics.pixels = [](std::string_view text) { return static_cast<int>(text.size()) * 6; };
     form_ = std::make_unique<frmMain>(
-        AdminParts{world_.state, world_.log, reg_ini_, screen_, metrics, {capacity_}});
+        AdminParts{world_.state, world_.log, reg_ini_, screen_, metrics, {capacity_, capacity_bytes_}});
     form_->Form_Load();
     form_->visible = true;
     return *form_;
@@ -73,6 +73,7 @@ class FrmMainFixture : public ::testing::Test {
   widgets::Screen screen_;
   std::unique_ptr<frmMain> form_;
   std::size_t capacity_ = RowCapacity{}.rows;
+  std::size_t capacity_bytes_ = RowCapacity{}.bytes;
 };
 
 }  // namespace zendrix::admin
