@@ -1,5 +1,6 @@
 // What a start reads and writes: the settings read, the monitors registered, the settings read again.
 #include "settings_fixture.h"
+#include "support/locales.h"
 
 namespace zendrix::settings {
 namespace {
@@ -83,6 +84,29 @@ TEST_F(StartTest, AFirstStartWithoutMonitorsShowsTheMessageTwiceAndRefreshesNoHa
   EXPECT_EQ(Boxes().size(), 2U);
   EXPECT_EQ(TakeLog().size(), 2U);
   EXPECT_FALSE(platform_.files.Has(kSide));
+}
+
+// The thresholds are written in the user's decimal form at every reading, which refreshes no hash: the save
+// of the monitors behind the first reading does.
+TEST_F(StartTest, AStartInAnotherLanguageKeepsTheSettings) {
+  HaveStarted(monitors_);
+  reg_ini_.SaveSettingHashed("Misc", "TTour", "Y");
+  platform_.locale.info = test::LocaleOf(test::kGerman);
+  Start(monitors_);
+  EXPECT_TRUE(Boxes().empty());
+  EXPECT_TRUE(Verifies());
+  EXPECT_EQ(Stored("Misc", "No"), "90,90909");
+  EXPECT_EQ(state_.settings.TTour, "Y");
+  EXPECT_EQ(state_.settings.NormalTop, 1 / 1.1F * 100);
+}
+
+TEST_F(StartTest, AStartInAnotherLanguageWithoutMonitorsLosesTheSettingsLikeAFirstStart) {
+  HaveStarted(monitors_);
+  platform_.locale.info = test::LocaleOf(test::kGerman);
+  Start({});
+  EXPECT_EQ(Boxes().size(), 1U);
+  EXPECT_EQ(TakeLog().size(), 1U);
+  EXPECT_TRUE(state_.settings.MonitorStates.empty());
 }
 
 // The file was verified by one reading and read by others.
