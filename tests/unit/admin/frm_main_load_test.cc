@@ -102,6 +102,17 @@ TEST_F(FrmMainLoadTest, MonitorSetToZeroGivesNoRowAndLeavesAGap) {
   EXPECT_EQ(form_->RecCnt.text.Get(), "3 records");
 }
 
+TEST_F(FrmMainLoadTest, MonitorSetToTwoIsShownInTheGridAndNotInTheChart) {
+  reg_ini_.SaveSettingHashed("Monitors", "Tcp Port", "2");
+  reg_ini_.ReadRegInfo();
+  OpenOn({Line(1, "tcp port"), Line(2, "system")});
+  AppendLine(Line(3, "TCP PORT"));
+  Tick();
+  EXPECT_THAT(Column(kColMonitor), ElementsAre("     Tcp Port", "     System", "     Tcp Port"));
+  EXPECT_EQ(Setting("Tcp Port"), "2");
+  for (const auto& series : form_->timeline.Chrt.table.Get().series) EXPECT_NE(series.name, "Tcp Port");
+}
+
 TEST_F(FrmMainLoadTest, TimeThatIsNoNumberStaysAsTextAndKeepsTheKeyBefore) {
   OpenOn({"soon,HOST,system,A,x", Line(77, "system"), "later,HOST,system,A,x"});
   EXPECT_THAT(Column(kColTimeKey), ElementsAre("77", "77", "0"));
@@ -553,6 +564,54 @@ TEST_F(FrmMainLoadTest, PollReadsOnlyWhatIsNew) {
   Tick();
   EXPECT_EQ(form_->EventList.DataRows(), 20'001);
   EXPECT_LE(reads, 4);
+}
+
+TEST_F(FrmMainLoadTest, UpdateOfAFileOfTheSameSizeReadsNothingAndBringsTheRestUpToDate) {
+  OpenOn({"1,beta,system,A,x", "2,alpha,system,A,x"});
+  form_->EventList.header_clicked.Raise(kColHostname);  // descending
+  form_->EventList.Row = 2;
+  form_->RecCnt.text = std::string("old");
+  form_->Msg.text = std::string("old");
+  int opened = 0;
+  world_.platform.files.before = [&](platform::FileOp op, const std::string& path) {
+    if (op == platform::FileOp::kOpen && path == Path()) ++opened;
+  };
+  form_->RedisplayData(false);
+  EXPECT_EQ(opened, 0);
+  EXPECT_EQ(form_->GridLineCount, 2);
+  EXPECT_EQ(form_->Msg.text.Get(), Path());
+  EXPECT_THAT(Column(kColHostname), ElementsAre("beta", "alpha")) << "the direction stays";
+  EXPECT_EQ(form_->EventList.column(kColHostname).arrow, widgets::SortArrow::kDown);
+  EXPECT_EQ(form_->EventList.Row.Get(), 1);
+  EXPECT_EQ(form_->RecCnt.text.Get(), "old") << "only the periodic check counts";
+  form_->BackgroundUpdate = true;
+  form_->RedisplayData(false);
+  EXPECT_EQ(form_->RecCnt.text.Get(), "2 records");
+  EXPECT_TRUE(form_->BackgroundUpdate) << "whoever set it clears it";
+  EXPECT_EQ(opened, 0);
+  EXPECT_TRUE(form_->EventList.enabled);
+  EXPECT_TRUE(form_->EventList.redraw());
+}
+
+TEST_F(FrmMainLoadTest, LineReadHalfWrittenIsALineAndItsRestIsNone) {
+  OpenOn({Line(1, "system")});
+  const auto append = [&](const std::string& bytes) {
+    world_.platform.files.PutMore(Path(), bytes);
+    Tick();
+  };
+  append("2,HOST,system,A,ha");
+  EXPECT_THAT(Column(kColWhole), ElementsAre("ha", "text"));
+  append("lf\r\n");
+  EXPECT_THAT(Column(kColWhole), ElementsAre("ha", "text"));
+  EXPECT_EQ(form_->RecCnt.text.Get(), "2 records");
+  append("3,HO");
+  append("ST,system,A,without its beginning\r\n");
+  EXPECT_THAT(IDs(), ElementsAre("2", "1"));
+  EXPECT_EQ(form_->RecCnt.text.Get(), "3 records");
+  append("4,HOST,system,A,whole\r");
+  append("\n" + Line(5, "system", "next") + "\r\n");
+  EXPECT_THAT(Column(kColWhole), ElementsAre("next", "whole", "ha", "text"));
+  EXPECT_THAT(IDs(), ElementsAre("5", "4", "2", "1"));
 }
 
 TEST_F(FrmMainLoadTest, UpdateOfAGridThatIsNotSortedLeavesItsArrowAndItsMarkedRow) {

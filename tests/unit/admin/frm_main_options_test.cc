@@ -1,6 +1,7 @@
 #include "admin/frm_options.h"
 
 #include <functional>
+#include <utility>
 
 #include "frm_main_fixture.h"
 
@@ -124,6 +125,28 @@ TEST_F(FrmMainOptionsTest, EndOfTheProgramUnderTheDialogUpdatesNoGrid) {
   OpenOn({Line(1, "system")});
   EXPECT_EQ(world_.EndOf([&] { InDialog([this](frmOptions&) { form_->Unload(); }); }), 0);
   EXPECT_THAT(Boxes().shown, IsEmpty());
+}
+
+// One load keeps every other out, that of a refresh too: the settings are saved, and the next refresh follows
+// them.
+TEST_F(FrmMainOptionsTest, OkInTheMiddleOfAPollSavesAndRefreshesNothing) {
+  OpenOn({Line(1, "system"), Line(2, "tcp port")});
+  InDialog([this](frmOptions& options) {
+    Click(options, "Tcp Port");
+    for (int i = 3; i < 100; ++i) AppendLine(Line(i, "tcp port"));
+    bool waits = true;
+    const auto link = form_->DynamicPictureBox.value.changed.Connect([&] {
+      if (form_->DynamicPictureBox.value > 0 && std::exchange(waits, false)) options.cmdOK.clicked.Raise();
+    });
+    Tick();
+    EXPECT_FALSE(waits);
+    EXPECT_FALSE(options.loaded());
+  });
+  EXPECT_EQ(Setting("Tcp Port"), "0");
+  EXPECT_FALSE(form_->LoadRuns());
+  EXPECT_THAT(IDs(), SizeIs(99));
+  form_->MnVRefresh.clicked.Raise();
+  EXPECT_THAT(IDs(), ElementsAre("1"));
 }
 
 }  // namespace

@@ -224,6 +224,50 @@ TEST_F(FrmMainTest, OtherMonitorBehindAHiddenWindowStaysPendingWithoutFlashing) 
   EXPECT_TRUE(form_->NotablePending);
 }
 
+TEST_F(FrmMainTest, EachOfTheFourMonitorsLetsTheIconFlashWhateverItsCase) {
+  for (const char* monitor : {"Monitor Analysis Agent #1", "monitoring agent", "MONITOR ANALYSIS AGENT #2",
+                              "test monitoring agent"}) {
+    Put({});
+    Open();
+    form_->Unload(widgets::UnloadCause::kCloseBox);
+    AppendLine(Line(1, monitor, "x", "N"));
+    Tick();
+    EXPECT_TRUE(form_->Timer2->Running()) << monitor;
+    world_.platform.timers.Advance(1000);
+    EXPECT_EQ(form_->tray.icon.Get(), widgets::TrayIcon::kNotableSystemTrayIcon) << monitor;
+  }
+  for (const char* monitor : {"Monitor Analysis Agent #3", "Monitor Analysis Agent", "Monitoring Agents"}) {
+    Put({});
+    Open();
+    form_->Unload(widgets::UnloadCause::kCloseBox);
+    AppendLine(Line(1, monitor, "x", "N"));
+    Tick();
+    EXPECT_FALSE(form_->Timer2->Running()) << monitor;
+  }
+}
+
+TEST_F(FrmMainTest, PendingEventWaitsForAFlashBeforeItIsGoneTo) {
+  OpenOn({Line(1, "system"), Line(2, "system", "seen", "N"), Line(3, "system")});
+  form_->Unload(widgets::UnloadCause::kCloseBox);
+  AppendLine(Line(4, "system", "waits", "N"));
+  Tick();
+  form_->Tray_Mouse(widgets::kTrayLeftUp);
+  Tick();
+  Tick();
+  EXPECT_TRUE(form_->NotablePending) << "nothing has flashed";
+  EXPECT_EQ(form_->replay.CurrentRow, 2) << "still on the event of the start";
+  form_->Unload(widgets::UnloadCause::kCloseBox);
+  AppendLine(Line(5, "test monitoring agent", "flashes", "N"));
+  Tick();
+  Tick();
+  EXPECT_TRUE(form_->NotablePending) << "nobody has looked";
+  form_->Tray_Mouse(widgets::kTrayLeftUp);
+  Tick();
+  EXPECT_FALSE(form_->NotablePending);
+  EXPECT_FALSE(form_->Timer2->Running());
+  EXPECT_EQ(form_->EventList.WholeDescription(form_->replay.CurrentRow), "flashes");
+}
+
 TEST_F(FrmMainTest, ExitAnsweredNoStays) {
   Open();
   Boxes().Answer(platform::BoxAnswer::kNo);
