@@ -9,6 +9,13 @@
 
 namespace zendrix::admin {
 
+namespace {
+// What a source takes beside the rows: its texts stand in the lists of the window, as keys and as items, with
+// the load that meets it and with the rows of its monitor.
+constexpr std::size_t kCopiesOfSource = 5;
+constexpr std::size_t kBytesOfSource = 512;
+}  // namespace
+
 EventRows::EventRows(platform::FamilyLibraries& family, TextMetrics metrics, RowCapacity capacity)
     : capacity_(capacity), texts_(family, std::move(metrics)) {}
 
@@ -18,6 +25,7 @@ void EventRows::Clear() {
   MonitorRows monitors;
   pool_ = std::move(pool);
   sources_ = std::move(sources);
+  listed_bytes_ = 0;
   rows_ = {};
   is_description_.clear();
   late_descriptions_.clear();
@@ -29,7 +37,12 @@ void EventRows::Clear() {
 
 std::uint32_t EventRows::AddSource(std::string_view host, std::string_view monitor, std::string_view code) {
   if (monitor.starts_with(kPictureRoom)) monitor.remove_prefix(kPictureRoom.size());
-  return KeepSource({pool_.Intern(host), pool_.Intern(monitor), pool_.Intern(code), store::kNoText});
+  const std::uint32_t known = source_count();
+  const std::uint32_t source =
+      KeepSource({pool_.Intern(host), pool_.Intern(monitor), pool_.Intern(code), store::kNoText});
+  if (source == known)
+    listed_bytes_ += kCopiesOfSource * (host.size() + monitor.size() + code.size()) + kBytesOfSource;
+  return source;
 }
 
 std::uint32_t EventRows::AddSourceWithTime(std::uint32_t source, std::string_view time) {
@@ -76,9 +89,14 @@ std::vector<store::TextId> EventRows::DistinctDescriptions() const {
 }
 
 void EventRows::Append(const EventRow& row) {
-  if (rows_.size() >= capacity_.rows || bytes() >= capacity_.bytes) core::Raise(core::kOutOfMemory);
+  if (rows_.size() >= capacity_.rows) core::Raise(core::kOutOfMemory);
+  CheckBytes();
   texts_.BeginRow(size());
   rows_.push_back(row);
+}
+
+void EventRows::CheckBytes() const {
+  if (bytes() >= capacity_.bytes) core::Raise(core::kOutOfMemory);
 }
 
 store::CUList EventRows::Descriptions() const {

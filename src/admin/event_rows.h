@@ -38,8 +38,8 @@ struct RowSource {
   store::TextId host, monitor, code, time;
 };
 
-// One more row beyond either raises run-time error 7. Bytes are those of records and texts; one line may go
-// beyond them.
+// One more row beyond either raises run-time error 7. Bytes are those of records and texts, and of the lists
+// of the window that hold the texts of sources too; one line may go beyond them.
 struct RowCapacity {
   std::size_t rows = 50'000'000;
   std::size_t bytes = std::size_t{3} << 30;
@@ -64,6 +64,8 @@ class EventRows {
   store::TextId AddDescription(std::string_view text) { return AddDescription(PrepareDescription(text)); }
   // Adds a row, whose number is size() of before. Raises 7 beyond the capacity.
   void Append(const EventRow& row);
+  // For a line that gives no row: its texts were added. Raises 7 beyond the capacity in bytes.
+  void CheckBytes() const;
 
   std::uint32_t size() const { return static_cast<std::uint32_t>(rows_.size()); }
   const EventRow& row(std::uint32_t row) const { return rows_[row]; }
@@ -75,8 +77,10 @@ class EventRows {
   std::vector<store::TextId> DistinctDescriptions() const;
   // The same as the list by key, ignoring case.
   store::CUList Descriptions() const;
-  // Bytes of records and texts.
-  std::size_t bytes() const { return rows_.size() * sizeof(EventRow) + pool_.bytes() + sources_.bytes(); }
+  // Bytes of records and texts, and what the window keeps of each source beside them.
+  std::size_t bytes() const {
+    return rows_.size() * sizeof(EventRow) + pool_.bytes() + sources_.bytes() + listed_bytes_;
+  }
 
   std::string_view Host(std::uint32_t row) const { return pool_.Text(SourceOf(row).host); }
   // Without the picture's room.
@@ -127,6 +131,7 @@ class EventRows {
   // A source's four numbers are a text of sixteen bytes here, so that equal ones are kept once; text number
   // n + 1 is source n.
   store::TextPool sources_;
+  std::size_t listed_bytes_ = 0;
   store::ChunkedVector<EventRow, 13> rows_;
   std::vector<bool> is_description_;  // by text number
   // Descriptions whose text was there as another one before; all others come in the order of their numbers.

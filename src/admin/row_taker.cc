@@ -51,7 +51,7 @@ void RowTaker::Take(const Prepared& line, std::int32_t number) {
   EventRows& rows = targets_.rows;
   const Source& source = SourceOf(*line.fields);
   EventRow row{number, 0, source.number, rows.AddDescription(line.description)};
-  if (!source.displayed) return;
+  if (!source.displayed) return rows.CheckBytes();
   if (!ReadTime(line.fields->time)) row.source = rows.AddSourceWithTime(source.number, line.fields->time);
   row.time_key = time_key_;
   targets_.grid.MakeRoom();

@@ -1,5 +1,6 @@
 // Files that no Agent writes, and files that change under the reading: nothing crashes or hangs, what is held
 // stays within the file's own size, and the next poll goes on.
+#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -197,6 +198,48 @@ TEST_F(HostileFileTest, GridIsFullWhereItsBytesAreUsedUp) {
   ExpectUsable();
   // The row, and the text of the load and that of the poll which found no place.
   EXPECT_LT(HeldByTheForm(), 35 * kMegabyte);
+}
+
+// The lists of hosts and monitors, which keep every text twice, did not count: what was held was up to six
+// times the limit.
+TEST_F(HostileFileTest, LinesWithAHostOrAMonitorOfTheirOwnStayWithinTheBytesOfTheGrid) {
+  capacity_bytes_ = 4 * kMegabyte;
+  for (const bool hosts : {true, false}) {
+    std::string bytes;
+    for (int i = 0; i < 20'000; ++i) {
+      const std::string name = std::to_string(i) + std::string(200, 'x');
+      bytes += hosts ? "1," + name + ",system,A,text\r\n" : "1,HOST," + name + ",A,text\r\n";
+    }
+    const std::size_t boxes = Boxes().shown.size();
+    std::size_t most = 0;
+    world_.platform.files.Put(Path(), {});
+    Open();
+    world_.platform.files.Put(Path(), bytes);
+    const std::size_t before = test::HeldBytes();
+    const auto link = form_->DynamicPictureBox.value.changed.Connect(
+        [&] { most = std::max(most, test::HeldBytes() - before); });
+    Refresh();
+    world_.quiet.Take();  // thousands of monitors are not stored
+    ASSERT_EQ(Boxes().shown.size(), boxes + 1);
+    EXPECT_THAT(Boxes().shown.back().text, StartsWith("The Event View grid is full."));
+    EXPECT_LT(most, 5 * kMegabyte);
+    ExpectUsable();
+  }
+}
+
+// Their descriptions are kept for the list of descriptions, and no row was there to be refused.
+TEST_F(HostileFileTest, LinesOfAMonitorThatIsNotDisplayedStayWithinTheBytesOfTheGrid) {
+  reg_ini_.SaveSettingHashed("Monitors", "System", "0");
+  reg_ini_.ReadRegInfo();
+  capacity_bytes_ = kMegabyte;
+  std::string bytes = Line(1, "tcp port") + "\r\n";
+  for (int i = 0; i < 20'000; ++i)
+    bytes += Line(i, "system", std::to_string(i) + std::string(200, 'x')) + "\r\n";
+  OpenOnBytes(bytes);
+  ASSERT_EQ(Boxes().shown.size(), 1u);
+  EXPECT_THAT(Boxes().shown[0].text, StartsWith("The Event View grid is full."));
+  EXPECT_THAT(IDs(), ElementsAre("1"));
+  EXPECT_LT(HeldByTheForm(), 2 * kMegabyte);
 }
 
 // A file that changes while it is read.
