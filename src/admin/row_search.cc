@@ -23,8 +23,7 @@ std::optional<CellPlace> RowSearch::Find(const CellPlace& from) {
   CellPlace place = from;
   for (; place.row < grid_.Rows(); place = {place.row + 1}) {
     if (grid_.has_heights() && grid_.RowHeight(place.row) == 0) continue;
-    const bool whole_row = place.col == 1 && place.position == 1;
-    if (whole_row && !every_cell_ && !MayHold(grid_.RowNumber(place.row))) continue;
+    if (!every_cell_ && !MayHold(grid_.RowNumber(place.row))) continue;
     if (const auto hit = FindInRow(place)) return hit;
   }
   return std::nullopt;
