@@ -67,9 +67,9 @@ void GridFilter::TbarFilter_Click() {
     SavedRecCntText = frame_.RecCnt.text;
     MnTQuery_Click();
   } else {
+    // Closing it ends the filter, and empties the counter.
     CloseDialog();
     frame_.RecCnt.text = SavedRecCntText;
-    RestoreGrids();
   }
 }
 
