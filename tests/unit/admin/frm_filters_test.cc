@@ -51,6 +51,15 @@ TEST_F(FrmFiltersTest, BeginsWithoutCriteriaAndCannotBeApplied) {
   EXPECT_THAT(acts_, IsEmpty()) << "the button is out of use";
 }
 
+TEST_F(FrmFiltersTest, OpensInTheMiddleOfTheScreenUnderItsTitle) {
+  frmFilters form(Needs());
+  int centred = 0;
+  const auto link = form.centre.Connect([&] { ++centred; });
+  form.Load();
+  EXPECT_EQ(centred, 1);
+  EXPECT_EQ(form.title.Get(), "Filter Events");
+}
+
 TEST_F(FrmFiltersTest, ListsShowWhatTheGridHasMetWhenTheyOpen) {
   form_.HostCombo.Open();
   EXPECT_THAT(form_.HostCombo.entries(), ElementsAre(Entry{"HOST-A"}, Entry{"HOST-B"}));

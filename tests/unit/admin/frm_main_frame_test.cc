@@ -54,15 +54,30 @@ TEST_F(FrmMainFrameTest, ClickInTheToolbarIsIgnoredWhileALoadRuns) {
   EXPECT_THAT(Boxes().shown, IsEmpty());
 }
 
-TEST_F(FrmMainFrameTest, NoTwoCommandsShareAKey) {
+TEST_F(FrmMainFrameTest, CommandsOfTheMenusHaveTheirKeys) {
   Open();
-  std::vector<std::string> keys;
+  std::vector<std::pair<std::string, std::string>> keys;
   for (const widgets::Menu* menu : form_->menus)
     for (const widgets::MenuItem* item : menu->items)
-      if (!item->shortcut.empty()) keys.push_back(item->shortcut);
-  std::sort(keys.begin(), keys.end());
-  EXPECT_EQ(std::adjacent_find(keys.begin(), keys.end()), keys.end());
-  EXPECT_THAT(keys, ::testing::IsSupersetOf({"Ctrl+O", "Ctrl+S", "F5", "Ctrl+Q"}));
+      if (!item->shortcut.empty()) keys.emplace_back(item->name(), item->shortcut);
+  EXPECT_THAT(keys, ElementsAre(std::pair("MnFOpen", "Ctrl+O"), std::pair("MnFSaveAs", "Ctrl+S"),
+                                std::pair("MnFExit", "Ctrl+Q"), std::pair("MnEFind", "Ctrl+F"),
+                                std::pair("MnEFindN", "F3"), std::pair("MnVChart", "Ctrl+T"),
+                                std::pair("MnVLogs", "Ctrl+L"), std::pair("MnVRefresh", "F5"),
+                                std::pair("MnTQuery", "Ctrl+Shift+F")));
+}
+
+TEST_F(FrmMainFrameTest, KindsOfCommandsStandInGroups) {
+  Open();
+  std::vector<std::string> first;
+  for (const widgets::Menu* menu : form_->menus)
+    for (const widgets::MenuItem* item : menu->items)
+      if (item->begins_group) first.push_back(item->name());
+  EXPECT_THAT(first, ElementsAre("MnFExit"));
+  first.clear();
+  for (const widgets::MenuItem* item : form_->Tbar)
+    if (item->begins_group) first.push_back(item->name());
+  EXPECT_THAT(first, ElementsAre("Copy", "Chart", "Disable", "Play"));
 }
 
 TEST_F(FrmMainFrameTest, PanesAreLaidOutInTheRoomThatTheWindowHas) {

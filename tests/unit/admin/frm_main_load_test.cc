@@ -377,6 +377,25 @@ TEST_F(FrmMainLoadTest, PointerIsTheUsualOneBehindAnUpdateOfASortedGrid) {
   EXPECT_TRUE(form_->EventList.redraw());
 }
 
+TEST_F(FrmMainLoadTest, PointerIsAnHourglassFromTheBeginningOfARefresh) {
+  OpenOn({Line(1, "system")});
+  int shape = -1;
+  const auto cleared = form_->EventList.cleared.Connect([&] { shape = screen_.MousePointer; });
+  form_->MnVRefresh.clicked.Raise();
+  EXPECT_EQ(shape, widgets::kPointerHourglass) << "before the file is read";
+}
+
+TEST_F(FrmMainLoadTest, SortBehindAnUpdateHasAnHourglassToo) {
+  OpenOn({Line(1, "system"), Line(2, "system")});
+  form_->EventList.header_clicked.Raise(kColHostname);
+  std::vector<int> shapes;
+  const auto link = screen_.MousePointer.changed.Connect([&] { shapes.push_back(screen_.MousePointer); });
+  AppendLine(Line(3, "system"));
+  Tick();
+  EXPECT_THAT(shapes, ElementsAre(widgets::kPointerHourglass, widgets::kPointerDefault,
+                                  widgets::kPointerHourglass, widgets::kPointerDefault));
+}
+
 TEST_F(FrmMainLoadTest, MissingFileOfTheProgramIsToldWithItsAdvice) {
   world_.platform.files.Vanish(Path());
   Open();

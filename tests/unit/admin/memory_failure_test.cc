@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "admin/grid_loader.h"
+#include "admin/system_state.h"
 #include "core/run_time_error.h"
 #include "platform/memory/memory_family.h"
 #include "platform/memory/memory_files.h"
@@ -194,6 +195,18 @@ TEST(MemoryFailureTest, ListOfAMonitorsRowsIsWholeWhereverMemoryRunsOut) {
     loaded.Poll();
     failed = FailsAt(nth, [&] { (void)loaded.rows.RowsOfMonitor("monitor 1"); });
     loaded.ExpectWhole();
+  }
+}
+
+TEST(MemoryFailureTest, StateIsAsEverBehindOneThatMemoryRanOutIn) {
+  const Loaded loaded;
+  const auto items = SystemState(loaded.view, 1).StateofMonitor("monitor 1");
+  ASSERT_EQ(items.size(), 1u);
+  bool failed = true;
+  for (long nth = 1; failed; ++nth) {
+    const SystemState state(loaded.view, 1);
+    failed = FailsAt(nth, [&] { (void)state.StateofMonitor("monitor 1"); });
+    EXPECT_EQ(state.StateofMonitor("monitor 1"), items) << nth;
   }
 }
 

@@ -425,6 +425,18 @@ TEST_F(SessionReplayTest, RowWhoseColourWasNeverReadHasNoneToBeGivenBack) {
   EXPECT_THAT(ColouredRows(), ElementsAre(2));
 }
 
+TEST_F(SessionReplayTest, GridThatIsLoadedAnewAndEmptyHasNoColourToGiveBack) {
+  OpenRows(2);
+  PointAt(2);
+  Grid().SetRowColor(2, 0x77);
+  Press(Replay().TbarBack);
+  ASSERT_EQ(Replay().CurrentRowColor, 0x77);
+  Put({});
+  form_->ResetClick();
+  EXPECT_EQ(Replay().CurrentRowColor, -1);
+  EXPECT_EQ(Replay().CurrentRow, 0);
+}
+
 TEST_F(SessionReplayTest, NewColourReachesTheCursorAndTheRelatedRows) {
   OpenOn({Line(1, "system"), Line(2, "tcp port"), Line(3, "monitoring agent", "port", "N")});
   world_.state.settings.SSColor = 0x00FF00;

@@ -77,6 +77,18 @@ TEST_F(SystemStateTest, CursorInsideABaselineSeesTheWholeBaseline) {
   EXPECT_THAT(At(7), ElementsAre("a", "b", "c", "d"));
 }
 
+TEST_F(SystemStateTest, StateIsSettledOnlyBehindTheEndOfItsBaseline) {
+  AddBaseline({"a"});
+  Add("A", "b");
+  const auto settled = [this](int second) {
+    return SystemState(grid_, std::to_string(second)).RowsOfState("Tcp Port").settled;
+  };
+  EXPECT_FALSE(settled(1));
+  EXPECT_FALSE(settled(2)) << "the end comes next";
+  EXPECT_TRUE(settled(3));
+  EXPECT_TRUE(settled(4));
+}
+
 TEST_F(SystemStateTest, RemovalOfWhatIsNotThereChangesNothing) {
   AddBaseline({"a"});
   Add("R", "b");
@@ -266,6 +278,24 @@ TEST(SystemStateTimesTest, TimesThatLeaveOutSecondsOrTheCenturyAreOneTime) {
   ASSERT_EQ(grid.Text(2, kColDateTime), grid.Text(4, kColDateTime));
   EXPECT_EQ(SystemState(grid, 4).selected(), 2);
   EXPECT_EQ(SystemState(grid, 1).selected(), 1);
+}
+
+// Two loads showed their times in forms of their own, and a text of one told another second in the other.
+TEST(SystemStateTimesTest, RowOfAnotherLoadIsFoundByWhatItShows) {
+  platform::MemoryFamily family;
+  EventRows rows(family, {});
+  EventGrid grid("EventList", rows);
+  const int two_past_one = 3600 + 120 + 3, one_past_two = 7200 + 60 + 3;
+  const auto add = [&](const char* form, int key) {
+    LoadSettings settings;
+    settings.locale.time = form;
+    rows.BeginLoad(settings);
+    testing::InsertTop(rows, grid, {key, {}, "h", "System", "A", "w", key});
+  };
+  add("HH:mm:ss", two_past_one);
+  add("mm:HH:ss", one_past_two);
+  ASSERT_EQ(grid.Text(1, kColDateTime), grid.Text(2, kColDateTime));
+  EXPECT_EQ(SystemState(grid, 2).selected(), 1);
 }
 
 // Small files of all kinds: nested and missing baselines, hidden rows, equal and odd times, other settings.
