@@ -124,7 +124,6 @@ void frmMain::Form_Load() {
   ClearHeaderPictures();
   ShowSortArrow(EventList, kColDateTime, false);
   SavedTopRow = SavedLeftCol = 1;
-  NotablePending = false;
   replay.InitSessionCursor();
   Timer1->Start(kTimer1Ms);
   tray.SetTip(app.ProductName);

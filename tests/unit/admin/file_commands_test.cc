@@ -405,6 +405,22 @@ TEST_F(FileCommandsTest, EndOfTheProgramWhileTheAgentRestsStartsItFirst) {
   EXPECT_THAT(Boxes().shown, SizeIs(1)) << "nothing is told at the end";
 }
 
+TEST_F(FileCommandsTest, WindowThatGoesWhileTheAgentRestsLeavesItsFileAndStartsItOnce) {
+  Put({Line(1, "system")});
+  widgets::Form window(world_.state.forms, "window");
+  GridFrame frame({world_.state, world_.log, reg_ini_, screen_, {}}, window);
+  FileCommands files(frame, {[] {}});
+  const auto timer = world_.platform.timers.MakeTimer([&] { window.Unload(); });
+  timer->StartOnce(300);
+  SayYes();
+  files.MnFDelete_Click();
+  EXPECT_TRUE(world_.platform.files.Has(Path()));
+  EXPECT_THAT(Runs(), ElementsAre(ServiceMethod::kStop));
+  files.Form_Unload();
+  files.Form_Unload();
+  EXPECT_THAT(Runs(), ElementsAre(ServiceMethod::kStop, ServiceMethod::kStart));
+}
+
 TEST_F(FileCommandsTest, EndOfTheProgramUnderTheQuestionDeletesNothing) {
   OpenOn({Line(1, "system")});
   SayYes();

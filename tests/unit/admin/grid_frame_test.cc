@@ -26,6 +26,16 @@ TEST_F(GridFrameTest, SplashShowsTheProgressAsLongAsItIsOpen) {
   EXPECT_EQ(splash.PBar.value.Get(), 50);
 }
 
+TEST_F(GridFrameTest, HeadingThatHasRoomBesideItsArrowIsLeftWhole) {
+  OpenOn({Line(1, "system")});
+  form_->EventList.SetColWidth(kColHostname, 8 * kTwipsPerCharacter + 300);
+  form_->ShowSortArrow(form_->EventList, kColHostname, true);
+  EXPECT_EQ(form_->EventList.column(kColHostname).heading, "Hostname");
+  form_->EventList.SetColWidth(kColHostname, 8 * kTwipsPerCharacter + 299);
+  form_->ShowSortArrow(form_->EventList, kColHostname, true);
+  EXPECT_EQ(form_->EventList.column(kColHostname).heading, "Host...");
+}
+
 TEST_F(GridFrameTest, OnlyRowIsSelectedBehindASortAndTheHeaderNever) {
   OpenOn({Line(1, "system")});
   const auto sort = [this] {

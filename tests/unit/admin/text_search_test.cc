@@ -22,6 +22,16 @@ TEST(TextSearchTest, FindsTheFirstPlaceFromACharacterOn) {
   EXPECT_EQ(search.Find(""), kNowhere);
 }
 
+TEST(TextSearchTest, TextThatOnlyBeginsBeforeTheEndIsNotThere) {
+  const std::string_view pool = "0123456789abcd";
+  for (const std::string_view wanted : {"ab", "abcd"}) {
+    for (std::size_t from = 0; from < 11; ++from) {
+      const std::string_view in = pool.substr(from, 11 - from);
+      EXPECT_EQ(TextSearch(wanted, true).Find(in), kNowhere) << in << " goes on in its neighbour";
+    }
+  }
+}
+
 TEST(TextSearchTest, CaseCountsOnlyWhenItIsAskedFor) {
   EXPECT_EQ(TextSearch("Ab", true).Find("AB ab Ab"), 6u);
   EXPECT_EQ(TextSearch("Ab", false).Find("xx aB"), 3u);

@@ -60,11 +60,6 @@ TEST_F(TimelineChartsTest, AnyOtherKindLeavesTheColumnsEmpty) {
 TEST_F(TimelineChartsTest, SlotsAndMonitorsThatWereNotCountedAreBlank) {
   settings_.NSlots = 5;
   settings_.MonitorStates = {{"A", "1"}, {"B", "1"}, {"C", "1"}, {"D", "1"}};
-  // What stood behind the end before.
-  slots_.SlotLabels.push_back("gone");
-  slots_.SlotLabels.pop_back();
-  slots_.SlotCounts.push_back({9, 9, 9});
-  slots_.SlotCounts.pop_back();
   const widgets::ChartTable table = LargeChartTable(settings_, slots_);
   EXPECT_THAT(table.labels, ElementsAre("", "", " ", " ", "01:45 AM"));
   EXPECT_THAT(table.series[0].values, ElementsAre(0, 0, 7, 0, 5));

@@ -41,6 +41,7 @@ TEST_F(TimelineTest, LoadDrawsTheSmallChart) {
   OpenOn(span_);
   EXPECT_EQ(timeline().chrtLabel.caption.Get(), "Time (Minutes)");
   EXPECT_EQ(timeline().Chrt.tip.Get(), "Click to Enlarge");
+  EXPECT_TRUE(timeline().Chrt.clickable);
   EXPECT_THAT(timeline().Chrt.table.Get().labels, ElementsAre("\"3\"", "\"2\"", "\"1\""));
   EXPECT_EQ(timeline().Chrt.table.Get().series[0].name, "System");
   EXPECT_THAT(Small(0), ElementsAre(0, 0, 1));
@@ -122,6 +123,14 @@ TEST_F(TimelineTest, MoreNewMonitorsThanAreStoredAreToldOnce) {
   EXPECT_EQ(world_.state.settings.MonitorStates.size(), 4u);
 }
 
+TEST_F(TimelineTest, AsManyNewMonitorsAsAreStoredAreSwitchedOnAtOnce) {
+  OpenOn(span_);
+  for (std::size_t i = 0; i < settings::kMostNewMonitors; ++i)
+    form_->GridMonitorList.SetItemData("x" + std::to_string(i), "X" + std::to_string(i));
+  timeline().FillMiniChart();
+  EXPECT_THAT(world_.platform.files.Get(reg_ini_.IniPath()), HasSubstr("X0=1\r\n"));
+}
+
 TEST_F(TimelineTest, WithoutMonitorsInTheSettingsTheChartsStayAsTheyAre) {
   OpenOn(span_);
   timeline().MnVChart.clicked.Raise();
@@ -185,6 +194,13 @@ TEST_F(TimelineTest, TimelineViewShowsMomentsAndNamesItsUnitAndKind) {
   Tick();
   EXPECT_EQ(Large()->title.Get(), "Events x Hours");
   EXPECT_EQ(Large()->LargeChart.axis_title.Get(), "Time (Hours) / total events across time");
+}
+
+TEST_F(TimelineTest, TimelineViewThatWasNeverDrawnHasATitleToo) {
+  OpenOn(span_);
+  world_.state.settings.MonitorStates.clear();
+  timeline().MnVChart.clicked.Raise();
+  EXPECT_EQ(Large()->title.Get(), "Timeline View");
 }
 
 TEST_F(TimelineTest, OpenTimelineViewIsDrawnAgainAtEveryTick) {
