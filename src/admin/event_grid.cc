@@ -55,7 +55,6 @@ void EventGrid::HideInnerColumns() {
 
 void EventGrid::Clear() {
   order_.Clear();
-  sorted_col_ = -1;
   fresh_ = 0;
   TellCleared();
 }
@@ -153,21 +152,18 @@ bool EventGrid::CanMerge(int col, bool ascending) const {
          (col == kColTimeKey || KeyOfColumn(col));
 }
 
-int EventGrid::Compare(int col, std::uint32_t one, std::uint32_t other) const {
-  if (col == kColTimeKey) {
-    const std::int32_t left = rows_.row(one).time_key, right = rows_.row(other).time_key;
-    return left < right ? -1 : left > right ? 1 : 0;
-  }
+bool EventGrid::Before(int col, std::uint32_t one, std::uint32_t other) const {
+  if (col == kColTimeKey) return rows_.row(one).time_key < rows_.row(other).time_key;
   const std::string_view left = rows_.TextOf(*KeyOfColumn(col), one);
   const std::string_view right = rows_.TextOf(*KeyOfColumn(col), other);
-  return left.data() == right.data() ? 0 : CompareNoCase(left, right);
+  return left.data() != right.data() && CompareNoCase(left, right) < 0;
 }
 
 void EventGrid::Sort(int col, bool ascending) {
   if (CanMerge(col, ascending)) {
     if (fresh_ == 0) return;
     MergeFresh(order_.Cells(), fresh_, [&](std::uint32_t one, std::uint32_t other) {
-      return ascending ? Compare(col, one, other) : Compare(col, other, one);
+      return ascending ? Before(col, one, other) : Before(col, other, one);
     });
   } else {
     SortAll(col, ascending);

@@ -83,7 +83,7 @@ class EventGrid : public widgets::Grid {
  private:
   void SortAll(int col, bool ascending);
   bool CanMerge(int col, bool ascending) const;
-  int Compare(int col, std::uint32_t one, std::uint32_t other) const;
+  bool Before(int col, std::uint32_t one, std::uint32_t other) const;
   // Fills in the keys of rows whose cells are made on demand.
   void KeyByMadeText(int col, std::vector<KeyedRow>& keyed) const;
 

@@ -30,10 +30,9 @@ void SortByKey(std::vector<KeyedRow>& rows) {
 }
 
 void MergeFresh(std::span<std::uint32_t> rows, std::size_t fresh,
-                const std::function<int(std::uint32_t, std::uint32_t)>& compare) {
+                const std::function<bool(std::uint32_t, std::uint32_t)>& before) {
   std::vector<std::uint32_t> added(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(fresh));
-  std::ranges::stable_sort(added,
-                           [&](std::uint32_t one, std::uint32_t other) { return compare(one, other) < 0; });
+  std::ranges::stable_sort(added, before);
   // From the top down: each fresh row finds the first old one that is not before it; what lies in between
   // moves up over the room that the fresh rows have left.
   std::uint32_t* const all = rows.data();
@@ -41,7 +40,7 @@ void MergeFresh(std::span<std::uint32_t> rows, std::size_t fresh,
   for (std::size_t i = 0; i < fresh; ++i) {
     const auto rest = rows.subspan(from);
     const auto found =
-        std::ranges::partition_point(rest, [&](std::uint32_t old) { return compare(old, added[i]) < 0; });
+        std::ranges::partition_point(rest, [&](std::uint32_t old) { return before(old, added[i]); });
     const auto passed = static_cast<std::size_t>(found - rest.begin());
     // `fresh - i` free places lie in front of `from`.
     std::memmove(all + from - (fresh - i), all + from, passed * sizeof *all);

@@ -17,10 +17,9 @@ struct KeyedRow {
 // Sorts ascending; takes as much memory again.
 void SortByKey(std::vector<KeyedRow>& rows);
 
-// Brings the first `fresh` rows into the rest, which is in the order of `compare` already; among equals fresh
-// rows stand in front. `compare` tells how one row stands to another: negative, zero or positive. Takes
-// memory for the fresh rows only.
+// Brings the first `fresh` rows into the rest, which is in order already; among equals fresh rows stand in
+// front. `before` tells whether one row stands before another. Takes memory for the fresh rows only.
 void MergeFresh(std::span<std::uint32_t> rows, std::size_t fresh,
-                const std::function<int(std::uint32_t, std::uint32_t)>& compare);
+                const std::function<bool(std::uint32_t, std::uint32_t)>& before);
 
 }  // namespace zendrix::admin

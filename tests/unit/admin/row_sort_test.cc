@@ -40,18 +40,15 @@ TEST(RowSortTest, RandomKeysMatchAStableSort) {
 // Fresh rows and old ones alike: row n has key n / 10.
 TEST(RowSortTest, MergedRowsStandWhereAStableSortPutsThem) {
   std::mt19937 random(2);
-  const auto compare = [](std::uint32_t one, std::uint32_t other) {
-    return static_cast<int>(one / 10) - static_cast<int>(other / 10);
-  };
+  const auto before = [](std::uint32_t one, std::uint32_t other) { return one / 10 < other / 10; };
   for (int round = 0; round < 200; ++round) {
     const std::size_t fresh = random() % 12, old = random() % 40;
     std::vector<std::uint32_t> rows;
     for (std::size_t i = 0; i < fresh + old; ++i) rows.push_back(static_cast<std::uint32_t>(random() % 120));
-    const auto less = [&](std::uint32_t one, std::uint32_t other) { return compare(one, other) < 0; };
-    std::stable_sort(rows.begin() + static_cast<std::ptrdiff_t>(fresh), rows.end(), less);
+    std::stable_sort(rows.begin() + static_cast<std::ptrdiff_t>(fresh), rows.end(), before);
     std::vector<std::uint32_t> expected = rows;
-    std::ranges::stable_sort(expected, less);
-    MergeFresh(rows, fresh, compare);
+    std::ranges::stable_sort(expected, before);
+    MergeFresh(rows, fresh, before);
     EXPECT_EQ(rows, expected);
   }
 }
