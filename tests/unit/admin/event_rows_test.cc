@@ -219,6 +219,14 @@ TEST_F(EventRowsTest, CapacityInBytesRaisesOutOfMemory) {
   EXPECT_EQ(RaisedBy(append), 0);
 }
 
+TEST_F(EventRowsTest, CapacityThatIsReachedExactlyIsFull) {
+  Append(rows_, {1});
+  EventRows rows(family_, {}, {1000, rows_.bytes()});
+  Append(rows, {1});
+  ASSERT_EQ(rows.bytes(), rows_.bytes());
+  EXPECT_EQ(RaisedBy([&] { Append(rows, {2}); }), core::kOutOfMemory);
+}
+
 TEST_F(EventRowsTest, ClearedRowsBeginAnew) {
   rows_.BeginLoad(Settings());
   Append(rows_, {1, "", "h", "System", "A", "old"});

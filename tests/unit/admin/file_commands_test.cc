@@ -286,6 +286,14 @@ TEST_F(FileCommandsTest, DeleteStopsTheAgentTakesItsFileAwayAndStartsIt) {
                                  "1000 Starting the Korvessa Service...", "1500 " + Path()));
 }
 
+TEST_F(FileCommandsTest, DeletePutsTheReplaysCursorOnTheNewestRow) {
+  OpenOn(EightLines());
+  form_->EventList.row_clicked.Raise(5);
+  SayYes();
+  Files().MnFDelete.clicked.Raise();
+  EXPECT_EQ(form_->replay.CurrentRow, 1);
+}
+
 TEST_F(FileCommandsTest, DeleteAnsweredNoOnlyEmptiesThePanel) {
   OpenOn({Line(1, "system")});
   Boxes().Answer(BoxAnswer::kNo);

@@ -309,6 +309,16 @@ TEST_F(FrmLogTest, ColumnsOfANewLogAreAsWideAsItsFirstPageAsksFor) {
   EXPECT_EQ(form_.ErrLog.ColWidth(4), 8000) << "and no wider than its widest column";
 }
 
+TEST_F(FrmLogTest, RecordBehindTheFirstPageAsksForNoWidth) {
+  std::string bytes = "1,h,t," + std::string(30, 'd') + "\r\n";
+  for (int i = 0; i < 4; ++i) bytes += "2,h,t,x\r\n";
+  world_.platform.files.Put(Path(), bytes);
+  Open(3);
+  Choose(Path());
+  ASSERT_THAT(Page(), ElementsAre("x", "x", "x", "x"));
+  EXPECT_LT(form_.ErrLog.ColWidth(3), 30 * kTwipsPerCharacter);
+}
+
 TEST_F(FrmLogTest, ColumnThatTheUserHasDraggedStaysWhilePagesAreTurned) {
   OpenOn(10, 3);
   form_.ErrLog.SetColWidth(3, 5000);
@@ -321,6 +331,15 @@ TEST_F(FrmLogTest, EachPageIsToldOnce) {
   int told = 0;
   const auto link = form_.ErrLog.page_changed.Connect([&] { ++told; });
   form_.VScroll1.Scroll(4);
+  EXPECT_EQ(told, 1);
+}
+
+TEST_F(FrmLogTest, NextLogIsToldOnceWhereverTheBarStood) {
+  OpenOn(12, 3);
+  form_.VScroll1.Scroll(9);
+  int told = 0;
+  const auto link = form_.ErrLog.page_changed.Connect([&] { ++told; });
+  Choose(Path());
   EXPECT_EQ(told, 1);
 }
 

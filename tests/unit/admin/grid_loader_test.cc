@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <new>
 #include <random>
 #include <string>
 #include <vector>
@@ -251,6 +252,37 @@ TEST_F(GridLoaderTest, FullRowsAreToldAndTheNextPollReadsTheSameLines) {
     EXPECT_THAT(small.Wholes(), ElementsAre("text 3", "text 2", "text 1", "text 0"));
     EXPECT_EQ(small.lines, 3);
   }
+}
+
+TEST_F(GridLoaderTest, LinesOfAnotherFileCountAsKnownUntilItHasMore) {
+  Put(Lines(0, 4));
+  grid_.All();
+  PutAnother(Lines(10, 12));
+  grid_.Added();
+  More(Lines(12, 14));
+  grid_.Added();
+  EXPECT_THAT(grid_.Wholes(), ElementsAre("text 3", "text 2", "text 1", "text 0"));
+  More(Line(14));
+  grid_.Added();
+  EXPECT_EQ(grid_.view.Text(1, kColWhole), "text 14");
+  EXPECT_EQ(grid_.lines, 5);
+}
+
+// The file was rewritten: up to the place of before it has one line less, and the same long line in front.
+TEST_F(GridLoaderTest, PlaceIsForgottenByALoadThatFails) {
+  const std::string long_line = std::string(5000, 'x') + "\n";
+  Put("a\nb\n" + long_line);
+  grid_.All();
+  ASSERT_EQ(grid_.lines, 3);
+  Put("abc\n" + long_line + Line(7) + Line(8));
+  GridLoad load = grid_.NewLoad();
+  load.behind_line = [&] {
+    if (load.lines == 3) throw std::bad_alloc();
+  };
+  EXPECT_THROW(grid_.loader->ReadAll(load), std::bad_alloc);
+  grid_.lines = load.lines;
+  grid_.Added();
+  EXPECT_THAT(grid_.Wholes(), ElementsAre("text 8", "text 7"));
 }
 
 TEST_F(GridLoaderTest, FullRowsOfAWholeLoadTellHowFarItCame) {
