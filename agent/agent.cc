@@ -9,16 +9,45 @@
 namespace zendrix::agent {
 namespace {
 
-constexpr std::size_t kMostAlerts = 50;     // of one look; a person cannot read more
-constexpr std::int64_t kSliceMs = 100;      // how long a request to stop may wait
-constexpr std::size_t kHostNameLimit = 50;  // the console's width
+constexpr std::size_t kMostAlerts = 50;  // of one batch; a person cannot read more
+constexpr std::size_t kMostUnweighed = 50000;
+constexpr std::int64_t kToldTurnMs = 50;   // between two drains of what the kernel told
+constexpr std::int64_t kLookTurnMs = 100;  // how long a request to stop may wait
+constexpr std::int64_t kMinuteMs = 60000;
+constexpr std::int64_t kDowntimeAfterStop = 10;  // seconds that are worth a row
+constexpr std::int64_t kDowntimeAfterKill = 90;  // as many pass at most between two signs of life, and some
+constexpr std::size_t kHostNameLimit = 50;       // the console's width
+constexpr std::size_t kStatusLimit = 65536;
 
-void Append(std::vector<Event>& events, std::vector<Event> more) {
-  events.insert(events.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+void Append(std::vector<Event>& events, const std::vector<Event>& more) {
+  events.insert(events.end(), more.begin(), more.end());
 }
 
 std::string FormName(Form form) {
   return form == Form::kHome ? "home" : "admin";
+}
+
+Item AgentItem(const std::string& description) {
+  Item item;
+  item.monitor = monitor::kAgent;
+  item.subject = "Agent";
+  item.description = description;
+  return item;
+}
+
+std::vector<Recording> MakeRecordings(const AgentParts& parts, const Options& options) {
+  const Author author = {CleanName(parts.host_name, kHostNameLimit), std::to_string(parts.own_pid)};
+  std::vector<Recording> recordings;
+  const auto add = [&](const std::string& folder, Form form) {
+    recordings.emplace_back(parts.files, parts.clock, parts.errors, folder, form, author);
+  };
+  if (options.state.empty()) {
+    add(options.folder, options.form);
+  } else {
+    add(platform::JoinPath(options.state, "home"), Form::kHome);
+    add(platform::JoinPath(options.state, "admin"), Form::kAdmin);
+  }
+  return recordings;
 }
 
 }  // namespace
@@ -26,135 +55,287 @@ std::string FormName(Form form) {
 Agent::Agent(AgentParts parts, Options options)
     : parts_(std::move(parts)),
       options_(std::move(options)),
-      host_name_(CleanName(parts_.host_name, kHostNameLimit)),
-      log_path_(platform::JoinPath(options_.folder, "KorvessaEventLog.kvl")),
-      file_(parts_.files, parts_.clock, platform::JoinPath(options_.folder, "KorvessaMonitoring.kvl"),
-            options_.form) {}
+      status_path_(
+          platform::JoinPath(options_.state.empty() ? options_.folder : options_.state, kStatusFile)),
+      recordings_(MakeRecordings(parts_, options_)),
+      own_scorer_(parts_.scorer == nullptr ? MakeRuleScorer() : nullptr),
+      scorer_(parts_.scorer == nullptr ? *own_scorer_ : *parts_.scorer),
+      watch_(parts_.host, parts_.clock, parts_.own_pid, options_.interval_seconds * 1000, parts_.sources),
+      pace_(parts_.clock.MonotonicMs(), [this](const Item& item) { return scorer_.IsKnown(item); }) {}
 
 int Agent::Run() {
-  if (!OpenFolder()) return 1;
-  Log("Agent started; form " + FormName(options_.form) + "; it only observes");
-  const std::int64_t start = parts_.clock.MonotonicMs();
-  const std::int64_t interval = options_.interval_seconds * 1000;
-  bool written = Look();
-  std::int64_t next = std::max(start + interval, NextLookAfter());
-  while (!options_.once && !parts_.stop_requested()) {
-    if (options_.for_seconds && next > start + *options_.for_seconds * 1000) {
-      Rest(start + *options_.for_seconds * 1000);
-      break;
-    }
-    Rest(next);
+  if (!OpenRecordings()) return 1;
+  for (Recording& recording : recordings_) {
+    const Form form = options_.state.empty()   ? options_.form
+                      : &recording == &First() ? Form::kHome
+                                               : Form::kAdmin;
+    recording.Log("Agent started; form " + FormName(form) + "; it only observes");
+  }
+  started_ = parts_.clock.NowUtc();
+  started_ms_ = parts_.clock.MonotonicMs();
+  next_numbers_ms_ = started_ms_;
+  minute_ends_ms_ = started_ms_ + kMinuteMs;
+  const std::int64_t end_ms =
+      options_.for_seconds ? started_ms_ + *options_.for_seconds * 1000 : std::int64_t{-1};
+  for (;;) {
+    Turn();
+    if (options_.once || parts_.stop_requested()) break;
+    if (end_ms >= 0 && parts_.clock.MonotonicMs() >= end_ms) break;
+    Rest();
     if (parts_.stop_requested()) break;
-    written = Look();
-    // After a look that took longer than the interval (or a night asleep) the beat starts anew.
-    next = std::max(next + interval, NextLookAfter());
   }
-  Log("Agent stopped");
-  return written ? 0 : 1;
+  End();
+  const bool failing = std::any_of(recordings_.begin(), recordings_.end(),
+                                   [](const Recording& recording) { return recording.IsFailing(); });
+  return failing ? 1 : 0;
 }
 
-// A look before the clock has passed the last alert's second would give its events a wrong time.
-std::int64_t Agent::NextLookAfter() const {
-  return parts_.clock.MonotonicMs() + file_.AheadMs();
+bool Agent::OpenRecordings() {
+  return std::all_of(recordings_.begin(), recordings_.end(),
+                     [](Recording& recording) { return recording.Open(); });
 }
 
-bool Agent::OpenFolder() {
-  if (!parts_.files.FolderExists(options_.folder)) {
-    Complain("no such folder: " + options_.folder);
-    return false;
+void Agent::Turn() {
+  std::vector<Event> told;
+  TellGaps(told);
+  if (is_first_) {
+    NoticeFirst(told);
+  } else {
+    NoticeChanges(told);
   }
-  const auto status = file_.Open();
-  if (!status) Complain("cannot take up KorvessaMonitoring.kvl: " + status.error().text);
-  return status.ok();
+  TellLosses(told);
+  Deliver(told, false);
 }
 
-bool Agent::Look() {
-  BeginAnewIfNeeded();
-  Snapshot seen = ObserveHost(parts_.host, parts_.clock.MonotonicMs(), parts_.own_pid);
-  Measures measures = measures_;
-  Batch batch;
-  batch.begins_session = begins_session_;
-  batch.events =
-      begins_session_ ? PresentEvents(seen.items) : ChangeEvents(Compare(before_.items, seen.items));
-  std::vector<Event> measured = measures.Take(seen);
-  if (begins_session_) {
-    // A file that begins later must say how the numbers stand, also when they did not just move.
+// What is there at the start goes into the session that every file begins with.
+void Agent::NoticeFirst(std::vector<Event>& told) {
+  is_first_ = false;
+  watch_.Turn();
+  levels_told_ = watch_.levels();
+  for (const std::string& text : LevelTexts(levels_told_)) Log(text);
+  const auto present = PresentEvents(watch_.ledger().Items());
+  minute_.events += present.size();
+  pace_.Begin(present);
+  TakeNumbers(told);
+  TellDowntime(told);
+}
+
+void Agent::NoticeChanges(std::vector<Event>& told) {
+  const auto events = watch_.Turn();
+  minute_.events += events.size();
+  NoteUnweighed(events);
+  TellLevels(told);
+  Append(told, pace_.Take(events, parts_.clock.MonotonicMs()));
+  TakeNumbers(told);
+  EndMinute(told);
+}
+
+void Agent::TakeNumbers(std::vector<Event>& told) {
+  const std::int64_t now = parts_.clock.MonotonicMs();
+  if (now < next_numbers_ms_) return;
+  const bool is_first = next_numbers_ms_ == started_ms_;
+  next_numbers_ms_ = std::max(next_numbers_ms_ + options_.interval_seconds * 1000, now);
+  Snapshot seen = ObserveNumbers(parts_.host, now);
+  if (measures_.WantsMemoryUsers(seen)) {
+    seen.memory_users = ObserveLargestPrograms(parts_.host, parts_.own_pid);
+  }
+  auto measured = measures_.Take(seen);
+  // The session that begins says how the numbers stand.
+  if (is_first)
     std::erase_if(measured, [](const Event& event) { return event.kind == EventKind::kMeasured; });
-    Append(batch.events, measures.Present());
+  NoteUnweighed(measured);
+  Append(told, measured);
+}
+
+void Agent::TellOfAgent(const std::string& message, double count, std::vector<Event>& told) {
+  Event event = HappenedEvent(AgentItem(CleanText(message)));
+  event.change = count;
+  Log(event.item.description);
+  told.push_back(std::move(event));
+}
+
+void Agent::TellGaps(std::vector<Event>& told) {
+  const std::int64_t monotonic = parts_.clock.MonotonicMs();
+  const std::int64_t boot = parts_.boot_ms ? parts_.boot_ms() : monotonic;
+  for (const std::string& gap : gaps_.Notice({parts_.clock.NowUtc(), monotonic, boot})) {
+    TellOfAgent(gap, 1, told);
   }
-  Append(batch.events, std::move(measured));
-  const Moment now{parts_.clock.NowUtc(), seen.taken_ms};
-  batch.alerts = scorer_->Weigh(batch.events, now);
-  const std::size_t left_out = batch.alerts.size() > kMostAlerts ? batch.alerts.size() - kMostAlerts : 0;
-  batch.alerts.erase(batch.alerts.begin(), batch.alerts.begin() + static_cast<std::ptrdiff_t>(left_out));
-  const auto first_alert = Write(batch);
-  if (!first_alert) return false;
-  if (begins_session_) {
-    Log("Session began; " + std::to_string(seen.items.size()) + " items; " +
-        std::to_string(batch.alerts.size()) + " alerts");
+}
+
+void Agent::TellDowntime(std::vector<Event>& told) {
+  const auto status = parts_.files.ReadAll(status_path_);
+  const std::string text = status && status.value().size() <= kStatusLimit ? status.value() : "";
+  const bool stopped = text.find("\"running\": false") != std::string::npos;
+  const std::int64_t alive = std::max(AliveIn(text), First().LastSecond());
+  const std::int64_t gap = started_ - alive;
+  if (alive == 0 || gap < (stopped ? kDowntimeAfterStop : kDowntimeAfterKill)) return;
+  TellOfAgent("the Agent did not run for " + DurationText(gap) + " - nothing was seen in that time", 1, told);
+}
+
+// At once, and then once a minute as long as it goes on.
+void Agent::TellLosses(std::vector<Event>& told) {
+  const std::uint64_t lost = watch_.TakeLost();
+  lost_ += lost;
+  minute_.lost += lost;
+  const std::int64_t now = parts_.clock.MonotonicMs();
+  if ((lost_ == 0 && weighed_never_ == 0) || now < next_loss_ms_) return;
+  next_loss_ms_ = now + kMinuteMs;
+  if (lost_ > 0) {
+    TellOfAgent(std::to_string(lost_) + " events were lost - more happened than could be seen",
+                static_cast<double>(lost_), told);
+  }
+  if (weighed_never_ > 0) {
+    TellOfAgent(std::to_string(weighed_never_) + " events were seen but not weighed - there were too many",
+                static_cast<double>(weighed_never_), told);
+  }
+  lost_ = 0;
+  weighed_never_ = 0;
+}
+
+void Agent::TellLevels(std::vector<Event>& told) {
+  const auto& levels = watch_.levels();
+  if (levels == levels_told_) return;
+  std::vector<Event> came;
+  for (const WatchLevel& before : levels_told_) {
+    if (std::find(levels.begin(), levels.end(), before) == levels.end())
+      told.push_back(WentEvent(AgentItem(LevelText(before))));
+  }
+  for (const WatchLevel& now : levels) {
+    if (std::find(levels_told_.begin(), levels_told_.end(), now) != levels_told_.end()) continue;
+    came.push_back(CameEvent(AgentItem(LevelText(now))));
+    Log(LevelText(now));
+  }
+  Append(told, came);
+  levels_told_ = levels;
+  WriteStatus(true);
+}
+
+void Agent::EndMinute(std::vector<Event>& told) {
+  const std::int64_t now = parts_.clock.MonotonicMs();
+  if (const auto row = pace_.Minute(now)) told.push_back(*row);
+  if (now < minute_ends_ms_) return;
+  minute_ends_ms_ = now + kMinuteMs;
+  minute_.rows = First().TakeRows();
+  minute_.counted = pace_.counted() - std::exchange(counted_before_, pace_.counted());
+  last_minute_ = std::exchange(minute_, {});
+  WriteStatus(true);
+}
+
+void Agent::NoteUnweighed(const std::vector<Event>& events) {
+  if (unweighed_.size() + events.size() > kMostUnweighed) {
+    weighed_never_ += events.size();
+  } else {
+    Append(unweighed_, events);
+  }
+}
+
+std::vector<Event> Agent::Present() const {
+  std::vector<Event> present;
+  for (const WatchLevel& level : levels_told_) {
+    Append(present, PresentEvents({AgentItem(LevelText(level))}));
+  }
+  auto items = watch_.ledger().Items();
+  std::erase_if(items, [&](const Item& item) { return !pace_.IsTold(item); });
+  Append(present, PresentEvents(items));
+  Append(present, measures_.Present());
+  return present;
+}
+
+void Agent::Deliver(const std::vector<Event>& told, bool at_end) {
+  for (Recording& recording : recordings_) {
+    recording.Add(told);
+    if (!recording.WantsSession()) continue;
+    recording.Begin(Present());
+    if (&recording != &First()) continue;
+    // The alerts of what is still there belong into the new file too.
+    scorer_.BeginFile();
+    auto before = std::exchange(unweighed_, PresentEvents(watch_.ledger().Items()));
+    Append(unweighed_, measures_.Present());
+    std::erase_if(before, [](const Event& event) { return event.kind == EventKind::kPresent; });
+    NoteUnweighed(before);
+  }
+  if (First().MayWrite() || at_end) WriteFirst(at_end);
+  for (Recording& recording : recordings_) {
+    if (&recording != &First() && (recording.MayWrite() || at_end)) recording.Write();
+  }
+  const bool all_begun = std::all_of(recordings_.begin(), recordings_.end(),
+                                     [](const Recording& recording) { return recording.HasSession(); });
+  if (!all_begun || !parts_.on_first_look) return;
+  WriteStatus(true);
+  std::exchange(parts_.on_first_look, {})();
+}
+
+// Alerts are weighed when they can be written, so that each has the second under which decisions on it are
+// kept, and what a full disk refused is weighed again.
+void Agent::WriteFirst(bool at_end) {
+  const Moment now = Now();
+  auto alerts = scorer_.Weigh(unweighed_, now);
+  if (at_end) {
+    for (Alert& alert : scorer_.Rest(now)) alerts.push_back(std::move(alert));
+  }
+  const std::size_t left_out = alerts.size() > kMostAlerts ? alerts.size() - kMostAlerts : 0;
+  alerts.erase(alerts.begin(), alerts.begin() + static_cast<std::ptrdiff_t>(left_out));
+  for (const Alert& alert : alerts) {
+    for (const Item& member : alert.members) {
+      const auto released = pace_.Release(member);
+      for (Recording& recording : recordings_) recording.Add(released);
+    }
+  }
+  const auto second = First().Write(alerts);
+  if (!second && First().IsFailing()) return;
+  unweighed_.clear();
+  if (!second) return;
+  scorer_.Raised(alerts, *second, now);
+  minute_.alerts += alerts.size();
+  for (Recording& recording : recordings_) {
+    if (&recording != &First()) recording.AddAlerts(alerts);
   }
   if (left_out > 0)
     Log("Too many alerts at once; the lightest " + std::to_string(left_out) + " were left out");
-  scorer_->Raised(batch.alerts, *first_alert, now);
-  measures_ = std::move(measures);
-  before_ = std::move(seen);
-  begins_session_ = false;
-  if (const auto tell = std::exchange(parts_.on_first_look, {})) tell();
-  return true;
 }
 
-std::optional<std::int64_t> Agent::Write(const Batch& batch) {
-  if (batch.events.empty() && batch.alerts.empty() && !batch.begins_session) return 0;
-  Stamp stamp;
-  stamp.seconds = file_.NextSecond();
-  stamp.host = host_name_;
-  stamp.thread = std::to_string(parts_.own_pid);
-  const auto status = file_.Append(RenderBatch(options_.form, stamp, batch));
-  if (!status && !failing_) {
-    Complain("cannot write KorvessaMonitoring.kvl: " + status.error().text);
-    Log("Monitoring file cannot be written; " + CleanName(status.error().text));
-  }
-  failing_ = !status.ok();
-  if (!status) return {};
-  return stamp.seconds;
+void Agent::End() {
+  std::vector<Event> told;
+  if (const auto row = pace_.Rest()) told.push_back(*row);
+  Deliver(told, true);
+  Log("Agent stopped");
+  WriteStatus(false);
 }
 
-void Agent::BeginAnewIfNeeded() {
-  if (file_.WasReplaced()) {
-    file_.Forget();
-    begins_session_ = true;
-    scorer_->BeginFile();
-    Log("Monitoring file was removed or replaced; a new session begins");
+void Agent::Rest() {
+  std::int64_t most = watch_.IsTold() ? kToldTurnMs : kLookTurnMs;
+  if (options_.for_seconds) {
+    const std::int64_t left = started_ms_ + *options_.for_seconds * 1000 - parts_.clock.MonotonicMs();
+    most = std::clamp<std::int64_t>(left, 1, most);
   }
-  if (!file_.IsFull()) return;
-  const auto aside = file_.PutAside();
-  if (!aside) {
-    Log("Monitoring file is nearly full and cannot be put aside; " + CleanName(aside.error().text));
-    return;
+  if (parts_.wait) {
+    parts_.wait(most);
+  } else {
+    parts_.clock.Sleep(most);
   }
-  begins_session_ = true;
-  scorer_->BeginFile();  // the alerts of what is still there belong into the new file too
-  Log("Monitoring file was nearly full and is now " + CleanName(aside.value()));
 }
 
-void Agent::Rest(std::int64_t until_ms) {
-  while (!parts_.stop_requested()) {
-    const std::int64_t left = until_ms - parts_.clock.MonotonicMs();
-    if (left <= 0) return;
-    parts_.clock.Sleep(std::min(left, kSliceMs));
+void Agent::WriteStatus(bool running) {
+  Status status;
+  status.running = running;
+  status.process = running ? parts_.own_pid : 0;
+  status.started = started_;
+  status.alive = parts_.clock.NowUtc();
+  status.levels = levels_told_;
+  status.minute = last_minute_;
+  const auto written = parts_.files.WriteAll(status_path_, StatusJson(status));
+  if (!written && !status_failing_) {
+    Log(std::string(kStatusFile) + " cannot be written; " + CleanText(written.error().text));
   }
+  status_failing_ = !written.ok();
 }
 
 void Agent::Log(const std::string& message) {
-  const std::string line = std::to_string(parts_.clock.NowUtc()) + "," + host_name_ + "," +
-                           std::to_string(parts_.own_pid) + "," + message + "\r\n";
-  // A log that cannot be written stops nothing: the monitoring file is what counts.
-  const auto status = parts_.files.Append(log_path_, line);
-  if (!status && !failing_) Complain("cannot write KorvessaEventLog.kvl: " + status.error().text);
+  for (Recording& recording : recordings_) recording.Log(message);
 }
 
-void Agent::Complain(const std::string& message) {
-  parts_.errors << "zendrix-agent: " << message << std::endl;
+Moment Agent::Now() const {
+  return {parts_.clock.NowUtc(), parts_.clock.MonotonicMs()};
 }
 
 }  // namespace zendrix::agent

@@ -1,15 +1,24 @@
 // zendrix-agent: the command line, the signals, the folder's lock and the real host around the Agent.
+#include <sys/epoll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
+#include <ctime>
 #include <exception>
 #include <iostream>
+#include <memory>
 
 #include "agent/agent.h"
+#include "agent/host/text.h"
+#include "agent/level_text.h"
+#include "agent/sources/bpf_source.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_host_info.h"
 #include "platform/linux/local_service_manager.h"
+#include "platform/linux/posix.h"
 #include "platform/linux/process_lock.h"
 #include "platform/linux/service_outcomes.h"
 
@@ -23,6 +32,17 @@ using zendrix::platform::LockOutcome;
 using zendrix::platform::ServiceMethod;
 
 constexpr char kService[] = "ZENDRIX";
+
+using Sources = std::vector<std::unique_ptr<zendrix::agent::Source>>;
+
+// Best first.
+Sources MakeSources(const Options& options, zendrix::agent::HostView& host) {
+  Sources sources;
+  if (!options.plain) {
+    sources.push_back(zendrix::agent::MakeBpfSource(host, static_cast<std::uint64_t>(getpid())));
+  }
+  return sources;
+}
 
 // The only thing that a signal handler may safely touch.
 volatile std::sig_atomic_t stop_signal = 0;
@@ -50,6 +70,55 @@ int Complain(const std::string& message, int status) {
   return status;
 }
 
+// Rests until a source has something. What follows at once is waited for a little, so that a source that is
+// told of thousands of changes wakes the Agent no more than a hundred times a second.
+class Waiting {
+ public:
+  explicit Waiting(const Sources& sources) : epoll_(epoll_create1(EPOLL_CLOEXEC)) {
+    for (const auto& source : sources) {
+      if (source->Handle() < 0) continue;
+      epoll_event wanted = {};
+      wanted.events = EPOLLIN;
+      epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, source->Handle(), &wanted);
+    }
+  }
+
+  void Rest(std::int64_t milliseconds) {
+    constexpr std::int64_t kTogetherMs = 10;
+    epoll_event ready = {};
+    const int woken = epoll_wait(epoll_.get(), &ready, 1, static_cast<int>(milliseconds));
+    if (woken > 0) clock_.Sleep(std::min(kTogetherMs, milliseconds));
+  }
+
+ private:
+  zendrix::platform::FileDescriptor epoll_;
+  zendrix::platform::LinuxClock clock_;
+};
+
+std::int64_t BootMs() {
+  timespec now{};
+  clock_gettime(CLOCK_BOOTTIME, &now);
+  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
+}
+
+const std::string& FolderOfLock(const Options& options) {
+  return options.state.empty() ? options.folder : options.state;
+}
+
+// The folders of the two forms. One that somebody else laid there, or a link, is refused: what is written
+// into it would go where he wants.
+bool MakeFolders(const Options& options) {
+  if (options.state.empty()) return true;
+  for (const char* name : {"home", "admin"}) {
+    const std::string folder = zendrix::platform::JoinPath(options.state, name);
+    mkdir(folder.c_str(), S_IRWXU | S_IRGRP | S_IXGRP);
+    struct stat status {};
+    if (lstat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) || status.st_uid != geteuid())
+      return false;
+  }
+  return true;
+}
+
 int Record(const Options& options, zendrix::agent::HostView& host) {
   CatchStopSignals();
   zendrix::platform::LinuxFiles files;
@@ -57,19 +126,59 @@ int Record(const Options& options, zendrix::agent::HostView& host) {
   zendrix::platform::LinuxHostInfo facts;
   zendrix::platform::ProcessLock lock;
   // What a missing folder means is the Agent's own affair.
-  if (files.FolderExists(options.folder)) {
-    const std::string path = zendrix::platform::JoinPath(options.folder, zendrix::platform::kAgentLock);
+  if (files.FolderExists(FolderOfLock(options))) {
+    const std::string path =
+        zendrix::platform::JoinPath(FolderOfLock(options), zendrix::platform::kAgentLock);
     const LockOutcome outcome = lock.Acquire(path);
     if (outcome == LockOutcome::kTaken)
       return Complain("another Agent writes into this folder", zendrix::platform::kFolderTaken);
     if (outcome == LockOutcome::kUnusable) return Complain("cannot take the lock " + path, 1);
+    if (!MakeFolders(options)) return Complain("cannot have the folders home and admin", 1);
   }
+  const Sources sources = options.once ? Sources() : MakeSources(options, host);
+  Waiting waiting(sources);
   zendrix::agent::AgentParts parts{host, files, clock, std::cerr, {}, facts.ComputerName(), 0};
   // With its folder an Agent goes too: nobody would read it, and nobody could stop it.
   parts.stop_requested = [&lock] { return stop_signal != 0 || !lock.CanBeFound(); };
   parts.own_pid = static_cast<std::uint64_t>(getpid());
   parts.on_first_look = [&lock] { lock.SetReady(); };
+  for (const auto& source : sources) parts.sources.push_back(source.get());
+  parts.wait = [&waiting](std::int64_t milliseconds) { waiting.Rest(milliseconds); };
+  parts.boot_ms = BootMs;
   return zendrix::agent::Agent(std::move(parts), options).Run();
+}
+
+// What the running Agent of the folder wrote there last; empty when none runs. The folder may be anybody's,
+// and what comes out goes to a terminal.
+std::string StatusOfRunning(const Options& options) {
+  constexpr std::size_t kLimit = 65536;
+  const auto beside = [&](const char* name) {
+    return zendrix::platform::JoinPath(FolderOfLock(options), name);
+  };
+  if (!zendrix::platform::HolderOf(beside(zendrix::platform::kAgentLock))) return "";
+  const auto text =
+      zendrix::agent::MakeLinuxHostView()->ReadText(beside(zendrix::agent::kStatusFile), kLimit);
+  if (!text) return "";
+  const bool plain = std::all_of(text->begin(), text->end(),
+                                 [](char byte) { return byte == '\n' || (byte >= ' ' && byte <= '~'); });
+  return plain ? *text : "";
+}
+
+int PrintStatus(const Options& options, zendrix::agent::HostView& host) {
+  const std::string running = StatusOfRunning(options);
+  if (!running.empty()) {
+    std::cout << running;
+    return 0;
+  }
+  zendrix::platform::LinuxClock clock;
+  const Sources sources = MakeSources(options, host);
+  std::vector<zendrix::agent::Source*> given;
+  for (const auto& source : sources) given.push_back(source.get());
+  zendrix::agent::Status status;
+  status.levels =
+      zendrix::agent::Watch(host, clock, 0, options.interval_seconds * 1000, std::move(given)).levels();
+  std::cout << zendrix::agent::StatusJson(status);
+  return 0;
 }
 
 int Start(LocalServiceManager& services, const Options& options) {
@@ -83,7 +192,7 @@ int Start(LocalServiceManager& services, const Options& options) {
   }
   std::cout << "This computer is watched by the Agent beside the console, process "
             << services.Process().value_or(0) << ", not by a service of the system; it writes into "
-            << options.folder << "\n";
+            << options.folder << ". " << zendrix::agent::SummaryIn(StatusOfRunning(options)) << "\n";
   return 0;
 }
 
@@ -98,11 +207,13 @@ int Stop(LocalServiceManager& services, const Options& options) {
 int Do(Options options) {
   const auto host = zendrix::agent::MakeLinuxHostView();
   const std::string program = ThisProgram(*host);
-  if (options.folder.empty()) options.folder = program.substr(0, program.rfind('/'));
+  if (options.folder.empty() && options.state.empty()) options.folder = program.substr(0, program.rfind('/'));
   if (options.task == Task::kRecord) return Record(options, *host);
+  if (options.task == Task::kStatus) return PrintStatus(options, *host);
   const std::string form = options.form == Form::kHome ? "home" : "admin";
-  const std::vector<std::string> arguments = {"--form", form, "--interval",
-                                              std::to_string(options.interval_seconds)};
+  std::vector<std::string> arguments = {"--form", form, "--interval",
+                                        std::to_string(options.interval_seconds)};
+  if (options.plain) arguments.push_back("--plain");
   LocalServiceManager services({kService, program, options.folder, arguments});
   return options.task == Task::kStart ? Start(services, options) : Stop(services, options);
 }

@@ -13,8 +13,9 @@ namespace zendrix::agent {
 // What the program is asked to do.
 enum class Task {
   kRecord,
-  kStart,  // have an Agent started that goes on by itself
-  kStop,   // have the folder's Agent stopped
+  kStart,   // have an Agent started that goes on by itself
+  kStop,    // have the folder's Agent stopped
+  kStatus,  // say how the folder's Agent watches, or would watch
 };
 
 struct Options {
@@ -24,7 +25,9 @@ struct Options {
   std::int64_t interval_seconds = 5;
   std::optional<std::int64_t> for_seconds;  // no value: until it is told to stop
   std::string folder;                       // empty: the folder of the executable
+  std::string state;  // both forms at once, in folders of their own in this one; in place of folder and form
   Form form = Form::kHome;
+  bool plain = false;  // nothing that takes a right or reaches into the kernel
 };
 
 struct ParsedOptions {

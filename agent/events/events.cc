@@ -8,8 +8,8 @@ Event ItemEvent(EventKind kind, const Item& item) {
   event.kind = kind;
   event.item = item;
   // As a count of one thing: nothing changed about what was there all along.
-  event.original = kind == EventKind::kAdded ? 0 : 1;
-  event.change = kind == EventKind::kAdded ? 1 : kind == EventKind::kRemoved ? -1 : 0;
+  event.original = kind == EventKind::kPresent || kind == EventKind::kRemoved ? 1 : 0;
+  event.change = kind == EventKind::kPresent ? 0 : kind == EventKind::kRemoved ? -1 : 1;
   return event;
 }
 
@@ -30,6 +30,20 @@ void AddRuleForNews(Item& item) {
 
 }  // namespace
 
+Event CameEvent(const Item& item) {
+  Event event = ItemEvent(EventKind::kAdded, item);
+  AddRuleForNews(event.item);
+  return event;
+}
+
+Event WentEvent(const Item& item) {
+  return ItemEvent(EventKind::kRemoved, item);
+}
+
+Event HappenedEvent(const Item& item) {
+  return ItemEvent(EventKind::kHappened, item);
+}
+
 std::vector<Event> PresentEvents(const std::vector<Item>& items) {
   std::vector<Event> events;
   for (const Item& item : Compare({}, items).added) events.push_back(ItemEvent(EventKind::kPresent, item));
@@ -40,11 +54,8 @@ std::vector<Event> ChangeEvents(const Difference& difference) {
   std::vector<Event> events;
   // What went comes first: the console looks backward for an alert's events and must find the coming of a
   // thing that went and came again, not its going.
-  for (const Item& item : difference.removed) events.push_back(ItemEvent(EventKind::kRemoved, item));
-  for (const Item& item : difference.added) {
-    events.push_back(ItemEvent(EventKind::kAdded, item));
-    AddRuleForNews(events.back().item);
-  }
+  for (const Item& item : difference.removed) events.push_back(WentEvent(item));
+  for (const Item& item : difference.added) events.push_back(CameEvent(item));
   return events;
 }
 

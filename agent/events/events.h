@@ -26,10 +26,15 @@ struct Event {
   std::string reading_before;
 };
 
+// Something came; it also bears the rule of its monitor for news.
+Event CameEvent(const Item& item);
+Event WentEvent(const Item& item);
+Event HappenedEvent(const Item& item);
+
 // The events of a session's first look.
 std::vector<Event> PresentEvents(const std::vector<Item>& items);
 
-// What went, then what came. An item that came also bears the rule of its monitor for news.
+// What went, then what came.
 std::vector<Event> ChangeEvents(const Difference& difference);
 
 }  // namespace zendrix::agent

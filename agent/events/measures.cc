@@ -61,10 +61,14 @@ std::vector<Event> Measures::Present() const {
   return events;
 }
 
+bool Measures::WantsMemoryUsers(const Snapshot& seen) const {
+  return seen.memory_percent &&
+         (!memory_ || std::abs(*seen.memory_percent - ValueOf(memory_)) >= kMemoryStep);
+}
+
 void Measures::TakeMemory(const Snapshot& seen, std::vector<Event>& events) {
-  if (!seen.memory_percent) return;
+  if (!WantsMemoryUsers(seen)) return;
   const double percent = *seen.memory_percent;
-  if (memory_ && std::abs(percent - ValueOf(memory_)) < kMemoryStep) return;
   Event event = MeasuredEvent(monitor::kMemory, percent, memory_);
   for (const std::string& program : seen.memory_users) event.item.description += ":" + program;
   event.reading = Decimal(percent, 2) + " percent";

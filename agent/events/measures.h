@@ -16,6 +16,8 @@ class Measures {
   // Memory is reported when it moved by 5 points, the rate when it moved by 64 KB per second and at least
   // doubled or halved, failed logins whenever there are new ones.
   std::vector<Event> Take(const Snapshot& seen);
+  // Whether Take would report memory now, and so wants the names of the largest programs.
+  bool WantsMemoryUsers(const Snapshot& seen) const;
   // The numbers as last reported, for the baseline of a new file.
   std::vector<Event> Present() const;
 

@@ -21,25 +21,50 @@ void Append(std::vector<Item>& items, std::vector<Item> more) {
 }  // namespace
 
 Snapshot ObserveHost(HostView& host, std::int64_t now_ms, std::uint64_t own_pid) {
+  Snapshot seen = ObserveNumbers(host, now_ms);
+  seen.items = ObserveItems(host, own_pid, ItemMonitors());
+  seen.memory_users = ObserveLargestPrograms(host, own_pid);
+  return seen;
+}
+
+std::vector<Item> ObserveItems(HostView& host, std::uint64_t own_pid,
+                               std::span<const std::string_view> monitors) {
+  const auto wanted = [&](std::string_view name) {
+    return std::find(monitors.begin(), monitors.end(), name) != monitors.end();
+  };
+  std::vector<Item> items;
+  std::vector<Account> accounts;
+  if (wanted(monitor::kAccounts) || wanted(monitor::kAutorun)) accounts = ReadAccounts(host);
+  if (wanted(monitor::kAccounts)) Append(items, ObserveAccounts(accounts));
+  if (wanted(monitor::kLogins)) Append(items, ObserveLogins(host));
+  if (wanted(monitor::kAutorun)) Append(items, ObserveAutorun(host, accounts));
+  if (wanted(monitor::kFolders)) Append(items, ObserveFolders(host));
+  const bool sockets = wanted(monitor::kPorts) || wanted(monitor::kConnections);
+  if (!sockets && !wanted(monitor::kProcesses)) return items;
+  const auto processes = ReadProcesses(host, own_pid);
+  if (wanted(monitor::kProcesses)) Append(items, ObserveProcesses(processes));
+  if (!sockets) return items;
+  auto found = ObserveSockets(host, processes);
+  std::erase_if(found, [&](const Item& item) { return !wanted(item.monitor); });
+  Append(items, std::move(found));
+  return items;
+}
+
+Snapshot ObserveNumbers(HostView& host, std::int64_t now_ms) {
   Snapshot seen;
   seen.taken_ms = now_ms;
-  const auto accounts = ReadAccounts(host);
-  const auto processes = ReadProcesses(host, own_pid);
-  Append(seen.items, ObserveAccounts(accounts));
-  Append(seen.items, ObserveLogins(host));
-  Append(seen.items, ObserveAutorun(host, accounts));
-  Append(seen.items, ObserveFolders(host));
-  Append(seen.items, ObserveProcesses(processes));
-  Append(seen.items, ObserveSockets(host, processes));
   if (const auto text = host.ReadText("/proc/meminfo", kTableLimit)) {
     seen.memory_percent = ParseMemoryPercent(*text);
   }
-  seen.memory_users = LargestPrograms(host, processes);
   if (const auto text = host.ReadText("/proc/net/dev", kTableLimit)) {
     seen.traffic_bytes = ParseTrafficBytes(*text);
   }
   seen.failed_logins = CountFailedLogins(host);
   return seen;
+}
+
+std::vector<std::string> ObserveLargestPrograms(HostView& host, std::uint64_t own_pid) {
+  return LargestPrograms(host, ReadProcesses(host, own_pid));
 }
 
 }  // namespace zendrix::agent

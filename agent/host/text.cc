@@ -54,8 +54,10 @@ char32_t TakePoint(std::string_view& text) {
 }
 
 bool MeansSomething(char byte) {
-  return std::string_view("|,;=:*'\"\\").find(byte) != std::string_view::npos;
+  return std::string_view("|,;=:*\"\\").find(byte) != std::string_view::npos;
 }
+
+constexpr char kApostrophe = '\x92';
 
 }  // namespace
 
@@ -63,7 +65,7 @@ std::string CleanName(std::string_view raw, std::size_t limit) {
   std::string name;
   while (!raw.empty()) {
     const char byte = ToByte(TakePoint(raw));
-    name += MeansSomething(byte) ? kStandIn : byte;
+    name += MeansSomething(byte) ? kStandIn : byte == '\'' ? kApostrophe : byte;
   }
   if (name.empty()) return std::string(1, kStandIn);
   if (name.size() > limit) {
@@ -76,6 +78,20 @@ std::string CleanName(std::string_view raw, std::size_t limit) {
   // An account with this name would otherwise end a session in the console's replay.
   if (name == "Begin Session Refresh.") name.insert(name.begin(), kStandIn);
   return name;
+}
+
+std::string CleanText(std::string_view raw, std::size_t limit) {
+  std::string text;
+  for (const char byte : raw) {
+    if (std::string_view("|,;=:*").find(byte) == std::string_view::npos) {
+      text += byte;
+    } else {
+      while (text.ends_with(' ') || text.ends_with('-')) text.pop_back();
+      text += " -";
+    }
+  }
+  while (text.ends_with(' ') || text.ends_with('-')) text.pop_back();
+  return CleanName(text, limit);
 }
 
 bool ReadNumber(std::string_view text, std::uint64_t& value) {

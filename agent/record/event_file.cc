@@ -8,8 +8,6 @@
 namespace zendrix::agent {
 namespace {
 
-constexpr std::int64_t kRestMs = 50;
-constexpr std::int64_t kLongestRestMs = 2000;
 // A file whose last line is further ahead than this was written by a clock that went wrong, and going on
 // from there would give every later event a wrong time.
 constexpr std::int64_t kMostAhead = 24 * 60 * 60;
@@ -18,12 +16,15 @@ Form FormOf(std::string_view bytes) {
   return bytes.substr(0, bytes.find('\n')).find('|') == std::string_view::npos ? Form::kAdmin : Form::kHome;
 }
 
-// Rows that the console makes of the lines. A name never holds a "*" (CleanName), so each one parts two rows.
+// Numbers that the console uses up for the lines. A name never holds a "*" (CleanName), so each one parts two
+// rows, and a line of several rows uses up one number more.
 std::size_t RowsOf(std::string_view bytes, Form form) {
-  const auto count = [&](char c) {
-    return static_cast<std::size_t>(std::count(bytes.begin(), bytes.end(), c));
-  };
-  return count('\n') + (form == Form::kHome ? count('*') : 0);
+  std::size_t rows = 0;
+  for (const std::string_view line : SplitLines(bytes)) {
+    const auto parts = form == Form::kHome ? std::count(line.begin(), line.end(), '*') : 0;
+    rows += 1 + static_cast<std::size_t>(parts) + (parts > 0 ? 1 : 0);
+  }
+  return rows;
 }
 
 // The second of the last line that has one.
@@ -63,22 +64,13 @@ void EventFile::TakeUp(std::string_view bytes) {
   rows_ = RowsOf(bytes, form_);
   line_open_ = !bytes.empty() && bytes.back() != '\n';
   last_second_ = LastSecond(bytes);
+  identity_ = IdentityNow();
 }
 
 std::int64_t EventFile::NextSecond() {
   if (last_second_ > clock_.NowUtc() + kMostAhead) last_second_ = 0;
-  const std::int64_t give_up = clock_.MonotonicMs() + kLongestRestMs;
-  while (clock_.NowUtc() <= last_second_ && clock_.NowUtc() + kLongestRestMs / 1000 > last_second_ &&
-         clock_.MonotonicMs() < give_up) {
-    clock_.Sleep(kRestMs);
-  }
-  return std::max(clock_.NowUtc(), last_second_ + 1);
-}
-
-std::int64_t EventFile::AheadMs() const {
-  constexpr std::int64_t kMostSeconds = 60;
-  const std::int64_t ahead = last_second_ - clock_.NowUtc();
-  return ahead > 0 && ahead <= kMostSeconds ? (ahead + 1) * 1000 : 0;
+  first_second_ = std::max(clock_.NowUtc(), last_second_ + 1);
+  return first_second_;
 }
 
 platform::Status EventFile::Append(const BatchText& batch) {
@@ -90,10 +82,16 @@ platform::Status EventFile::Append(const BatchText& batch) {
     NoteWhatIsThere();
     return status;
   }
+  if (size_ == 0) identity_ = IdentityNow();
   line_open_ = false;
   last_second_ = batch.last_second;
   size_ += static_cast<std::int64_t>(bytes.size());
   rows_ += batch.rows;
+  const std::int64_t now = clock_.NowUtc();
+  const bool clock_was_put_back = first_second_ > now + kMostLead;
+  const std::int64_t seconds =
+      clock_was_put_back ? last_second_ - first_second_ + 1 : last_second_ + 1 - kMostLead - now;
+  wait_until_ms_ = clock_.MonotonicMs() + std::max<std::int64_t>(seconds, 0) * 1000;
   return status;
 }
 
@@ -108,7 +106,14 @@ void EventFile::NoteWhatIsThere() {
 bool EventFile::WasReplaced() const {
   if (size_ == 0) return false;
   const auto size = files_.Size(path_);
-  return !size || size.value() < size_;
+  if (!size || size.value() < size_) return true;
+  const auto identity = IdentityNow();
+  return identity && identity_ && *identity != *identity_;
+}
+
+std::optional<platform::FileIdentity> EventFile::IdentityNow() const {
+  const auto stream = files_.Open(path_);
+  return stream ? stream.value()->Identity() : std::nullopt;
 }
 
 platform::Result<std::string> EventFile::PutAside() {
@@ -126,6 +131,7 @@ void EventFile::Forget() {
   size_ = 0;
   rows_ = 0;
   line_open_ = false;
+  identity_.reset();
 }
 
 }  // namespace zendrix::agent

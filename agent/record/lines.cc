@@ -104,7 +104,7 @@ class HomeText {
     }
     Line(head.item.monitor, NumberText(head.original), NumberText(head.change), descriptions, kObserved,
          EventCode(head.item.monitor, head.item.rules));
-    out_.rows += next - first - 1;
+    if (next - first > 1) out_.rows += next - first;  // one number more than rows
     return next;
   }
 
@@ -145,8 +145,9 @@ class AdminText {
     if (batch.begins_session) {
       Line(monitor::kSystem, 'B', kSessionMarker);
       WriteBaseline(batch.events);
-    } else {
-      for (const Event& event : batch.events) WriteEvent(event);
+    }
+    for (const Event& event : batch.events) {
+      if (!batch.begins_session || !BelongsToBaseline(event)) WriteEvent(event);
     }
     for (const Alert& alert : batch.alerts) {
       if (!alert.IsQuiet()) Line(monitor::kAnalysis, 'N', Sentence(alert));
@@ -161,14 +162,19 @@ class AdminText {
     ++out_.rows;
   }
 
+  static bool BelongsToBaseline(const Event& event) {
+    return event.kind == EventKind::kPresent || event.kind == EventKind::kMeasured;
+  }
+
   void WriteBaseline(const std::vector<Event>& events) {
-    std::vector<std::string_view> names = ItemMonitors();
+    std::vector<std::string_view> names = {monitor::kAgent};
+    names.insert(names.end(), ItemMonitors().begin(), ItemMonitors().end());
     names.push_back(monitor::kMemory);
     names.push_back(monitor::kTraffic);
     for (const std::string_view name : names) {
       Line(name, 'B', "** Start baseline **");
       for (const Event& event : events) {
-        if (event.item.monitor == name) WriteEvent(event);
+        if (event.item.monitor == name && BelongsToBaseline(event)) WriteEvent(event);
       }
       Line(name, 'B', "** End baseline **");
     }

@@ -40,7 +40,7 @@ struct Stamp {
 struct BatchText {
   std::string bytes;
   std::int64_t last_second = 0;  // of the last line
-  std::size_t rows = 0;          // rows that the console makes of it
+  std::size_t rows = 0;          // numbers of rows that the console uses up for it
 };
 
 BatchText RenderBatch(Form form, const Stamp& stamp, const Batch& batch);

@@ -48,7 +48,7 @@ struct MonitorFacts {
   int hundred;
 };
 
-constexpr std::array<MonitorFacts, 12> kMonitors = {{
+constexpr std::array<MonitorFacts, 13> kMonitors = {{
     {monitor::kProcesses, "RP", 100},
     {monitor::kPorts, "LP", 200},
     {monitor::kConnections, "TC", 300},
@@ -59,6 +59,7 @@ constexpr std::array<MonitorFacts, 12> kMonitors = {{
     {monitor::kTraffic, "NT", 750},
     {monitor::kFolders, "WF", 800},
     {monitor::kSystem, "SY", 900},
+    {monitor::kAgent, "MA", 950},
     {monitor::kAggregation, "AG", 0},
     {monitor::kCommunity, "CO", 0},
 }};

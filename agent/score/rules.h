@@ -17,6 +17,8 @@ namespace zendrix::agent {
 // Monitor names as the console knows them.
 namespace monitor {
 inline constexpr std::string_view kSystem = "System";
+// What the Agent says about its own watching; both consoles know it by this name and picture.
+inline constexpr std::string_view kAgent = "Monitoring Agent";
 inline constexpr std::string_view kProcesses = "Running Processes";
 inline constexpr std::string_view kPorts = "Listening Ports";
 inline constexpr std::string_view kConnections = "TCP Connections";

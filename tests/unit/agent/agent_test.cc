@@ -12,6 +12,7 @@ namespace {
 
 constexpr const char* kEvents = "/z/KorvessaMonitoring.kvl";
 constexpr const char* kLog = "/z/KorvessaEventLog.kvl";
+constexpr const char* kStatus = "/z/zendrix-agent.status";
 
 class AgentTest : public testing::Test {
  protected:
@@ -59,6 +60,15 @@ TEST_F(AgentTest, OneLookWritesASession) {
   EXPECT_EQ(Run(), 0);
   EXPECT_EQ(files.Get(kEvents),
             "1700000000,vm,42,System|0|0|Begin Session Refresh.|observed|SY,900,1|0\r\n"
+            "1700000000,vm,42,Monitoring Agent|1|0|System Users - a look every 5 s * "
+            "Logged-On Users - a look every 5 s * Autorun Registry - a look every 5 s * "
+            "Windows Folder - a look every 5 s * "
+            "Running Processes - a look every 5 s - programs of other users cannot be told * "
+            "Listening Ports - a look every 5 s - programs of other users cannot be told * "
+            "TCP Connections - a look every 5 s - programs of other users cannot be told * "
+            "Memory Utilization - a look every 5 s * Network Transmission Rate - a look every 5 s * "
+            "System (failed logins) - not watched - the record of failed logins cannot be seen"
+            "|observed|MA,950,1|0\r\n"
             "1700000000,vm,42,System Users|1|0|root|observed|SU,500,1|0\r\n"
             "1700000000,vm,42,Running Processes|1|0|/usr/sbin/sshd:10|observed|RP,100,1|0\r\n"
             "1700000000,vm,42,Memory Utilization|10|0|10.00:sshd|observed|MU,700,1|0\r\n");
@@ -74,21 +84,25 @@ TEST_F(AgentTest, FirstLookIsToldOnceAndNotBeforeItIsWritten) {
   files.FailNext(platform::FileOp::kAppend, kEvents, platform::ErrorKind::kNoSpace);
   EXPECT_EQ(Agent(parts, options).Run(), 0);
   ASSERT_EQ(at.size(), 1u);
-  EXPECT_TRUE(at[0].starts_with("1700000005,vm,42,System|0|0|Begin Session Refresh.")) << at[0];
+  EXPECT_TRUE(at[0].starts_with("1700000001,vm,42,System|0|0|Begin Session Refresh.")) << at[0];
 }
 
 TEST_F(AgentTest, LogHasNumericSecondsHostThreadAndAMessageWithoutCommas) {
   options.once = true;
   Run();
-  EXPECT_THAT(Lines(kLog), testing::ElementsAre("1700000000,vm,42,Agent started; form home; it only observes",
-                                                "1700000000,vm,42,Session began; 2 items; 0 alerts",
-                                                "1700000000,vm,42,Agent stopped"));
+  EXPECT_THAT(Lines(kLog),
+              testing::ElementsAre("1700000000,vm,42,Agent started; form home; it only observes",
+                                   testing::HasSubstr("and Windows Folder and Memory Utilization and"),
+                                   testing::HasSubstr("programs of other users cannot be told"),
+                                   testing::HasSubstr("System (failed logins) - not watched"),
+                                   "1700000000,vm,42,Session began; 2 items; 0 alerts",
+                                   "1700000000,vm,42,Agent stopped"));
 }
 
-TEST_F(AgentTest, OnlyTheTwoFilesAreWritten) {
+TEST_F(AgentTest, OnlyTheTwoFilesAndTheStatusAreWritten) {
   options.once = true;
   Run();
-  EXPECT_THAT(files.Paths(), testing::ElementsAre(kLog, kEvents, "/z/zendrix.ini"));
+  EXPECT_THAT(files.Paths(), testing::ElementsAre(kLog, kEvents, kStatus, "/z/zendrix.ini"));
 }
 
 TEST_F(AgentTest, NewProgramInATemporaryFolderBecomesAnEventAndAnAlert) {
@@ -111,7 +125,7 @@ TEST_F(AgentTest, NewProgramInATemporaryFolderBecomesAnEventAndAnAlert) {
 TEST_F(AgentTest, QuietHostWritesNothingAfterTheSession) {
   options.for_seconds = 60;
   Run();
-  EXPECT_EQ(Lines(kEvents).size(), 4U);
+  EXPECT_EQ(Lines(kEvents).size(), 5U);
   EXPECT_EQ(clock.MonotonicMs(), 60000);
 }
 
@@ -167,19 +181,19 @@ TEST_F(AgentTest, FileOfTheOtherFormIsLeftAlone) {
             "zendrix-agent: cannot take up KorvessaMonitoring.kvl: it holds lines of the other form\n");
 }
 
-TEST_F(AgentTest, BatchThatCouldNotBeWrittenIsToldAgainAtTheNextLook) {
+TEST_F(AgentTest, BatchThatCouldNotBeWrittenIsToldAgainASecondLater) {
   options.for_seconds = 12;
   files.FailNext(platform::FileOp::kAppend, kEvents, platform::ErrorKind::kNoSpace, 2);
   EXPECT_EQ(Run(), 0);
   EXPECT_EQ(Lines(kEvents, "Begin Session Refresh.").size(), 1U);
-  EXPECT_TRUE(files.Get(kEvents).starts_with("1700000010,"));
+  EXPECT_TRUE(files.Get(kEvents).starts_with("1700000002,"));
   const std::string told = errors.str();
   EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
 }
 
 TEST_F(AgentTest, RunWhoseLastBatchIsLostEndsWithOne) {
   options.once = true;
-  files.FailNext(platform::FileOp::kAppend, kEvents, platform::ErrorKind::kNoSpace);
+  files.FailNext(platform::FileOp::kAppend, kEvents, platform::ErrorKind::kNoSpace, 2);
   EXPECT_EQ(Run(), 1);
 }
 
@@ -188,8 +202,8 @@ TEST_F(AgentTest, FileThatTheConsoleDeletedBeginsWithANewSession) {
   Run([&](std::int64_t seconds) {
     if (seconds == 2) files.Vanish(kEvents);
   });
-  EXPECT_TRUE(files.Get(kEvents).starts_with("1700000005,vm,42,System|0|0|Begin Session Refresh."));
-  EXPECT_EQ(Lines(kEvents).size(), 4U);
+  EXPECT_TRUE(files.Get(kEvents).starts_with("1700000002,vm,42,System|0|0|Begin Session Refresh."));
+  EXPECT_EQ(Lines(kEvents).size(), 5U);
 }
 
 TEST_F(AgentTest, FullFileIsPutAsideAndTheNewOneBeginsWithASession) {
@@ -198,7 +212,8 @@ TEST_F(AgentTest, FullFileIsPutAsideAndTheNewOneBeginsWithASession) {
   for (std::size_t i = 1; i < EventFile::kMostRows; ++i) line += " * p";
   files.Put(kEvents, line + "|r|c|0\r\n");
   EXPECT_EQ(Run(), 0);
-  EXPECT_EQ(Lines(kEvents).size(), 4U);
+  EXPECT_EQ(Lines(kEvents).size(), 6U);
+  EXPECT_EQ(Lines(kEvents, "the Agent did not run for 27777 h 46 min").size(), 1U);
   EXPECT_TRUE(files.Has("/z/KorvessaMonitoring-1700000000.kvl"));
   EXPECT_EQ(Lines(kLog, "nearly full").size(), 1U);
 }

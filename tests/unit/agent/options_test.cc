@@ -31,6 +31,15 @@ TEST(ParseOptions, StartAndStopAreTasksOfTheirOwn) {
   EXPECT_EQ(ParseOptions({"--stop"}).error, "");
 }
 
+TEST(ParseOptions, StateStandsInPlaceOfTheFolder) {
+  const auto parsed = ParseOptions({"--state", "/s", "--status", "--plain"});
+  EXPECT_EQ(parsed.error, "");
+  EXPECT_EQ(parsed.options.state, "/s");
+  EXPECT_EQ(parsed.options.task, Task::kStatus);
+  EXPECT_TRUE(parsed.options.plain);
+  EXPECT_FALSE(ParseOptions({}).options.plain);
+}
+
 TEST(ParseOptions, ValueMayStandBehindAnEqualsSign) {
   const auto parsed = ParseOptions({"--interval=3", "--folder=/a=b", "--once"});
   EXPECT_EQ(parsed.error, "");
@@ -50,9 +59,13 @@ TEST(ParseOptions, WrongUsageIsNamedInOneLine) {
       {{"--folder", ""}, "--folder needs a folder"},
       {{"--folder"}, "--folder needs a value"},
       {{"--form", "Home"}, "--form needs home or admin"},
-      {{"--once", "--for", "6"}, "--once, --for, --start and --stop exclude each other"},
-      {{"--start", "--stop"}, "--once, --for, --start and --stop exclude each other"},
-      {{"--stop", "--once"}, "--once, --for, --start and --stop exclude each other"},
+      {{"--once", "--for", "6"}, "--once, --for, --start, --stop and --status exclude each other"},
+      {{"--start", "--stop"}, "--once, --for, --start, --stop and --status exclude each other"},
+      {{"--stop", "--once"}, "--once, --for, --start, --stop and --status exclude each other"},
+      {{"--status", "--once"}, "--once, --for, --start, --stop and --status exclude each other"},
+      {{"--state", ""}, "--state needs a folder"},
+      {{"--state", "/s", "--folder", "/x"}, "--state goes with neither --folder nor --start nor --stop"},
+      {{"--stop", "--state", "/s"}, "--state goes with neither --folder nor --start nor --stop"},
       {{"--once=1"}, "unknown argument --once_1"},
       {{"folder"}, "unknown argument folder"},
       {{"-h\n"}, "unknown argument -h_"},

@@ -8,7 +8,19 @@ TEST(CleanName, KeepsAnOrdinaryPath) {
 }
 
 TEST(CleanName, ReplacesEachSeparatorOfALine) {
-  EXPECT_EQ(CleanName("a|b,c;d=e:f'g\"h\\i"), "a_b_c_d_e_f_g_h_i");
+  EXPECT_EQ(CleanName("a|b,c;d=e:f\"h\\i"), "a_b_c_d_e_f_h_i");
+}
+
+// The console looks for rows by filters in apostrophes, and one inside of a name would end the filter there.
+TEST(CleanName, ApostropheBecomesTheTypographicOne) {
+  EXPECT_EQ(CleanName("it's"), "it\x92s");
+}
+
+TEST(CleanText, SeparatorsOfALineBecomeDashes) {
+  EXPECT_EQ(CleanText("no BPF: Operation not permitted; x=1, |y*"),
+            "no BPF - Operation not permitted - x -1 -y");
+  EXPECT_EQ(CleanText("it's a\nline:"), "it\x92s a_line");
+  EXPECT_EQ(CleanText(""), "_");
 }
 
 TEST(CleanName, ReplacesTheAsteriskThatWouldSplitADescription) {

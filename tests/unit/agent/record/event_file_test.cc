@@ -40,29 +40,46 @@ TEST_F(EventFileTest, BatchIsAppendedInOneWrite) {
   EXPECT_EQ(writes, 1);
 }
 
-TEST_F(EventFileTest, BatchWaitsForTheSecondAfterTheLastOne) {
+TEST_F(EventFileTest, BatchNeverBeginsInTheSecondThatTheLastOneEndedIn) {
   auto file = Opened();
-  ASSERT_TRUE(file.Append(Text(kNow)).ok());
+  ASSERT_TRUE(file.Append(Text(file.NextSecond())).ok());
   EXPECT_EQ(file.NextSecond(), kNow + 1);
-  EXPECT_EQ(clock.NowUtc(), kNow + 1) << "it waited";
+  EXPECT_EQ(clock.SleptMs(), 0) << "the loop has other things to do";
 }
 
-TEST_F(EventFileTest, BatchThatRanAheadIsFollowedByTheNextSecond) {
+TEST_F(EventFileTest, BatchesOfOneSecondRunAheadALittleAndThenWaitForTheClock) {
   auto file = Opened();
+  for (std::int64_t i = 0; i <= EventFile::kMostLead; ++i) {
+    EXPECT_TRUE(file.MayWrite()) << i;
+    ASSERT_TRUE(file.Append(Text(file.NextSecond())).ok());
+  }
+  EXPECT_FALSE(file.MayWrite());
+  clock.Advance(1000);
+  EXPECT_TRUE(file.MayWrite());
+  EXPECT_EQ(file.NextSecond(), kNow + 3);
+}
+
+TEST_F(EventFileTest, BatchOfManySecondsIsWaitedForUntilTheClockHasPassedIt) {
+  auto file = Opened();
+  EXPECT_EQ(file.NextSecond(), kNow);
   ASSERT_TRUE(file.Append(Text(kNow + 20)).ok());
+  clock.Advance(18000);
+  EXPECT_FALSE(file.MayWrite());
+  clock.Advance(1000);
+  EXPECT_TRUE(file.MayWrite());
   EXPECT_EQ(file.NextSecond(), kNow + 21);
-  EXPECT_EQ(clock.SleptMs(), 0) << "too far ahead to wait for";
 }
 
-TEST_F(EventFileTest, TellsHowFarABatchRanAhead) {
+TEST_F(EventFileTest, ClockThatWasPutBackIsNotWaitedFor) {
   auto file = Opened();
-  EXPECT_EQ(file.AheadMs(), 0);
-  ASSERT_TRUE(file.Append(Text(kNow)).ok());
-  EXPECT_EQ(file.AheadMs(), 0);
-  ASSERT_TRUE(file.Append(Text(kNow + 4)).ok());
-  EXPECT_EQ(file.AheadMs(), 5000);
+  ASSERT_TRUE(file.Append(Text(file.NextSecond())).ok());
   clock.SetUtc(kNow - 3600);
-  EXPECT_EQ(file.AheadMs(), 0) << "a clock that was put back is not waited for";
+  ASSERT_TRUE(file.MayWrite());
+  ASSERT_TRUE(file.Append(Text(file.NextSecond())).ok());
+  EXPECT_FALSE(file.MayWrite()) << "one batch a second, or times would run away";
+  clock.Advance(1000);
+  EXPECT_TRUE(file.MayWrite());
+  EXPECT_EQ(file.NextSecond(), kNow + 2);
 }
 
 TEST_F(EventFileTest, ClockThatWasPutBackDoesNotHideEvents) {
@@ -142,6 +159,35 @@ TEST_F(EventFileTest, FileThatIsGoneOrShorterWasReplaced) {
   EXPECT_TRUE(file.WasReplaced());
   file.Forget();
   EXPECT_FALSE(file.WasReplaced());
+}
+
+// A file of the same size or a larger one in its place was taken for the own one, and its beginning lost.
+TEST_F(EventFileTest, AnotherFileOfTheSameNameIsNotTakenForTheOwnOne) {
+  auto file = Opened();
+  ASSERT_TRUE(file.Append(Text(kNow)).ok());
+  const std::string bytes = files.Get(kPath);
+  files.Vanish(kPath);
+  files.Put(kPath, bytes + bytes);
+  EXPECT_TRUE(file.WasReplaced());
+}
+
+TEST_F(EventFileTest, FileThatWasTakenUpIsKnownAgain) {
+  files.Put(kPath, "1600000000,h,1,M|0|0|d|r|c|0\r\n");
+  auto file = Opened();
+  files.PutMore(kPath, "1600000001,h,1,M|0|0|d|r|c|0\r\n");
+  EXPECT_FALSE(file.WasReplaced());
+  files.Vanish(kPath);
+  files.Put(kPath, std::string(500, 'x'));
+  EXPECT_TRUE(file.WasReplaced());
+}
+
+TEST_F(EventFileTest, RowNumbersBeyondFifteenBitsFindNoRoom) {
+  auto file = Opened();
+  EXPECT_TRUE(file.HasRoomFor(100000)) << "an empty file takes what there is";
+  ASSERT_TRUE(file.Append(Text(kNow, "x\r\n", 29000)).ok());
+  EXPECT_FALSE(file.IsFull());
+  EXPECT_TRUE(file.HasRoomFor(3000));
+  EXPECT_FALSE(file.HasRoomFor(3001));
 }
 
 TEST_F(EventFileTest, RowsOfPartsCountTowardsTheLimit) {

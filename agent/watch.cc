@@ -1,0 +1,148 @@
+#include "agent/watch.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "agent/host/observe_accounts.h"
+
+namespace zendrix::agent {
+namespace {
+
+std::string Joined(const std::string& first, const std::string& second) {
+  return first.empty() || second.empty() ? first + second : first + "; " + second;
+}
+
+}  // namespace
+
+Watch::Watch(HostView& host, platform::Clock& clock, std::uint64_t own_pid, std::int64_t interval_ms,
+             std::vector<Source*> sources)
+    : host_(host), clock_(clock), own_pid_(own_pid), interval_ms_(interval_ms), sources_(std::move(sources)) {
+  ShareOut();
+}
+
+std::vector<Event> Watch::Turn() {
+  std::vector<SourceLevel> now;
+  for (const Source* source : sources_) now.push_back(source->level());
+  if (now != source_levels_) ShareOut();
+  std::vector<Event> events;
+  for (Source* source : sources_) {
+    seen_.clear();
+    source->Drain(seen_);
+    Take(*source, events);
+  }
+  Look(events);
+  return events;
+}
+
+std::uint64_t Watch::TakeLost() {
+  const std::uint64_t left_out = ledger_.TakeLeftOut();
+  const std::uint64_t lost = std::exchange(lost_, 0);
+  return lost > std::numeric_limits<std::uint64_t>::max() - left_out ? lost : lost + left_out;
+}
+
+bool Watch::IsTold() const {
+  return std::any_of(source_levels_.begin(), source_levels_.end(), [](const SourceLevel& level) {
+    return level.level == Level::kEvents || level.level == Level::kNotices;
+  });
+}
+
+bool Watch::Covers(const Source& source, std::string_view name) const {
+  return std::find(covered_.begin(), covered_.end(), std::pair(name, &source)) != covered_.end();
+}
+
+void Watch::ShareOut() {
+  source_levels_.clear();
+  for (const Source* source : sources_) source_levels_.push_back(source->level());
+  covered_.clear();
+  std::vector<std::string_view> looked_at;
+  for (const std::string_view name : ItemMonitors()) {
+    const Source* best = nullptr;
+    for (std::size_t i = 0; i < sources_.size() && best == nullptr; ++i) {
+      const auto names = sources_[i]->Monitors();
+      const bool reports = std::find(names.begin(), names.end(), name) != names.end();
+      if (reports && source_levels_[i].level != Level::kNone) best = sources_[i];
+    }
+    covered_.emplace_back(name, best);
+    if (best == nullptr) looked_at.push_back(name);
+  }
+  const auto before = looks_ ? looks_->Monitors() : std::span<const std::string_view>();
+  if (!looks_ || !std::equal(before.begin(), before.end(), looked_at.begin(), looked_at.end())) {
+    looks_ = std::make_unique<PollingSource>(host_, clock_, own_pid_, interval_ms_, std::move(looked_at));
+    looks_are_new_ = true;
+  }
+  levels_ = LevelsNow();
+}
+
+void Watch::Take(const Source& source, std::vector<Event>& events) {
+  for (const Observation& seen : seen_) {
+    switch (seen.kind) {
+      case Observation::Kind::kCame:
+        if (Covers(source, seen.item.monitor)) ledger_.Came(seen.item, events);
+        break;
+      case Observation::Kind::kWent:
+        if (Covers(source, seen.item.monitor)) ledger_.Went(seen.item, events);
+        break;
+      case Observation::Kind::kHappened:
+        events.push_back(HappenedEvent(seen.item));
+        break;
+      case Observation::Kind::kLost:
+        lost_ = seen.lost > std::numeric_limits<std::uint64_t>::max() - lost_ ? lost_ : lost_ + seen.lost;
+        break;
+    }
+  }
+}
+
+void Watch::Look(std::vector<Event>& events) {
+  seen_.clear();
+  looks_->Drain(seen_);
+  for (const Observation& seen : seen_) {
+    if (looks_are_new_) break;
+    if (seen.kind == Observation::Kind::kCame) ledger_.Came(seen.item, events);
+    if (seen.kind == Observation::Kind::kWent) ledger_.Went(seen.item, events);
+  }
+  if (!std::exchange(looks_are_new_, false)) return;
+  // The first look of new looks tells everything, also what another source told of before it failed.
+  std::vector<Item> items;
+  for (Observation& seen : seen_) items.push_back(std::move(seen.item));
+  ledger_.Reconcile(looks_->Monitors(), items, events);
+}
+
+std::vector<WatchLevel> Watch::LevelsNow() const {
+  std::vector<WatchLevel> levels;
+  const auto reason_of = [&](std::string_view name) {
+    std::string reason;
+    for (std::size_t i = 0; i < sources_.size(); ++i) {
+      const auto names = sources_[i]->Monitors();
+      if (std::find(names.begin(), names.end(), name) == names.end()) continue;
+      if (source_levels_[i].level != Level::kNone) continue;
+      reason = Joined(reason, "no " + source_levels_[i].how + ": " + source_levels_[i].reason);
+    }
+    return reason;
+  };
+  const std::string untold = WhatLooksCannotTell(host_);
+  for (const auto& [name, source] : covered_) {
+    SourceLevel level = source == nullptr ? looks_->level() : source->level();
+    const bool names_programs =
+        name == monitor::kProcesses || name == monitor::kPorts || name == monitor::kConnections;
+    if (level.level == Level::kEvents)
+      level.reason.clear();  // no better there is; what else it lacks stands below
+    if (level.level != Level::kEvents) level.reason = Joined(level.reason, reason_of(name));
+    if (source == nullptr && names_programs) level.reason = Joined(untold, level.reason);
+    levels.push_back({std::string(name), level});
+  }
+  for (const std::string_view name : {monitor::kMemory, monitor::kTraffic}) {
+    levels.push_back({std::string(name), looks_->level()});
+  }
+  for (std::size_t i = 0; i < sources_.size(); ++i) {
+    const auto names = sources_[i]->Monitors();
+    if (std::find(names.begin(), names.end(), monitor::kSystem) == names.end()) continue;
+    levels.push_back({"System (kernel modules)", source_levels_[i]});
+  }
+  const bool logins = CountFailedLogins(host_).has_value();
+  const SourceLevel none = {Level::kNone, "", "the record of failed logins cannot be seen"};
+  levels.push_back({"System (failed logins)", logins ? looks_->level() : none});
+  return levels;
+}
+
+}  // namespace zendrix::agent

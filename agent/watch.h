@@ -1,0 +1,64 @@
+// All sources together: which of them covers which monitor, and what they saw as events in the order in which
+// it was seen. A monitor is covered by the first source given that can do anything at all for it, and by
+// looks from time to time when none can; when a source's level changes, what it covered is shared out anew.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "agent/events/ledger.h"
+#include "agent/host/host_view.h"
+#include "agent/sources/polling_source.h"
+#include "agent/sources/source.h"
+#include "platform/clock.h"
+
+namespace zendrix::agent {
+
+// How one thing is watched. What is watched is mostly a monitor.
+struct WatchLevel {
+  std::string watched;
+  SourceLevel level;
+  friend bool operator==(const WatchLevel&, const WatchLevel&) = default;
+};
+
+class Watch {
+ public:
+  // The references and `sources` outlive the object. `own_pid` is not reported.
+  Watch(HostView& host, platform::Clock& clock, std::uint64_t own_pid, std::int64_t interval_ms,
+        std::vector<Source*> sources);
+
+  // What was seen since the last call; the first call tells everything that is there as having come.
+  std::vector<Event> Turn();
+  // Events that no source could tell, since the last call.
+  std::uint64_t TakeLost();
+
+  const Ledger& ledger() const { return ledger_; }
+  const std::vector<WatchLevel>& levels() const { return levels_; }
+  // Whether any source is told of events or changes, so that it is worth draining many times a second.
+  bool IsTold() const;
+
+ private:
+  void ShareOut();
+  bool Covers(const Source& source, std::string_view name) const;
+  void Take(const Source& source, std::vector<Event>& events);
+  void Look(std::vector<Event>& events);
+  std::vector<WatchLevel> LevelsNow() const;
+
+  HostView& host_;
+  platform::Clock& clock_;
+  const std::uint64_t own_pid_;
+  const std::int64_t interval_ms_;
+  const std::vector<Source*> sources_;
+  std::vector<SourceLevel> source_levels_;                           // as the work was shared out
+  std::vector<std::pair<std::string_view, const Source*>> covered_;  // nullptr: by looks
+  std::unique_ptr<PollingSource> looks_;
+  bool looks_are_new_ = false;
+  std::vector<Observation> seen_;
+  Ledger ledger_;
+  std::vector<WatchLevel> levels_;
+  std::uint64_t lost_ = 0;
+};
+
+}  // namespace zendrix::agent

@@ -1,0 +1,132 @@
+#include "agent/watch.h"
+
+#include "agent/level_text.h"
+#include "agent/sources/memory/recorded_source.h"
+#include "platform/memory/fake_clock.h"
+#include "unit/agent/fake_host.h"
+
+namespace zendrix::agent {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+class WatchTest : public testing::Test {
+ protected:
+  WatchTest() {
+    host.texts["/etc/passwd"] = "root:x:0:0::/root:/bin/bash\n";
+    host.AddProcess(10, "sshd", "/usr/sbin/sshd");
+  }
+
+  Watch Make(std::vector<Source*> sources) { return Watch(host, clock, 42, 5000, std::move(sources)); }
+
+  static std::vector<std::string> Texts(const std::vector<Event>& events) {
+    std::vector<std::string> texts;
+    for (const Event& event : events) {
+      const char* sign = event.kind == EventKind::kAdded     ? "+"
+                         : event.kind == EventKind::kRemoved ? "-"
+                                                             : "!";
+      texts.push_back(sign + event.item.description);
+    }
+    return texts;
+  }
+
+  static WatchLevel LevelOf(const Watch& watch, std::string_view name) {
+    for (const WatchLevel& level : watch.levels()) {
+      if (level.watched == name) return level;
+    }
+    ADD_FAILURE() << "no level of " << name;
+    return {};
+  }
+
+  FakeHost host;
+  platform::FakeClock clock;
+  RecordedSource events{{monitor::kProcesses, monitor::kSystem}, {Level::kEvents, "test", ""}};
+};
+
+TEST_F(WatchTest, MonitorsWithoutASourceAreLookedAt) {
+  Watch watch = Make({});
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("+root", "+/usr/sbin/sshd:10"));
+  host.AddProcess(11, "x", "/bin/x");
+  EXPECT_THAT(Texts(watch.Turn()), IsEmpty()) << "not before the interval is over";
+  clock.Advance(5000);
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("+/bin/x:11"));
+  EXPECT_FALSE(watch.IsTold());
+}
+
+TEST_F(WatchTest, MonitorOfASourceIsNotLookedAt) {
+  Watch watch = Make({&events});
+  events.Came(MakeItem(monitor::kProcesses, "/bin/a:7"));
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("+/bin/a:7", "+root"));
+  events.Went(MakeItem(monitor::kProcesses, "/bin/a:7"));
+  events.Happened(MakeItem(monitor::kSystem, "kernel module x"));
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("-/bin/a:7", "!kernel module x"));
+  EXPECT_TRUE(watch.IsTold());
+  EXPECT_EQ(LevelOf(watch, "Running Processes").level, events.level());
+  EXPECT_EQ(LevelOf(watch, "System (kernel modules)").level.how, "test");
+}
+
+TEST_F(WatchTest, ThingThatComesAndGoesBetweenTwoTurnsIsToldInItsOrder) {
+  Watch watch = Make({&events});
+  watch.Turn();
+  events.Came(MakeItem(monitor::kProcesses, "/bin/a:7"));
+  events.Went(MakeItem(monitor::kProcesses, "/bin/a:7"));
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("+/bin/a:7", "-/bin/a:7"));
+}
+
+TEST_F(WatchTest, SourceThatCanDoNothingIsReplacedByLooksAndItsReasonTold) {
+  events.SetLevel({Level::kNone, "BPF", "Operation not permitted"});
+  Watch watch = Make({&events});
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("+root", "+/usr/sbin/sshd:10"));
+  const WatchLevel level = LevelOf(watch, "Running Processes");
+  EXPECT_EQ(level.level.level, Level::kPolling);
+  EXPECT_THAT(level.level.reason, HasSubstr("no BPF: Operation not permitted"));
+  EXPECT_THAT(LevelText(level), HasSubstr("Running Processes - a look every 5 s - "));
+}
+
+TEST_F(WatchTest, FirstOfTwoSourcesIsBelieved) {
+  RecordedSource second({monitor::kProcesses}, {Level::kNotices, "second", ""});
+  Watch watch = Make({&events, &second});
+  watch.Turn();
+  second.Came(MakeItem(monitor::kProcesses, "/bin/b:8"));
+  EXPECT_THAT(Texts(watch.Turn()), IsEmpty());
+  events.SetLevel({Level::kNone, "test", "gone"});
+  second.Came(MakeItem(monitor::kProcesses, "/bin/c:9"));
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("+/bin/c:9"));
+}
+
+TEST_F(WatchTest, SourceThatFailsLaterHandsOverWithoutTellingAllAnew) {
+  Watch watch = Make({&events});
+  events.Came(MakeItem(monitor::kProcesses, "/usr/sbin/sshd:10"));
+  events.Came(MakeItem(monitor::kProcesses, "/bin/ended:11"));
+  watch.Turn();
+  events.SetLevel({Level::kNone, "test", "it broke"});
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("-/bin/ended:11"));
+  EXPECT_EQ(LevelOf(watch, "Running Processes").level.level, Level::kPolling);
+  EXPECT_FALSE(watch.IsTold());
+}
+
+TEST_F(WatchTest, LossesAddUpUntilTheyAreTaken) {
+  Watch watch = Make({&events});
+  events.Lost(3);
+  watch.Turn();
+  events.Lost(4);
+  watch.Turn();
+  EXPECT_EQ(watch.TakeLost(), 7U);
+  EXPECT_EQ(watch.TakeLost(), 0U);
+}
+
+TEST_F(WatchTest, WhatCannotBeSeenHasAReason) {
+  Watch watch = Make({});
+  EXPECT_EQ(LevelOf(watch, "System (failed logins)").level.level, Level::kNone);
+  EXPECT_THAT(LevelOf(watch, "Listening Ports").level.reason, HasSubstr("other users"));
+  host.links["/proc/1/exe"] = "/usr/lib/systemd/systemd";
+  host.facts["/var/log/btmp"] = {EntryKind::kFile, 0600, 0, 1};
+  Watch root = Make({});
+  EXPECT_EQ(LevelOf(root, "System (failed logins)").level.level, Level::kPolling);
+  EXPECT_EQ(LevelOf(root, "Listening Ports").level.reason, "");
+}
+
+}  // namespace
+}  // namespace zendrix::agent
