@@ -141,6 +141,12 @@ TEST_F(FrmFiltersTest, AllCriteriaGoIntoTheQuery) {
   EXPECT_TRUE(form_.loaded());
 }
 
+TEST_F(FrmFiltersTest, FirstHostOfTheListIsACriterionToo) {
+  form_.HostCombo.OpenAndChoose("HOST-A");
+  ASSERT_EQ(form_.HostCombo.index(), 0);
+  EXPECT_EQ(form_.Criteria(), FilterCriteria{.host = "HOST-A"});
+}
+
 TEST_F(FrmFiltersTest, PickersShowTheUsersShortDateAndTimeAndBeginNow) {
   platform::LocaleInfo& locale = world_.platform.locale.info;
   locale.short_date = "dd.MM.yyyy";

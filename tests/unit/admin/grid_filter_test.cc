@@ -1,11 +1,14 @@
 #include "admin/grid_filter.h"
 
+#include <array>
+
 #include "core/date_calendar.h"
 #include "frm_main_fixture.h"
 
 namespace zendrix::admin {
 namespace {
 
+using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using widgets::WindowState;
@@ -274,13 +277,32 @@ TEST_F(GridFilterTest, ScrolledColumnIsTakenAlong) {
 
 TEST_F(GridFilterTest, ToolsRestWhileAFilterIsShown) {
   OpenDialog(Lines());
-  EXPECT_TRUE(form_->find.TbarFind.enabled);
+  const auto usable = [this] {
+    return std::array{form_->find.TbarFind.enabled.Get(), form_->replay.TbarPlay.enabled.Get(),
+                      form_->replay.tvVCR.enabled.Get()};
+  };
+  EXPECT_THAT(usable(), Each(true));
   FilterBy("even");
-  EXPECT_FALSE(form_->find.TbarFind.enabled);
+  EXPECT_THAT(usable(), Each(false));
   FilterBy("odd");
-  EXPECT_FALSE(form_->find.TbarFind.enabled);
+  EXPECT_THAT(usable(), Each(false));
   Dialog().ResetCommand.clicked.Raise();
-  EXPECT_TRUE(form_->find.TbarFind.enabled);
+  EXPECT_THAT(usable(), Each(true));
+}
+
+TEST_F(GridFilterTest, RowsOfTheFilterGoWithIt) {
+  OpenDialog(Lines());
+  FilterBy("even");
+  Dialog().ResetCommand.clicked.Raise();
+  EXPECT_THAT(Shown(), IsEmpty());
+}
+
+TEST_F(GridFilterTest, ForgottenFilterShowsTheWholeGridAlsoWithoutADialog) {
+  OpenOn(Lines());
+  form_->filter.ChangeGrids();
+  ASSERT_TRUE(OnlyFiltered());
+  form_->filter.ResetFilterItems();
+  EXPECT_TRUE(OnlyAll());
 }
 
 TEST_F(GridFilterTest, ButtonOpensTheDialogAndClosesItAgain) {
