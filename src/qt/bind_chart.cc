@@ -8,6 +8,7 @@
 #include <QValueAxis>
 #include <algorithm>
 
+#include "qt/accessible_role.h"
 #include "qt/bind_click.h"
 #include "qt/chart_looks.h"
 #include "qt/text_edge.h"
@@ -28,7 +29,10 @@ double ValueOf(const std::optional<std::int32_t>& value) {
 ChartView::ChartView(widgets::Chart& chart, const QString& accessible_name, const Toolkit& kit)
     : chart_(chart), kit_(kit), across_(new QValueAxis), up_(new QValueAxis) {
   setRenderHint(QPainter::Antialiasing);
+  // The toolkit has the drawing inside the view take the keyboard as well.
+  viewport()->setFocusPolicy(Qt::NoFocus);
   setFocusPolicy(Qt::StrongFocus);
+  TellRole(this, QAccessible::Chart);
   QChart* const drawing = this->chart();
   drawing->layout()->setContentsMargins(0, 0, 0, 0);
   drawing->setBackgroundRoundness(0);

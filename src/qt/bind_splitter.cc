@@ -1,16 +1,59 @@
 #include "qt/bind_splitter.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
 namespace zendrix::qt {
+namespace {
+
+constexpr int kStep = 10;  // pixels
+
+class SplitterInterface : public QAccessibleWidget, public QAccessibleValueInterface {
+ public:
+  explicit SplitterInterface(SplitterBar* bar) : QAccessibleWidget(bar, QAccessible::Separator), bar_(*bar) {}
+
+  void* interface_cast(QAccessible::InterfaceType type) override {
+    if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
+    return QAccessibleWidget::interface_cast(type);
+  }
+  QVariant currentValue() const override { return bar_.Place(); }
+  void setCurrentValue(const QVariant& value) override { bar_.MoveTo(value.toInt()); }
+  QVariant minimumValue() const override { return 0; }
+  QVariant maximumValue() const override { return bar_.window()->height(); }
+  QVariant minimumStepSize() const override { return kStep; }
+
+ private:
+  SplitterBar& bar_;
+};
+
+QAccessibleInterface* MakeSplitterInterface(const QString&, QObject* object) {
+  auto* const bar = dynamic_cast<SplitterBar*>(object);
+  return bar ? new SplitterInterface(bar) : nullptr;
+}
+
+}  // namespace
 
 SplitterBar::SplitterBar(widgets::Splitter& bar, const QString& accessible_name, const Toolkit& kit)
     : bar_(bar), kit_(kit) {
+  // First of all, as a name is told to assistive programs. The toolkit takes it once.
+  QAccessible::installFactory(MakeSplitterInterface);
   BindControl(bar, this, accessible_name);
   setCursor(Qt::SplitVCursor);
   setFocusPolicy(Qt::TabFocus);
+  Keep(this, bar_.Top.changed.Connect([this] {
+    QAccessibleValueChangeEvent moved(this, Place());
+    QAccessible::updateAccessibility(&moved);
+  }));
+}
+
+int SplitterBar::Place() const {
+  return bar_.Top / kTwipsPerPixel;
+}
+
+void SplitterBar::MoveTo(int place) {
+  Drag((place - Place()) * kTwipsPerPixel + widgets::Splitter::kGrip);
 }
 
 void SplitterBar::Drag(int twips) {
@@ -23,11 +66,10 @@ void SplitterBar::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void SplitterBar::keyPressEvent(QKeyEvent* event) {
-  constexpr int kStep = 10 * kTwipsPerPixel;
   if (event->key() == Qt::Key_Up)
-    Drag(widgets::Splitter::kGrip - kStep);
+    MoveTo(Place() - kStep);
   else if (event->key() == Qt::Key_Down)
-    Drag(widgets::Splitter::kGrip + kStep);
+    MoveTo(Place() + kStep);
   else
     QWidget::keyPressEvent(event);
 }

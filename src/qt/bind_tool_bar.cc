@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QToolBar>
 
+#include "qt/accessible_role.h"
 #include "qt/bind_menu.h"
 #include "qt/text_edge.h"
 
@@ -23,7 +24,8 @@ QToolBar* MakeBarOfTools(const QString& name, const std::vector<widgets::MenuIte
       const QString file = key.empty() ? action->objectName() : ToQt(key);
       action->setIcon(pictures.Icon(QStringLiteral("toolbar/") + file));
     });
-    if (item->begins_group && !bar->actions().isEmpty()) bar->addSeparator();
+    if (item->begins_group && !bar->actions().isEmpty())
+      TellRole(bar->widgetForAction(bar->addSeparator()), QAccessible::Separator);
     bar->addAction(action);
     bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
   }
