@@ -14,6 +14,19 @@ namespace {
 // No window has room for more, and a line of the file may be millions of characters long.
 constexpr std::size_t kMostShown = 2000;
 
+// An arrow in words.
+QVariant SortedIn(widgets::SortArrow arrow) {
+  switch (arrow) {
+    case widgets::SortArrow::kUp:
+      return QStringLiteral("Sorted ascending");
+    case widgets::SortArrow::kDown:
+      return QStringLiteral("Sorted descending");
+    case widgets::SortArrow::kNone:
+      break;
+  }
+  return {};
+}
+
 }  // namespace
 
 GridModel::GridModel(widgets::Grid& grid, Pictures& pictures, QString picture_list, QObject* parent)
@@ -126,6 +139,7 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
   if (orientation != Qt::Horizontal || section < 0 || section >= std::min(columns_, grid_.Cols())) return {};
   const widgets::GridColumn& column = grid_.column(section);
   if (role == Qt::DisplayRole) return ToQt(column.heading);
+  if (role == Qt::AccessibleDescriptionRole) return SortedIn(column.arrow);
   if (role == Qt::TextAlignmentRole)
     return QVariant((column.align == widgets::Align::kRight ? Qt::AlignRight : Qt::AlignLeft) |
                     Qt::AlignVCenter);

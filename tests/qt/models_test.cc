@@ -120,6 +120,18 @@ TEST_F(GridModelTest, RowsAppearOnTopAndColumnsHaveTheirHeadings) {
   EXPECT_EQ(model_.index(0, 3).data().toString(), QStringLiteral("System"));
 }
 
+// The arrow beside a heading is a picture, which nobody reads out.
+TEST_F(GridModelTest, HeadingSaysInWordsWhichWayItIsSorted) {
+  const auto said = [&](int column) {
+    return model_.headerData(column, Qt::Horizontal, Qt::AccessibleDescriptionRole).toString();
+  };
+  grid_.SetArrow(2, widgets::SortArrow::kUp);
+  grid_.SetArrow(3, widgets::SortArrow::kDown);
+  EXPECT_EQ(said(2), QStringLiteral("Sorted ascending"));
+  EXPECT_EQ(said(3), QStringLiteral("Sorted descending"));
+  EXPECT_EQ(said(4), QString());
+}
+
 TEST_F(GridModelTest, RowsReadWhileRedrawIsOffAreTheOnesThatWereThere) {
   Insert(1);
   grid_.SetRedraw(false);
