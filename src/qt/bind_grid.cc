@@ -87,6 +87,12 @@ void GridHeader::mouseReleaseEvent(QMouseEvent* event) {
   grid_.mouse_used.Raise();
 }
 
+// Of two quick clicks on a heading each counts. To the toolkit the second is a double click and no press.
+void GridHeader::mouseDoubleClickEvent(QMouseEvent* event) {
+  QHeaderView::mouseDoubleClickEvent(event);
+  QHeaderView::mousePressEvent(event);
+}
+
 GridTable::GridTable(widgets::Grid& grid, const QString& picture_list, const QString& accessible_name,
                      const QString& empty_text, const Toolkit& kit)
     : TableView(empty_text),

@@ -23,6 +23,7 @@ class GridHeader : public QHeaderView {
  protected:
   void paintSection(QPainter* painter, const QRect& rect, int section) const override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
 
  private:
   widgets::Grid& grid_;

@@ -551,6 +551,18 @@ TEST_F(GridTableTest, HeaderClickNamesItsColumn) {
   EXPECT_THAT(clicked, ElementsAre(1));
 }
 
+// A sort that was turned round at once stayed as it was.
+TEST_F(GridTableTest, EachOfTwoQuickClicksOnAHeadingCounts) {
+  std::vector<int> clicked;
+  grid_.header_clicked.ConnectForever([&](int column) { clicked.push_back(column); });
+  auto* header = table_->horizontalHeader();
+  const QPoint where(header->sectionViewportPosition(1) + 10, header->height() / 2);
+  QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, where);
+  QTest::mouseDClick(header->viewport(), Qt::LeftButton, {}, where);
+  QTest::mouseRelease(header->viewport(), Qt::LeftButton, {}, where);
+  EXPECT_THAT(clicked, ElementsAre(1, 1));
+}
+
 TEST_F(GridTableTest, ControlAndADigitClicksTheHeadingAtThatPlace) {
   std::vector<int> clicked;
   grid_.header_clicked.ConnectForever([&](int column) { clicked.push_back(column); });
