@@ -250,7 +250,8 @@ void frmMain::SetUsable(bool usable) {
 void frmMain::ShowWindow(WindowState wanted) {
   state = wanted;
   LayOut();
-  bring_forward.Raise();
+  // A desktop takes a window that is brought forward out of the task bar again.
+  if (wanted != WindowState::kMinimised) bring_forward.Raise();
   visible = true;
 }
 
