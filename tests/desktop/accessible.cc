@@ -33,6 +33,10 @@ std::shared_ptr<Interface> Owned(Interface* interface) {
   });
 }
 
+std::optional<Accessible> Present(AtspiAccessible* object) {
+  return object ? std::optional<Accessible>(object) : std::nullopt;
+}
+
 std::optional<Accessible>& LastFocused() {
   static std::optional<Accessible> last;
   return last;
@@ -156,6 +160,24 @@ Place Accessible::place() const {
   const Place place{rect->x, rect->y, rect->width, rect->height};
   g_free(rect);
   return place;
+}
+
+int Accessible::Rows() const {
+  Failure failure;
+  const auto table = Owned(atspi_accessible_get_table_iface(object_.get()));
+  return table ? atspi_table_get_n_rows(table.get(), failure.out()) : 0;
+}
+
+std::optional<Accessible> Accessible::Cell(int row, int column) const {
+  Failure failure;
+  const auto table = Owned(atspi_accessible_get_table_iface(object_.get()));
+  return Present(table ? atspi_table_get_accessible_at(table.get(), row, column, failure.out()) : nullptr);
+}
+
+std::optional<Accessible> Accessible::Heading(int column) const {
+  Failure failure;
+  const auto table = Owned(atspi_accessible_get_table_iface(object_.get()));
+  return Present(table ? atspi_table_get_column_header(table.get(), column, failure.out()) : nullptr);
 }
 
 bool Accessible::Walk(const std::function<bool(const Accessible&)>& visit) const {

@@ -40,6 +40,10 @@ class Accessible {
   bool TakeFocus() const;
   std::optional<double> Value() const;
   Place place() const;
+  // Of a table; its headings are no row.
+  int Rows() const;
+  std::optional<Accessible> Cell(int row, int column) const;
+  std::optional<Accessible> Heading(int column) const;
 
   // Depth first, this one included; what does not show is passed over with all that is in it. Stops when told
   // `true`.

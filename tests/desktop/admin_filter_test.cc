@@ -1,7 +1,7 @@
 // Filter and find of the Administrator console, by keys and screen reader.
 #include <gmock/gmock.h>
 
-#include "desktop/console_program.h"
+#include "desktop/admin_console.h"
 #include "desktop/eventually.h"
 
 namespace zendrix::desktop {
@@ -10,20 +10,13 @@ namespace {
 class AdminFilterTest : public ::testing::Test {
  protected:
   AdminFilterTest() {
-    // Behind the event that keeps the settings' hash up to date; numbered from 2.
-    std::string lines = console_.folder().Read("KorvessaMonitoring.kvl");
-    for (const char* text : {"Alpha one", "beta", "alpha two", "<b>gamma</b>"})
-      lines += "1795225500,HOST,System,A," + std::string(text) + "\r\n";
-    console_.folder().Write("KorvessaMonitoring.kvl", lines);
-    console_.Start({"-ns", "--edition=Administrator"});
-    console_.Await("table cell", "beta");
-    AwaitActive("Administrator");
-  }
-  void AwaitActive(const std::string& title) {
-    ASSERT_TRUE(Eventually([&] {
-      const auto window = console_.screen().WithTitle(title);
-      return window && console_.screen().Active() == *window;
-    })) << title;
+    console_.Add(1, "north", "Tcp Port", "A", "Alpha one");
+    console_.Add(2, "south", "System", "A", "beta");
+    console_.Add(3, "east", "Tcp Port", "R", "alpha two");
+    console_.Add(3, "north", "Memory", "N", "<b>gamma</b>");
+    console_.Add(5, "south", "Memory", "A", "delta");
+    console_.Add(6, "north", "Running Processes", "N", "epsilon");
+    console_.StartAndWait();
   }
   bool Selected(const std::string& cell) {
     const auto found = console_.Find("table cell", cell);
@@ -34,14 +27,33 @@ class AdminFilterTest : public ::testing::Test {
       console_.screen().Key(keys);
       return ComesSoon([&] { return console_.screen().WithTitle(title).has_value(); });
     }));
-    AwaitActive(title);
+    console_.AwaitActive(title);
+  }
+  void Choose(const std::string& list, const std::string& begin) {
+    console_.MoveFocusTo("combo box", list);
+    console_.screen().Type(begin);
+  }
+  // The newest first, by their descriptions.
+  void FilterAndAwait(const std::vector<std::string>& passed) {
+    console_.screen().Key("Return");
+    console_.AwaitColumn(kDescription, passed, "Filtered events");
+    console_.Await("label",
+                   "Record Count: " + std::to_string(passed.size()) + " records selected (Filtered)");
+    ASSERT_TRUE(Eventually([&] {
+      const auto dialog = console_.screen().WithTitle(kDialog);
+      return dialog && console_.screen().IsMinimised(*dialog);
+    }));
+    console_.BringForward(kDialog);
   }
 
-  ConsoleProgram console_;
+  static constexpr char kDialog[] = "Filter Events";
+  const std::vector<std::string> all_{"epsilon", "delta",     "<b>gamma</b>", "alpha two",
+                                      "beta",    "Alpha one", "1|0"};
+  AdminConsole console_;
 };
 
 TEST_F(AdminFilterTest, PatternNarrowsTheGridUntilItIsReset) {
-  OpenWithKeys("ctrl+shift+f", "Filter Events");
+  OpenWithKeys("ctrl+shift+f", kDialog);
   console_.MoveFocusTo("text", "Description");
   console_.screen().Type("AL?ha *o");
   console_.screen().Key("Return");
@@ -50,21 +62,38 @@ TEST_F(AdminFilterTest, PatternNarrowsTheGridUntilItIsReset) {
   console_.Await("table cell", "Alpha one");
   console_.AwaitText("2 records selected (Filtered)");
   EXPECT_TRUE(Eventually([&] {
-    const auto dialog = console_.screen().WithTitle("Filter Events");
+    const auto dialog = console_.screen().WithTitle(kDialog);
     return dialog && console_.screen().IsMinimised(*dialog);
   }));
-  console_.folder().Write("KorvessaMonitoring.kvl", console_.folder().Read("KorvessaMonitoring.kvl") +
-                                                        "1795225501,HOST,System,A,alpha too\r\n");
+  console_.Add(7, "north", "System", "A", "alpha too");
   console_.Await("table cell", "alpha too");
   console_.AwaitText("3 records selected (Filtered)");
-  console_.screen().Activate(*console_.screen().WithTitle("Administrator"));
-  AwaitActive("Administrator");
+  console_.BringForward(AdminConsole::kTitle);
   console_.screen().Key("ctrl+shift+f");
-  AwaitActive("Filter Events");
+  console_.AwaitActive(kDialog);
   console_.Press("push button", "Reset");
-  console_.AwaitGone("frame", "Filter Events");
+  console_.AwaitGone("frame", kDialog);
   console_.Await("table cell", "beta");
   console_.Await("table cell", "<b>gamma</b>");
+}
+
+TEST_F(AdminFilterTest, HostMonitorAndChangeAloneNarrowTheGridAndResetBringsAllBack) {
+  OpenWithKeys("ctrl+shift+f", kDialog);
+  Choose("Host", "s");
+  FilterAndAwait({"delta", "beta"});
+  console_.screen().Key("Delete");
+  Choose("Monitor", "t");
+  FilterAndAwait({"alpha two", "Alpha one"});
+  console_.screen().Key("Delete");
+  Choose("Change", "n");
+  FilterAndAwait({"epsilon", "<b>gamma</b>"});
+  console_.screen().Key("Delete");
+  console_.Press("push button", "Reset");
+  console_.AwaitGone("frame", kDialog);
+  console_.AwaitGone("table", "Filtered events");
+  console_.AwaitColumn(kDescription, all_);
+  console_.Await("label", "Record Count");
+  EXPECT_FALSE(console_.Await("check box", "Filter").Is(ATSPI_STATE_CHECKED));
 }
 
 TEST_F(AdminFilterTest, TextIsFoundWithAndWithoutCaseAndAgainAfterTheDialogClosed) {
@@ -73,7 +102,7 @@ TEST_F(AdminFilterTest, TextIsFoundWithAndWithoutCaseAndAgainAfterTheDialogClose
   console_.screen().Key("Return");
   ASSERT_TRUE(Eventually([&] { return Selected("alpha two"); })) << console_.Tree().Tree();
   console_.screen().Key("Escape");
-  AwaitActive("Administrator");
+  console_.AwaitActive();
   console_.screen().Key("F3");
   ASSERT_TRUE(Eventually([&] { return Selected("Alpha one"); })) << console_.Tree().Tree();
   OpenWithKeys("ctrl+f", "Find");
@@ -84,9 +113,9 @@ TEST_F(AdminFilterTest, TextIsFoundWithAndWithoutCaseAndAgainAfterTheDialogClose
   console_.Press("push button", "Find Next");
   console_.AwaitText("\"alpha\"  Not Found.");
   console_.Press("push button", "OK");
-  AwaitActive("Find");
+  console_.AwaitActive("Find");
   console_.screen().Key("Escape");
-  AwaitActive("Administrator");
+  console_.AwaitActive();
 }
 
 }  // namespace

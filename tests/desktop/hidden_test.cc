@@ -3,6 +3,7 @@
 
 #include "desktop/console_program.h"
 #include "desktop/eventually.h"
+#include "desktop/notification_area.h"
 
 namespace zendrix::desktop {
 namespace {
@@ -10,19 +11,16 @@ namespace {
 class HiddenTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    tray_ = TheStage().desktop->Start(
-        {"/usr/bin/trayer", "--edge", "top", "--align", "left", "--widthtype", "request"}, "tray");
-    ASSERT_TRUE(Eventually([&] { return screen().HasTray(); })) << tray_.Output();
     console_.StartAndWait();
-    ASSERT_TRUE(Eventually([&] { return screen().TrayIcon().has_value(); }));
+    tray_.AwaitIcon();
     screen().CloseWindow(console_.MainWindow());
     ASSERT_TRUE(Eventually([&] { return !screen().WithTitle("Home Edition -  v "); }));
   }
   Screen& screen() { return console_.screen(); }
-  std::vector<unsigned long> Icon() { return screen().Pixels(*screen().TrayIcon()); }
+  std::vector<unsigned long> Icon() { return tray_.Icon(); }
 
   ConsoleProgram console_;
-  ChildProcess tray_;
+  NotificationArea tray_{console_.screen()};
 };
 
 TEST_F(HiddenTest, NewIntrusionPopsUpAndLeadsToItsExplanation) {
@@ -56,10 +54,8 @@ TEST_F(HiddenTest, IconRestsWhenTheWindowHasBeenOpened) {
 
 // The first click opens the icon's menu, which must not swallow the second.
 TEST_F(HiddenTest, DoubleClickOnTheIconBringsTheWindowBack) {
-  const Place icon = *screen().TrayIcon();
-  const int x = icon.x + icon.width / 2, y = icon.y + icon.height / 2;
-  screen().Click(x, y);
-  screen().Click(x, y);
+  tray_.Click();
+  tray_.Click();
   EXPECT_TRUE(Eventually([&] { return screen().WithTitle("Home Edition -  v ").has_value(); }));
 }
 
