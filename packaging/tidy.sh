@@ -11,10 +11,8 @@ checks=(--checks=-*,readability-identifier-naming,clang-diagnostic-missing-proto
 cmake --preset tidy >/dev/null
 # The one header that a build makes.
 if grep -q zendrix_skeleton build/tidy/build.ninja; then cmake --build build/tidy --target zendrix_skeleton >/dev/null; fi
-# Small batches keep all processors busy to the end; the Qt room's files come ten in one.
-{
-  sed -nE 's/^ *"file": "(.*\/Unity\/.*\.cxx)",?$/\1/p' build/tidy/compile_commands.json
-  find src agent bench data -name '*.cc' -not -path 'src/qt/*' | sort
-} | xargs -P "${JOBS:-$(nproc)}" -n 4 \
+# Sources come several in one, and those once.
+sed -nE 's/^ *"file": "(.*\.(cxx|cc))",?$/\1/p' build/tidy/compile_commands.json | grep -v '/cmake_pch\|/mocs_' | sort -u |
+  xargs -P "${JOBS:-$(nproc)}" -n 1 \
   clang-tidy -p build/tidy --quiet "${checks[@]}" --extra-arg=-Wmissing-prototypes \
   2> >(grep -vE '^[0-9]+ warnings? generated' >&2)

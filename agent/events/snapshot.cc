@@ -8,16 +8,16 @@ namespace {
 
 using Key = std::tuple<std::string_view, std::string_view, std::string_view>;
 
-Key KeyOf(const Item& item) {
+Key OrderOf(const Item& item) {
   return {item.monitor, item.description, item.identity};
 }
 
 std::vector<Item> NotIn(const std::vector<Item>& items, const std::vector<Item>& others) {
   std::set<Key> known;
-  for (const Item& item : others) known.insert(KeyOf(item));
+  for (const Item& item : others) known.insert(OrderOf(item));
   std::vector<Item> missing;
   for (const Item& item : items) {
-    if (known.insert(KeyOf(item)).second) missing.push_back(item);
+    if (known.insert(OrderOf(item)).second) missing.push_back(item);
   }
   return missing;
 }

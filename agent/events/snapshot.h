@@ -18,8 +18,8 @@ struct Item {
   std::string identity;      // tells apart what two items of equal description are; not written
   std::string subject;       // facts with equal subjects are weighed together; mostly a program's path
   RuleSet rules;             // what is unusual about it, whenever it came
-  std::string program;       // path of the program behind it, the host's bytes; empty when it cannot be told
-  std::string parent;        // path of the program that started it, likewise; empty when it is not known
+  std::string program = {};  // path of the program behind it, the host's bytes; empty when it cannot be told
+  std::string parent = {};   // path of the program that started it, likewise; empty when it is not known
 };
 
 struct Snapshot {

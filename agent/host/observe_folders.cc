@@ -5,7 +5,7 @@
 namespace zendrix::agent {
 namespace {
 
-constexpr std::size_t kFolderLimit = 5000;  // entries of one folder that are looked at
+constexpr std::size_t kWatchedFolderLimit = 5000;  // entries of one folder that are looked at
 constexpr std::uint32_t kAnyExecute = 0111;
 constexpr std::uint32_t kSetUserId = 04000;
 constexpr const char* kPreloadList = "/etc/ld.so.preload";
@@ -37,7 +37,7 @@ RuleSet RulesOfTemporary(const std::string& name, const EntryFacts& facts) {
 template <class Visit>
 void ForEachEntry(HostView& host, const std::string& folder, Visit visit) {
   auto names = host.List(folder);
-  if (names.size() > kFolderLimit) names.resize(kFolderLimit);
+  if (names.size() > kWatchedFolderLimit) names.resize(kWatchedFolderLimit);
   for (const std::string& name : names) {
     const std::string path = folder + "/" + name;
     const auto facts = host.Look(path);

@@ -9,7 +9,7 @@
 namespace zendrix::agent {
 namespace {
 
-constexpr std::size_t kTableLimit = 8U << 20U;
+constexpr std::size_t kSocketTableLimit = 8U << 20U;
 
 // Items by description: the same port is often open for both families, and its facts add up.
 class ItemMap {
@@ -43,7 +43,7 @@ void NameOwner(Item& item, const Program* owner, Rule when_unknown) {
 std::vector<Socket> ReadSockets(HostView& host) {
   std::vector<Socket> sockets;
   for (const char* path : {"/proc/net/tcp", "/proc/net/tcp6"}) {
-    const auto text = host.ReadText(path, kTableLimit);
+    const auto text = host.ReadText(path, kSocketTableLimit);
     if (!text) continue;
     const auto table = ParseSocketTable(*text);
     sockets.insert(sockets.end(), table.begin(), table.end());

@@ -14,11 +14,11 @@ namespace zendrix::agent {
 struct Alert {
   std::string subject;
   RuleSet rules;
-  double risk = 0;                 // 0 to 0.99
-  std::vector<Item> members;       // heaviest first; each was written as an event of its own before the alert
-  std::string code;                // what it is about, without the number of its events (see identity.h)
-  std::string change;              // text of the Change column; negative for what is stored and no alert
-  std::vector<std::string> facts;  // what speaks for it, for a person; at most three, heaviest first
+  double risk = 0;            // 0 to 0.99
+  std::vector<Item> members;  // heaviest first; each was written as an event of its own before the alert
+  std::string code = {};      // what it is about, without the number of its events (see identity.h)
+  std::string change = {};    // text of the Change column; negative for what is stored and no alert
+  std::vector<std::string> facts = {};  // what speaks for it, for a person; at most three, heaviest first
   // The file holds a line with this Change already, under which the console can file a decision.
   bool has_forerunner = false;
 

@@ -17,7 +17,6 @@ using widgets::WindowState;
 
 namespace {
 
-constexpr int kFirstDescriptionWidth = 3945;
 // Twips that the path keeps clear of the panel's edge.
 constexpr int kPanelMargin = 115;
 constexpr int kUnhandledHeader = 999;

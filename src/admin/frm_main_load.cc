@@ -12,7 +12,6 @@ namespace {
 
 constexpr char kNoDataFound[] =
     "No Zendrix Data Found.  Please ensure that the Zendrix Product is properly installed.";
-constexpr int kFirstDescriptionWidth = 3945;
 constexpr int kFewRows = 3;
 
 // A notable row of one of these makes the icon in the notification area flash while the window is hidden.

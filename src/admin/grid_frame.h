@@ -25,6 +25,8 @@ namespace zendrix::admin {
 
 // Period of the check of the file's size.
 inline constexpr std::int64_t kTimer1Ms = 2500;
+// Of the description's column until its texts are fitted, in twips.
+inline constexpr int kFirstDescriptionWidth = 3945;
 
 // What the Administrator console is put together from. Everything outlives the form.
 struct AdminParts {

@@ -6,7 +6,7 @@
 namespace zendrix::alerts {
 namespace {
 
-constexpr std::size_t kMessageSize = 256;
+constexpr std::size_t kRestoreMessageSize = 256;
 constexpr char kUnreadable[] = "The quarantine cannot be read.";
 constexpr char kNoSuchEntry[] = "There is no such entry in quarantine.";
 
@@ -24,7 +24,7 @@ RestoreOutcome RestoreFromQuarantine(platform::FamilyLibraries& family, const st
   const auto entry = std::find_if(contents.entries.begin(), contents.entries.end(),
                                   [&](const auto& one) { return one.name == name; });
   if (entry == contents.entries.end()) return {false, {}, kNoSuchEntry};
-  std::string message(kMessageSize, ' ');
+  std::string message(kRestoreMessageSize, ' ');
   const auto restored = family.RestoreExport(name, message);
   if (!restored) return {false, entry->path, restored.error().text};
   // A message that the library did not end is not told at all.

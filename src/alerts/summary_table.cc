@@ -14,7 +14,7 @@
 namespace zendrix::alerts {
 namespace {
 
-constexpr char kLineEnd[] = "\r\n";
+constexpr char kTextLineEnd[] = "\r\n";
 
 bool Qualifies(const NotableRecord& record, std::string_view kind) {
   const std::string reaction = core::LowerCase(record.Reaction);
@@ -63,7 +63,7 @@ MarkedText WithoutDictionary(const AlertContext& context, Purpose purpose) {
   MarkedText text(purpose, kDescriptionFileError);
   for (const auto& record : context.NotableInfo) {
     text.Append(record.Monitor, Origin::kEvent).Append(" ").Append(record.Description, Origin::kEvent);
-    text.Append(kLineEnd).Append(kLineEnd);
+    text.Append(kTextLineEnd).Append(kTextLineEnd);
   }
   return text;
 }

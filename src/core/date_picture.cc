@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kVocabulary = "dMyhHmst";
 
-bool IsLetter(char character) {
+bool IsPictureLetter(char character) {
   return kVocabulary.find(character) != std::string_view::npos;
 }
 
@@ -99,7 +99,7 @@ DatePicture::DatePicture(std::string_view picture) {
     const char letter = picture[i];
     if (letter == '\'') {
       i = AddQuoted(picture, i + 1);
-    } else if (IsLetter(letter)) {
+    } else if (IsPictureLetter(letter)) {
       const std::size_t end = std::min(picture.find_first_not_of(letter, i), picture.size());
       pieces_.push_back({letter, static_cast<int>(std::min<std::size_t>(end - i, 8)), {}});
       i = end;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "core/characters.h"
 #include "core/date_calendar.h"
 #include "core/date_rules.h"
 #include "core/letter_case.h"
@@ -36,12 +37,6 @@ class Tokens {
   std::size_t count_ = 0;
 };
 
-bool IsBlank(char character) {
-  return character == ' ' || (character >= '\t' && character <= '\r') || character == '\xA0';
-}
-bool IsDigit(char character) {
-  return character >= '0' && character <= '9';
-}
 bool IsLetter(char character) {
   return UpperByte(character) != LowerByte(character);
 }

@@ -13,7 +13,6 @@
 namespace zendrix::core {
 namespace {
 
-constexpr int kLocaleDateOrder = 33;
 constexpr std::uint8_t kUpdatedMessageSeconds = 30;
 
 // The start as a row of steps; each needs the same four things.

@@ -3,12 +3,10 @@
 #include <algorithm>
 #include <array>
 
+#include "core/characters.h"
+
 namespace zendrix::core {
 namespace {
-
-unsigned char Code(char character) {
-  return static_cast<unsigned char>(character);
-}
 
 // Lower-case letters of Windows-1252 whose capital is 32 codes lower: a to z, and the accented ones
 // except the division sign. Sharp s, the micro sign and the florin sign have no capital in the code page.
@@ -33,7 +31,7 @@ bool BeginsWordBehind(char character) {
 }  // namespace
 
 char UpperByte(char character) {
-  const unsigned char code = Code(character);
+  const unsigned char code = CodeOf(character);
   if (IsShiftedLower(code)) return static_cast<char>(code - 32);
   for (const CasePair& pair : kUnevenPairs) {
     if (pair.lower == code) return static_cast<char>(pair.upper);
@@ -42,7 +40,7 @@ char UpperByte(char character) {
 }
 
 char LowerByte(char character) {
-  const unsigned char code = Code(character);
+  const unsigned char code = CodeOf(character);
   if (IsShiftedUpper(code)) return static_cast<char>(code + 32);
   for (const CasePair& pair : kUnevenPairs) {
     if (pair.upper == code) return static_cast<char>(pair.lower);

@@ -2,12 +2,10 @@
 
 #include <algorithm>
 
+#include "core/characters.h"
+
 namespace zendrix::core {
 namespace {
-
-unsigned char Code(char character) {
-  return static_cast<unsigned char>(character);
-}
 
 // One "[...]" list of a pattern. `position` is just behind the "[" and is moved behind the "]".
 enum class ListMatch { kYes, kNo, kEmpty, kBroken };
@@ -25,7 +23,7 @@ ListMatch MatchList(std::string_view pattern, std::size_t& position, char charac
   for (std::size_t i = 0; i < list.size(); ++i) {
     const bool range = i + 2 < list.size() && list[i + 1] == '-';
     if (range) {
-      found = found || (Code(list[i]) <= Code(character) && Code(character) <= Code(list[i + 2]));
+      found = found || (CodeOf(list[i]) <= CodeOf(character) && CodeOf(character) <= CodeOf(list[i + 2]));
       i += 2;
     } else {
       found = found || list[i] == character;

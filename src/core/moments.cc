@@ -1,12 +1,6 @@
 #include "core/moments.h"
 
 namespace zendrix::core {
-namespace {
-
-constexpr int kLocaleDateOrder = 33;
-
-}  // namespace
-
 std::string GetLocaleValue(int type, platform::LocaleSource& locale) {
   if (type != kLocaleDateOrder) return {};
   return std::to_string(locale.Current().date_order);

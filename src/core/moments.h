@@ -11,8 +11,11 @@
 
 namespace zendrix::core {
 
-// Value of one regional setting of the user as text; 33 (the short-date order, "0", "1" or "2") is the only
-// one used, any other gives the empty text.
+// The number of the regional setting "short-date order", the text of which is "0", "1" or "2".
+inline constexpr int kLocaleDateOrder = 33;
+
+// Value of one regional setting of the user as text; the short-date order is the only one used, any other
+// gives the empty text.
 std::string GetLocaleValue(int type, platform::LocaleSource& locale);
 
 // A date, and a date with its time, unpadded, date parts in the order of `order` (2 year/month/day, 1

@@ -3,6 +3,7 @@
 #include <limits>
 #include <optional>
 
+#include "core/characters.h"
 #include "core/number_rules.h"
 #include "core/number_scan.h"
 #include "core/run_time_error.h"
@@ -18,14 +19,6 @@ struct Scanned {
 };
 
 enum class Refusal { kNone, kTypeMismatch, kOverflow };
-
-bool IsDigit(char character) {
-  return character >= '0' && character <= '9';
-}
-
-bool IsBlank(char character) {
-  return character == ' ' || (character >= '\t' && character <= '\r') || character == '\xA0';
-}
 
 class Scanner {
  public:

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/characters.h"
 #include "core/number_rules.h"
 #include "core/number_scan.h"
 
@@ -9,10 +10,6 @@ namespace zendrix::core {
 namespace {
 
 constexpr char kEnd = '\0';
-
-bool IsDigit(char character) {
-  return character >= '0' && character <= '9';
-}
 
 char Upper(char character) {
   return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;

@@ -8,7 +8,7 @@
 namespace zendrix::home {
 namespace {
 
-constexpr char kDescription[] =
+constexpr char kHelpDescription[] =
     "Shows what the Zendrix Agent finds on this computer, explains it, and lets you decide about it.";
 constexpr char kDisclaimer[] =
     "This program is free software: you may use, share and change it under the terms of the GNU General "
@@ -22,7 +22,7 @@ void HelpPane::FillHelpFra() {
     hAppTitle.caption = needs_.state.ProductName;
     hVersion.caption =
         "Version " + core::FormatVersion(core::kVersionMajor, core::kVersionMinor, core::kVersionRevision);
-    hDescription.caption = kDescription;
+    hDescription.caption = kHelpDescription;
     hDisclaimer.caption = kDisclaimer;
     // Last, since a short description file ends the procedure here.
     htopDesc.caption = core::DescAt(needs_.state.Desc[0], 5);

@@ -6,7 +6,7 @@
 
 namespace zendrix::home {
 namespace {
-constexpr char kPlace[] = "CheckUpdate";
+constexpr char kCheckPlace[] = "CheckUpdate";
 }  // namespace
 
 void SelfUpdate::CheckUpdate() {
@@ -15,14 +15,14 @@ void SelfUpdate::CheckUpdate() {
     const std::string version = file_.Version();
     if (version == RunningVersion()) {
       file_.Remove();
-      needs_.log.WriteLog(kPlace, "Version to install (" + version + ") is currently running, deleting " +
-                                      core::PathText(needs_.state.ProgramFolder) + "\\" +
-                                      core::kUpdateFileName);
+      needs_.log.WriteLog(kCheckPlace,
+                          "Version to install (" + version + ") is currently running, deleting " +
+                              core::PathText(needs_.state.ProgramFolder) + "\\" + core::kUpdateFileName);
       return;
     }
-    needs_.log.WriteLog(kPlace, "New version available " + version);
+    needs_.log.WriteLog(kCheckPlace, "New version available " + version);
     if (!needs_.state.settings.DontAsk) return Offer();
-    needs_.log.WriteLog(kPlace, "About to automatically install new version " + version);
+    needs_.log.WriteLog(kCheckPlace, "About to automatically install new version " + version);
     Install();
   });
 }

@@ -11,7 +11,7 @@ namespace zendrix::home {
 namespace {
 
 constexpr char kParameters[] = "/silent /log =\"KorvessaZendrixSetup.log\" /NOCANCEL";
-constexpr char kPlace[] = "frmNewUpdate";
+constexpr char kUpdateFilePlace[] = "frmNewUpdate";
 
 }  // namespace
 
@@ -41,7 +41,7 @@ bool UpdateFile::Start() const {
   const std::string path = core::PathText(Path());
   std::string text = "Unable to load Installer.";
   if (error) text += " Error " + std::to_string(error->number) + ": " + error->description + ". cmd: " + path;
-  log_.WriteLog(kPlace, text);
+  log_.WriteLog(kUpdateFilePlace, text);
   app_.seams.message_boxes.Show({app_.ProductName, text + "\r\n" + path, platform::BoxIcon::kStop});
   return false;
 }

@@ -6,7 +6,7 @@
 namespace zendrix::inspect {
 namespace {
 
-constexpr char kUsage[] = "quarantine list | quarantine restore NAME";
+constexpr char kQuarantineUsage[] = "quarantine list | quarantine restore NAME";
 
 void List(Console& console) {
   const auto contents = alerts::ReadQuarantine(console.state().seams.family);
@@ -32,10 +32,10 @@ void Restore(Console& console, const std::string& name) {
 }  // namespace
 
 void Quarantine(Console& console, const Words& words) {
-  RequireWords(words, 1, 2, kUsage);
+  RequireWords(words, 1, 2, kQuarantineUsage);
   if (words[0] == "list" && words.size() == 1) return List(console);
   if (words[0] == "restore" && words.size() == 2) return Restore(console, words[1]);
-  throw WrongUsage(std::string("usage: ") + kUsage);
+  throw WrongUsage(std::string("usage: ") + kQuarantineUsage);
 }
 
 }  // namespace zendrix::inspect

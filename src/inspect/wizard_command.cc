@@ -10,7 +10,7 @@
 namespace zendrix::inspect {
 namespace {
 
-constexpr char kUsage[] = "wizard ID [ANSWER...], each answer 0 (Yes), 1 (No) or 2 (I don't know)";
+constexpr char kWizardUsage[] = "wizard ID [ANSWER...], each answer 0 (Yes), 1 (No) or 2 (I don't know)";
 
 // Keeps the pages that a browser pane is given.
 class PageKeeper : public widgets::BrowserPage {
@@ -80,11 +80,11 @@ class WizardUser : public widgets::HiddenForms {
 }  // namespace
 
 void Wizard(Console& console, const Words& words) {
-  RequireWords(words, 1, words.size(), kUsage);
+  RequireWords(words, 1, words.size(), kWizardUsage);
   std::vector<std::size_t> answers;
   for (std::size_t i = 1; i < words.size(); ++i) {
     if (words[i] != "0" && words[i] != "1" && words[i] != "2")
-      throw WrongUsage(std::string("usage: ") + kUsage);
+      throw WrongUsage(std::string("usage: ") + kWizardUsage);
     answers.push_back(static_cast<std::size_t>(words[i][0] - '0'));
   }
   WizardUser user(std::move(answers));

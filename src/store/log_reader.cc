@@ -15,14 +15,14 @@
 namespace zendrix::store {
 namespace {
 
-constexpr int kDateOrderValue = 33;
 constexpr std::size_t kFullLine = 4;      // fields of the line that defines the columns
 constexpr std::size_t kShortestLine = 3;  // fields of any other
-constexpr std::size_t kShortText = 50;
-constexpr std::size_t kLongText = 1024;
+constexpr std::size_t kLogText = 50;
+constexpr std::size_t kLogDescription = 1024;
 
-constexpr std::array<std::string_view, 5> kFixedColumns = {"ID", "Date_Time", "Host", "TID", "Description"};
-constexpr std::size_t kDescription = 4;
+constexpr std::array<std::string_view, 5> kFixedLogColumns = {"ID", "Date_Time", "Host", "TID",
+                                                              "Description"};
+constexpr std::size_t kDescriptionColumn = 4;
 
 std::string CleanTrimmed(std::span<const char> line) {
   return std::string(core::Trim(core::CleanLine({line.data(), line.size()})));
@@ -34,7 +34,7 @@ EventLogTable::EventLogTable(std::size_t fields) : column_count_(fields + 1) {}
 
 std::string EventLogTable::ColumnName(std::size_t column) const {
   if (column >= column_count_) core::Raise(kNoSuchColumn);
-  if (column < kFixedColumns.size()) return std::string(kFixedColumns[column]);
+  if (column < kFixedLogColumns.size()) return std::string(kFixedLogColumns[column]);
   return "Descr" + std::to_string(column);
 }
 
@@ -60,7 +60,7 @@ void EventLogTable::AddRow(std::int32_t id, std::string_view date_time,
 }
 
 void EventLogTable::AddField(std::string_view text, std::size_t column) {
-  bytes_ += text.substr(0, column < kDescription ? kShortText : kLongText);
+  bytes_ += text.substr(0, column < kDescriptionColumn ? kLogText : kLogDescription);
   ends_.push_back(bytes_.size());
 }
 
@@ -74,8 +74,8 @@ void CLog::InitClass(const std::string& path) {
 }
 
 std::shared_ptr<const EventLogTable> CLog::Load(const std::string& path) {
-  date_order_ =
-      core::CInt(core::GetLocaleValue(kDateOrderValue, state_.seams.locale), state_.seams.locale.Current());
+  date_order_ = core::CInt(core::GetLocaleValue(core::kLocaleDateOrder, state_.seams.locale),
+                           state_.seams.locale.Current());
   current_year_ = core::LocalTimeOf(core::Now(state_.seams.clock, state_.seams.family)).year;
   if (!state_.seams.files.Exists(path)) return nullptr;
   const auto stream = core::ValueOrRaise(state_.seams.files.Open(path));

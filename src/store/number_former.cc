@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "core/characters.h"
 #include "core/number_rules.h"
 
 namespace zendrix::store {
@@ -13,10 +14,6 @@ constexpr std::size_t kColumnSize = 50;  // and the result to this
 constexpr std::size_t kDecimals = 16;
 // A double keeps any decimal of so many digits, so that reading and writing it gives the same digits back.
 constexpr std::size_t kExactDigits = 15;
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 }  // namespace
 
@@ -43,13 +40,13 @@ std::size_t NumberFormer::FormPlain(std::string_view field, char* out) const {
   const bool negative = p < end && *p == '-';
   if (negative) ++p;
   const char* whole = p;
-  while (p < end && IsDigit(*p)) ++p;
+  while (p < end && core::IsDigit(*p)) ++p;
   const char* const whole_end = p;
   if (whole == whole_end) return 0;
   const char* fraction = p;
   if (p < end && *p == '.') {
     fraction = ++p;
-    while (p < end && IsDigit(*p)) ++p;
+    while (p < end && core::IsDigit(*p)) ++p;
   }
   if (p != end) return 0;
   while (whole_end - whole > 1 && *whole == '0') ++whole;

@@ -7,7 +7,7 @@
 namespace zendrix::store {
 namespace {
 
-constexpr std::size_t kFirstSlots = 256;
+constexpr std::size_t kFirstPostingSlots = 256;
 
 // A list of n rows has room for the next power of two.
 std::size_t RoomFor(std::uint32_t size) {
@@ -16,7 +16,7 @@ std::size_t RoomFor(std::uint32_t size) {
 
 }  // namespace
 
-Postings::Postings() : seed_(FreshSeed() | 1), slots_(kFirstSlots) {}
+Postings::Postings() : seed_(FreshSeed() | 1), slots_(kFirstPostingSlots) {}
 
 std::size_t Postings::SlotOf(std::uint64_t key) const {
   const std::size_t mask = slots_.size() - 1;

@@ -17,7 +17,6 @@
 namespace zendrix::store {
 namespace {
 
-constexpr int kDateOrderValue = 33;
 constexpr int kNoDescr = 9;
 constexpr std::int32_t kLinesPerYield = 50;
 constexpr std::int64_t kLargestLong = std::numeric_limits<std::int32_t>::max();
@@ -70,8 +69,8 @@ void CMkvlf::InitClass(const std::string& path) {
 }
 
 void CMkvlf::Load(const std::string& path) {
-  ReaderDateOrder =
-      core::CInt(core::GetLocaleValue(kDateOrderValue, state_.seams.locale), state_.seams.locale.Current());
+  ReaderDateOrder = core::CInt(core::GetLocaleValue(core::kLocaleDateOrder, state_.seams.locale),
+                               state_.seams.locale.Current());
   LastFileSize = 0;
   LastLineNumber = 0;
   LastDateUTC.clear();

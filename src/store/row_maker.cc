@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/characters.h"
 #include "core/date_rules.h"
 #include "core/moment_formatter.h"
 #include "core/moments.h"
@@ -22,10 +23,6 @@ constexpr int kFirstExtraField = 7;
 
 std::string_view Cut(std::string_view text, std::size_t size) {
   return text.substr(0, size);
-}
-
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
 }
 
 // The first " * " at or behind `from`. The asterisk is its rare character.
@@ -147,7 +144,7 @@ RowMaker::Stamp RowMaker::ReadStamp(std::string_view field) {
   constexpr std::size_t kMostDigits = 10;
   std::size_t digits = 0;
   std::int64_t seconds = 0;
-  for (; digits < field.size() && digits < kMostDigits && IsDigit(field[digits]); ++digits) {
+  for (; digits < field.size() && digits < kMostDigits && core::IsDigit(field[digits]); ++digits) {
     seconds = seconds * 10 + (field[digits] - '0');
   }
   const std::size_t comma = field.find(',', digits);

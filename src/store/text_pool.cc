@@ -7,7 +7,7 @@
 namespace zendrix::store {
 namespace {
 
-constexpr std::size_t kFirstSlots = 1024;
+constexpr std::size_t kFirstTextSlots = 1024;
 constexpr std::size_t kManySlots = 1024 * 1024;
 constexpr std::size_t kFirstBlock = 16 * 1024;
 constexpr std::size_t kLargestBlock = 1024 * 1024;
@@ -19,7 +19,7 @@ std::uint64_t FreshSeed() {
   return (static_cast<std::uint64_t>(device()) << 32) ^ device();
 }
 
-TextPool::TextPool() : slots_(kFirstSlots), mask_(kFirstSlots - 1) {
+TextPool::TextPool() : slots_(kFirstTextSlots), mask_(kFirstTextSlots - 1) {
   entries_.push_back({"", 0});
 }
 

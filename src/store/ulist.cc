@@ -6,11 +6,11 @@
 namespace zendrix::store {
 namespace {
 
-constexpr std::size_t kFirstSlots = 16;
+constexpr std::size_t kFirstListSlots = 16;
 
 }  // namespace
 
-CUList::CUList() : seed_(FreshSeed()), slots_(kFirstSlots) {}
+CUList::CUList() : seed_(FreshSeed()), slots_(kFirstListSlots) {}
 
 std::size_t CUList::SlotOf(std::string_view key) const {
   std::uint64_t state = seed_;
@@ -39,7 +39,7 @@ const std::string* CUList::ItemData(std::string_view key) const {
 
 void CUList::Clear() {
   entries_.clear();
-  slots_.assign(kFirstSlots, 0);
+  slots_.assign(kFirstListSlots, 0);
 }
 
 void CUList::Grow() {

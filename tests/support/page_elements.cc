@@ -11,7 +11,7 @@ bool IsBlank(char c) {
   return c == ' ';
 }
 
-bool IsLetter(char c) {
+bool IsNameLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
@@ -22,10 +22,10 @@ bool IsPlain(char c) {
 
 bool IsNameCharacter(char c) {
   static constexpr std::string_view kOthers = "-_:.,\\%";
-  return IsLetter(c) || (c >= '0' && c <= '9') || kOthers.find(c) != std::string_view::npos;
+  return IsNameLetter(c) || (c >= '0' && c <= '9') || kOthers.find(c) != std::string_view::npos;
 }
 
-std::string Small(std::string_view text) {
+std::string SmallLetters(std::string_view text) {
   std::string small(text);
   std::transform(small.begin(), small.end(), small.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -102,7 +102,7 @@ class Reader {
     const std::size_t start = at_++;
     PageTag tag;
     if (!AtEnd() && Now() == '/') tag.name = html_[at_++];
-    if (AtEnd() || !(IsLetter(Now()) || Now() == '%' || Now() == ':')) {
+    if (AtEnd() || !(IsNameLetter(Now()) || Now() == '%' || Now() == ':')) {
       at_ = start;
       Error("< that opens no tag");
       ++at_;
@@ -112,7 +112,7 @@ class Reader {
       if (!IsNameCharacter(Now())) Error("character in the name of a tag");
       tag.name += html_[at_++];
     }
-    tag.name = Small(tag.name);
+    tag.name = SmallLetters(tag.name);
     while (true) {
       while (!AtEnd() && IsBlank(Now())) ++at_;
       if (AtEnd()) return Error("tag without an end");
@@ -134,8 +134,8 @@ class Reader {
       ++at_;
       ReadValue(value);
     }
-    if (tag.Value(Small(name))) Error("attribute twice");
-    tag.attributes.emplace_back(Small(name), value);
+    if (tag.Value(SmallLetters(name))) Error("attribute twice");
+    tag.attributes.emplace_back(SmallLetters(name), value);
   }
 
   void ReadValue(std::string& value) {

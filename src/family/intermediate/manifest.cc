@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdio>
 #include <vector>
 
+#include "family/intermediate/read_number.h"
 #include "family/intermediate/sha256.h"
 
 namespace zendrix::family {
@@ -15,12 +15,6 @@ constexpr std::size_t kOldFields = 11;
 constexpr std::size_t kFields = 13;
 constexpr int kOldVersion = 1;
 
-template <class Number>
-bool Read(std::string_view text, Number& number, int base = 10) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  return error == std::errc() && end == text.data() + text.size();
-}
-
 bool Unescape(std::string_view text, std::string& path) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (text[i] != '%') {
@@ -28,7 +22,7 @@ bool Unescape(std::string_view text, std::string& path) {
       continue;
     }
     unsigned byte = 0;
-    if (i + 2 >= text.size() || !Read(text.substr(i + 1, 2), byte, 16)) return false;
+    if (i + 2 >= text.size() || !ReadNumber(text.substr(i + 1, 2), byte, 16)) return false;
     path += static_cast<char>(byte);
     i += 2;
   }
@@ -47,7 +41,7 @@ bool ReadEvent(const std::vector<std::string_view>& fields, Manifest& manifest) 
   }
   if (fields[0] != "2" || fields.size() != kFields || !Unescape(fields[10], manifest.alert)) return false;
   if (fields[11].empty()) return true;
-  return Read(fields[11], manifest.event.emplace());
+  return ReadNumber(fields[11], manifest.event.emplace());
 }
 
 std::string TimeText(const timespec& time) {
@@ -56,8 +50,8 @@ std::string TimeText(const timespec& time) {
 
 bool ReadTime(std::string_view text, timespec& time) {
   const auto point = text.find('.');
-  return point != std::string_view::npos && Read(text.substr(0, point), time.tv_sec) &&
-         Read(text.substr(point + 1), time.tv_nsec) && time.tv_nsec >= 0 && time.tv_nsec < 1000000000;
+  return point != std::string_view::npos && ReadNumber(text.substr(0, point), time.tv_sec) &&
+         ReadNumber(text.substr(point + 1), time.tv_nsec) && time.tv_nsec >= 0 && time.tv_nsec < 1000000000;
 }
 
 bool IsHash(std::string_view text) {
@@ -109,10 +103,10 @@ std::optional<Manifest> ManifestOf(std::string_view line) {
   const auto fields = FieldsOf(line.substr(0, line.size() - 1));
   Manifest manifest;
   const bool whole = fields.size() >= kOldFields && ReadEvent(fields, manifest) &&
-                     ReadPath(fields[1], manifest.path) && Read(fields[2], manifest.owner) &&
-                     Read(fields[3], manifest.group) && Read(fields[4], manifest.mode, 8) &&
+                     ReadPath(fields[1], manifest.path) && ReadNumber(fields[2], manifest.owner) &&
+                     ReadNumber(fields[3], manifest.group) && ReadNumber(fields[4], manifest.mode, 8) &&
                      manifest.mode <= 07777 && ReadTime(fields[5], manifest.accessed) &&
-                     ReadTime(fields[6], manifest.modified) && Read(fields[7], manifest.size) &&
+                     ReadTime(fields[6], manifest.modified) && ReadNumber(fields[7], manifest.size) &&
                      IsHash(fields[8]) && ReadTime(fields[9], manifest.moved);
   if (!whole) return std::nullopt;
   manifest.sha256 = fields[8];

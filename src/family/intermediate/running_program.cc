@@ -8,9 +8,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <set>
 
+#include "family/intermediate/read_number.h"
 #include "family/intermediate/same_file.h"
 #include "family/intermediate/text_file.h"
 
@@ -21,12 +21,6 @@ namespace {
 constexpr std::int64_t kClockSlack = 2;
 constexpr std::size_t kStartField = 19;  // counted from the one behind the name, which is the state
 constexpr std::string_view kListening = "0A";
-
-template <class Number>
-bool Read(std::string_view text, Number& number, int base = 10) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  return error == std::errc() && end == text.data() + text.size();
-}
 
 // What stands behind the name in "4711 (a name) S 1 ...": the name may hold anything, ")" included.
 std::vector<std::string_view> FieldsBehindName(std::string_view text) {
@@ -55,7 +49,7 @@ bool IsHidden(const std::string& number, const Outside& outside) {
   if (::access((outside.proc + "/" + number).c_str(), F_OK) == 0) return true;
   if (TextOf(outside.proc + "/1/stat")) return false;
   pid_t process = 0;
-  return Read(number, process) && process > 0 && (::kill(process, 0) == 0 || errno != ESRCH);
+  return ReadNumber(number, process) && process > 0 && (::kill(process, 0) == 0 || errno != ESRCH);
 }
 
 struct Process {
@@ -74,7 +68,7 @@ Process ProcessOf(const std::string& number, const Outside& outside) {
   }
   const auto fields = FieldsBehindName(*text);
   std::int64_t ticks = 0;
-  if (fields.size() <= kStartField || !Read(fields[kStartField], ticks)) return process;
+  if (fields.size() <= kStartField || !ReadNumber(fields[kStartField], ticks)) return process;
   process.lives = IsAlive(fields) || HasLivingThread(folder);
   // Where the clock was set forward since, a process of before the event seems to have begun behind it.
   process.began =
@@ -92,11 +86,12 @@ Endpoint EndpointOf(std::string_view text) {
   constexpr std::size_t kWordDigits = 8, kMostWords = 4;
   Endpoint endpoint;
   const auto colon = std::min(text.find(':'), text.size());
-  if (colon < text.size()) Read(text.substr(colon + 1), endpoint.port, 16);
+  if (colon < text.size()) ReadNumber(text.substr(colon + 1), endpoint.port, 16);
   const std::size_t count = colon / kWordDigits;
   std::array<std::uint32_t, kMostWords> words = {};
   if (count != 1 && count != kMostWords) return endpoint;
-  for (std::size_t i = 0; i < count; ++i) Read(text.substr(i * kWordDigits, kWordDigits), words.at(i), 16);
+  for (std::size_t i = 0; i < count; ++i)
+    ReadNumber(text.substr(i * kWordDigits, kWordDigits), words.at(i), 16);
   // An IPv4 address may be told as "::ffff:10.0.0.7".
   const bool mapped = count == kMostWords && words[0] == 0 && words[1] == 0 && words[2] == htonl(0xFFFF);
   const bool short_form = count == 1 || mapped;
@@ -110,7 +105,7 @@ Endpoint EndpointOf(std::string_view text) {
 
 bool IsMeant(const Subject& subject, std::string_view local, std::string_view remote) {
   unsigned port = 0;
-  if (!Read(subject.reading.port, port)) return false;
+  if (!ReadNumber(subject.reading.port, port)) return false;
   if (subject.kind == DescriptionKind::kListeningPort) return EndpointOf(local).port == port;
   std::string address(subject.reading.address);
   std::replace(address.begin(), address.end(), ':', '-');

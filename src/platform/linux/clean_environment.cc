@@ -16,7 +16,7 @@ std::string Upper(std::string_view text) {
   return upper;
 }
 
-std::string_view NameOf(std::string_view entry) {
+std::string_view VariableOf(std::string_view entry) {
   return entry.substr(0, entry.find('='));
 }
 
@@ -36,7 +36,7 @@ bool SteersTheBrowser(std::string_view name) {
 void CleanEnvironment() {
   std::vector<std::string> names;
   for (char** entry = environ; entry && *entry; ++entry) {
-    if (const auto name = NameOf(*entry); SteersTheBrowser(name)) names.emplace_back(name);
+    if (const auto name = VariableOf(*entry); SteersTheBrowser(name)) names.emplace_back(name);
   }
   for (const std::string& name : names) unsetenv(name.c_str());
 }
@@ -44,12 +44,12 @@ void CleanEnvironment() {
 std::vector<std::string> EnvironmentForOthers() {
   std::vector<std::string> entries;
   for (char** entry = environ; entry && *entry; ++entry) {
-    if (!SteersTheBrowser(NameOf(*entry))) entries.emplace_back(*entry);
+    if (!SteersTheBrowser(VariableOf(*entry))) entries.emplace_back(*entry);
   }
   // The kernel's record of the start knows what has been cleared since, and not what the console has set.
   std::ifstream file("/proc/self/environ", std::ios::binary);
   for (std::string entry; std::getline(file, entry, '\0');) {
-    if (SteersTheBrowser(NameOf(entry))) entries.push_back(entry);
+    if (SteersTheBrowser(VariableOf(entry))) entries.push_back(entry);
   }
   return entries;
 }

@@ -130,13 +130,13 @@ class PictureWriter {
 };
 
 // A part of a picture: a run of one letter outside of quotes. The day of the week is no part of a date.
-struct Part {
+struct PicturePart {
   char letter;
   std::size_t begin, end;
 };
 
-std::vector<Part> PartsOf(const std::string& picture) {
-  std::vector<Part> parts;
+std::vector<PicturePart> PicturePartsOf(const std::string& picture) {
+  std::vector<PicturePart> parts;
   for (std::size_t i = 0; i < picture.size();) {
     const char c = picture[i];
     const std::size_t begin = i;
@@ -153,7 +153,7 @@ std::vector<Part> PartsOf(const std::string& picture) {
 
 // The text between the first two parts of a picture, up to the first word.
 std::string SeparatorOf(const std::string& picture) {
-  const std::vector<Part> parts = PartsOf(picture);
+  const std::vector<PicturePart> parts = PicturePartsOf(picture);
   if (parts.size() < 2) return {};
   const std::string between = picture.substr(parts[0].end, parts[1].begin - parts[0].end);
   return between.substr(0, between.find_first_of("'d"));
@@ -161,9 +161,9 @@ std::string SeparatorOf(const std::string& picture) {
 
 // 0 month-day-year, 1 day-month-year, 2 year-month-day; nothing when a part is missing.
 std::optional<int> OrderOf(const std::string& picture) {
-  const std::vector<Part> parts = PartsOf(picture);
+  const std::vector<PicturePart> parts = PicturePartsOf(picture);
   const auto place = [&](char letter) {
-    return std::ranges::find(parts, letter, &Part::letter) - parts.begin();
+    return std::ranges::find(parts, letter, &PicturePart::letter) - parts.begin();
   };
   const auto day = place('d'), month = place('M'), year = place('y');
   if (std::max({day, month, year}) == std::ssize(parts)) return std::nullopt;
@@ -205,7 +205,7 @@ std::string DigitsFor(const std::string& picture, std::string_view separators) {
   const bool own = between.size() == 1 && separators.find(between) != std::string_view::npos;
   const std::string separator = own ? between : std::string(separators.substr(0, 1));
   std::string digits;
-  for (const Part& part : PartsOf(picture)) {
+  for (const PicturePart& part : PicturePartsOf(picture)) {
     const auto* found = std::ranges::find(kDigits, part.letter, &Digits::letter);
     if (found == std::end(kDigits)) continue;
     if (!digits.empty()) digits += separator;

@@ -16,7 +16,7 @@ using testing::Append;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-int TwipsOf(std::string_view text) {
+int RowTwipsOf(std::string_view text) {
   return static_cast<int>(text.size()) * 100;
 }
 int PixelsOf(std::string_view text) {
@@ -35,7 +35,7 @@ class EventRowsTest : public ::testing::Test {
     return core::DisplayTime(seconds, order, family_, locale);
   }
   std::string Fit(std::string_view text, int width) const {
-    return core::FitTextToWidth(text, width, TwipsOf, PixelsOf, 15);
+    return core::FitTextToWidth(text, width, RowTwipsOf, PixelsOf, 15);
   }
   int RaisedBy(const std::function<void()>& act) {
     try {
@@ -47,7 +47,7 @@ class EventRowsTest : public ::testing::Test {
   }
 
   platform::MemoryFamily family_;
-  EventRows rows_{family_, {TwipsOf, PixelsOf, 15}};
+  EventRows rows_{family_, {RowTwipsOf, PixelsOf, 15}};
 };
 
 TEST_F(EventRowsTest, RowIsNoLargerThanFourNumbers) {

@@ -60,14 +60,14 @@ std::string Whole(int i) {
   return "the description of line " + std::to_string(i);
 }
 
-std::string Line(int i) {
+std::string FailingLine(int i) {
   return std::to_string(i) + ",HOST " + std::to_string(i / 10) + ",monitor " + std::to_string(i % 3) + ",A," +
          Whole(i) + "\n";
 }
 
 struct Loaded {
   Loaded() {
-    files.Put("/f", Line(0) + Line(1));
+    files.Put("/f", FailingLine(0) + FailingLine(1));
     load.path = "/f";
     load.is_displayed = [](const std::string&) { return std::nullopt; };
     load.serve = [] {};
@@ -126,7 +126,7 @@ TEST(MemoryFailureTest, PoolTakesTextsWhereverMemoryRanOut) {
 // An insert that failed half-way left lists of different lengths.
 TEST(MemoryFailureTest, RowsAreWholeWhereverMemoryRunsOut) {
   std::string more;
-  for (int i = 2; i < 60; ++i) more += Line(i);
+  for (int i = 2; i < 60; ++i) more += FailingLine(i);
   bool failed = true;
   for (long nth = 1; failed; ++nth) {
     Loaded loaded;
@@ -153,7 +153,7 @@ TEST(MemoryFailureTest, ViewInAnotherOrderIsWholeWhereverMemoryRunsOut) {
     Loaded loaded;
     loaded.view.SortByText(kColWhole, true);
     std::string more;
-    for (int i = 2; i < 150; ++i) more += Line(i);
+    for (int i = 2; i < 150; ++i) more += FailingLine(i);
     loaded.files.PutMore("/f", more);
     failed = FailsAt(nth, [&] { loaded.Poll(); });
     loaded.ExpectWhole();
@@ -166,12 +166,12 @@ TEST(MemoryFailureTest, SortThatFailsLeavesTheOrder) {
     for (long nth = 1; failed; ++nth) {
       Loaded loaded;
       std::string more;
-      for (int i = 2; i < 30; ++i) more += Line(i);
+      for (int i = 2; i < 30; ++i) more += FailingLine(i);
       loaded.files.PutMore("/f", more);
       loaded.Poll();
       if (merges) {
         loaded.view.SortByText(kColWhole, true);
-        loaded.files.PutMore("/f", Line(30) + Line(31));
+        loaded.files.PutMore("/f", FailingLine(30) + FailingLine(31));
         loaded.Poll();
       }
       std::vector<std::uint32_t> before;
@@ -190,7 +190,7 @@ TEST(MemoryFailureTest, ListOfAMonitorsRowsIsWholeWhereverMemoryRunsOut) {
     Loaded loaded;
     (void)loaded.rows.RowsOfMonitor("monitor 0");
     std::string more;
-    for (int i = 2; i < 40; ++i) more += Line(i);
+    for (int i = 2; i < 40; ++i) more += FailingLine(i);
     loaded.files.PutMore("/f", more);
     loaded.Poll();
     failed = FailsAt(nth, [&] { (void)loaded.rows.RowsOfMonitor("monitor 1"); });

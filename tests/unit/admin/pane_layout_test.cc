@@ -6,28 +6,28 @@ namespace zendrix::admin {
 namespace {
 
 constexpr int kTop = 600;
-constexpr PaneRoom kRoom{15'000, 10'000, kTop, 9'600};
+constexpr PaneRoom kWindowRoom{15'000, 10'000, kTop, 9'600};
 constexpr int kBar = 6'000;
 constexpr int kThickness = 90;
 
 TEST(PaneLayoutTest, GridsFillTheSpaceBetweenToolbarAndSplitterLessAGap) {
-  const PanePlaces places = LayOutPanes(kRoom, kBar, kThickness);
+  const PanePlaces places = LayOutPanes(kWindowRoom, kBar, kThickness);
   EXPECT_EQ(places.grids.top, kTop);
   EXPECT_EQ(places.grids.top + places.grids.height, kBar - 40);
 }
 
 TEST(PaneLayoutTest, TreeStandsOnTheLeftUnderTheSplitterAndTheChartOnTheRight) {
-  const PanePlaces places = LayOutPanes(kRoom, kBar, kThickness);
+  const PanePlaces places = LayOutPanes(kWindowRoom, kBar, kThickness);
   EXPECT_EQ(places.Pic1.left, places.grids.left);
   EXPECT_EQ(places.Pic1.top, kBar + kThickness);
   EXPECT_EQ(places.Chrt.top, kBar + kThickness);
   EXPECT_GT(places.Chrt.left, places.Pic1.left + places.Pic1.width);
   EXPECT_EQ(places.Chrt.left + places.Chrt.width, places.grids.left + places.grids.width);
-  EXPECT_LE(places.Pic1.top + places.Pic1.height, kRoom.bottom);
+  EXPECT_LE(places.Pic1.top + places.Pic1.height, kWindowRoom.bottom);
 }
 
 TEST(PaneLayoutTest, ChartsLabelHasItsLeftEdgeAndWidthAndStandsUnderIt) {
-  const PanePlaces places = LayOutPanes(kRoom, kBar, kThickness);
+  const PanePlaces places = LayOutPanes(kWindowRoom, kBar, kThickness);
   EXPECT_EQ(places.chrtLabel.left, places.Chrt.left);
   EXPECT_EQ(places.chrtLabel.width, places.Chrt.width);
   EXPECT_EQ(places.chrtLabel.top, places.Chrt.top + places.Chrt.height);
@@ -35,7 +35,7 @@ TEST(PaneLayoutTest, ChartsLabelHasItsLeftEdgeAndWidthAndStandsUnderIt) {
 }
 
 TEST(PaneLayoutTest, TreeHasAMarginOfTwentyTwipsOnEachSide) {
-  const PanePlaces places = LayOutPanes(kRoom, kBar, kThickness);
+  const PanePlaces places = LayOutPanes(kWindowRoom, kBar, kThickness);
   EXPECT_EQ(places.tvVCR.left, places.Pic1.left + 20);
   EXPECT_EQ(places.tvVCR.top, places.Pic1.top + 20);
   EXPECT_EQ(places.tvVCR.width, places.Pic1.width - 40);
@@ -53,7 +53,7 @@ TEST(PaneLayoutTest, NoComputedSizeIsBelowSevenHundredTwips) {
 }
 
 TEST(PaneLayoutTest, SplitterStaysWhereItIsWhateverTheRoom) {
-  for (const PaneRoom& room : {kRoom, PaneRoom{9'000, 5'000, kTop, 4'600}}) {
+  for (const PaneRoom& room : {kWindowRoom, PaneRoom{9'000, 5'000, kTop, 4'600}}) {
     const PanePlaces places = LayOutPanes(room, kBar, kThickness);
     EXPECT_EQ(places.lblHDrag.top, kBar);
     EXPECT_EQ(places.lblHDrag.height, kThickness);

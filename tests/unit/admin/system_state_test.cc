@@ -15,8 +15,8 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr char kStart[] = "** Start baseline **";
-constexpr char kEnd[] = "** End baseline **";
+constexpr char kBaselineStart[] = "** Start baseline **";
+constexpr char kBaselineEnd[] = "** End baseline **";
 
 std::vector<std::string> Texts(const EventRows& rows, const std::vector<store::TextId>& items) {
   std::vector<std::string> texts;
@@ -32,9 +32,9 @@ class SystemStateTest : public ::testing::Test {
     testing::InsertTop(rows_, grid_, {seconds_, {}, "h", monitor, code, whole, seconds_});
   }
   void AddBaseline(std::initializer_list<const char*> items, std::string_view monitor = "Tcp Port") {
-    Add("B", kStart, monitor);
+    Add("B", kBaselineStart, monitor);
     for (const char* item : items) Add("A", item, monitor);
-    Add("B", kEnd, monitor);
+    Add("B", kBaselineEnd, monitor);
   }
   // When the event of this second was the newest.
   std::vector<std::string> At(int second, std::string_view monitor = "Tcp Port") const {
@@ -63,7 +63,7 @@ TEST_F(SystemStateTest, LastRowThatStartsABaselineIsFound) {
 
 TEST_F(SystemStateTest, BaselineWithoutAnEndGivesTheStateAtRowOneInsideAndBehindIt) {
   Add("A", "before");
-  Add("B", kStart);
+  Add("B", kBaselineStart);
   for (const char* item : {"a", "b", "c"}) Add("A", item);
   Add("R", "b");
   for (const int second : {2, 3, 4, 5, 6}) EXPECT_THAT(At(second), ElementsAre("a", "c")) << second;
@@ -122,10 +122,10 @@ TEST_F(SystemStateTest, NewestBaselineCountsAndForgetsWhatWasBeforeIt) {
 
 TEST_F(SystemStateTest, BaselinesOfOtherMonitorsDoNotCount) {
   AddBaseline({"a"});
-  Add("B", kStart, "System");
+  Add("B", kBaselineStart, "System");
   Add("A", "b");
   Add("A", "s", "System");
-  Add("B", kEnd, "System");
+  Add("B", kBaselineEnd, "System");
   EXPECT_THAT(At(7), ElementsAre("a", "b"));
   EXPECT_THAT(At(7, "System"), ElementsAre("s"));
 }
@@ -137,10 +137,10 @@ TEST_F(SystemStateTest, OtherChangeCodesChangeNothing) {
 }
 
 TEST_F(SystemStateTest, BaselineMarkersOfChangeCodeAAreItems) {
-  Add("A", kStart);
+  Add("A", kBaselineStart);
   Add("A", "a");
-  Add("A", kEnd);
-  EXPECT_THAT(At(3), ElementsAre("a", kEnd));
+  Add("A", kBaselineEnd);
+  EXPECT_THAT(At(3), ElementsAre("a", kBaselineEnd));
 }
 
 TEST_F(SystemStateTest, NamesAreComparedWithoutCaseAndDescriptionsWithIt) {

@@ -20,9 +20,9 @@ using ::testing::IsEmpty;
 using ::testing::Optional;
 using ::testing::SizeIs;
 
-constexpr int kTop = 1795225500;  // 2026-11-21 01:45:00 UTC
+constexpr int kTopSlot = 1795225500;  // 2026-11-21 01:45:00 UTC
 constexpr std::nullopt_t kEmpty = std::nullopt;
-using Line = std::vector<std::optional<std::int32_t>>;
+using SlotLine = std::vector<std::optional<std::int32_t>>;
 
 int TwipsOf(std::string_view text) {
   return static_cast<int>(text.size()) * 100;
@@ -39,7 +39,7 @@ class TimeSlotsTest : public ::testing::Test {
   }
   // An event so many seconds older than the newest. Events are added in the order of the file.
   void Add(int age, const std::string& code = "A", const std::string& monitor = "System") {
-    testing::InsertTop(rows_, grid_, {++id_, "", "HOST", monitor, code, "what", kTop - age});
+    testing::InsertTop(rows_, grid_, {++id_, "", "HOST", monitor, code, "what", kTopSlot - age});
   }
   // The whole span of the slots and two rows behind it.
   void AddOldHistory(int age = 100000) {
@@ -60,8 +60,8 @@ class TimeSlotsTest : public ::testing::Test {
     const auto error = Fill();
     return error ? error->number : 0;
   }
-  const Line& Counts(std::size_t monitor = 0) const { return slots_.SlotCounts[monitor]; }
-  const Line& Totals(std::size_t monitor = 0) const { return slots_.SlotTotals[monitor]; }
+  const SlotLine& Counts(std::size_t monitor = 0) const { return slots_.SlotCounts[monitor]; }
+  const SlotLine& Totals(std::size_t monitor = 0) const { return slots_.SlotTotals[monitor]; }
 
   platform::MemoryFamily family_;
   platform::LocaleInfo locale_;
@@ -200,7 +200,7 @@ TEST_F(TimeSlotsTest, MonitorWithTheValueTwoIsNotInTheCharts) {
   Add(1, "A", "folder contents");
   Add(0);
   Fill();
-  EXPECT_THAT(slots_.SlotCounts, ElementsAre(Line{1, kEmpty, kEmpty, kEmpty, kEmpty}, Each(kEmpty)));
+  EXPECT_THAT(slots_.SlotCounts, ElementsAre(SlotLine{1, kEmpty, kEmpty, kEmpty, kEmpty}, Each(kEmpty)));
 }
 
 TEST_F(TimeSlotsTest, ChangeCodeBMovesNoTotal) {
@@ -271,7 +271,7 @@ class PlainReading {
     for (const auto& [name, value] : settings.MonitorStates)
       if (value == "1") monitors_.push_back(name);
     const int slots = settings.NSlots;
-    counts.assign(monitors_.size() + 1, Line(static_cast<std::size_t>(slots)));
+    counts.assign(monitors_.size() + 1, SlotLine(static_cast<std::size_t>(slots)));
     totals = counts;
     try {
       const int stop = Count(slots);

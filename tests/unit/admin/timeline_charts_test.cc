@@ -10,7 +10,7 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr std::nullopt_t kEmpty = std::nullopt;
+constexpr std::nullopt_t kEmptyCell = std::nullopt;
 
 class TimelineChartsTest : public ::testing::Test {
  protected:
@@ -19,8 +19,9 @@ class TimelineChartsTest : public ::testing::Test {
     settings_.NSlots = 3;
     settings_.TSlots = 1;
     settings_.TChart = "D";
-    slots_.SlotCounts = {{5, kEmpty, 7}, {kEmpty, 1, kEmpty}, {kEmpty, kEmpty, kEmpty}};
-    slots_.SlotTotals = {{50, 60, 70}, {-1, kEmpty, 1}, {kEmpty, kEmpty, kEmpty}};
+    slots_.SlotCounts = {
+        {5, kEmptyCell, 7}, {kEmptyCell, 1, kEmptyCell}, {kEmptyCell, kEmptyCell, kEmptyCell}};
+    slots_.SlotTotals = {{50, 60, 70}, {-1, kEmptyCell, 1}, {kEmptyCell, kEmptyCell, kEmptyCell}};
     slots_.SlotLabels = {"01:45 AM", " ", " "};
   }
   core::Settings settings_;
@@ -52,7 +53,7 @@ TEST_F(TimelineChartsTest, AnyOtherKindLeavesTheColumnsEmpty) {
   for (const char* kind : {"t", "d", "", "X"}) {
     settings_.TChart = kind;
     for (const auto& series : SmallChartTable(settings_, slots_).series)
-      EXPECT_THAT(series.values, ElementsAre(kEmpty, kEmpty, kEmpty)) << kind;
+      EXPECT_THAT(series.values, ElementsAre(kEmptyCell, kEmptyCell, kEmptyCell)) << kind;
   }
 }
 

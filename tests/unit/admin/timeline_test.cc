@@ -13,7 +13,7 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Pair;
 
-constexpr int kTop = 1795225500;  // 2026-11-21 01:45:00 UTC
+constexpr int kTopTime = 1795225500;  // 2026-11-21 01:45:00 UTC
 
 class TimelineTest : public FrmMainFixture {
  protected:
@@ -21,8 +21,8 @@ class TimelineTest : public FrmMainFixture {
     reg_ini_.SaveSettingHashed("Tline", "Nslots", "3");
     reg_ini_.ReadRegInfo();
   }
-  const std::vector<std::string> span_ = {Line(kTop - 180, "system"), Line(kTop - 179, "system"),
-                                          Line(kTop - 70, "tcp port"), Line(kTop, "system")};
+  const std::vector<std::string> span_ = {Line(kTopTime - 180, "system"), Line(kTopTime - 179, "system"),
+                                          Line(kTopTime - 70, "tcp port"), Line(kTopTime, "system")};
   Timeline& timeline() { return form_->timeline; }
   std::vector<std::optional<std::int32_t>> Small(std::size_t series) {
     return timeline().Chrt.table.Get().series[series].values;
@@ -50,24 +50,24 @@ TEST_F(TimelineTest, LoadDrawsTheSmallChart) {
 
 TEST_F(TimelineTest, TotalsBeginWithTheStateAtTheFarEnd) {
   Save("TCHart", "T");
-  OpenOn({Line(kTop - 500, "system", "** Start baseline **", "N"), Line(kTop - 500, "system", "one"),
-          Line(kTop - 500, "system", "two"), Line(kTop - 500, "system", "** End baseline **", "N"),
-          Line(kTop - 179, "system", "one", "R"), Line(kTop - 70, "system", "three"),
-          Line(kTop, "tcp port")});
+  OpenOn({Line(kTopTime - 500, "system", "** Start baseline **", "N"), Line(kTopTime - 500, "system", "one"),
+          Line(kTopTime - 500, "system", "two"), Line(kTopTime - 500, "system", "** End baseline **", "N"),
+          Line(kTopTime - 179, "system", "one", "R"), Line(kTopTime - 70, "system", "three"),
+          Line(kTopTime, "tcp port")});
   EXPECT_THAT(Small(0), ElementsAre(1, 2, 2));
   EXPECT_THAT(Small(3), ElementsAre(0, 0, 1));
 }
 
 TEST_F(TimelineTest, PollCountsAnew) {
   OpenOn(span_);
-  AppendLine(Line(kTop + 1, "system"));
+  AppendLine(Line(kTopTime + 1, "system"));
   Tick();
   EXPECT_THAT(Small(0), ElementsAre(0, 0, 2));
 }
 
 TEST_F(TimelineTest, FileThatShrankIsCountedAnew) {
   OpenOn(span_);
-  Put({Line(kTop, "tcp port"), Line(kTop, "tcp port")});
+  Put({Line(kTopTime, "tcp port"), Line(kTopTime, "tcp port")});
   Tick();
   EXPECT_THAT(Small(0), Each(0));
   EXPECT_THAT(Small(3), ElementsAre(0, 0, 2));
@@ -209,7 +209,7 @@ TEST_F(TimelineTest, OpenTimelineViewIsDrawnAgainAtEveryTick) {
   Large()->LargeChart.table = widgets::ChartTable{};
   Tick();
   EXPECT_THAT(LargeValues(0), ElementsAre(0, 0, 1)) << "nothing has changed in the file";
-  AppendLine(Line(kTop + 1, "system"));
+  AppendLine(Line(kTopTime + 1, "system"));
   Tick();
   EXPECT_THAT(LargeValues(0), ElementsAre(0, 0, 2));
   Large()->Unload(widgets::UnloadCause::kCloseBox);

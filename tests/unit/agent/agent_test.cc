@@ -14,7 +14,7 @@ constexpr const char* kEvents = "/z/KorvessaMonitoring.kvl";
 constexpr const char* kLog = "/z/KorvessaEventLog.kvl";
 constexpr const char* kStatus = "/z/zendrix-agent.status";
 
-class AgentTest : public testing::Test {
+class AgentTest : public ::testing::Test {
  protected:
   AgentTest() {
     clock.SetUtc(1700000000);
@@ -91,18 +91,18 @@ TEST_F(AgentTest, LogHasNumericSecondsHostThreadAndAMessageWithoutCommas) {
   options.once = true;
   Run();
   EXPECT_THAT(Lines(kLog),
-              testing::ElementsAre("1700000000,vm,42,Agent started; form home; it only observes",
-                                   testing::HasSubstr("and Windows Folder and Memory Utilization and"),
-                                   testing::HasSubstr("programs of other users cannot be told"),
-                                   testing::HasSubstr("System (failed logins) - not watched"),
-                                   "1700000000,vm,42,Session began; 2 items; 0 alerts",
-                                   "1700000000,vm,42,Agent stopped"));
+              ::testing::ElementsAre("1700000000,vm,42,Agent started; form home; it only observes",
+                                     ::testing::HasSubstr("and Windows Folder and Memory Utilization and"),
+                                     ::testing::HasSubstr("programs of other users cannot be told"),
+                                     ::testing::HasSubstr("System (failed logins) - not watched"),
+                                     "1700000000,vm,42,Session began; 2 items; 0 alerts",
+                                     "1700000000,vm,42,Agent stopped"));
 }
 
 TEST_F(AgentTest, OnlyTheTwoFilesAndTheStatusAreWritten) {
   options.once = true;
   Run();
-  EXPECT_THAT(files.Paths(), testing::ElementsAre(kLog, kEvents, kStatus, "/z/zendrix.ini"));
+  EXPECT_THAT(files.Paths(), ::testing::ElementsAre(kLog, kEvents, kStatus, "/z/zendrix.ini"));
 }
 
 TEST_F(AgentTest, NewProgramInATemporaryFolderBecomesAnEventAndAnAlert) {
@@ -156,7 +156,7 @@ TEST_F(AgentTest, EventsBehindManyAlertsStillHaveTheTimeOfTheirLook) {
   EXPECT_EQ(Lines(kEvents, "1700000004,vm,42,Community|").size(), 1U) << "the fifth alert";
   EXPECT_THAT(
       Lines(kEvents, "/usr/bin/y"),
-      testing::ElementsAre("1700000008,vm,42,Running Processes|0|1|/usr/bin/y:200|observed|RP,100,1|0"));
+      ::testing::ElementsAre("1700000008,vm,42,Running Processes|0|1|/usr/bin/y:200|observed|RP,100,1|0"));
 }
 
 TEST_F(AgentTest, RequestToStopEndsTheRunWithAnEndLine) {
@@ -170,7 +170,7 @@ TEST_F(AgentTest, MissingFolderIsToldInOneLine) {
   options.folder = "/none";
   EXPECT_EQ(Run(), 1);
   EXPECT_EQ(errors.str(), "zendrix-agent: no such folder: /none\n");
-  EXPECT_THAT(files.Paths(), testing::ElementsAre("/z/zendrix.ini"));
+  EXPECT_THAT(files.Paths(), ::testing::ElementsAre("/z/zendrix.ini"));
 }
 
 TEST_F(AgentTest, FileOfTheOtherFormIsLeftAlone) {

@@ -11,7 +11,7 @@ using ::testing::IsEmpty;
 
 constexpr std::int64_t kUtc = 1700000000;
 
-class GapsTest : public testing::Test {
+class GapsTest : public ::testing::Test {
  protected:
   GapsTest() { gaps.Notice({kUtc, 1000, 1000}); }
   Gaps gaps;

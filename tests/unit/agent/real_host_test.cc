@@ -50,7 +50,7 @@ Ended WaitFor(const test::TemporaryFolder& folder, pid_t pid) {
   return ended;
 }
 
-class RealHost : public testing::Test {
+class RealHost : public ::testing::Test {
  protected:
   Ended Run(const std::vector<std::string>& arguments) { return WaitFor(folder, Start(folder, arguments)); }
 
@@ -190,7 +190,7 @@ TEST_F(RealHost, ViewTellsKindsSizesAndNames) {
   folder.Write("b", "12345");
   folder.Write("a", "");
   ASSERT_EQ(symlink("b", folder.Path("c").c_str()), 0);
-  EXPECT_THAT(host->List(folder.path()), testing::ElementsAre("a", "b", "c"));
+  EXPECT_THAT(host->List(folder.path()), ::testing::ElementsAre("a", "b", "c"));
   EXPECT_EQ(host->Look(folder.Path("b"))->kind, EntryKind::kFile);
   EXPECT_EQ(host->Look(folder.Path("b"))->size, 5);
   EXPECT_EQ(host->Look(folder.Path("c"))->kind, EntryKind::kLink);

@@ -12,7 +12,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-class WatchTest : public testing::Test {
+class WatchTest : public ::testing::Test {
  protected:
   WatchTest() {
     host.texts["/etc/passwd"] = "root:x:0:0::/root:/bin/bash\n";

@@ -15,7 +15,7 @@ namespace {
 
 using platform::LocaleInfo;
 
-constexpr int kThisYear = 2026;
+constexpr int kNowYear = 2026;
 
 LocaleInfo Locale(const std::string& short_date, const std::string& time, int order,
                   const std::string& date_separator = "/", const std::string& time_separator = ":") {
@@ -29,7 +29,7 @@ LocaleInfo Locale(const std::string& short_date, const std::string& time, int or
 }
 
 // The two pictures of the settings with readable dates: "MM/dd/yyyy | HH:mm:ss".
-std::string Readable(const LocaleInfo& locale, int year = kThisYear) {
+std::string Readable(const LocaleInfo& locale, int year = kNowYear) {
   const LocaleInfo readable = WithReadableDates(locale, year);
   return readable.short_date + " | " + readable.time;
 }
@@ -44,7 +44,7 @@ TEST(WithReadableDatesTest, SettingsThatReadTheirOwnDatesStayAsTheyAre) {
 }
 
 TEST(WithReadableDatesTest, TimeWithoutSecondsGetsThem) {
-  const LocaleInfo readable = WithReadableDates(Locale("dd/MM/yyyy", "HH.mm", 1, "/", "."), kThisYear);
+  const LocaleInfo readable = WithReadableDates(Locale("dd/MM/yyyy", "HH.mm", 1, "/", "."), kNowYear);
   EXPECT_EQ(readable.short_date, "dd/MM/yyyy");
   EXPECT_EQ(readable.time, "HH:mm:ss");
   EXPECT_EQ(readable.time_separator, ":");
@@ -81,7 +81,7 @@ TEST(WithReadableDatesTest, CommaOfADateOrTimeIsLeftOut) {
 
 TEST(WithReadableDatesTest, DigitsAreJoinedByTheLocalesOwnSeparatorWhereItIsAUsualOne) {
   const auto readable = [](const std::string& separator) {
-    return WithReadableDates(Locale("ddd", "HH:mm:ss", 1, separator), kThisYear);
+    return WithReadableDates(Locale("ddd", "HH:mm:ss", 1, separator), kNowYear);
   };
   EXPECT_EQ(readable("-").short_date, "dd-MM-yyyy");
   EXPECT_EQ(readable(". ").short_date, "dd.MM.yyyy");
@@ -133,38 +133,38 @@ TEST(WithReadableDatesTest, NumbersNamesAndLongDateStayTheUsers) {
   LocaleInfo expected = locale;
   expected.short_date = "dd.MM.yyyy";
   expected.time = "HH:mm:ss";
-  EXPECT_EQ(WithReadableDates(locale, kThisYear), expected);
+  EXPECT_EQ(WithReadableDates(locale, kNowYear), expected);
 }
 
 TEST(ReadsItsOwnDatesTest, LineBreakInADateWouldEndTheLogsLine) {
-  EXPECT_FALSE(ReadsItsOwnDates(Locale("dd\nMM\nyyyy", "HH:mm:ss", 1), kThisYear));
+  EXPECT_FALSE(ReadsItsOwnDates(Locale("dd\nMM\nyyyy", "HH:mm:ss", 1), kNowYear));
 }
 
 TEST(ReadsItsOwnDatesTest, MomentMustFitItsColumn) {
   const auto wide = [](std::size_t blanks) {
     return Locale("dd/MM/yyyy" + std::string(blanks, ' '), "HH:mm:ss", 1);
   };
-  EXPECT_TRUE(ReadsItsOwnDates(wide(50 - 19), kThisYear));
-  EXPECT_FALSE(ReadsItsOwnDates(wide(51 - 19), kThisYear));
+  EXPECT_TRUE(ReadsItsOwnDates(wide(50 - 19), kNowYear));
+  EXPECT_FALSE(ReadsItsOwnDates(wide(51 - 19), kNowYear));
 }
 
 TEST(ReadsItsOwnDatesTest, DateAloneMustReadAsThatDay) {
-  EXPECT_FALSE(ReadsItsOwnDates(Locale("HH:mm:ss dd/MM/yyyy", "", 1), kThisYear));
+  EXPECT_FALSE(ReadsItsOwnDates(Locale("HH:mm:ss dd/MM/yyyy", "", 1), kNowYear));
 }
 
 TEST(ReadsItsOwnDatesTest, PicturesWithoutADateOrATimeAreNotEnough) {
-  EXPECT_FALSE(ReadsItsOwnDates(Locale("", "HH:mm:ss", 1), kThisYear));
-  EXPECT_FALSE(ReadsItsOwnDates(Locale("dd/MM", "HH:mm:ss", 1), kThisYear));
-  EXPECT_FALSE(ReadsItsOwnDates(Locale("dd/MM/yyyy", "", 1), kThisYear));
+  EXPECT_FALSE(ReadsItsOwnDates(Locale("", "HH:mm:ss", 1), kNowYear));
+  EXPECT_FALSE(ReadsItsOwnDates(Locale("dd/MM", "HH:mm:ss", 1), kNowYear));
+  EXPECT_FALSE(ReadsItsOwnDates(Locale("dd/MM/yyyy", "", 1), kNowYear));
 }
 
 // The event table's moments take the way by "11/21/2026 9:5:0", whatever the pictures are.
 TEST(ReadsItsOwnDatesTest, TextOfUtcMomentsMustBeReadAsWell) {
   LocaleInfo locale = Locale("yyyy-MM-dd", "HH:mm:ss", 2, "-");
-  EXPECT_TRUE(ReadsItsOwnDates(locale, kThisYear));
+  EXPECT_TRUE(ReadsItsOwnDates(locale, kNowYear));
   locale.month_names[4] = "/";
-  EXPECT_FALSE(ReadsItsOwnDates(locale, kThisYear));
-  EXPECT_EQ(WithReadableDates(locale, kThisYear).month_names, LocaleInfo().month_names);
+  EXPECT_FALSE(ReadsItsOwnDates(locale, kNowYear));
+  EXPECT_EQ(WithReadableDates(locale, kNowYear).month_names, LocaleInfo().month_names);
 }
 
 class AnySettingsTest : public ::testing::TestWithParam<unsigned> {};
@@ -188,8 +188,8 @@ TEST_P(AnySettingsTest, CanBeMadeToReadTheirOwnDates) {
       locale.am = text(kNames, 2);
       locale.pm = text(kNames, 2);
     }
-    const LocaleInfo readable = WithReadableDates(locale, kThisYear);
-    ASSERT_TRUE(ReadsItsOwnDates(readable, kThisYear)) << locale.short_date << " | " << locale.time;
+    const LocaleInfo readable = WithReadableDates(locale, kNowYear);
+    ASSERT_TRUE(ReadsItsOwnDates(readable, kNowYear)) << locale.short_date << " | " << locale.time;
     ASSERT_EQ(readable.date_order, locale.date_order);
   }
 }

@@ -22,7 +22,7 @@ using test::GoldenRow;
 using test::LoadGolden;
 using test::LocaleOf;
 
-constexpr std::array kLocaleIds = {test::kUsEnglish, test::kGerman, test::kUkEnglish, test::kJapanese};
+constexpr std::array kNumberLocales = {test::kUsEnglish, test::kGerman, test::kUkEnglish, test::kJapanese};
 
 // What a conversion gives, in the words of the tables.
 std::string Outcome(const std::function<std::string()>& convert) {
@@ -59,7 +59,7 @@ std::string BitsOf(double value) {
   return text;
 }
 
-platform::LocaleInfo Us() {
+platform::LocaleInfo UsNumbers() {
   return LocaleOf(test::kUsEnglish);
 }
 
@@ -140,7 +140,7 @@ TEST(NumberGolden, WritesWithDecimalsLeadingDigitParenthesesAndGroups) {
     const auto choice = [&](const char* column) { return static_cast<Tristate>(row.Int(column)); };
     report.Compare(row, row.Raw("value"), row.Text("text"),
                    FormatNumber(row.Number("value"), row.Int("digits"), choice("leading"), choice("parens"),
-                                choice("grouping"), Us()));
+                                choice("grouping"), UsNumbers()));
   }
 }
 
@@ -214,7 +214,7 @@ TEST(Val, CountsThePlacesOfAnyNumberOfDigits) {
   EXPECT_EQ(Val("5" + std::string(850, '0') + "e-850"), 5);
   EXPECT_EQ(Val(ones + "." + ones + "e-899"), 1.1111111111111112);
   EXPECT_EQ(Val("0." + ones), 0.11111111111111111);
-  EXPECT_EQ(CDbl(ones + "e-899", Us()), 1.1111111111111112);
+  EXPECT_EQ(CDbl(ones + "e-899", UsNumbers()), 1.1111111111111112);
 }
 
 // What is beyond sixty-four bits is not read, like any character that cannot continue the number.
@@ -231,18 +231,18 @@ TEST(Val, GivesNoNegativeZero) {
 }
 
 TEST(IsNumeric, TakesAnExponentWrittenWithD) {
-  EXPECT_TRUE(IsNumeric("1d5", Us()));
-  EXPECT_EQ(CDbl("1D5", Us()), 100000);
+  EXPECT_TRUE(IsNumeric("1d5", UsNumbers()));
+  EXPECT_EQ(CDbl("1D5", UsNumbers()), 100000);
 }
 
 TEST(IsNumeric, RefusesEmptyTextsAndWords) {
-  EXPECT_FALSE(IsNumeric("", Us()));
-  EXPECT_FALSE(IsNumeric("N/A", Us()));
+  EXPECT_FALSE(IsNumeric("", UsNumbers()));
+  EXPECT_FALSE(IsNumeric("N/A", UsNumbers()));
 }
 
 TEST(IsNumeric, FollowsTheLocalesSeparators) {
   EXPECT_TRUE(IsNumeric("0,9500000000000000", LocaleOf(test::kGerman)));
-  platform::LocaleInfo french = Us();
+  platform::LocaleInfo french = UsNumbers();
   french.decimal = ",";
   french.thousands = "\xA0";
   EXPECT_EQ(CDbl("1\xA0"
@@ -256,7 +256,7 @@ TEST(IsNumeric, FollowsTheLocalesSeparators) {
 }
 
 TEST(IsNumeric, TakesANoBreakSpaceAsAMarkOfThousandsOnlyBetweenDigits) {
-  platform::LocaleInfo french = Us();
+  platform::LocaleInfo french = UsNumbers();
   french.decimal = ",";
   french.thousands = "\xA0";
   EXPECT_EQ(CDbl("1\xA0"
@@ -281,10 +281,10 @@ TEST(IsNumeric, TakesANoBreakSpaceAsAMarkOfThousandsOnlyBetweenDigits) {
 }
 
 TEST(IsNumeric, RefusesABlankWithinANumber) {
-  platform::LocaleInfo french = Us();
+  platform::LocaleInfo french = UsNumbers();
   french.decimal = ",";
   french.thousands = " ";
-  for (const platform::LocaleInfo& locale : {Us(), LocaleOf(test::kGerman), french}) {
+  for (const platform::LocaleInfo& locale : {UsNumbers(), LocaleOf(test::kGerman), french}) {
     EXPECT_FALSE(IsNumeric("5 ,3", locale));
     EXPECT_FALSE(IsNumeric("5 e3", locale));
     EXPECT_FALSE(IsNumeric("5e 3", locale));
@@ -293,48 +293,48 @@ TEST(IsNumeric, RefusesABlankWithinANumber) {
 
 TEST(Conversions, TakeTheLargestSingleAndNoLarger) {
   const float largest = std::numeric_limits<float>::max();
-  EXPECT_EQ(CSng("340282346638528859811704183484516925440", Us()), largest);
-  EXPECT_EQ(CSng("-340282346638528859811704183484516925440", Us()), -largest);
-  EXPECT_EQ(ErrorOf([] { CSng("3.4028235E+38", Us()); }), kOverflow);
-  EXPECT_EQ(ErrorOf([] { CSng("-3.5E+38", Us()); }), kOverflow);
+  EXPECT_EQ(CSng("340282346638528859811704183484516925440", UsNumbers()), largest);
+  EXPECT_EQ(CSng("-340282346638528859811704183484516925440", UsNumbers()), -largest);
+  EXPECT_EQ(ErrorOf([] { CSng("3.4028235E+38", UsNumbers()); }), kOverflow);
+  EXPECT_EQ(ErrorOf([] { CSng("-3.5E+38", UsNumbers()); }), kOverflow);
 }
 
 TEST(IsNumeric, TakesSignAndCurrencyBehindTheDigitsInAnyOrder) {
-  EXPECT_EQ(CDbl("5-", Us()), -5);
-  EXPECT_EQ(CDbl("5$", Us()), 5);
-  EXPECT_EQ(CDbl("5 $ -", Us()), -5);
-  EXPECT_EQ(CDbl("5-$", Us()), -5);
-  EXPECT_FALSE(IsNumeric("5--", Us()));
-  EXPECT_FALSE(IsNumeric("5$$", Us()));
+  EXPECT_EQ(CDbl("5-", UsNumbers()), -5);
+  EXPECT_EQ(CDbl("5$", UsNumbers()), 5);
+  EXPECT_EQ(CDbl("5 $ -", UsNumbers()), -5);
+  EXPECT_EQ(CDbl("5-$", UsNumbers()), -5);
+  EXPECT_FALSE(IsNumeric("5--", UsNumbers()));
+  EXPECT_FALSE(IsNumeric("5$$", UsNumbers()));
 }
 
 TEST(IsNumeric, DoesNotSeeWhatStandsBehindANul) {
-  EXPECT_TRUE(IsNumeric(std::string_view("5\0x", 3), Us()));
+  EXPECT_TRUE(IsNumeric(std::string_view("5\0x", 3), UsNumbers()));
 }
 
 TEST(IsNumeric, RefusesNumbersBeyondTheRange) {
-  EXPECT_FALSE(IsNumeric("1e400", Us()));
+  EXPECT_FALSE(IsNumeric("1e400", UsNumbers()));
 }
 
 TEST(Conversions, TakeHexadecimalTextsAsBitsOfTheirType) {
-  EXPECT_EQ(CLng("&HFFFFFFFF", Us()), -1);
-  EXPECT_EQ(CInt("&HFFFF", Us()), -1);
-  EXPECT_EQ(CLng("&HFFFF", Us()), 65535);
-  EXPECT_EQ(CByte("&HFF", Us()), 255);
-  EXPECT_EQ(CLng(" &H1F ", Us()), 31) << "blanks around it";
-  EXPECT_EQ(ErrorOf([] { CLng("&H1 F", Us()); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([] { CInt("&H10000", Us()); }), kOverflow);
-  EXPECT_EQ(ErrorOf([] { CLng("&H100000000", Us()); }), kOverflow);
-  EXPECT_EQ(ErrorOf([] { CDbl("&H" + std::string(17, 'F'), Us()); }), kOverflow);
+  EXPECT_EQ(CLng("&HFFFFFFFF", UsNumbers()), -1);
+  EXPECT_EQ(CInt("&HFFFF", UsNumbers()), -1);
+  EXPECT_EQ(CLng("&HFFFF", UsNumbers()), 65535);
+  EXPECT_EQ(CByte("&HFF", UsNumbers()), 255);
+  EXPECT_EQ(CLng(" &H1F ", UsNumbers()), 31) << "blanks around it";
+  EXPECT_EQ(ErrorOf([] { CLng("&H1 F", UsNumbers()); }), kTypeMismatch);
+  EXPECT_EQ(ErrorOf([] { CInt("&H10000", UsNumbers()); }), kOverflow);
+  EXPECT_EQ(ErrorOf([] { CLng("&H100000000", UsNumbers()); }), kOverflow);
+  EXPECT_EQ(ErrorOf([] { CDbl("&H" + std::string(17, 'F'), UsNumbers()); }), kOverflow);
 }
 
 TEST(Conversions, TakeEveryHexadecimalDigitInBothCasesAndNoOtherLetter) {
-  EXPECT_EQ(CLng("&H1ABCDEF", Us()), 0x1ABCDEF);
-  EXPECT_EQ(CLng("&h1abcdef", Us()), 0x1ABCDEF);
-  EXPECT_EQ(CLng("&HA", Us()), 10);
-  EXPECT_EQ(CLng("&Ha", Us()), 10);
+  EXPECT_EQ(CLng("&H1ABCDEF", UsNumbers()), 0x1ABCDEF);
+  EXPECT_EQ(CLng("&h1abcdef", UsNumbers()), 0x1ABCDEF);
+  EXPECT_EQ(CLng("&HA", UsNumbers()), 10);
+  EXPECT_EQ(CLng("&Ha", UsNumbers()), 10);
   for (std::string_view text : {"&H", "&H1G", "&H1g", "&H1@", "&H1`", "&O", "&O18", "&"}) {
-    EXPECT_FALSE(IsNumeric(text, Us())) << text;
+    EXPECT_FALSE(IsNumeric(text, UsNumbers())) << text;
   }
 }
 
@@ -346,7 +346,7 @@ TEST(Rounding, RaisesOverflowForWhatIsNoNumber) {
 
 TEST(RiskArithmetic, PercentOfAChangeRoundsTiesToEven) {
   const auto percent = [](std::string_view change) {
-    return RoundToLong(CDbl(change, Us()) * 100 / CDbl("0.99", Us()));
+    return RoundToLong(CDbl(change, UsNumbers()) * 100 / CDbl("0.99", UsNumbers()));
   };
   EXPECT_EQ(percent("0.99"), 100);
   EXPECT_EQ(percent("0"), 0);
@@ -357,70 +357,70 @@ TEST(RiskArithmetic, PercentOfAChangeRoundsTiesToEven) {
 }
 
 TEST(RiskArithmetic, CeilingsOfTheDefaultSensitivityAreSinglePrecision) {
-  const float normal = 1 / CSng("1.1", Us()) * 100;
-  EXPECT_EQ(TextOf(normal, Us()), "90.90909");
-  EXPECT_EQ(TextOf(normal / 2 + 50, Us()), "95.45454");
+  const float normal = 1 / CSng("1.1", UsNumbers()) * 100;
+  EXPECT_EQ(TextOf(normal, UsNumbers()), "90.90909");
+  EXPECT_EQ(TextOf(normal / 2 + 50, UsNumbers()), "95.45454");
   EXPECT_EQ(RoundToLong(90.5), 90);
   EXPECT_EQ(RoundToLong(90.501), 91);
 }
 
 TEST(TextOf, WritesNumbersWithTooManyPlacesWithAnExponent) {
-  EXPECT_EQ(TextOf(1e15, Us()), "1E+15");
-  EXPECT_EQ(TextOf(999999999999999.0, Us()), "999999999999999");
-  EXPECT_EQ(TextOf(123456789012345678.0, Us()), "1.23456789012346E+17");
-  EXPECT_EQ(TextOf(1.0 / 3000, Us()), "3.33333333333333E-04");
-  EXPECT_EQ(TextOf(0.00001, Us()), "0.00001");
-  EXPECT_EQ(TextOf(1e300, Us()), "1E+300");
-  EXPECT_EQ(TextOf(1e7F, Us()), "1E+07");
+  EXPECT_EQ(TextOf(1e15, UsNumbers()), "1E+15");
+  EXPECT_EQ(TextOf(999999999999999.0, UsNumbers()), "999999999999999");
+  EXPECT_EQ(TextOf(123456789012345678.0, UsNumbers()), "1.23456789012346E+17");
+  EXPECT_EQ(TextOf(1.0 / 3000, UsNumbers()), "3.33333333333333E-04");
+  EXPECT_EQ(TextOf(0.00001, UsNumbers()), "0.00001");
+  EXPECT_EQ(TextOf(1e300, UsNumbers()), "1E+300");
+  EXPECT_EQ(TextOf(1e7F, UsNumbers()), "1E+07");
 }
 
 // The tie went to the even digit: 1234566.5 was shown as 1234566.
 TEST(TextOf, RoundsASingleHalfwayBetweenTwoTextsAwayFromZero) {
-  EXPECT_EQ(TextOf(1234566.5F, Us()), "1234567");
-  EXPECT_EQ(TextOf(1234567.5F, Us()), "1234568");
-  EXPECT_EQ(TextOf(-1234566.5F, Us()), "-1234567");
-  EXPECT_EQ(TextOf(9999998.5F, Us()), "9999998") << "no tie: the single is 9999998";
-  EXPECT_EQ(TextOf(4999999.5F, Us()), "5000000");
-  EXPECT_EQ(TextOf(16777225.0F, Us()), "1.677722E+07") << "no tie: the single is 16777224";
-  EXPECT_EQ(TextOf(12345645.0F, Us()), "1.234565E+07");
+  EXPECT_EQ(TextOf(1234566.5F, UsNumbers()), "1234567");
+  EXPECT_EQ(TextOf(1234567.5F, UsNumbers()), "1234568");
+  EXPECT_EQ(TextOf(-1234566.5F, UsNumbers()), "-1234567");
+  EXPECT_EQ(TextOf(9999998.5F, UsNumbers()), "9999998") << "no tie: the single is 9999998";
+  EXPECT_EQ(TextOf(4999999.5F, UsNumbers()), "5000000");
+  EXPECT_EQ(TextOf(16777225.0F, UsNumbers()), "1.677722E+07") << "no tie: the single is 16777224";
+  EXPECT_EQ(TextOf(12345645.0F, UsNumbers()), "1.234565E+07");
   EXPECT_EQ(TextOf(0.00048828125F, LocaleOf(test::kGerman)), "4,882813E-04");
-  EXPECT_EQ(TextOf(2.62144140625F, Us()), "2.621441");
+  EXPECT_EQ(TextOf(2.62144140625F, UsNumbers()), "2.621441");
 }
 
 TEST(TextOf, RoundsADoubleHalfwayBetweenTwoTextsAwayFromZero) {
-  EXPECT_EQ(TextOf(100000000000000.5, Us()), "100000000000001");
-  EXPECT_EQ(TextOf(-562949953421312.5, Us()), "-562949953421313");
-  EXPECT_EQ(TextOf(2.384185791015625E-07, Us()), "2.38418579101563E-07");
+  EXPECT_EQ(TextOf(100000000000000.5, UsNumbers()), "100000000000001");
+  EXPECT_EQ(TextOf(-562949953421312.5, UsNumbers()), "-562949953421313");
+  EXPECT_EQ(TextOf(2.384185791015625E-07, UsNumbers()), "2.38418579101563E-07");
 }
 
 // Fifteen digits and a 5 need not lie halfway: these are the nearest doubles below and above such a text.
 TEST(TextOf, RoundsANumberBesideTheHalfwayToTheNearerText) {
-  EXPECT_EQ(TextOf(1.000000000000005, Us()), "1.00000000000001") << "above";
-  EXPECT_EQ(TextOf(3.000000000000005, Us()), "3") << "below";
+  EXPECT_EQ(TextOf(1.000000000000005, UsNumbers()), "1.00000000000001") << "above";
+  EXPECT_EQ(TextOf(3.000000000000005, UsNumbers()), "3") << "below";
 }
 
 // Its sixteen shortest digits end in 5; the seventeenth of its exact value lies below that.
 TEST(TextOf, RoundsAWholeNumberWhoseLastDigitLiesBelowTheHalfwayDown) {
-  EXPECT_EQ(TextOf(18014398509482048.0, Us()), "1.8014398509482E+16");
+  EXPECT_EQ(TextOf(18014398509482048.0, UsNumbers()), "1.8014398509482E+16");
 }
 
 TEST(TextOf, WritesTheSmallestNumbersWithAllTheirDigits) {
-  EXPECT_EQ(TextOf(4.94065645841247E-324, Us()), "4.94065645841247E-324");
-  EXPECT_EQ(TextOf(std::numeric_limits<double>::min(), Us()), "2.2250738585072E-308");
-  EXPECT_EQ(TextOf(std::numeric_limits<double>::max(), Us()), "1.79769313486232E+308");
+  EXPECT_EQ(TextOf(4.94065645841247E-324, UsNumbers()), "4.94065645841247E-324");
+  EXPECT_EQ(TextOf(std::numeric_limits<double>::min(), UsNumbers()), "2.2250738585072E-308");
+  EXPECT_EQ(TextOf(std::numeric_limits<double>::max(), UsNumbers()), "1.79769313486232E+308");
 }
 
 TEST(TextOf, GivesNoNegativeZero) {
-  EXPECT_EQ(TextOf(-0.0, Us()), "0");
+  EXPECT_EQ(TextOf(-0.0, UsNumbers()), "0");
 }
 
 TEST(Format16, WritesDigitsFollowedByLettersAsTheNumberOfTheDigits) {
-  EXPECT_EQ(Format16(Val("12abc"), Us()), "12.0000000000000000");
-  EXPECT_EQ(Format16(Val("no digits"), Us()), "0.0000000000000000");
+  EXPECT_EQ(Format16(Val("12abc"), UsNumbers()), "12.0000000000000000");
+  EXPECT_EQ(Format16(Val("no digits"), UsNumbers()), "0.0000000000000000");
 }
 
 TEST(Format16, FollowsTheLocalesFormOfNegatives) {
-  platform::LocaleInfo locale = Us();
+  platform::LocaleInfo locale = UsNumbers();
   const std::array<std::string, 5> expected = {"(1,234.5000000000000000)", "-1,234.5000000000000000",
                                                "- 1,234.5000000000000000", "1,234.5000000000000000-",
                                                "1,234.5000000000000000 -"};
@@ -431,7 +431,7 @@ TEST(Format16, FollowsTheLocalesFormOfNegatives) {
 }
 
 TEST(Format16, FollowsTheLocalesGroups) {
-  platform::LocaleInfo locale = Us();
+  platform::LocaleInfo locale = UsNumbers();
   const auto format = [&](const char* grouping, double value) {
     locale.grouping = grouping;
     const std::string text = Format16(value, locale);
@@ -447,34 +447,35 @@ TEST(Format16, FollowsTheLocalesGroups) {
 }
 
 TEST(Format16, WritesTinyNegativesAsZeroWithoutSign) {
-  EXPECT_EQ(Format16(-1e-20, Us()), "0.0000000000000000");
-  EXPECT_EQ(Format16(-0.0, Us()), "0.0000000000000000");
+  EXPECT_EQ(Format16(-1e-20, UsNumbers()), "0.0000000000000000");
+  EXPECT_EQ(Format16(-0.0, UsNumbers()), "0.0000000000000000");
 }
 
 TEST(FormatNumber, LeavesTheZeroInFrontOfThePointOutWhenTold) {
-  EXPECT_EQ(FormatNumber(0.5, 2, Tristate::kFalse, Tristate::kDefault, Tristate::kDefault, Us()), ".50");
-  EXPECT_EQ(FormatNumber(0, 0, Tristate::kFalse, Tristate::kDefault, Tristate::kDefault, Us()), "0");
+  EXPECT_EQ(FormatNumber(0.5, 2, Tristate::kFalse, Tristate::kDefault, Tristate::kDefault, UsNumbers()),
+            ".50");
+  EXPECT_EQ(FormatNumber(0, 0, Tristate::kFalse, Tristate::kDefault, Tristate::kDefault, UsNumbers()), "0");
 }
 
 // The digit that the first rounding dropped must not be rounded by once more.
 TEST(FormatNumber, RoundsAHalfwayNumberOnlyOnce) {
-  EXPECT_EQ(
-      FormatNumber(2.384185791015625E-07, 21, Tristate::kTrue, Tristate::kDefault, Tristate::kDefault, Us()),
-      "0.000000238418579101563");
+  EXPECT_EQ(FormatNumber(2.384185791015625E-07, 21, Tristate::kTrue, Tristate::kDefault, Tristate::kDefault,
+                         UsNumbers()),
+            "0.000000238418579101563");
 }
 
 TEST(FormatNumber, CarriesThroughAllDigits) {
-  EXPECT_EQ(FormatNumber(999.995, 2, Tristate::kTrue, Tristate::kDefault, Tristate::kDefault, Us()),
+  EXPECT_EQ(FormatNumber(999.995, 2, Tristate::kTrue, Tristate::kDefault, Tristate::kDefault, UsNumbers()),
             "1,000.00");
-  EXPECT_EQ(FormatNumber(0.95, 0, Tristate::kTrue, Tristate::kDefault, Tristate::kDefault, Us()), "1");
-  EXPECT_EQ(FormatNumber(0.05, 0, Tristate::kTrue, Tristate::kDefault, Tristate::kDefault, Us()), "0");
+  EXPECT_EQ(FormatNumber(0.95, 0, Tristate::kTrue, Tristate::kDefault, Tristate::kDefault, UsNumbers()), "1");
+  EXPECT_EQ(FormatNumber(0.05, 0, Tristate::kTrue, Tristate::kDefault, Tristate::kDefault, UsNumbers()), "0");
 }
 
 TEST(FormatPicture, KeepsTextAroundThePlaceholders) {
-  EXPECT_EQ(FormatPicture(5, "<0.0>", Us()), "<5.0>");
-  EXPECT_EQ(FormatPicture(0, "#", Us()), "");
-  EXPECT_EQ(FormatPicture(1.25, "0.0##", Us()), "1.25");
-  EXPECT_EQ(FormatPicture(3, "", Us()), "");
+  EXPECT_EQ(FormatPicture(5, "<0.0>", UsNumbers()), "<5.0>");
+  EXPECT_EQ(FormatPicture(0, "#", UsNumbers()), "");
+  EXPECT_EQ(FormatPicture(1.25, "0.0##", UsNumbers()), "1.25");
+  EXPECT_EQ(FormatPicture(3, "", UsNumbers()), "");
   EXPECT_EQ(FormatPicture(1234.5, "#,##0.00", LocaleOf(test::kGerman)), "1.234,50");
 }
 
@@ -484,10 +485,11 @@ TEST(NumberProperties, TextOfAFifteenDigitNumberReadsBackInEveryLocale) {
   std::mt19937_64 random(1);
   std::uniform_int_distribution<std::int64_t> digits(-999'999'999'999'999, 999'999'999'999'999);
   std::uniform_int_distribution<int> scale(0, 30);
-  for (int lcid : kLocaleIds) {
+  for (int lcid : kNumberLocales) {
     const platform::LocaleInfo locale = LocaleOf(lcid);
     for (int i = 0; i < 5000; ++i) {
-      const double value = CDbl(std::to_string(digits(random)) + "e-" + std::to_string(scale(random)), Us());
+      const double value =
+          CDbl(std::to_string(digits(random)) + "e-" + std::to_string(scale(random)), UsNumbers());
       EXPECT_EQ(CDbl(TextOf(value, locale), locale), value) << TextOf(value, locale);
     }
   }
@@ -498,16 +500,16 @@ TEST(NumberProperties, WritingReadingAndWritingAgainChangesNothing) {
   for (int i = 0; i < 20000; ++i) {
     const double value = std::bit_cast<double>(random());
     if (!std::isfinite(value)) continue;
-    const std::string text = TextOf(value, Us());
-    const double again = std::isinf(value) || !IsNumeric(text, Us()) ? value : CDbl(text, Us());
-    EXPECT_EQ(TextOf(again, Us()), text);
+    const std::string text = TextOf(value, UsNumbers());
+    const double again = std::isinf(value) || !IsNumeric(text, UsNumbers()) ? value : CDbl(text, UsNumbers());
+    EXPECT_EQ(TextOf(again, UsNumbers()), text);
   }
 }
 
 TEST(NumberProperties, StoredFormReadsBackToTheSameStoredForm) {
   std::mt19937_64 random(3);
   std::uniform_real_distribution<double> real(-2000, 2000);
-  for (int lcid : kLocaleIds) {
+  for (int lcid : kNumberLocales) {
     const platform::LocaleInfo locale = LocaleOf(lcid);
     for (int i = 0; i < 5000; ++i) {
       const std::string text = Format16(real(random), locale);
@@ -517,7 +519,7 @@ TEST(NumberProperties, StoredFormReadsBackToTheSameStoredForm) {
 }
 
 TEST(NumberProperties, SmallWholeNumbersTakeTheSameFormAsOthers) {
-  for (int lcid : kLocaleIds) {
+  for (int lcid : kNumberLocales) {
     const platform::LocaleInfo locale = LocaleOf(lcid);
     for (int value = 0; value < 1200; ++value) {
       EXPECT_EQ(Format16(value, locale),
@@ -530,7 +532,7 @@ TEST(NumberProperties, ANumberTestAcceptsExactlyWhatTheConversionReads) {
   std::mt19937 random(4);
   constexpr std::string_view kAlphabet = "0123456789.,-+ ()$eEdD&HhOoF\t\xA0\x80";
   std::uniform_int_distribution<std::size_t> length(0, 10), letter(0, kAlphabet.size() - 1);
-  for (int lcid : kLocaleIds) {
+  for (int lcid : kNumberLocales) {
     const platform::LocaleInfo locale = LocaleOf(lcid);
     for (int i = 0; i < 20000; ++i) {
       std::string text(length(random), ' ');
@@ -547,8 +549,8 @@ TEST(NumberProperties, ValReadsWhatTheNumberTestAcceptsOfPlainDigits) {
   std::mt19937 random(5);
   std::uniform_real_distribution<double> real(-1000, 1000);
   for (int i = 0; i < 5000; ++i) {
-    const std::string text = TextOf(real(random), Us());
-    EXPECT_EQ(Val(text), CDbl(text, Us())) << text;
+    const std::string text = TextOf(real(random), UsNumbers());
+    EXPECT_EQ(Val(text), CDbl(text, UsNumbers())) << text;
   }
 }
 

@@ -17,13 +17,13 @@ namespace {
 using platform::LocaleInfo;
 using platform::LocalTime;
 
-constexpr int kThisYear = 2026;
-constexpr std::int32_t kFirst = 1009843200, kLast = 1861919999;  // 2002 to 2028
+constexpr int kCurrentYear = 2026;
+constexpr std::int32_t kFirstYear = 1009843200, kLastYear = 1861919999;  // 2002 to 2028
 
 // The first moment that does not survive, in the words of the reader; empty when all do.
 std::string Complaint(const LocaleInfo& locale) {
   std::mt19937 random(21);
-  std::uniform_int_distribution<std::int32_t> any(kFirst, kLast);
+  std::uniform_int_distribution<std::int32_t> any(kFirstYear, kLastYear);
   platform::MemoryFamily family;
   for (int i = 0; i < 400; ++i) {
     const std::int32_t seconds = any(random);
@@ -39,7 +39,7 @@ std::string Complaint(const LocaleInfo& locale) {
 }
 
 std::string ComplaintAbout(const std::string& source) {
-  return Complaint(WithReadableDates(test::SettingsOf(test::BuildLocale(source)), kThisYear));
+  return Complaint(WithReadableDates(test::SettingsOf(test::BuildLocale(source)), kCurrentYear));
 }
 
 class OneLocale : public ::testing::TestWithParam<const char*> {};
@@ -62,7 +62,7 @@ class OfAnotherScript : public ::testing::TestWithParam<const char*> {};
 // They were shown and read month first, as in the "C" locale.
 TEST_P(OfAnotherScript, DatesAreYearFirst) {
   ASSERT_NE(test::BuildLocale(GetParam()), "") << "packages libc-bin and locales";
-  const LocaleInfo locale = WithReadableDates(test::SettingsOf(test::BuildLocale(GetParam())), kThisYear);
+  const LocaleInfo locale = WithReadableDates(test::SettingsOf(test::BuildLocale(GetParam())), kCurrentYear);
   platform::MemoryFamily family;
   EXPECT_EQ(DisplayTime(1795225507, locale.date_order, family, locale), "2026/11/21 01:45:07");
   EXPECT_EQ(ReadDate("2026/11/21 01:45:07", locale, 1950), DateFrom(family.FromUTC(1795225507)));

@@ -60,10 +60,10 @@ TEST(Contains, TakesAnEmptyPart) {
 }
 
 TEST(TextRules, LinesEndWithLfAndWithCrLf) {
-  EXPECT_THAT(Lines("a\r\nb\n\r\nc"), testing::ElementsAre("a", "b", "", "c"));
-  EXPECT_THAT(Lines("a\r\n"), testing::ElementsAre("a"));
-  EXPECT_THAT(Lines("a\rb\r"), testing::ElementsAre("a\rb\r"));  // a CR by itself ends nothing
-  EXPECT_THAT(Lines(""), testing::IsEmpty());
+  EXPECT_THAT(Lines("a\r\nb\n\r\nc"), ::testing::ElementsAre("a", "b", "", "c"));
+  EXPECT_THAT(Lines("a\r\n"), ::testing::ElementsAre("a"));
+  EXPECT_THAT(Lines("a\rb\r"), ::testing::ElementsAre("a\rb\r"));  // a CR by itself ends nothing
+  EXPECT_THAT(Lines(""), ::testing::IsEmpty());
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ using ::testing::IsEmpty;
 using widgets::UnloadCause;
 
 constexpr char kTitle[] = "Korvessa Zendrix Alert Analisys Wizard ";
-constexpr char kBlank[] = "navigate About: <body> </body>";
+constexpr char kBlankPage[] = "navigate About: <body> </body>";
 constexpr char kBanner[] =
     "<table border='0' width='100%'><tr align='center'><td bgcolor='#0052A5'><h3><font color='#FFFFFF'>"
     "Korvessa Zendrix Alert Analisys Wizard</font></h3></td></tr></table>";
@@ -81,7 +81,7 @@ class WizardTest : public ::testing::Test {
 TEST_F(WizardTest, OpensOnTheWholeAlertWithOneWayOn) {
   Open(3);
   EXPECT_EQ(wizard_->title.Get(), kTitle);
-  EXPECT_THAT(page_->events, ElementsAre(kBlank, "body page 0"));
+  EXPECT_THAT(page_->events, ElementsAre(kBlankPage, "body page 0"));
   EXPECT_EQ(wizard_->bNext.caption.Get(), "Start Wizard >");
   EXPECT_TRUE(wizard_->bNext.visible && wizard_->bNext.enabled);
   EXPECT_FALSE(wizard_->bBack.visible || wizard_->bFinish.visible || wizard_->fraQ.visible);
@@ -156,7 +156,7 @@ TEST_F(WizardTest, AllYesIsNormalAndNothingElseIs) {
 
 TEST_F(WizardTest, AlertWithoutEventsEndsAtOnceAndIsNormal) {
   EXPECT_EQ(ResultOf({}), 0);
-  EXPECT_THAT(page_->events, ElementsAre(kBlank, "body page 0", kBlank, "body All is well.", "stop"));
+  EXPECT_THAT(page_->events, ElementsAre(kBlankPage, "body page 0", kBlankPage, "body All is well.", "stop"));
   Open(0);
   Next();
   EXPECT_TRUE(wizard_->bBack.visible);
@@ -349,7 +349,7 @@ TEST_F(WizardTest, BrowserThatDoesNotComeLeavesABlankPageAfterTenSeconds) {
   const auto start = world_.platform.clock.MonotonicMs();
   Next();
   EXPECT_GE(world_.platform.clock.MonotonicMs() - start, 10000);
-  EXPECT_EQ(Body(), kBlank);
+  EXPECT_EQ(Body(), kBlankPage);
   Answer(0);
   EXPECT_TRUE(wizard_->bNext.enabled);
 }

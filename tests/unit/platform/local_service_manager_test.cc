@@ -18,8 +18,8 @@ namespace {
 using test::ChildProcess;
 
 // Never reached, however busy the machine is.
-constexpr auto kLong = std::chrono::seconds(100);
-constexpr auto kShort = std::chrono::milliseconds(200);
+constexpr auto kLongWait = std::chrono::seconds(100);
+constexpr auto kShortWait = std::chrono::milliseconds(200);
 
 class LocalServiceManagerTest : public ::testing::Test {
  protected:
@@ -29,7 +29,7 @@ class LocalServiceManagerTest : public ::testing::Test {
   }
 
   std::string Lock() const { return folder_.Path(kAgentLock); }
-  LocalServiceManager Manager(std::chrono::milliseconds deadline = kLong,
+  LocalServiceManager Manager(std::chrono::milliseconds deadline = kLongWait,
                               const std::string& program = ZENDRIX_TEST_AGENT) const {
     return LocalServiceManager({"ZENDRIX", program, folder_.path(), {"--form", "home"}, deadline});
   }
@@ -85,7 +85,7 @@ TEST_F(LocalServiceManagerTest, AgentThatDiedLeavesNoZombie) {
 
 TEST_F(LocalServiceManagerTest, AgentThatIsNotReadyInTimeIsATimeOut) {
   folder_.Write("plan", "slow");
-  EXPECT_EQ(Number(Manager(kShort).Run("ZENDRIX", ServiceMethod::kStart)), 7);
+  EXPECT_EQ(Number(Manager(kShortWait).Run("ZENDRIX", ServiceMethod::kStart)), 7);
   // On a busy machine it may not even have come to its lock yet.
   while (!HolderOf(Lock())) std::this_thread::yield();
   EXPECT_EQ(State(), "Start Pending");
@@ -96,7 +96,7 @@ TEST_F(LocalServiceManagerTest, AgentThatIsNotReadyInTimeIsATimeOut) {
 TEST_F(LocalServiceManagerTest, AgentThatDoesNotEndInTimeIsATimeOut) {
   folder_.Write("plan", "stubborn");
   ASSERT_EQ(Start(), 0);
-  EXPECT_EQ(Number(Manager(kShort).Run("ZENDRIX", ServiceMethod::kStop)), 7);
+  EXPECT_EQ(Number(Manager(kShortWait).Run("ZENDRIX", ServiceMethod::kStop)), 7);
   EXPECT_EQ(State(), "Running");
 }
 
@@ -152,7 +152,7 @@ TEST_F(LocalServiceManagerTest, CopyOfTheProgramIsAnotherProgram) {
   const test::TemporaryFolder elsewhere;
   const std::string copy = elsewhere.Path("zendrix-agent");
   std::filesystem::copy_file(ZENDRIX_TEST_AGENT, copy);
-  auto other = Manager(kLong, copy);
+  auto other = Manager(kLongWait, copy);
   ASSERT_EQ(Number(other.Run("ZENDRIX", ServiceMethod::kStart)), 0);
   EXPECT_EQ(State(), "Stopped");
   EXPECT_EQ(Start(), 19);
@@ -165,7 +165,7 @@ TEST_F(LocalServiceManagerTest, AgentWhoseProgramWasReplacedIsStillTheOne) {
   const test::TemporaryFolder elsewhere;
   const std::string program = elsewhere.Path("zendrix-agent");
   std::filesystem::copy_file(ZENDRIX_TEST_AGENT, program);
-  auto manager = Manager(kLong, program);
+  auto manager = Manager(kLongWait, program);
   const auto state = [&] { return manager.Properties("ZENDRIX").value().state; };
   ASSERT_EQ(Number(manager.Run("ZENDRIX", ServiceMethod::kStart)), 0);
   std::filesystem::copy_file(ZENDRIX_TEST_AGENT, elsewhere.Path("new"));
@@ -180,7 +180,7 @@ TEST_F(LocalServiceManagerTest, RemovedCopyOfTheProgramIsAnotherProgram) {
   const test::TemporaryFolder elsewhere;
   const std::string copy = elsewhere.Path("zendrix-agent");
   std::filesystem::copy_file(ZENDRIX_TEST_AGENT, copy);
-  auto other = Manager(kLong, copy);
+  auto other = Manager(kLongWait, copy);
   ASSERT_EQ(Number(other.Run("ZENDRIX", ServiceMethod::kStart)), 0);
   std::filesystem::rename(copy, elsewhere.Path("moved"));
   std::filesystem::copy_file(ZENDRIX_TEST_AGENT, copy);
@@ -217,12 +217,12 @@ TEST_F(LocalServiceManagerTest, AgentOfAnotherUserIsNotTouched) {
 TEST_F(LocalServiceManagerTest, AgentThatMayNotBeExecutedIsNoAccess) {
   const test::TemporaryFolder elsewhere;
   elsewhere.Write("zendrix-agent", "#!/bin/true\n");
-  auto manager = Manager(kLong, elsewhere.Path("zendrix-agent"));
+  auto manager = Manager(kLongWait, elsewhere.Path("zendrix-agent"));
   EXPECT_EQ(Number(manager.Run("ZENDRIX", ServiceMethod::kStart)), 2);
 }
 
 TEST_F(LocalServiceManagerTest, WithoutAnAgentThereIsNoService) {
-  auto manager = Manager(kLong, folder_.Path("nothing"));
+  auto manager = Manager(kLongWait, folder_.Path("nothing"));
   EXPECT_EQ(manager.Run("ZENDRIX", ServiceMethod::kStart).error().kind, ErrorKind::kNotFound);
   EXPECT_EQ(manager.Properties("ZENDRIX").error().kind, ErrorKind::kNotFound);
   folder_.Write(kAgentLock, "");

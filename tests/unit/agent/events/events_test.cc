@@ -179,7 +179,7 @@ TEST(Measures, ManyFailedLoginsAreUnusualAndAFewAreOnlyTold) {
   EXPECT_TRUE(measures.Take(seen).empty());
 }
 
-class Alerts : public testing::Test {
+class Alerts : public ::testing::Test {
  protected:
   std::vector<Alert> Find(const std::vector<Event>& events, std::int64_t now_ms = 0,
                           const std::vector<Item>& present = {}) {

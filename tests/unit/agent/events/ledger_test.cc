@@ -5,7 +5,7 @@
 namespace zendrix::agent {
 namespace {
 
-class LedgerTest : public testing::Test {
+class LedgerTest : public ::testing::Test {
  protected:
   // Events since the last call, as "+description" and "-description".
   std::vector<std::string> Changes() {

@@ -9,7 +9,7 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-class PaceTest : public testing::Test {
+class PaceTest : public ::testing::Test {
  protected:
   static Event Came(const std::string& program, int pid, RuleSet rules = {}) {
     return CameEvent(MakeItem(monitor::kProcesses, program + ":" + std::to_string(pid), rules, program));

@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kSocketTail = " 00000000:00000000 00:00000000 00000000     0        0 ";
 
-class Observers : public testing::Test {
+class Observers : public ::testing::Test {
  protected:
   void AddSocket(const std::string& local, const std::string& remote, const std::string& state, int inode,
                  const std::string& table = "/proc/net/tcp") {
@@ -105,7 +105,7 @@ TEST_F(Observers, LargestProgramsComeFirstAndAddUp) {
   host.AddProcess(12, "b", "/usr/bin/b");
   host.AddProcess(13, "c", "/usr/bin/c");
   host.texts["/proc/13/status"] = "VmRSS: 10 kB\n";
-  EXPECT_THAT(LargestPrograms(host, ReadProcesses(host, 1)), testing::ElementsAre("b", "a"));
+  EXPECT_THAT(LargestPrograms(host, ReadProcesses(host, 1)), ::testing::ElementsAre("b", "a"));
 }
 
 TEST_F(Observers, ListeningPortIsPortAndProgram) {
@@ -174,7 +174,7 @@ TEST_F(Observers, AccountsAreJudged) {
       "root:x:0:0::/root:/bin/bash\ntoor:x:0:0::/root:/bin/bash\ndaemon:x:1:1::/:/usr/sbin/nologin\n"
       "pg:x:101:1::/:/bin/sh\nann::1000:1::/home/ann:/bin/sh\n";
   const auto items = ObserveAccounts(ReadAccounts(host));
-  EXPECT_THAT(Descriptions(items), testing::ElementsAre("root", "toor", "daemon", "pg", "ann"));
+  EXPECT_THAT(Descriptions(items), ::testing::ElementsAre("root", "toor", "daemon", "pg", "ann"));
   EXPECT_TRUE(items[0].rules.empty());
   EXPECT_EQ(items[1].rules, RuleSet({Rule::kSecondRoot}));
   EXPECT_TRUE(items[2].rules.empty());
@@ -201,8 +201,8 @@ TEST_F(Observers, LoginsSayWhereTheyComeFrom) {
   host.texts["/run/utmp"] = record("tty1", "ann", "") + record("pts/0", "bob", "10.0.0.9") +
                             record("pts/1", "root", "10.0.0.9") + record("tty7", "eve", ":0");
   const auto items = ObserveLogins(host);
-  EXPECT_THAT(Descriptions(items),
-              testing::ElementsAre("ann on tty1", "bob from 10.0.0.9", "root from 10.0.0.9", "eve on tty7"));
+  EXPECT_THAT(Descriptions(items), ::testing::ElementsAre("ann on tty1", "bob from 10.0.0.9",
+                                                          "root from 10.0.0.9", "eve on tty7"));
   EXPECT_EQ(items[0].monitor, "Logged-On Users");
   EXPECT_EQ(items[1].rules, RuleSet({Rule::kLoginFromElsewhere}));
   EXPECT_EQ(items[2].rules, RuleSet({Rule::kLoginAsRootFromElsewhere}));
@@ -225,9 +225,9 @@ TEST_F(Observers, AutorunReadsEntriesOfTheSystemAndOfEachPerson) {
   const auto items = ObserveAutorun(host, ReadAccounts(host));
   EXPECT_THAT(
       Descriptions(items),
-      testing::ElementsAre("/etc/xdg/autostart/a.desktop=xdg-user-dirs-update",
-                           "/etc/systemd/system/multi-user.target.wants/cron.service=/usr/sbin/cron -f",
-                           "/home/ann/.config/autostart/b.desktop=/tmp/.x/b --k_v"));
+      ::testing::ElementsAre("/etc/xdg/autostart/a.desktop=xdg-user-dirs-update",
+                             "/etc/systemd/system/multi-user.target.wants/cron.service=/usr/sbin/cron -f",
+                             "/home/ann/.config/autostart/b.desktop=/tmp/.x/b --k_v"));
   EXPECT_TRUE(items[0].rules.empty());
   EXPECT_TRUE(items[1].rules.empty());
   EXPECT_EQ(items[2].rules, RuleSet({Rule::kAutorunInTemporaryFolder, Rule::kAutorunHidden}));
@@ -241,7 +241,7 @@ TEST_F(Observers, FoldersListSystemFoldersWholeAndProgramsOfTemporaryOnes) {
   host.facts["/tmp/run"] = {EntryKind::kFile, 0755, 5, 1};
   host.facts["/tmp/.run"] = {EntryKind::kFile, 04755, 5, 1};
   const auto items = ObserveFolders(host);
-  EXPECT_THAT(Descriptions(items), testing::ElementsAre("/etc/cron.d/job", "/tmp/.run", "/tmp/run"));
+  EXPECT_THAT(Descriptions(items), ::testing::ElementsAre("/etc/cron.d/job", "/tmp/.run", "/tmp/run"));
   EXPECT_EQ(items[0].monitor, "Windows Folder");
   EXPECT_TRUE(items[0].rules.empty());
   EXPECT_EQ(items[1].monitor, "Windows Folder");

@@ -26,7 +26,7 @@ TEST(ParseDesktopCommand, CommandOutsideTheEntryIsNone) {
 TEST(ParseUnitCommands, ReadsEveryCommandWithoutItsPrefix) {
   EXPECT_THAT(ParseUnitCommands(
                   "[Service]\nExecStartPre=-/bin/a\nExecStart=@+!/bin/b c\nExecStop=/bin/d\nExecStart=\n"),
-              testing::ElementsAre("/bin/a", "/bin/b c"));
+              ::testing::ElementsAre("/bin/a", "/bin/b c"));
 }
 
 TEST(ProgramOfCommand, IsTheFirstWord) {

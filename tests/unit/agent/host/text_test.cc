@@ -95,12 +95,12 @@ TEST(ReadNumber, TakesOnlyWholeTextsOfDigits) {
 }
 
 TEST(SplitLines, LastLineNeedsNoEnd) {
-  EXPECT_THAT(SplitLines("a\r\n\nb"), testing::ElementsAre("a", "", "b"));
+  EXPECT_THAT(SplitLines("a\r\n\nb"), ::testing::ElementsAre("a", "", "b"));
   EXPECT_TRUE(SplitLines("").empty());
 }
 
 TEST(SplitWords, RunsOfBlanksSeparate) {
-  EXPECT_THAT(SplitWords("  a \t b"), testing::ElementsAre("a", "b"));
+  EXPECT_THAT(SplitWords("  a \t b"), ::testing::ElementsAre("a", "b"));
 }
 
 TEST(Decimal, HasAPointAndThatManyDecimals) {

@@ -9,7 +9,7 @@ namespace {
 constexpr const char* kPath = "/z/KorvessaMonitoring.kvl";
 constexpr std::int64_t kNow = 1700000000;
 
-class EventFileTest : public testing::Test {
+class EventFileTest : public ::testing::Test {
  protected:
   EventFileTest() { clock.SetUtc(kNow); }
 

@@ -6,7 +6,7 @@ namespace {
 
 using ::testing::SizeIs;
 
-class RuleScorerTest : public testing::Test {
+class RuleScorerTest : public ::testing::Test {
  protected:
   std::vector<Alert> Weigh(const std::vector<Event>& events, std::int64_t now_ms = 0) {
     const Moment now{1700000000 + now_ms / 1000, now_ms};

@@ -45,7 +45,7 @@ TEST(EventCode, NamesTheHeaviestRule) {
 
 TEST(ByWeight, HeaviestFirst) {
   EXPECT_THAT(ByWeight({Rule::kPortOpenToAll, Rule::kProgramInMemory, Rule::kPortUnusual}),
-              testing::ElementsAre(Rule::kProgramInMemory, Rule::kPortUnusual, Rule::kPortOpenToAll));
+              ::testing::ElementsAre(Rule::kProgramInMemory, Rule::kPortUnusual, Rule::kPortOpenToAll));
 }
 
 TEST(Places, TemporaryHiddenAndSystemFolders) {

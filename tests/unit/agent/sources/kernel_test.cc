@@ -49,7 +49,7 @@ int WaitFor(pid_t pid) {
   return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-class RealKernel : public testing::Test {
+class RealKernel : public ::testing::Test {
  protected:
   void SetUp() override {
     host = MakeLinuxHostView();
