@@ -108,8 +108,9 @@ void Measures::TakeFailedLogins(const Snapshot& seen, std::vector<Event>& events
   Event event;
   event.kind = EventKind::kHappened;
   event.item.monitor = monitor::kSystem;
-  event.item.subject = "failed logins";
-  event.item.description = "failed logins " + std::to_string(more);
+  const std::string where = seen.last_failed_login.empty() ? "" : " at " + seen.last_failed_login;
+  event.item.subject = "failed logins" + where;
+  event.item.description = "failed logins " + std::to_string(more) + where;
   event.original = static_cast<double>(*before);
   event.change = static_cast<double>(more);
   if (more >= kManyFailedLogins) event.item.rules.Add(Rule::kFailedLogins);

@@ -29,6 +29,7 @@ struct Snapshot {
   std::vector<std::string> memory_users;  // names of the largest programs, largest first
   std::optional<std::uint64_t> traffic_bytes;
   std::optional<std::uint64_t> failed_logins;  // records so far
+  std::string last_failed_login;               // where it was tried, ready for a line; may be empty
 };
 
 struct Difference {

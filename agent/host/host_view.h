@@ -3,6 +3,7 @@
 // Names and contents are raw bytes as the host gives them. Nothing here can change the host.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -38,6 +39,14 @@ class HostView {
     if (!text || text->size() > limit) return false;
     take(*text);
     return true;
+  }
+  // The last `limit` bytes of a plain file that grows by whole records of that size.
+  virtual std::optional<std::string> ReadTail(const std::string& path, std::size_t limit) {
+    constexpr std::size_t kMost = 1U << 20U;
+    const auto text = ReadText(path, kMost);
+    if (!text) return {};
+    const std::size_t whole = text->size() / limit * limit;
+    return text->substr(whole - std::min(whole, limit), limit);
   }
   // Target of a symbolic link.
   virtual std::optional<std::string> ReadLink(const std::string& path) = 0;

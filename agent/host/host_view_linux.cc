@@ -61,6 +61,19 @@ class LinuxHostView : public HostView {
     return end == End::kReached && size <= limit;
   }
 
+  std::optional<std::string> ReadTail(const std::string& path, std::size_t limit) override {
+    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat facts = {};
+    if (file.number() < 0 || fstat(file.number(), &facts) != 0 || !S_ISREG(facts.st_mode)) return {};
+    const off_t whole = facts.st_size / static_cast<off_t>(limit) * static_cast<off_t>(limit);
+    std::string text(limit, '\0');
+    const off_t from = std::max<off_t>(0, whole - static_cast<off_t>(limit));
+    const ssize_t got = pread(file.number(), text.data(), text.size(), from);
+    if (got < 0) return {};
+    text.resize(static_cast<std::size_t>(got));
+    return text;
+  }
+
   std::optional<std::string> ReadLink(const std::string& path) override {
     std::string target(4096, '\0');
     const ssize_t length = readlink(path.c_str(), target.data(), target.size());

@@ -74,4 +74,16 @@ std::optional<std::uint64_t> CountFailedLogins(HostView& host) {
   return static_cast<std::uint64_t>(facts->size) / kLoginRecordSize;
 }
 
+std::string LastFailedLogin(HostView& host) {
+  const auto bytes = host.ReadTail("/var/log/btmp", kLoginRecordSize);
+  const auto failure = bytes ? ParseLastFailure(*bytes) : std::nullopt;
+  if (!failure) return "";
+  // The login server writes its service in front of a terminal that it has not got yet: "ssh:notty".
+  const bool by_ssh = failure->line.starts_with("ssh");
+  std::string where =
+      by_ssh ? "sshd" : CleanName(failure->line.empty() ? "an unknown terminal" : failure->line);
+  if (FromElsewhere(*failure)) where += " from " + CleanName(failure->host);
+  return where;
+}
+
 }  // namespace zendrix::agent

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "agent/events/snapshot.h"
@@ -21,5 +22,8 @@ std::vector<Item> ObserveLogins(HostView& host);
 
 // Failed logins on record; no value when the record may not be seen.
 std::optional<std::uint64_t> CountFailedLogins(HostView& host);
+
+// Where the last of them was tried: "sshd from 192.0.2.7", "tty1". Empty when there is none.
+std::string LastFailedLogin(HostView& host);
 
 }  // namespace zendrix::agent

@@ -1,5 +1,7 @@
 #include "agent/host/observe_folders.h"
 
+#include <algorithm>
+
 #include "agent/host/text.h"
 
 namespace zendrix::agent {
@@ -9,6 +11,8 @@ constexpr std::size_t kWatchedFolderLimit = 5000;  // entries of one folder that
 constexpr std::uint32_t kAnyExecute = 0111;
 constexpr std::uint32_t kSetUserId = 04000;
 constexpr const char* kPreloadList = "/etc/ld.so.preload";
+constexpr std::size_t kPreloadLimit = 16384;
+constexpr std::size_t kMostPreloaded = 8;
 
 constexpr const char* kSystemFolders[] = {
     "/etc/cron.d", "/etc/cron.daily", "/etc/cron.hourly", "/etc/cron.monthly", "/etc/cron.weekly",
@@ -45,6 +49,34 @@ void ForEachEntry(HostView& host, const std::string& folder, Visit visit) {
   }
 }
 
+// ld.so(8): names of libraries, separated by blanks, colons or line ends; "#" begins a comment. Each library
+// is an item of its own, and the list belongs to the first of them: it is what the list does that is unusual.
+void AddPreloadList(HostView& host, std::vector<Item>& items) {
+  const auto facts = host.Look(kPreloadList);
+  if (!facts) return;
+  items.push_back(MakeItem(monitor::kFolders, kPreloadList, *facts));
+  items.back().rules.Add(Rule::kPreloadList);
+  const std::size_t list = items.size() - 1;
+  const std::string text = host.ReadText(kPreloadList, kPreloadLimit).value_or("");
+  std::size_t count = 0;
+  for (const std::string_view line : SplitLines(text)) {
+    std::string names(line.substr(0, line.find('#')));
+    std::replace(names.begin(), names.end(), ':', ' ');
+    for (const std::string_view name : SplitWords(names)) {
+      if (name[0] != '/' || ++count > kMostPreloaded) continue;
+      const std::string library(name);
+      Item item = MakeItem(monitor::kFolders, library, host.Look(library).value_or(EntryFacts{}));
+      item.rules.Add(Rule::kPreloadList);
+      item.program = library;
+      if (items[list].program.empty()) {
+        items[list].subject = item.subject;
+        items[list].program = library;
+      }
+      items.push_back(std::move(item));
+    }
+  }
+}
+
 }  // namespace
 
 std::vector<Item> ObserveFolders(HostView& host) {
@@ -56,10 +88,7 @@ std::vector<Item> ObserveFolders(HostView& host) {
       }
     });
   }
-  if (const auto facts = host.Look(kPreloadList)) {
-    items.push_back(MakeItem(monitor::kFolders, kPreloadList, *facts));
-    items.back().rules.Add(Rule::kPreloadList);
-  }
+  AddPreloadList(host, items);
   for (const char* folder : kTemporaryFolders) {
     ForEachEntry(host, folder,
                  [&](const std::string& name, const std::string& path, const EntryFacts& facts) {

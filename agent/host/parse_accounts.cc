@@ -22,6 +22,11 @@ std::string Field(std::string_view record, std::size_t at, std::size_t size) {
   return std::string(field.substr(0, field.find('\0')));
 }
 
+Login RecordOf(std::string_view record) {
+  return {Field(record, kUserAt, kUserSize), Field(record, kLineAt, kLineSize),
+          Field(record, kHostAt, kHostSize)};
+}
+
 }  // namespace
 
 // postgres:x:101:104:PostgreSQL administrator,,,:/var/lib/postgresql:/bin/bash
@@ -47,14 +52,20 @@ bool IsLoginShell(std::string_view shell) {
   return std::find(std::begin(kNoLogin), std::end(kNoLogin), program) == std::end(kNoLogin);
 }
 
+std::optional<Login> ParseLastFailure(std::string_view bytes) {
+  const std::size_t whole = bytes.size() / kLoginRecordSize;
+  if (whole == 0) return {};
+  const auto record = bytes.substr((whole - 1) * kLoginRecordSize);
+  return RecordOf(record);
+}
+
 std::vector<Login> ParseLogins(std::string_view bytes) {
   std::vector<Login> logins;
   for (; bytes.size() >= kLoginRecordSize; bytes.remove_prefix(kLoginRecordSize)) {
     std::int16_t kind = 0;
     std::memcpy(&kind, bytes.data(), sizeof kind);
     if (kind != kUserProcess) continue;
-    Login login{Field(bytes, kUserAt, kUserSize), Field(bytes, kLineAt, kLineSize),
-                Field(bytes, kHostAt, kHostSize)};
+    Login login = RecordOf(bytes);
     if (!login.user.empty()) logins.push_back(std::move(login));
   }
   return logins;

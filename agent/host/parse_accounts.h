@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,5 +31,8 @@ struct Login {
 };
 inline constexpr std::size_t kLoginRecordSize = 384;  // the layout of 64-bit Linux
 std::vector<Login> ParseLogins(std::string_view bytes);
+
+// The last record of btmp, where failed logins are kept in the same layout; its user need be no account.
+std::optional<Login> ParseLastFailure(std::string_view bytes);
 
 }  // namespace zendrix::agent

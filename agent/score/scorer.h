@@ -8,9 +8,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "agent/events/events.h"
+#include "agent/host/host_view.h"
 #include "agent/score/alert.h"
 
 namespace zendrix::agent {
@@ -18,6 +20,11 @@ namespace zendrix::agent {
 struct Moment {
   std::int64_t utc = 0;           // seconds since 1970
   std::int64_t monotonic_ms = 0;  // of a clock that never goes back
+};
+
+struct DecidedAlert {
+  std::int64_t second = 0;  // UTC, as the alert was written
+  bool block = false;
 };
 
 class Scorer {
@@ -39,7 +46,27 @@ class Scorer {
 
   // A new monitoring file begins: it holds no rows and no alerts yet. What is there comes again as events.
   virtual void BeginFile() = 0;
+
+  // What is to be told in the log since the last call.
+  virtual std::vector<std::string> TakeMessages() { return {}; }
+
+  // What the user decided about the alerts with this code ("AG," and digits): the file that tells it is the
+  // desktop user's, and only raises or lowers what is no alert by a hard rule. False when that is nothing
+  // new.
+  virtual bool Decide(const std::string& /*code*/, bool /*block*/) { return false; }
+  // The alerts that a decision was made about, oldest first.
+  virtual std::vector<DecidedAlert> Decided() const { return {}; }
 };
+
+struct ScorerParts {
+  HostView& host;        // for the programs' files and the package manager's records; outlives the scorer
+  std::string path;      // of its memory; empty: as long as the run
+  std::int64_t utc = 0;  // now
+  std::int64_t settle_ms = 2000;  // how long an alert waits for what else its subject does
+};
+
+// Weighs what happens against what is usual on this host (see docs/scoring.md).
+std::unique_ptr<Scorer> MakeBaselineScorer(const ScorerParts& parts);
 
 // Weighs by the fixed rules alone and remembers nothing of earlier runs; everything is unknown to it.
 std::unique_ptr<Scorer> MakeRuleScorer();

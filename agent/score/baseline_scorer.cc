@@ -1,0 +1,387 @@
+#include <algorithm>
+#include <array>
+#include <random>
+#include <utility>
+
+#include "agent/host/text.h"
+#include "agent/score/alert_book.h"
+#include "agent/score/baseline.h"
+#include "agent/score/digest.h"
+#include "agent/score/evidence.h"
+#include "agent/score/identity.h"
+#include "agent/score/scorer.h"
+#include "agent/score/subjects.h"
+
+namespace zendrix::agent {
+namespace {
+
+constexpr std::int64_t kDay = 86400;
+constexpr std::int64_t kInstallingSeconds = 30 * 60;  // for so long a package counts as being installed
+constexpr double kBlockedWeight = 0.9;
+constexpr double kLeastQuietRisk = 0.7;  // less is not worth a line
+constexpr std::size_t kQuietInAnHour = 20;
+constexpr std::size_t kAlertsInAMinute = 10;
+constexpr std::size_t kMostRaised = 5000;
+
+// How many of something in each span of time.
+class Pace {
+ public:
+  Pace(std::int64_t span, std::size_t most) : span_(span), most_(most) {}
+  bool Allows(std::int64_t utc) const { return utc / span_ != at_ || count_ < most_; }
+  void Count(std::int64_t utc) {
+    if (utc / span_ != at_) count_ = 0;
+    at_ = utc / span_;
+    ++count_;
+  }
+
+ private:
+  const std::int64_t span_;
+  const std::size_t most_;
+  std::int64_t at_ = -1;
+  std::size_t count_ = 0;
+};
+
+// The key of this host's alert codes: made once, kept with the rest.
+std::string HostKey(Keeper& keeper, std::int64_t utc) {
+  Statement ask = keeper.database().Prepare("SELECT value FROM meta WHERE name = 'key'");
+  if (ask.Step() == Statement::Outcome::kRow && !ask.Text(0).empty()) return ask.Text(0);
+  ask.Reset();
+  std::random_device random;
+  std::string bytes;
+  for (int i = 0; i < 8; ++i) bytes += std::to_string(random()) + " ";
+  const std::string key = Sha256Of(bytes);
+  keeper.Write(
+      [&](Database& database) {
+        return database.Prepare("INSERT OR REPLACE INTO meta (name, value) VALUES ('key', ?1)")
+            .Bind(1, key)
+            .Run();
+      },
+      utc);
+  return key;
+}
+
+bool HasHard(const std::vector<Fact>& facts) {
+  return std::any_of(facts.begin(), facts.end(), [](const Fact& fact) { return fact.hard; });
+}
+
+std::set<int> NumbersOf(const std::vector<Fact>& facts) {
+  std::set<int> numbers;
+  for (const Fact& fact : facts) numbers.insert(fact.number);
+  return numbers;
+}
+
+bool Covers(const std::set<int>& known, const std::set<int>& numbers) {
+  return std::includes(known.begin(), known.end(), numbers.begin(), numbers.end());
+}
+
+class BaselineScorer : public Scorer {
+ public:
+  explicit BaselineScorer(const ScorerParts& parts)
+      : settle_ms_(parts.settle_ms),
+        keeper_(parts.path, parts.utc),
+        key_(HostKey(keeper_, parts.utc)),
+        baseline_(keeper_, parts.utc),
+        files_(parts.host),
+        evidence_(baseline_, files_),
+        book_(keeper_) {
+    for (const AlertRecord& record : book_.Newest(AlertBook::kMostAlerts)) {
+      if (record.state != AlertState::kRaised || parts.utc - record.second >= kDay) continue;
+      Said& said = said_[record.code];
+      said.utc = std::max(said.utc, record.second);
+      for (const Fact& fact : record.facts) said.facts.insert(fact.number);
+      if (!HasHard(record.facts)) budget_.Spend(record.doubt, record.second);
+    }
+  }
+
+  ~BaselineScorer() override { Save(last_utc_, true); }
+
+  bool IsKnown(const Item& item) const override { return evidence_.IsKnown(item); }
+
+  std::vector<Alert> Weigh(const std::vector<Event>& events, Moment now) override {
+    baseline_.Tick(now.utc);
+    for (const Event& event : events) Take(event, now);
+    auto alerts = Due(now, now.monotonic_ms);
+    Save(now.utc, false);
+    return alerts;
+  }
+
+  std::vector<Alert> Rest(Moment now) override {
+    auto alerts = Due(now, now.monotonic_ms + settle_ms_);
+    Save(now.utc, true);
+    return alerts;
+  }
+
+  void Raised(const std::vector<Alert>& alerts, std::int64_t first_second, Moment now) override {
+    for (std::size_t i = 0; i < alerts.size(); ++i) {
+      const auto offer = offers_.find(alerts[i].subject);
+      if (offer == offers_.end()) continue;
+      Note(offer->second, first_second + static_cast<std::int64_t>(i), now);
+    }
+  }
+
+  void BeginFile() override {
+    subjects_.Clear();
+    offers_.clear();
+    waiting_.clear();
+    written_.clear();
+    for (auto& [code, said] : said_) said.in_file = false;
+  }
+
+  std::vector<std::string> TakeMessages() override {
+    auto messages = keeper_.TakeMessages();
+    if (left_out_ > 0) {
+      messages.push_back("Too many alerts at once; " + std::to_string(left_out_) + " were held back");
+      left_out_ = 0;
+    }
+    return messages;
+  }
+
+  bool Decide(const std::string& code, bool block) override { return book_.Decide(code, block); }
+
+  std::vector<DecidedAlert> Decided() const override {
+    std::vector<DecidedAlert> decided;
+    for (const auto& [code, decision] : book_.decisions()) {
+      for (const std::int64_t second : book_.SecondsOf(code)) decided.push_back({second, decision.block});
+    }
+    std::sort(decided.begin(), decided.end(),
+              [](const DecidedAlert& a, const DecidedAlert& b) { return a.second < b.second; });
+    return decided;
+  }
+
+ private:
+  // What was last said of a code.
+  struct Said {
+    std::int64_t utc = 0;
+    std::set<int> facts;
+    bool in_file = true;  // the present one
+  };
+  struct Offer {
+    AlertRecord record;
+    std::string subject;
+    std::optional<Decision> decision;
+    bool is_repeated = false;  // told again for a new file
+
+    double LeftDoubt() const { return 1 - (1 - record.doubt) * record.package_factor; }
+    // Whether it takes from what may be said in a day.
+    bool IsPaid() const { return !HasHard(record.facts) && !is_repeated; }
+  };
+
+  void Take(const Event& event, Moment now) {
+    auto facts = evidence_.Of(event, now);
+    if (facts.empty()) return;
+    Subject* const subject = subjects_.At(event.item.subject, now.monotonic_ms);
+    if (subject == nullptr) {
+      ++left_out_;
+      return;
+    }
+    if (!event.item.program.empty()) subject->program = event.item.program;
+    subject->touched_ms = now.monotonic_ms;
+    if (!subject->Add(event.item, std::move(facts)) || subject->waits) return;
+    subject->waits = true;
+    // What is there when a session begins has nothing to wait for.
+    subject->due_ms = now.monotonic_ms + (event.kind == EventKind::kPresent ? 0 : settle_ms_);
+    waiting_.insert(event.item.subject);
+  }
+
+  std::vector<Alert> Due(Moment now, std::int64_t until_ms) {
+    offers_.clear();
+    std::vector<Offer> offers;
+    for (auto at = waiting_.begin(); at != waiting_.end();) {
+      const auto found = subjects_.all().find(*at);
+      if (found == subjects_.all().end()) {
+        at = waiting_.erase(at);
+      } else if (found->second.due_ms > until_ms) {
+        ++at;
+      } else if (auto offer = WeighSubject(found->second, now)) {
+        offers.push_back(std::move(*offer));
+        ++at;
+      } else {
+        found->second.waits = false;
+        at = waiting_.erase(at);
+      }
+    }
+    // The most unusual first: what it spends is not there for the others.
+    std::stable_sort(offers.begin(), offers.end(),
+                     [](const Offer& a, const Offer& b) { return a.LeftDoubt() < b.LeftDoubt(); });
+    Budget budget = budget_;
+    std::vector<Alert> alerts;
+    for (Offer& offer : offers) {
+      if (auto alert = Tell(offer, budget, now)) {
+        alerts.push_back(std::move(*alert));
+        offers_[offer.subject] = std::move(offer);
+      } else {
+        Rest(offer.subject);
+      }
+    }
+    std::stable_sort(alerts.begin(), alerts.end(), [](const Alert& a, const Alert& b) {
+      return std::pair(!a.IsQuiet(), a.risk) < std::pair(!b.IsQuiet(), b.risk);
+    });
+    return KeepPace(std::move(alerts), now);
+  }
+
+  void Rest(const std::string& subject) {
+    const auto found = subjects_.all().find(subject);
+    if (found != subjects_.all().end()) found->second.waits = false;
+    waiting_.erase(subject);
+  }
+
+  // The heaviest of those that may be told now; the others are let go.
+  std::vector<Alert> KeepPace(std::vector<Alert> alerts, Moment now) {
+    std::vector<Alert> kept;
+    Pace loud = loud_;
+    Pace quiet = quiet_;
+    for (auto alert = alerts.rbegin(); alert != alerts.rend(); ++alert) {
+      Pace& pace = alert->IsQuiet() ? quiet : loud;
+      if (pace.Allows(now.utc)) {
+        pace.Count(now.utc);
+        kept.push_back(std::move(*alert));
+        continue;
+      }
+      if (!alert->IsQuiet()) ++left_out_;
+      Rest(alert->subject);
+      offers_.erase(alert->subject);
+    }
+    std::reverse(kept.begin(), kept.end());
+    return kept;
+  }
+
+  // What the package manager does to files of its own is no intrusion.
+  double PackageFactor(const Contents& contents, std::int64_t utc) const {
+    const bool installing = !contents.package.name.empty() && contents.package.unchanged &&
+                            utc - contents.installed < kInstallingSeconds;
+    return installing ? kInstallingFactor : 1;
+  }
+
+  AlertState StateOf(const Offer& offer) const {
+    const AlertRecord& record = offer.record;
+    if (offer.decision && !offer.decision->block && offer.decision->sha256 == record.sha256) {
+      std::set<int> hard;
+      for (const Fact& fact : record.facts) {
+        if (fact.hard) hard.insert(fact.number);
+      }
+      if (Covers(offer.decision->hard, hard)) return AlertState::kAllowed;
+    }
+    if (HasHard(record.facts) || offer.is_repeated) return AlertState::kRaised;
+    if (baseline_.learning()) return AlertState::kLearning;
+    return offer.LeftDoubt() <= record.needed ? AlertState::kRaised : AlertState::kHeldBack;
+  }
+
+  // Everything about the subject; nothing when it was said today.
+  std::optional<Offer> WeighSubject(const Subject& subject, Moment now) {
+    Offer offer;
+    AlertRecord& record = offer.record;
+    offer.subject = record.subject = subject.name;
+    record.code = AlertCode(key_, subject.program.empty() ? subject.name : subject.program);
+    record.facts = subject.Facts();
+    offer.decision = book_.DecisionOn(record.code);
+    if (offer.decision && offer.decision->block) {
+      Fact fact;
+      fact.number = kBlockedBefore;
+      fact.topic = Topic::kBlocked;
+      fact.weight = fact.full_weight = kBlockedWeight;
+      fact.hard = true;
+      fact.text = "was blocked before";
+      record.facts.insert(record.facts.begin(), std::move(fact));
+    }
+    const auto said = said_.find(record.code);
+    offer.is_repeated = said != said_.end() && now.utc - said->second.utc < kDay &&
+                        Covers(said->second.facts, NumbersOf(record.facts));
+    if (offer.is_repeated && said->second.in_file) return {};
+    const Contents contents = files_.Of(subject.program, now.monotonic_ms);
+    record.sha256 = contents.sha256;
+    record.package = contents.package.name;
+    record.package_factor = PackageFactor(contents, now.utc);
+    record.doubt = DoubtOf(record.facts);
+    record.risk = RiskOf(record.doubt, record.package_factor);
+    record.days_watched = baseline_.days_watched();
+    return offer;
+  }
+
+  // The alert that the offer makes at this time; nothing when it is not worth a line.
+  std::optional<Alert> Tell(Offer& offer, Budget& budget, Moment now) {
+    AlertRecord& record = offer.record;
+    record.needed = budget.Limit(now.utc);
+    record.state = StateOf(offer);
+    const Subject& subject = subjects_.all().at(offer.subject);
+    if (record.state == AlertState::kRaised) {
+      if (offer.IsPaid()) budget.Spend(offer.LeftDoubt(), now.utc);
+    } else if (record.risk < kLeastQuietRisk || Covers(subject.quiet_facts, NumbersOf(record.facts))) {
+      return {};
+    }
+    Alert alert = AlertOf(record, subject);
+    record.change = alert.change;
+    return alert;
+  }
+
+  Alert AlertOf(const AlertRecord& record, const Subject& subject) {
+    Alert alert;
+    alert.subject = subject.name;
+    alert.rules = subject.Rules();
+    alert.risk = record.risk;
+    alert.members = subject.Members();
+    alert.code = record.code;
+    alert.change = identities_.ChangeOf(record.risk, record.state == AlertState::kRaised, record.code);
+    alert.facts = Phrases(record.facts);
+    alert.has_forerunner = written_.contains(alert.change);
+    return alert;
+  }
+
+  void Note(Offer& offer, std::int64_t second, Moment now) {
+    AlertRecord& record = offer.record;
+    record.second = second;
+    const auto numbers = NumbersOf(record.facts);
+    const auto subject = subjects_.all().find(offer.subject);
+    if (subject != subjects_.all().end()) {
+      subject->second.waits = false;
+      if (record.state != AlertState::kRaised) subject->second.quiet_facts = numbers;
+    }
+    waiting_.erase(offer.subject);
+    if (record.state == AlertState::kRaised) {
+      if (said_.size() >= kMostRaised)
+        std::erase_if(said_, [&](const auto& entry) { return now.utc - entry.second.utc >= kDay; });
+      if (said_.size() >= kMostRaised) said_.clear();
+      said_[record.code] = {now.utc, numbers, true};
+      if (written_.size() >= kMostRaised) written_.clear();
+      written_.insert(record.change);
+      loud_.Count(now.utc);
+      if (offer.IsPaid()) budget_.Spend(offer.LeftDoubt(), now.utc);
+    } else {
+      quiet_.Count(now.utc);
+    }
+    book_.Add(std::move(record));
+  }
+
+  void Save(std::int64_t utc, bool at_once) {
+    if (!at_once && utc == last_utc_) return;
+    last_utc_ = utc;
+    baseline_.Save(utc, at_once);
+    book_.Save(utc);
+  }
+
+  const std::int64_t settle_ms_;
+  Keeper keeper_;
+  const std::string key_;
+  Baseline baseline_;
+  ProgramFiles files_;
+  Evidence evidence_;
+  AlertBook book_;
+  Identities identities_;
+  Budget budget_;
+  Subjects subjects_;
+  std::set<std::string> waiting_;        // names of subjects to be weighed
+  std::map<std::string, Offer> offers_;  // by subject, until the next turn
+  std::map<std::string, Said> said_;     // by code
+  std::set<std::string> written_;        // Change texts of the present file
+  Pace loud_{60, kAlertsInAMinute};
+  Pace quiet_{3600, kQuietInAnHour};
+  std::size_t left_out_ = 0;
+  std::int64_t last_utc_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<Scorer> MakeBaselineScorer(const ScorerParts& parts) {
+  return std::make_unique<BaselineScorer>(parts);
+}
+
+}  // namespace zendrix::agent

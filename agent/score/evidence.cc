@@ -1,0 +1,219 @@
+#include "agent/score/evidence.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "agent/host/text.h"
+
+namespace zendrix::agent {
+namespace {
+
+constexpr double kLeastWeight = 0.02;  // less changes nothing that a person would see
+constexpr double kGuessingWeight = 0.96;
+constexpr std::size_t kMostTalking = 4000;
+constexpr std::size_t kMostFailing = 100;
+constexpr std::size_t kShortName = 80;
+
+// No path holds a NUL.
+std::string Pair(std::string_view first, std::string_view second) {
+  std::string key(first);
+  key += '\0';
+  key += second;
+  return key;
+}
+
+Fact NewsFact(int number, Topic topic, int days, std::string text) {
+  Fact fact;
+  fact.number = number;
+  fact.topic = topic;
+  fact.full_weight = kNoveltyWeight;
+  fact.weight = kNoveltyWeight * Fading(days);
+  fact.days = days;
+  fact.text = std::move(text);
+  return fact;
+}
+
+void AddIfItCounts(std::vector<Fact>& facts, Fact fact) {
+  if (fact.weight >= kLeastWeight) facts.push_back(std::move(fact));
+}
+
+std::string FolderOf(const std::string& path) {
+  const auto slash = path.rfind('/');
+  return CleanName(slash == std::string::npos || slash == 0 ? path : path.substr(0, slash), kShortName);
+}
+
+// What a rule says of this very item.
+std::string TextOf(Rule rule, const Item& item) {
+  switch (rule) {
+    case Rule::kProgramInTemporaryFolder:
+    case Rule::kProgramOutsideSystem:
+      return "runs from " + FolderOf(ProgramKey(item));
+    case Rule::kProgramHidden:
+      return "runs from a hidden place";
+    case Rule::kPreloadList:
+      return "is loaded into every program";
+    default:
+      return std::string(FactsOf(rule).text);
+  }
+}
+
+bool IsOfProgram(Rule rule) {
+  return FactsOf(rule).number / 100 == 1;
+}
+
+}  // namespace
+
+const std::string& ProgramKey(const Item& item) {
+  return item.program.empty() ? item.subject : item.program;
+}
+
+// Descriptions read "port:path" and "address:port:path".
+std::optional<Evidence::Thing> Evidence::ThingOf(const Item& item) {
+  const std::string& description = item.description;
+  const auto first = description.find(':');
+  if (item.monitor == monitor::kPorts) {
+    const std::string port = description.substr(0, first);
+    return Thing{Known::kPort, Pair(port, ProgramKey(item)), kNewPort, Topic::kPort, "opened port " + port};
+  }
+  if (item.monitor == monitor::kConnections) {
+    const auto second = first == std::string::npos ? first : description.find(':', first + 1);
+    const std::string address = description.substr(0, first);
+    const std::string port =
+        first == std::string::npos ? "" : description.substr(first + 1, second - first - 1);
+    return Thing{Known::kConnection, Pair(ProgramKey(item), address + ":" + port), kNewConnection,
+                 Topic::kConnection, "connected with " + address + " port " + port};
+  }
+  if (item.monitor == monitor::kAutorun) {
+    const std::string file = description.substr(0, description.find('='));
+    return Thing{Known::kAutostart, description, kNewAutostart, Topic::kAutostart,
+                 "starts by itself from " + CleanName(file, kShortName)};
+  }
+  if (item.monitor == monitor::kAccounts)
+    return Thing{Known::kAccount, description, kNewAccount, Topic::kAccount,
+                 "account was never there before"};
+  if (item.monitor == monitor::kFolders)
+    return Thing{Known::kFile, description, kNewFile, Topic::kFile,
+                 CleanName(description, kShortName) + " was never there before"};
+  if (item.monitor == monitor::kLogins)
+    return Thing{Known::kLogin, description, kNewLogin, Topic::kLogin, "login " + description};
+  return {};
+}
+
+bool Evidence::IsTalker(const Item& item) const {
+  return item.monitor == monitor::kConnections &&
+         baseline_.DaysBefore(Known::kTalker, ProgramKey(item)).has_value();
+}
+
+bool Evidence::IsKnown(const Item& item) const {
+  if (item.monitor == monitor::kProcesses)
+    return baseline_.DaysBefore(Known::kPath, ProgramKey(item)).has_value();
+  const auto thing = ThingOf(item);
+  return !thing || IsTalker(item) || baseline_.DaysBefore(thing->kind, thing->key).has_value();
+}
+
+std::vector<Fact> Evidence::Of(const Event& event, Moment now) {
+  std::vector<Fact> facts;
+  if (event.kind == EventKind::kRemoved) return facts;
+  const Item& item = event.item;
+  const bool is_process = item.monitor == monitor::kProcesses;
+  int program_days = 0;
+  if (is_process || !item.program.empty()) program_days = OfProgram(item, now, facts);
+  if (is_process) OfParent(item, facts);
+  std::optional<int> thing_days;
+  if (const auto thing = ThingOf(item)) thing_days = OfThing(*thing, item, facts);
+  OfRules(item, program_days, thing_days, facts);
+  OfGuessing(event, now, facts);
+  return facts;
+}
+
+std::string Evidence::SinceText() const {
+  const int days = baseline_.days_watched();
+  return days > 1 ? "first seen in " + std::to_string(days) + " days" : "first seen today";
+}
+
+// On how many days before today this program, with these contents, was seen.
+int Evidence::OfProgram(const Item& item, Moment now, std::vector<Fact>& facts) {
+  const std::string& path = ProgramKey(item);
+  const Contents contents = item.program.empty() ? Contents() : files_.Of(item.program, now.monotonic_ms);
+  const auto path_days = baseline_.DaysBefore(Known::kPath, path);
+  const std::string key = Pair(path, contents.sha256);
+  auto days = baseline_.DaysBefore(Known::kProgram, key);
+  // Contents that cannot be read now, or never could be before, are not called changed.
+  const bool never_read = baseline_.DaysBefore(Known::kProgram, Pair(path, "")).has_value();
+  if (!days && (contents.sha256.empty() || never_read)) days = path_days;
+  baseline_.See(Known::kProgram, key, contents.package);
+  baseline_.See(Known::kPath, path, contents.package);
+  if (path_days && !days) {
+    AddIfItCounts(facts, NewsFact(kChangedProgram, Topic::kProgram, 0, "has changed since it was last seen"));
+    return 0;
+  }
+  const int count = days.value_or(0);
+  std::string text = count == 0 ? SinceText() : "seen on " + std::to_string(count) + " days before";
+  if (count == 1) text = "seen on 1 day before";
+  AddIfItCounts(facts, NewsFact(kNewProgram, Topic::kProgram, count, std::move(text)));
+  return count;
+}
+
+void Evidence::OfParent(const Item& item, std::vector<Fact>& facts) {
+  if (item.parent.empty()) return;
+  const std::string key = Pair(item.parent, ProgramKey(item));
+  const int days = baseline_.DaysBefore(Known::kParent, key).value_or(0);
+  baseline_.See(Known::kParent, key);
+  AddIfItCounts(facts, NewsFact(kNewParent, Topic::kParent, days,
+                                "started by " + CleanName(item.parent, kShortName) + " as never before"));
+}
+
+std::optional<int> Evidence::OfThing(const Thing& thing, const Item& item, std::vector<Fact>& facts) {
+  const auto days = baseline_.DaysBefore(thing.kind, thing.key);
+  if (!days && thing.kind == Known::kConnection) {
+    if (IsTalker(item)) {
+      baseline_.See(Known::kTalker, ProgramKey(item));
+      return baseline_.DaysBefore(Known::kTalker, ProgramKey(item));
+    }
+    if (addresses_.size() >= kMostTalking) addresses_.clear();
+    if (++addresses_[ProgramKey(item)] >= kTalkerAddresses) baseline_.See(Known::kTalker, ProgramKey(item));
+  }
+  baseline_.See(thing.kind, thing.key);
+  AddIfItCounts(facts, NewsFact(thing.number, thing.topic, days.value_or(0), thing.text));
+  return days;
+}
+
+void Evidence::OfRules(const Item& item, int program_days, std::optional<int> thing_days,
+                       std::vector<Fact>& facts) {
+  for (const Rule rule : ByWeight(item.rules)) {
+    // That a port came says less than that it was never open before.
+    if (rule == Rule::kPortNew) continue;
+    Fact fact;
+    fact.number = FactsOf(rule).number;
+    fact.topic = TopicOf(rule);
+    fact.hard = IsHard(rule);
+    fact.full_weight = FactsOf(rule).weight;
+    fact.days = IsOfProgram(rule) ? program_days : thing_days.value_or(0);
+    fact.weight = fact.full_weight * (fact.hard ? 1 : Fading(fact.days));
+    fact.text = TextOf(rule, item);
+    AddIfItCounts(facts, std::move(fact));
+  }
+}
+
+void Evidence::OfGuessing(const Event& event, Moment now, std::vector<Fact>& facts) {
+  const Item& item = event.item;
+  if (event.kind != EventKind::kHappened || item.monitor != monitor::kSystem || event.change < 1) return;
+  if (!item.description.starts_with("failed logins")) return;
+  if (failures_.size() >= kMostFailing && !failures_.contains(item.subject)) failures_.clear();
+  auto& failures = failures_[item.subject];
+  failures.emplace_back(now.monotonic_ms, std::llround(std::min(event.change, 1e9)));
+  while (failures.front().first + kGuessingMs < now.monotonic_ms) failures.pop_front();
+  std::int64_t sum = 0;
+  for (const auto& [when, count] : failures) sum += count;
+  if (sum < kGuesses) return;
+  Fact fact;
+  fact.number = kPasswordGuessing;
+  fact.topic = Topic::kGuessing;
+  fact.weight = fact.full_weight = kGuessingWeight;
+  fact.hard = true;
+  fact.count = static_cast<int>(std::min<std::int64_t>(sum, 1000000));
+  fact.text = std::to_string(sum) + " logins failed in 10 minutes";
+  facts.push_back(std::move(fact));
+}
+
+}  // namespace zendrix::agent

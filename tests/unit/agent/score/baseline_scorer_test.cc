@@ -1,0 +1,316 @@
+#include "support/temporary_folder.h"
+#include "unit/agent/score/scored_host.h"
+
+namespace zendrix::agent {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+class BaselineScorerTest : public testing::Test {
+ protected:
+  BaselineScorerTest() {
+    pc.Put("/usr/bin/bash", "bash");
+    pc.Put("/home/ann/.x/tool", "tool");
+  }
+  void Learn(int days = 7) {
+    for (int day = 0; day < days; ++day) {
+      pc.At(day, 12);
+      pc.Start("/usr/bin/bash", "/usr/bin/login");
+    }
+    pc.At(days, 12);
+  }
+  // Unusual enough for an alert behind the week of learning, and by no hard rule.
+  void RunTool(const std::string& path = "/home/ann/.x/tool") {
+    pc.Start(path, "/usr/bin/bash");
+    pc.Wait(5);
+  }
+
+  ScoredHost pc;
+};
+
+class BaselineScorerRestarts : public BaselineScorerTest {
+ protected:
+  BaselineScorerRestarts() { pc.KeepIn(folder_.Path("memory.db")); }
+  test::TemporaryFolder folder_;
+};
+
+TEST_F(BaselineScorerTest, InTheWeekOfLearningSoftFactsAreStoredAndNoAlert) {
+  RunTool();
+  EXPECT_THAT(pc.alerts, IsEmpty());
+  ASSERT_THAT(pc.quiet, SizeIs(1));
+  EXPECT_THAT(pc.quiet[0].alert.change, HasSubstr("-0.9600"));
+  EXPECT_DOUBLE_EQ(pc.quiet[0].alert.risk, 1 - 0.4 * 0.4 * 0.5 * 0.5);
+}
+
+TEST_F(BaselineScorerTest, HardFactsAlertInTheWeekOfLearningToo) {
+  pc.Account("toor", {Rule::kSecondRoot});
+  pc.Wait(5);
+  ASSERT_THAT(pc.alerts, SizeIs(1));
+  EXPECT_EQ(pc.alerts[0].alert.subject, "account toor");
+}
+
+TEST_F(BaselineScorerTest, BehindTheWeekWhatIsNewAndOddIsAnAlertWithItsFacts) {
+  Learn();
+  RunTool();
+  ASSERT_THAT(pc.alerts, SizeIs(1));
+  EXPECT_THAT(pc.alerts[0].alert.facts, ElementsAre("runs from a hidden place", "first seen in 8 days",
+                                                    "started by /usr/bin/bash as never before"));
+  EXPECT_THAT(pc.alerts[0].alert.code, ::testing::MatchesRegex("AG,[0-9A-F]{24}"));
+}
+
+TEST_F(BaselineScorerTest, WhatAHostIsUsedToIsNoAlert) {
+  for (int day = 0; day < 8; ++day) {
+    pc.At(day, 12);
+    RunTool();
+  }
+  EXPECT_THAT(pc.alerts, IsEmpty());
+}
+
+TEST_F(BaselineScorerTest, ProgramWithNewContentsIsNews) {
+  for (int day = 0; day < 8; ++day) {
+    pc.At(day, 12);
+    RunTool();
+  }
+  pc.At(9, 12);
+  pc.Put("/home/ann/.x/tool", "another");
+  RunTool();
+  ASSERT_THAT(pc.alerts, SizeIs(1));
+  EXPECT_THAT(pc.alerts[0].alert.facts, Contains("has changed since it was last seen"));
+  EXPECT_DOUBLE_EQ(pc.alerts[0].alert.risk, 1 - 0.4 * 0.4 * 0.5 * (1 - 0.5 * std::exp2(-8 / 3.0)));
+}
+
+TEST_F(BaselineScorerTest, UnchangedFileOfAPackageThatIsBeingInstalledWeighsLess) {
+  Learn();
+  pc.Install("odd", {{"/opt/.odd/run", "odd"}});
+  pc.Put("/opt/.other/run", "other");
+  const auto work = [&](const std::string& program) {
+    pc.Start(program, "/usr/bin/dpkg");
+    pc.Listen(program, 4444);
+    pc.Connect(program, "203.0.113.1", 4444);
+    pc.Wait(5);
+  };
+  work("/opt/.odd/run");
+  EXPECT_THAT(pc.alerts, IsEmpty());
+  work("/opt/.other/run");
+  EXPECT_THAT(pc.alerts, SizeIs(1)) << "the same of a file of no package";
+  pc.alerts.clear();
+  pc.Put("/opt/.odd/run", "altered");
+  pc.At(9, 12);
+  work("/opt/.odd/run");
+  EXPECT_THAT(pc.alerts, SizeIs(1)) << "neither unchanged nor just installed";
+}
+
+TEST_F(BaselineScorerTest, AlertWaitsForWhatElseItsSubjectDoes) {
+  Learn();
+  pc.Start("/tmp/.y", "/usr/bin/bash");
+  EXPECT_THAT(pc.alerts, IsEmpty());
+  pc.Listen("/tmp/.y", 4444);
+  pc.Wait(2);
+  ASSERT_THAT(pc.alerts, SizeIs(1));
+  EXPECT_THAT(pc.alerts[0].alert.members, SizeIs(2));
+}
+
+TEST_F(BaselineScorerTest, EndOfTheRunWaitsForNothing) {
+  Learn();
+  pc.Start("/tmp/.y", "/usr/bin/bash");
+  EXPECT_THAT(pc.scorer().Rest({pc.utc, (pc.utc - ScoredHost::kBegin) * 1000}), SizeIs(1));
+}
+
+TEST_F(BaselineScorerTest, SameAlertIsNotRaisedAgainThatDayAndOneThatSaysMoreIs) {
+  Learn();
+  pc.Start("/tmp/.y", "/usr/bin/bash");
+  pc.Wait(5);
+  pc.Start("/tmp/.y", "/usr/bin/bash");
+  pc.Wait(4000);
+  pc.Start("/tmp/.y", "/usr/bin/bash");
+  pc.Wait(5);
+  EXPECT_THAT(pc.alerts, SizeIs(1));
+  pc.Autostart("y.desktop", "/tmp/.y");
+  pc.Wait(5);
+  ASSERT_THAT(pc.alerts, SizeIs(2));
+  EXPECT_GT(pc.alerts[1].alert.risk, pc.alerts[0].alert.risk - 0.01);
+  EXPECT_EQ(pc.alerts[1].alert.code, pc.alerts[0].alert.code);
+}
+
+TEST_F(BaselineScorerTest, SecondAlertOfADayHasToBeFarMoreUnusual) {
+  Learn();
+  RunTool();
+  pc.Put("/home/ann/.z/tool", "z");
+  RunTool("/home/ann/.z/tool");
+  EXPECT_THAT(pc.alerts, SizeIs(1));
+  pc.Start("/tmp/.a/b", "/usr/bin/python3");
+  pc.Connect("/tmp/.a/b", "203.0.113.5", 4444);
+  pc.Wait(5);
+  EXPECT_THAT(pc.alerts, SizeIs(2));
+  pc.Wait(ScoredHost::kDay);
+  pc.Put("/home/ann/.w/tool", "w");
+  RunTool("/home/ann/.w/tool");
+  EXPECT_THAT(pc.alerts, SizeIs(3));
+}
+
+TEST_F(BaselineScorerTest, AlertsOfOneMomentSpendFromOneBudget) {
+  Learn();
+  for (int i = 0; i < 20; ++i) pc.Start("/home/ann/.t" + std::to_string(i) + "/x", "/usr/bin/bash");
+  pc.Wait(5);
+  EXPECT_THAT(pc.alerts, SizeIs(1));
+}
+
+TEST_F(BaselineScorerRestarts, RestartKeepsWhatWasSaidAndSpent) {
+  Learn();
+  RunTool();
+  const std::string code = pc.alerts.at(0).alert.code;
+  pc.Restart();
+  RunTool();
+  pc.Put("/home/ann/.z/tool", "z");
+  RunTool("/home/ann/.z/tool");
+  EXPECT_THAT(pc.alerts, SizeIs(1));
+  pc.Wait(ScoredHost::kDay);
+  pc.Put("/home/ann/.x/tool", "new");
+  pc.Start("/home/ann/.x/tool", "/usr/bin/perl");
+  pc.Wait(5);
+  ASSERT_THAT(pc.alerts, SizeIs(2));
+  EXPECT_EQ(pc.alerts[1].alert.code, code) << "one host, one key";
+}
+
+TEST_F(BaselineScorerTest, NewFileIsToldAgainWhatIsStillThere) {
+  Learn();
+  RunTool();
+  pc.scorer().BeginFile();
+  Item item = MakeItem(monitor::kProcesses, "/home/ann/.x/tool:7",
+                       RulesOfProgram({"/home/ann/.x/tool", false, false}), "/home/ann/.x/tool");
+  item.program = "/home/ann/.x/tool";
+  pc.IsThere({item});
+  ASSERT_THAT(pc.alerts, SizeIs(2));
+  EXPECT_FALSE(pc.alerts[1].alert.has_forerunner);
+}
+
+TEST_F(BaselineScorerTest, ForerunnerIsNeededOnceForEachChange) {
+  Learn();
+  RunTool();
+  EXPECT_FALSE(pc.alerts.at(0).alert.has_forerunner);
+  pc.Wait(ScoredHost::kDay);
+  pc.Start("/tmp/x", "/usr/bin/bash");
+  pc.Wait(5);
+  EXPECT_FALSE(pc.alerts.at(1).alert.has_forerunner);
+}
+
+TEST_F(BaselineScorerTest, AlertThatWasNotWrittenComesBackAtEachTurn) {
+  Learn();
+  pc.writes = false;
+  RunTool();
+  const Moment now{pc.utc, (pc.utc - ScoredHost::kBegin) * 1000};
+  EXPECT_THAT(pc.scorer().Weigh({}, now), SizeIs(1));
+  EXPECT_THAT(pc.scorer().Weigh({}, now), SizeIs(1));
+}
+
+TEST_F(BaselineScorerRestarts, AllowedSubjectIsQuietUntilItDoesWorseOrChanges) {
+  Learn();
+  RunTool();
+  EXPECT_TRUE(pc.scorer().Decide(pc.alerts.at(0).alert.code, false));
+  EXPECT_FALSE(pc.scorer().Decide(pc.alerts.at(0).alert.code, false)) << "nothing new";
+  pc.alerts.clear();
+  pc.Wait(2 * ScoredHost::kDay);
+  pc.Connect("/home/ann/.x/tool", "203.0.113.1", 4444);
+  pc.Listen("/home/ann/.x/tool", 4444);
+  pc.Wait(5);
+  EXPECT_THAT(pc.alerts, IsEmpty());
+  pc.Restart();
+  pc.Connect("/home/ann/.x/tool", "203.0.113.2", 4444);
+  pc.Listen("/home/ann/.x/tool", 4445);
+  pc.Wait(5);
+  EXPECT_THAT(pc.alerts, IsEmpty()) << "a decision outlives the run";
+  pc.Start("/home/ann/.x/tool", "/usr/bin/bash", {Rule::kNamedLikeKernelThread});
+  pc.Wait(5);
+  EXPECT_THAT(pc.alerts, SizeIs(1)) << "a hard fact that nobody had seen";
+  pc.Put("/home/ann/.x/tool", "another");
+  pc.Wait(2 * ScoredHost::kDay);
+  pc.Connect("/home/ann/.x/tool", "203.0.113.3", 4444);
+  pc.Listen("/home/ann/.x/tool", 4446);
+  pc.Wait(5);
+  EXPECT_THAT(pc.alerts, SizeIs(2)) << "other contents than those that were allowed";
+}
+
+TEST_F(BaselineScorerTest, BlockedSubjectIsAnAlertWheneverItIsBack) {
+  Learn();
+  RunTool();
+  EXPECT_TRUE(pc.scorer().Decide(pc.alerts.at(0).alert.code, true));
+  pc.Wait(30 * ScoredHost::kDay);
+  pc.alerts.clear();
+  RunTool();
+  ASSERT_THAT(pc.alerts, SizeIs(1));
+  EXPECT_THAT(pc.alerts[0].alert.facts, Contains("was blocked before"));
+}
+
+TEST_F(BaselineScorerTest, DecisionOnAnUnknownCodeIsNone) {
+  EXPECT_FALSE(pc.scorer().Decide("AG,0123456789ABCDEF01234567", true));
+  EXPECT_THAT(pc.scorer().Decided(), IsEmpty());
+}
+
+TEST_F(BaselineScorerTest, DecidedAlertsAreNamedByTheirSeconds) {
+  Learn();
+  RunTool();
+  pc.scorer().Decide(pc.alerts.at(0).alert.code, true);
+  const auto decided = pc.scorer().Decided();
+  ASSERT_THAT(decided, SizeIs(1));
+  EXPECT_EQ(decided[0].second, pc.alerts[0].utc);
+  EXPECT_TRUE(decided[0].block);
+}
+
+TEST_F(BaselineScorerTest, KnownIsWhatWasSeenBefore) {
+  Item item = MakeItem(monitor::kProcesses, "/usr/bin/bash:1", {}, "/usr/bin/bash");
+  item.program = "/usr/bin/bash";
+  EXPECT_FALSE(pc.scorer().IsKnown(item));
+  Learn(1);
+  EXPECT_TRUE(pc.scorer().IsKnown(item));
+  const Item account = MakeItem(monitor::kAccounts, "eve");
+  EXPECT_FALSE(pc.scorer().IsKnown(account));
+  pc.Came(account);
+  EXPECT_TRUE(pc.scorer().IsKnown(account));
+}
+
+TEST_F(BaselineScorerTest, ProgramThatTalksToEverybodyMakesNoNewsOfOneMore) {
+  Item item = MakeItem(monitor::kConnections, "192.0.2.200:443:/usr/bin/web", {}, "/usr/bin/web");
+  item.program = "/usr/bin/web";
+  pc.Connect("/usr/bin/web", "192.0.2.1", 443);
+  EXPECT_FALSE(pc.scorer().IsKnown(item));
+  for (int i = 2; i < 100; ++i) pc.Connect("/usr/bin/web", "192.0.2." + std::to_string(i), 443);
+  EXPECT_TRUE(pc.scorer().IsKnown(item));
+}
+
+TEST_F(BaselineScorerTest, GuessesBelowTenInTenMinutesAreNone) {
+  const auto fail = [&](double count) {
+    Event event;
+    event.kind = EventKind::kHappened;
+    event.item = MakeItem(monitor::kSystem, "failed logins " + std::to_string(static_cast<int>(count)), {},
+                          "failed logins");
+    event.change = count;
+    pc.Turn({event});
+    pc.Wait(4);
+  };
+  fail(9);
+  pc.Wait(600);
+  fail(9);
+  EXPECT_THAT(pc.alerts, IsEmpty());
+  fail(1);
+  ASSERT_THAT(pc.alerts, SizeIs(1));
+  EXPECT_THAT(pc.alerts[0].alert.facts, ElementsAre("10 logins failed in 10 minutes"));
+}
+
+TEST_F(BaselineScorerTest, FloodOfHardFactsIsBoundedAndTold) {
+  std::vector<Item> items;
+  for (int i = 0; i < 20000; ++i) {
+    items.push_back(
+        MakeItem(monitor::kFolders, "/tmp/x" + std::to_string(i), {Rule::kSetUserIdInTemporaryFolder}));
+  }
+  pc.Turn(ChangeEvents({{}, items}));
+  pc.Wait(5);
+  EXPECT_THAT(pc.alerts, SizeIs(10));
+  EXPECT_THAT(pc.scorer().TakeMessages(), ElementsAre(HasSubstr("19990 were held back")));
+}
+
+}  // namespace
+}  // namespace zendrix::agent
