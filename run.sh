@@ -4,6 +4,7 @@
 #
 #   ./run.sh             the Home console
 #   ./run.sh --admin     the Administrator console
+#   ./run.sh --watch     as root: the Agent uses everything that the kernel grants it, not only looks at files
 #   --sample             beside either: not this computer, but a month of a made-up one that ends now; nothing is kept
 #
 # An Agent that this command started ends with it. Without a display it starts the console on a virtual one for a
@@ -12,14 +13,19 @@ set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/prerequisites.sh
 
-edition=Home form=home shown=alerts sample=
+edition=Home form=home shown=alerts sample= rights=--plain
 for argument in "$@"; do
   case $argument in
     --admin) edition=Administrator form=admin shown=grid ;;
     --sample) sample=yes ;;
-    *) sed -n '2,10p' "$0" | cut -c3-; exit 2 ;;
+    --watch) rights= ;;
+    *) sed -n '2,11p' "$0" | cut -c3-; exit 2 ;;
   esac
 done
+if [ -z "$rights" ] && [ "$(id -u)" != 0 ]; then
+  echo "--watch needs root: the kernel tells an ordinary user nothing of others' programs." >&2
+  exit 2
+fi
 
 need_packages $build_packages
 export CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR="$PWD"
@@ -46,9 +52,10 @@ fi
 if [ -n "$sample" ]; then
   echo "A sample: a made-up computer, which nobody watches. [Enable] in the console would add what happens on this one."
 else
-  # The same road as [Enable] in the console takes. It says who watches; 3 is an Agent that was there before.
+  # The same road as [Enable] in the console takes. It says who watches, what is seen that way and what is not; 3 is an
+  # Agent that was there before.
   status=0
-  "$bin/zendrix-agent" --start --form $form --folder "$folder" --interval 3 || status=$?
+  "$bin/zendrix-agent" --start --form $form --folder "$folder" --interval 3 $rights || status=$?
   case $status in
     0) trap '"$bin/zendrix-agent" --stop --folder "$folder"' EXIT ;;
     3) ;;

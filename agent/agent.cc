@@ -118,6 +118,7 @@ void Agent::NoticeFirst(std::vector<Event>& told) {
   pace_.Begin(present);
   TakeNumbers(told);
   TellDowntime(told);
+  WriteStatus(true);
 }
 
 void Agent::NoticeChanges(std::vector<Event>& told) {
@@ -242,8 +243,10 @@ std::vector<Event> Agent::Present() const {
 }
 
 void Agent::Deliver(const std::vector<Event>& told, bool at_end) {
+  const bool is_news = pace_.TakeNews();
   for (Recording& recording : recordings_) {
     recording.Add(told);
+    if (is_news) recording.Hurry();
     if (!recording.WantsSession()) continue;
     recording.Begin(Present());
     if (&recording != &First()) continue;
@@ -256,13 +259,11 @@ void Agent::Deliver(const std::vector<Event>& told, bool at_end) {
   }
   if (First().MayWrite() || at_end) WriteFirst(at_end);
   for (Recording& recording : recordings_) {
-    if (&recording != &First() && (recording.MayWrite() || at_end)) recording.Write();
+    if (&recording != &First() && (recording.IsDue() || at_end)) recording.Write();
   }
   const bool all_begun = std::all_of(recordings_.begin(), recordings_.end(),
                                      [](const Recording& recording) { return recording.HasSession(); });
-  if (!all_begun || !parts_.on_first_look) return;
-  WriteStatus(true);
-  std::exchange(parts_.on_first_look, {})();
+  if (all_begun && parts_.on_first_look) std::exchange(parts_.on_first_look, {})();
 }
 
 // Alerts are weighed when they can be written, so that each has the second under which decisions on it are
@@ -280,6 +281,10 @@ void Agent::WriteFirst(bool at_end) {
       const auto released = pace_.Release(member);
       for (Recording& recording : recordings_) recording.Add(released);
     }
+  }
+  if (alerts.empty() && !First().IsDue() && !at_end) {
+    unweighed_.clear();
+    return;
   }
   const auto second = First().Write(alerts);
   if (!second && First().IsFailing()) return;

@@ -112,6 +112,7 @@ void Pace::TakeCame(const Event& event, std::int64_t now_ms, std::vector<Event>&
     Hold(event, now_ms);
   } else if (Grant(event.item, true, now_ms)) {
     told.push_back(event);
+    gave_news_ = true;
   } else {
     Count(event, Why::kFlood);
     silent_.insert_or_assign(KeyOf(event.item), event);

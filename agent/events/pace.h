@@ -14,6 +14,7 @@
 #include <set>
 #include <string>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "agent/events/events.h"
@@ -33,6 +34,8 @@ class Pace {
   void Begin(const std::vector<Event>& present);
   // Takes what happened, in order, and gives what to tell now.
   std::vector<Event> Take(const std::vector<Event>& events, std::int64_t now_ms);
+  // Whether what Take gave since the last call holds news; the rest can wait for a second of its own.
+  bool TakeNews() { return std::exchange(gave_news_, false); }
   // The row of the minute, when one is over and there was something to count.
   std::optional<Event> Minute(std::int64_t now_ms);
   // The same before the minute is over, at the end of a run.
@@ -83,6 +86,7 @@ class Pace {
   std::map<std::string_view, Allowance> allowances_;
   std::map<std::string, std::uint64_t> at_once_;  // by monitor and subject, of this minute
 
+  bool gave_news_ = false;
   std::int64_t minute_began_ms_;
   std::uint64_t short_ = 0;
   std::uint64_t flood_ = 0;

@@ -12,8 +12,15 @@ namespace {
 // from there would give every later event a wrong time.
 constexpr std::int64_t kMostAhead = 24 * 60 * 60;
 
-Form FormOf(std::string_view bytes) {
-  return bytes.substr(0, bytes.find('\n')).find('|') == std::string_view::npos ? Form::kAdmin : Form::kHome;
+// Nothing for a file that holds no whole line, such as one whose first line a kill cut. Only lines of the
+// Home form have a "|", and only those of the other a code of one letter for their fourth field.
+std::optional<Form> FormOf(std::string_view bytes) {
+  if (bytes.find('|') != std::string_view::npos) return Form::kHome;
+  for (const std::string_view line : SplitLines(bytes)) {
+    const auto fields = SplitFields(line, ',');
+    if (fields.size() >= 5 && fields[3].size() == 1) return Form::kAdmin;
+  }
+  return std::nullopt;
 }
 
 // Numbers that the console uses up for the lines. A name never holds a "*" (CleanName), so each one parts two
@@ -52,7 +59,7 @@ platform::Status EventFile::Open() {
   if (IsFull()) return platform::Done{};  // it will be put aside unread
   const auto bytes = files_.ReadAll(path_);
   if (!bytes) return bytes.error();
-  if (!bytes.value().empty() && FormOf(bytes.value()) != form_) {
+  if (FormOf(bytes.value()).value_or(form_) != form_) {
     return platform::Error{platform::ErrorKind::kOther, "it holds lines of the other form"};
   }
   TakeUp(bytes.value());

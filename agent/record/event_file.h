@@ -42,6 +42,11 @@ class EventFile {
   // was put back is not waited for.
   bool MayWrite() const { return clock_.MonotonicMs() >= wait_until_ms_; }
 
+  // The same for a batch that is not urgent: it does not run ahead of the clock either.
+  bool MayWriteInTime() const {
+    return MayWrite() && (last_second_ < clock_.NowUtc() || last_second_ > clock_.NowUtc() + kMostLead);
+  }
+
   // Appends a batch that begins with NextSecond()'s result. When it fails, nothing is taken for written.
   platform::Status Append(const BatchText& batch);
 

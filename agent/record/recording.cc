@@ -51,8 +51,8 @@ bool Recording::WantsSession() {
       Log("Monitoring file was removed or replaced; a new session begins");
     }
   }
-  // An event makes at most two rows, and so does an alert.
-  const std::size_t rows = 2 * (waiting_.events.size() + waiting_.alerts.size());
+  // An event makes at most two rows, an alert three.
+  const std::size_t rows = 2 * waiting_.events.size() + 3 * waiting_.alerts.size();
   if ((file_.IsFull() || !file_.HasRoomFor(rows)) && now >= next_put_aside_ms_) {
     next_put_aside_ms_ = now + kOnceASecond;
     PutAside();
@@ -147,6 +147,11 @@ bool Recording::MayWrite() const {
   return file_.MayWrite() && (!failing_ || clock_.MonotonicMs() >= retry_ms_);
 }
 
+bool Recording::IsDue() const {
+  if (!HasWaiting() || !MayWrite()) return false;
+  return hurry_ || waiting_.begins_session || !waiting_.alerts.empty() || file_.MayWriteInTime();
+}
+
 std::optional<std::int64_t> Recording::Write(const std::vector<Alert>& alerts) {
   if (!HasWaiting() && alerts.empty()) return {};
   Batch batch;
@@ -187,6 +192,7 @@ std::optional<std::int64_t> Recording::Write(const std::vector<Alert>& alerts) {
   }
   has_session_ = has_session_ || batch.begins_session;
   waiting_.begins_session = false;
+  hurry_ = false;
   came_.clear();
   in_later_.clear();
   Add(std::exchange(later_, {}));

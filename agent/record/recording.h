@@ -43,12 +43,16 @@ class Recording {
   void Begin(std::vector<Event> present);
 
   void Add(const std::vector<Event>& events);
+  // What waits is news and worth running a little ahead of the clock for.
+  void Hurry() { hurry_ = true; }
   void AddAlerts(const std::vector<Alert>& alerts);
 
   // Whether a write may be tried now; false while the clock catches up or a refused write is not to be tried
   // again yet.
   bool MayWrite() const;
   bool HasWaiting() const;
+  // Whether there is something to write that may be written, or is urgent enough to be.
+  bool IsDue() const;
   // Writes what waits, and these alerts behind it. The second of the first line; nothing when there was
   // nothing to write or it could not be written: then everything but `alerts` goes on waiting.
   std::optional<std::int64_t> Write(const std::vector<Alert>& alerts = {});
@@ -81,6 +85,7 @@ class Recording {
   std::set<std::string> came_;  // what came in waiting_
   std::uint64_t given_up_ = 0;
   std::uint64_t rows_ = 0;
+  bool hurry_ = false;
   bool wants_session_ = true;
   bool has_session_ = false;  // once one was written
   bool failing_ = false;

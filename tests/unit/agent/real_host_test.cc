@@ -180,6 +180,68 @@ TEST_F(RealHost, MonitoringFileThatIsALinkIsNotWrittenThrough) {
   EXPECT_EQ(folder.Read("victim"), "");
 }
 
+TEST_F(RealHost, NothingButAPlainFileIsWrittenInto) {
+  for (const char* name : {"KorvessaMonitoring.kvl", "KorvessaEventLog.kvl", "zendrix-agent.status"}) {
+    for (const bool pipe : {false, true}) {
+      SCOPED_TRACE(std::string(name) + (pipe ? " is a pipe" : " is a link"));
+      test::TemporaryFolder own;
+      own.Write("victim", "");
+      const std::string path = own.Path(name);
+      ASSERT_EQ(pipe ? mkfifo(path.c_str(), 0600) : symlink(own.Path("victim").c_str(), path.c_str()), 0);
+      const Ended ended = Run({"--once", "--folder", own.path()});
+      const bool vital = std::string_view(name) == "KorvessaMonitoring.kvl";
+      EXPECT_EQ(ended.status, vital ? 1 : 0);
+      EXPECT_EQ(own.Read("victim"), "");
+      EXPECT_TRUE(std::filesystem::is_symlink(path) || std::filesystem::is_fifo(path)) << "left alone";
+      const bool is_status = std::string_view(name) == "zendrix-agent.status";
+      EXPECT_THAT(is_status ? own.Read("KorvessaEventLog.kvl") : ended.errors, HasSubstr(name)) << "told";
+    }
+  }
+}
+
+TEST_F(RealHost, ServiceWritesBothForms) {
+  const Ended ended = Run({"--once", "--plain", "--state", folder.path()});
+  EXPECT_EQ(ended.status, 0) << ended.errors;
+  EXPECT_THAT(folder.Read("home/KorvessaMonitoring.kvl"), HasSubstr(",System|0|0|Begin Session Refresh.|"));
+  EXPECT_THAT(folder.Read("admin/KorvessaMonitoring.kvl"), HasSubstr(",System,B,Begin Session Refresh.\r\n"));
+  EXPECT_THAT(folder.Read("zendrix-agent.status"), HasSubstr("\"running\": false"));
+  EXPECT_FALSE(std::filesystem::exists(folder.Path("home/zendrix-agent.lock")))
+      << "a console would take the service for an Agent of its own";
+}
+
+TEST_F(RealHost, StateFolderThatIsALinkIsRefused) {
+  test::TemporaryFolder elsewhere;
+  ASSERT_EQ(symlink(elsewhere.path().c_str(), folder.Path("admin").c_str()), 0);
+  const Ended ended = Run({"--once", "--plain", "--state", folder.path()});
+  EXPECT_EQ(ended.status, 1);
+  EXPECT_TRUE(IsOneLine(ended.errors)) << ended.errors;
+  EXPECT_TRUE(std::filesystem::is_empty(elsewhere.path()));
+}
+
+TEST_F(RealHost, StatusTellsHowAnAgentWouldWatchAndHowTheRunningOneDoes) {
+  const Ended before = Run({"--status", "--plain", "--folder", folder.path()});
+  EXPECT_EQ(before.status, 0) << before.errors;
+  EXPECT_THAT(before.output, HasSubstr("\"running\": false"));
+  EXPECT_THAT(before.output, HasSubstr("{\"watched\": \"System Users\", \"level\": \"polling\""));
+  EXPECT_TRUE(std::filesystem::is_empty(folder.Path(".")) || folder.Read("zendrix-agent.status").empty());
+  const Ended started = Run({"--start", "--plain", "--interval", "7", "--folder", folder.path()});
+  ASSERT_EQ(started.status, 0) << started.errors;
+  EXPECT_THAT(started.output, HasSubstr("By a look every 7 s it sees "));
+  const Ended running = Run({"--status", "--folder", folder.path()});
+  EXPECT_THAT(running.output, HasSubstr("\"running\": true"));
+  EXPECT_THAT(running.output, HasSubstr("a look every 7 s"));
+  EXPECT_EQ(Run({"--stop", "--folder", folder.path()}).status, 0);
+  EXPECT_THAT(folder.Read("zendrix-agent.status"), HasSubstr("\"running\": false"));
+}
+
+// What stands in the folder may be anybody's, and goes to a terminal.
+TEST_F(RealHost, StatusWithControlCharactersIsNotPrinted) {
+  ASSERT_EQ(Run({"--start", "--plain", "--folder", folder.path()}).status, 0);
+  folder.Write("zendrix-agent.status", "\x1b[2J \"running\": true");
+  EXPECT_EQ(Run({"--status", "--plain", "--folder", folder.path()}).output.find('\x1b'), std::string::npos);
+  EXPECT_EQ(Run({"--stop", "--folder", folder.path()}).status, 0);
+}
+
 TEST_F(RealHost, PipeInAWatchedPlaceIsNotWaitedFor) {
   ASSERT_EQ(mkfifo(folder.Path("x.desktop").c_str(), 0600), 0);
   EXPECT_FALSE(MakeLinuxHostView()->ReadText(folder.Path("x.desktop"), 100));

@@ -134,6 +134,20 @@ TEST_F(EventFileTest, FileOfTheOtherFormIsRefused) {
   EXPECT_TRUE(Opened(Form::kAdmin).Append(Text(kNow)).ok());
 }
 
+// A kill within the first line of a file made the file one that no Agent would go on with.
+TEST_F(EventFileTest, FirstLineThatWasCutHasNoForm) {
+  for (const char* cut :
+       {"1", "1600000000,vm,42,Sys", "1600000000,vm,42,System,\r\n", "1600000000,vm,System,"}) {
+    files.Put(kPath, cut);
+    Opened(Form::kAdmin);
+    Opened(Form::kHome);
+  }
+  files.Put(kPath, "1600000000,vm,\r\n1600000001,vm,1,M|0|0|d|r|c|0\r\n");
+  Opened(Form::kHome);
+  EventFile admin(files, clock, kPath, Form::kAdmin);
+  EXPECT_FALSE(admin.Open().ok());
+}
+
 TEST_F(EventFileTest, EmptyFileHasNoForm) {
   files.Put(kPath, "");
   Opened(Form::kAdmin);
