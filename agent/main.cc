@@ -14,6 +14,7 @@
 #include "agent/host/text.h"
 #include "agent/level_text.h"
 #include "agent/sources/bpf_source.h"
+#include "agent/sources/notice_source.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_host_info.h"
@@ -36,8 +37,10 @@ constexpr char kService[] = "ZENDRIX";
 using Sources = std::vector<std::unique_ptr<zendrix::agent::Source>>;
 
 // Best first.
-Sources MakeSources(const Options& options, zendrix::agent::HostView& host) {
+Sources MakeSources(const Options& options, zendrix::agent::HostView& host, zendrix::platform::Clock& clock) {
   Sources sources;
+  // Notices take no right and reach no further than files that may be read.
+  sources.push_back(zendrix::agent::MakeNoticeSource(host, clock));
   if (!options.plain) {
     sources.push_back(zendrix::agent::MakeBpfSource(host, static_cast<std::uint64_t>(getpid())));
   }
@@ -135,7 +138,7 @@ int Record(const Options& options, zendrix::agent::HostView& host) {
     if (outcome == LockOutcome::kUnusable) return Complain("cannot take the lock " + path, 1);
     if (!MakeFolders(options)) return Complain("cannot have the folders home and admin", 1);
   }
-  const Sources sources = options.once ? Sources() : MakeSources(options, host);
+  const Sources sources = options.once ? Sources() : MakeSources(options, host, clock);
   Waiting waiting(sources);
   zendrix::agent::AgentParts parts{host, files, clock, std::cerr, {}, facts.ComputerName(), 0};
   // With its folder an Agent goes too: nobody would read it, and nobody could stop it.
@@ -171,7 +174,7 @@ int PrintStatus(const Options& options, zendrix::agent::HostView& host) {
     return 0;
   }
   zendrix::platform::LinuxClock clock;
-  const Sources sources = MakeSources(options, host);
+  const Sources sources = MakeSources(options, host, clock);
   std::vector<zendrix::agent::Source*> given;
   for (const auto& source : sources) given.push_back(source.get());
   zendrix::agent::Status status;

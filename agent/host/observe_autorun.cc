@@ -10,6 +10,12 @@ namespace {
 constexpr std::size_t kEntryLimit = 65536;  // bytes of one entry that are read
 constexpr std::size_t kFolderLimit = 2000;  // entries of one folder that are looked at
 
+constexpr const char* kDesktopFolder = "/etc/xdg/autostart";
+constexpr const char* kUnitFolders[] = {"/etc/systemd/system", "/run/systemd/system",
+                                        "/usr/local/lib/systemd/system", "/etc/systemd/user"};
+constexpr const char* kOwnDesktopFolder = "/.config/autostart";
+constexpr const char* kOwnUnitFolder = "/.config/systemd/user";
+
 bool EndsWith(std::string_view text, std::string_view end) {
   return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
 }
@@ -74,17 +80,31 @@ bool IsPerson(const Account& account) {
 
 std::vector<Item> ObserveAutorun(HostView& host, const std::vector<Account>& accounts) {
   std::vector<Item> items;
-  AddDesktopEntries(host, "/etc/xdg/autostart", items);
-  for (const char* folder :
-       {"/etc/systemd/system", "/run/systemd/system", "/usr/local/lib/systemd/system", "/etc/systemd/user"}) {
-    AddUnits(host, folder, items);
-  }
+  AddDesktopEntries(host, kDesktopFolder, items);
+  for (const char* folder : kUnitFolders) AddUnits(host, folder, items);
   for (const Account& account : accounts) {
     if (!IsPerson(account)) continue;
-    AddDesktopEntries(host, account.home + "/.config/autostart", items);
-    AddUnits(host, account.home + "/.config/systemd/user", items);
+    AddDesktopEntries(host, account.home + kOwnDesktopFolder, items);
+    AddUnits(host, account.home + kOwnUnitFolder, items);
   }
   return items;
+}
+
+std::vector<std::string> AutorunFolders(HostView& host, const std::vector<Account>& accounts) {
+  std::vector<std::string> folders = {kDesktopFolder};
+  std::vector<std::string> units(std::begin(kUnitFolders), std::end(kUnitFolders));
+  for (const Account& account : accounts) {
+    if (!IsPerson(account)) continue;
+    folders.push_back(account.home + kOwnDesktopFolder);
+    units.push_back(account.home + kOwnUnitFolder);
+  }
+  for (const std::string& folder : units) {
+    folders.push_back(folder);
+    for (const std::string& name : ListSome(host, folder)) {
+      if (EndsWith(name, ".wants") || EndsWith(name, ".requires")) folders.push_back(folder + "/" + name);
+    }
+  }
+  return folders;
 }
 
 }  // namespace zendrix::agent

@@ -3,6 +3,7 @@
 // description reads "file=command".
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "agent/events/snapshot.h"
@@ -12,5 +13,8 @@
 namespace zendrix::agent {
 
 std::vector<Item> ObserveAutorun(HostView& host, const std::vector<Account>& accounts);
+
+// The folders that it reads, whether they exist or not.
+std::vector<std::string> AutorunFolders(HostView& host, const std::vector<Account>& accounts);
 
 }  // namespace zendrix::agent

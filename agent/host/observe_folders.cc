@@ -101,4 +101,10 @@ std::vector<Item> ObserveFolders(HostView& host) {
   return items;
 }
 
+std::vector<std::string> FoldersLookedAt() {
+  std::vector<std::string> folders(std::begin(kSystemFolders), std::end(kSystemFolders));
+  folders.insert(folders.end(), std::begin(kTemporaryFolders), std::end(kTemporaryFolders));
+  return folders;
+}
+
 }  // namespace zendrix::agent

@@ -3,6 +3,7 @@
 // that can be run are listed. No folder is searched deeper than its own entries.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "agent/events/snapshot.h"
@@ -12,5 +13,8 @@ namespace zendrix::agent {
 
 // The path of each file.
 std::vector<Item> ObserveFolders(HostView& host);
+
+// The folders that it reads, whether they exist or not; ld.so.preload in /etc is looked at beside them.
+std::vector<std::string> FoldersLookedAt();
 
 }  // namespace zendrix::agent

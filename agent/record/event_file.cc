@@ -74,9 +74,9 @@ void EventFile::TakeUp(std::string_view bytes) {
   identity_ = IdentityNow();
 }
 
-std::int64_t EventFile::NextSecond() {
+std::int64_t EventFile::NextSecond(std::int64_t more) {
   if (last_second_ > clock_.NowUtc() + kMostAhead) last_second_ = 0;
-  first_second_ = std::max(clock_.NowUtc(), last_second_ + 1);
+  first_second_ = std::max(clock_.NowUtc() - more, last_second_ + 1);
   return first_second_;
 }
 

@@ -32,8 +32,9 @@ class EventFile {
   // cannot be read or holds lines of the other form.
   platform::Status Open();
 
-  // The second for the next batch.
-  std::int64_t NextSecond();
+  // The second for the next batch, which lasts so many seconds more. Where nothing was written lately it lies
+  // that much before now, so that the batch ends with the clock and the next one need not wait.
+  std::int64_t NextSecond(std::int64_t more = 0);
 
   // Of the last line that has one; 0 when there is none.
   std::int64_t LastSecondWritten() const { return last_second_; }

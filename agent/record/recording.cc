@@ -163,7 +163,8 @@ std::optional<std::int64_t> Recording::Write(const std::vector<Alert>& alerts) {
   std::stable_partition(batch.events.begin(), batch.events.end(),
                         [](const Event& event) { return event.kind == EventKind::kRemoved; });
   Stamp stamp;
-  stamp.seconds = file_.NextSecond();
+  const bool spread = form_ == Form::kHome && batch.alerts.size() > 1;
+  stamp.seconds = file_.NextSecond(spread ? static_cast<std::int64_t>(batch.alerts.size()) - 1 : 0);
   stamp.host = author_.host;
   stamp.thread = author_.thread;
   const BatchText text = RenderBatch(form_, stamp, batch);

@@ -153,7 +153,8 @@ TEST_F(AgentTest, EventsBehindManyAlertsStillHaveTheTimeOfTheirLook) {
   Run([&](std::int64_t seconds) {
     if (seconds == 8) host.AddProcess(200, "y", "/usr/bin/y");
   });
-  EXPECT_EQ(Lines(kEvents, "1700000004,vm,42,Community|").size(), 1U) << "the fifth alert";
+  EXPECT_EQ(Lines(kEvents, "1699999996,vm,42,Community|").size(), 1U) << "the first alert";
+  EXPECT_EQ(Lines(kEvents, "1700000000,vm,42,Community|").size(), 1U) << "the fifth";
   EXPECT_THAT(
       Lines(kEvents, "/usr/bin/y"),
       ::testing::ElementsAre("1700000008,vm,42,Running Processes|0|1|/usr/bin/y:200|observed|RP,100,1|0"));

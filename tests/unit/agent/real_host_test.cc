@@ -222,7 +222,7 @@ TEST_F(RealHost, StatusTellsHowAnAgentWouldWatchAndHowTheRunningOneDoes) {
   const Ended before = Run({"--status", "--plain", "--folder", folder.path()});
   EXPECT_EQ(before.status, 0) << before.errors;
   EXPECT_THAT(before.output, HasSubstr("\"running\": false"));
-  EXPECT_THAT(before.output, HasSubstr("{\"watched\": \"System Users\", \"level\": \"polling\""));
+  EXPECT_THAT(before.output, HasSubstr("{\"watched\": \"Running Processes\", \"level\": \"polling\""));
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path(".")) || folder.Read("zendrix-agent.status").empty());
   const Ended started = Run({"--start", "--plain", "--interval", "7", "--folder", folder.path()});
   ASSERT_EQ(started.status, 0) << started.errors;

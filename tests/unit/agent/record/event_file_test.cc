@@ -59,6 +59,15 @@ TEST_F(EventFileTest, BatchesOfOneSecondRunAheadALittleAndThenWaitForTheClock) {
   EXPECT_EQ(file.NextSecond(), kNow + 3);
 }
 
+TEST_F(EventFileTest, BatchOfManySecondsEndsWithTheClockWhereNothingIsInTheWay) {
+  auto file = Opened();
+  EXPECT_EQ(file.NextSecond(20), kNow - 20);
+  ASSERT_TRUE(file.Append(Text(kNow)).ok());
+  EXPECT_TRUE(file.MayWrite());
+  clock.Advance(5000);
+  EXPECT_EQ(file.NextSecond(20), kNow + 1) << "not before what was written";
+}
+
 TEST_F(EventFileTest, BatchOfManySecondsIsWaitedForUntilTheClockHasPassedIt) {
   auto file = Opened();
   EXPECT_EQ(file.NextSecond(), kNow);
