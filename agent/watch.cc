@@ -137,7 +137,10 @@ std::vector<WatchLevel> Watch::LevelsNow() const {
   for (std::size_t i = 0; i < sources_.size(); ++i) {
     const auto names = sources_[i]->Monitors();
     if (std::find(names.begin(), names.end(), monitor::kSystem) == names.end()) continue;
-    levels.push_back({"System (kernel modules)", source_levels_[i]});
+    // What a source lacks although the kernel tells it every event is what only this kernel does not tell.
+    SourceLevel modules = source_levels_[i];
+    if (modules.level == Level::kEvents && !modules.reason.empty()) modules.level = Level::kNone;
+    levels.push_back({"System (kernel modules)", modules});
   }
   const bool logins = CountFailedLogins(host_).has_value();
   const SourceLevel none = {Level::kNone, "", "the record of failed logins cannot be seen"};

@@ -5,11 +5,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <link.h>
-#include <net/if.h>
-#include <netinet/in.h>
 #include <sched.h>
-#include <spawn.h>
-#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/mount.h>
 #include <sys/socket.h>
@@ -17,31 +13,27 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <map>
 
 #include "agent/host/text.h"
 #include "agent/sources/bpf_source.h"
+#include "support/kernel_load.h"
 #include "support/temporary_folder.h"
 
 namespace zendrix::agent {
 namespace {
 
+using test::ConnectOnce;
+using test::EnterOwnNetwork;
+using test::ListenOn;
+using test::MeasuredAddress;
+using test::Spawn;
 using Kind = Observation::Kind;
 using ::testing::HasSubstr;
 
 constexpr char kTrue[] = "/usr/bin/true";
 constexpr char kFalse[] = "/usr/bin/false";
-
-pid_t Spawn(const std::string& program) {
-  pid_t pid = -1;
-  std::string path = program;
-  char* const arguments[] = {path.data(), nullptr};
-  char* const environment[] = {nullptr};
-  return posix_spawn(&pid, path.c_str(), nullptr, nullptr, arguments, environment) == 0 ? pid : -1;
-}
 
 int WaitFor(pid_t pid) {
   int status = 0;
@@ -283,52 +275,15 @@ TEST_F(RealKernel, ChangedRootDoesNotChangeTheName) {
   EXPECT_EQ(ProcessTold(pid)->description, CleanName(program) + ":" + std::to_string(pid));
 }
 
-// A network namespace of its own, in which every address of 198.18.0.0/15 (for measurements, RFC 2544) is
-// local.
-bool EnterOwnNetwork() {
-  if (unshare(CLONE_NEWNET) != 0) return false;
-  const int handle = socket(AF_INET, SOCK_DGRAM, 0);
-  ifreq request = {};
-  std::strcpy(request.ifr_name, "lo");
-  sockaddr_in address = {};
-  address.sin_family = AF_INET;
-  address.sin_addr.s_addr = htonl(0xC6120001);
-  std::memcpy(&request.ifr_addr, &address, sizeof address);
-  bool done = ioctl(handle, SIOCSIFADDR, &request) == 0;
-  address.sin_addr.s_addr = htonl(0xFFFE0000);
-  std::memcpy(&request.ifr_netmask, &address, sizeof address);
-  done = done && ioctl(handle, SIOCSIFNETMASK, &request) == 0;
-  request.ifr_flags = IFF_UP | IFF_RUNNING;
-  done = done && ioctl(handle, SIOCSIFFLAGS, &request) == 0;
-  close(handle);
-  return done;
-}
-
-sockaddr_in MeasuredAddress(int number, std::uint16_t port) {
-  sockaddr_in address = {};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(port);
-  address.sin_addr.s_addr = htonl(0xC6120001 + static_cast<std::uint32_t>(number));
-  return address;
-}
-
 TEST_F(RealKernel, ConnectionsAreEachSeenOnceWithTheirProgram) {
   constexpr int kConnections = 2000;
   constexpr std::uint16_t kPort = 7777;
   const std::string own = ProgramName({{}, ParseProgramFile(*host->ReadLink("/proc/self/exe"))});
   const int status = InChild([&] {
     if (!EnterOwnNetwork()) return 77;
-    const int listening = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in any = MeasuredAddress(0, kPort);
-    any.sin_addr.s_addr = htonl(INADDR_ANY);
-    if (bind(listening, reinterpret_cast<sockaddr*>(&any), sizeof any) != 0) return 2;
-    if (listen(listening, 16) != 0) return 3;
+    const int listening = ListenOn(kPort);
     for (int i = 1; i <= kConnections; ++i) {
-      const int handle = socket(AF_INET, SOCK_STREAM, 0);
-      sockaddr_in address = MeasuredAddress(i, kPort);
-      if (connect(handle, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) return 4;
-      close(accept(listening, nullptr, nullptr));
-      close(handle);
+      if (!ConnectOnce(listening, MeasuredAddress(i, kPort))) return 2;
     }
     return 0;
   });

@@ -1,0 +1,2 @@
+// A program that ends at once, for bench/agent.
+int main() {}
