@@ -58,6 +58,8 @@ Agent::Agent(AgentParts parts, Options options)
       status_path_(
           platform::JoinPath(options_.state.empty() ? options_.folder : options_.state, kStatusFile)),
       recordings_(MakeRecordings(parts_, options_)),
+      decisions_(parts_.files,
+                 options_.state.empty() ? options_.folder : platform::JoinPath(options_.state, "home")),
       own_scorer_(parts_.scorer == nullptr ? MakeRuleScorer() : nullptr),
       scorer_(parts_.scorer == nullptr ? *own_scorer_ : *parts_.scorer),
       watch_(parts_.host, parts_.clock, parts_.own_pid, options_.interval_seconds * 1000, parts_.sources),
@@ -105,6 +107,12 @@ void Agent::Turn() {
   }
   TellLosses(told);
   Deliver(told, false);
+  FollowDecisions();
+}
+
+void Agent::FollowDecisions() {
+  for (const std::string& message : decisions_.Follow(scorer_, parts_.clock.MonotonicMs())) Log(message);
+  for (const std::string& message : scorer_.TakeMessages()) Log(CleanText(message));
 }
 
 // What is there at the start goes into the session that every file begins with.

@@ -18,6 +18,7 @@
 #include "agent/host/host_view.h"
 #include "agent/level_text.h"
 #include "agent/options.h"
+#include "agent/record/decisions.h"
 #include "agent/record/recording.h"
 #include "agent/score/scorer.h"
 #include "agent/watch.h"
@@ -68,6 +69,7 @@ class Agent {
   void TellOfAgent(const std::string& message, double count, std::vector<Event>& told);
 
   void Deliver(const std::vector<Event>& told, bool at_end);
+  void FollowDecisions();
   void WriteFirst(bool at_end);
   void NoteUnweighed(const std::vector<Event>& events);
   std::vector<Event> Present() const;
@@ -83,6 +85,7 @@ class Agent {
   const Options options_;
   const std::string status_path_;
   std::vector<Recording> recordings_;
+  DecisionFiles decisions_;  // in the first folder
   std::unique_ptr<Scorer> own_scorer_;
   Scorer& scorer_;
   Watch watch_;

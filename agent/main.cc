@@ -13,6 +13,8 @@
 #include "agent/agent.h"
 #include "agent/host/text.h"
 #include "agent/level_text.h"
+#include "agent/score/explain.h"
+#include "agent/score/scorer.h"
 #include "agent/sources/bpf_source.h"
 #include "agent/sources/notice_source.h"
 #include "platform/linux/linux_clock.h"
@@ -122,6 +124,17 @@ bool MakeFolders(const Options& options) {
   return true;
 }
 
+std::string BaselineOf(const Options& options) {
+  return zendrix::platform::JoinPath(FolderOfLock(options), zendrix::agent::kBaselineFile);
+}
+
+int PrintExplanation(const Options& options) {
+  std::string text;
+  const int status = zendrix::agent::Explain(BaselineOf(options), options.alert, text);
+  (status == 0 ? std::cout : std::cerr) << text;
+  return status;
+}
+
 int Record(const Options& options, zendrix::agent::HostView& host) {
   CatchStopSignals();
   zendrix::platform::LinuxFiles files;
@@ -148,6 +161,9 @@ int Record(const Options& options, zendrix::agent::HostView& host) {
   for (const auto& source : sources) parts.sources.push_back(source.get());
   parts.wait = [&waiting](std::int64_t milliseconds) { waiting.Rest(milliseconds); };
   parts.boot_ms = BootMs;
+  const auto scorer = zendrix::agent::MakeBaselineScorer(
+      {host, BaselineOf(options), static_cast<std::int64_t>(clock.NowUtc())});
+  parts.scorer = scorer.get();
   return zendrix::agent::Agent(std::move(parts), options).Run();
 }
 
@@ -213,6 +229,7 @@ int Do(Options options) {
   if (options.folder.empty() && options.state.empty()) options.folder = program.substr(0, program.rfind('/'));
   if (options.task == Task::kRecord) return Record(options, *host);
   if (options.task == Task::kStatus) return PrintStatus(options, *host);
+  if (options.task == Task::kExplain) return PrintExplanation(options);
   const std::string form = options.form == Form::kHome ? "home" : "admin";
   std::vector<std::string> arguments = {"--form", form, "--interval",
                                         std::to_string(options.interval_seconds)};

@@ -7,6 +7,7 @@ namespace zendrix::agent {
 const char* const kHelpText =
     "Usage: zendrix-agent [--once | --for SECONDS | --start | --stop | --status] [--interval SECONDS]\n"
     "                     [--folder DIR] [--form home|admin] [--state DIR] [--plain]\n"
+    "       zendrix-agent explain [ALERT] [--folder DIR | --state DIR]\n"
     "\n"
     "Watches this computer and appends what it sees to DIR/KorvessaMonitoring.kvl, for the console to read.\n"
     "It changes nothing else on the computer.\n"
@@ -21,7 +22,9 @@ const char* const kHelpText =
     "  --form home|admin   lines for the Home or the Administrator console (default home)\n"
     "  --state DIR         both forms at once, in DIR/home and DIR/admin; for the service\n"
     "  --plain             use nothing that takes a right or reaches into the kernel\n"
-    "  --help              this text\n";
+    "  --help              this text\n"
+    "  explain [ALERT]     say what the risk of an alert is made of: ALERT is its second or its code;\n"
+    "                      without it, list the newest\n";
 
 namespace {
 
@@ -98,13 +101,18 @@ ParsedOptions ParseOptions(const std::vector<std::string>& arguments) {
       options.plain = true;
     } else if (arguments[i] == "--help") {
       options.help = true;
+    } else if (arguments[i] == "explain" && options.task == Task::kRecord) {
+      options.task = Task::kExplain;
+      ++tasks;
+    } else if (options.task == Task::kExplain && options.alert.empty() && !arguments[i].starts_with("-")) {
+      options.alert = arguments[i];
     } else {
       parsed.error = "unknown argument " + CleanName(arguments[i]);
     }
   }
   tasks += options.once + options.for_seconds.has_value();
   if (parsed.error.empty() && tasks > 1)
-    parsed.error = "--once, --for, --start, --stop and --status exclude each other";
+    parsed.error = "--once, --for, --start, --stop, --status and explain exclude each other";
   const bool in_background = options.task == Task::kStart || options.task == Task::kStop;
   if (parsed.error.empty() && !options.state.empty() && (in_background || !options.folder.empty()))
     parsed.error = "--state goes with neither --folder nor --start nor --stop";

@@ -13,9 +13,10 @@ namespace zendrix::agent {
 // What the program is asked to do.
 enum class Task {
   kRecord,
-  kStart,   // have an Agent started that goes on by itself
-  kStop,    // have the folder's Agent stopped
-  kStatus,  // say how the folder's Agent watches, or would watch
+  kStart,    // have an Agent started that goes on by itself
+  kStop,     // have the folder's Agent stopped
+  kStatus,   // say how the folder's Agent watches, or would watch
+  kExplain,  // say what an alert's risk is made of
 };
 
 struct Options {
@@ -27,6 +28,7 @@ struct Options {
   std::string folder;                       // empty: the folder of the executable
   std::string state;  // both forms at once, in folders of their own in this one; in place of folder and form
   Form form = Form::kHome;
+  std::string alert;   // to be explained; empty: all are listed
   bool plain = false;  // nothing that takes a right or reaches into the kernel
 };
 

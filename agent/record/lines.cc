@@ -55,7 +55,7 @@ class HomeText {
     }
     WriteEvents(batch.events);
     for (std::size_t i = 0; i < batch.alerts.size(); ++i) {
-      out_.last_second = stamp_.seconds + static_cast<std::int64_t>(i);
+      out_.last_second = SecondOfAlert(batch.alerts, i, stamp_.seconds);
       WriteAlert(batch.alerts[i]);
     }
   }

@@ -25,4 +25,13 @@ struct Alert {
   bool IsQuiet() const { return change.starts_with('-'); }
 };
 
+// The second that an alert of a batch is written with. Each alert has one of its own, since the console knows
+// a decision by it; the quiet ones in front of the first share the batch's second, and so on.
+inline std::int64_t SecondOfAlert(const std::vector<Alert>& alerts, std::size_t index, std::int64_t first) {
+  for (std::size_t i = 0; i < index; ++i) {
+    if (!alerts[i].IsQuiet()) ++first;
+  }
+  return first;
+}
+
 }  // namespace zendrix::agent

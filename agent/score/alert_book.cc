@@ -39,14 +39,15 @@ AlertRecord RecordOf(const Statement& row) {
   record.days_watched = static_cast<int>(row.Number(9));
   record.state = static_cast<AlertState>(row.Number(10));
   record.package = row.Text(11);
+  record.number = row.Number(12);
   return record;
 }
 
 void ReadFacts(const Database& database, AlertRecord& record) {
   Statement rows = database.Prepare(
-      "SELECT number, text, weight, full_weight, days, count, hard, topic FROM facts WHERE second = ?1 "
+      "SELECT number, text, weight, full_weight, days, count, hard, topic FROM facts WHERE alert = ?1 "
       "ORDER BY position");
-  rows.Bind(1, record.second);
+  rows.Bind(1, record.number);
   while (rows.Step() == Statement::Outcome::kRow) {
     Fact fact;
     fact.number = static_cast<int>(rows.Number(0));
@@ -65,19 +66,21 @@ bool WriteRecord(Database& database, const AlertRecord& record) {
   Statement put = database.Prepare(
       "INSERT OR REPLACE INTO alerts (second, code, change, subject, sha256, risk, doubt, needed, "
       "package_factor, "
-      "days_watched, state, package) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12)");
+      "days_watched, state, package, number) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, "
+      "?13)");
   put.Bind(1, record.second).Bind(2, record.code).Bind(3, record.change).Bind(4, record.subject);
   put.Bind(5, record.sha256).Bind(6, record.risk).Bind(7, record.doubt).Bind(8, record.needed);
   put.Bind(9, record.package_factor).Bind(10, static_cast<std::int64_t>(record.days_watched));
   put.Bind(11, static_cast<std::int64_t>(record.state)).Bind(12, record.package);
+  put.Bind(13, record.number);
   if (!put.Run()) return false;
   Statement fact = database.Prepare(
-      "INSERT OR REPLACE INTO facts (second, position, number, text, weight, full_weight, days, count, hard, "
+      "INSERT OR REPLACE INTO facts (alert, position, number, text, weight, full_weight, days, count, hard, "
       "topic) "
       "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10)");
   std::int64_t position = 0;
   for (const Fact& one : record.facts) {
-    fact.Bind(1, record.second).Bind(2, position++).Bind(3, static_cast<std::int64_t>(one.number));
+    fact.Bind(1, record.number).Bind(2, position++).Bind(3, static_cast<std::int64_t>(one.number));
     fact.Bind(4, one.text).Bind(5, one.weight).Bind(6, one.full_weight);
     fact.Bind(7, static_cast<std::int64_t>(one.days)).Bind(8, static_cast<std::int64_t>(one.count));
     fact.Bind(9, static_cast<std::int64_t>(one.hard)).Bind(10, static_cast<std::int64_t>(one.topic));
@@ -100,26 +103,53 @@ AlertBook::AlertBook(Keeper& keeper) : keeper_(keeper), generation_(keeper.gener
   Load();
 }
 
-void AlertBook::Load() {
-  Statement rows = keeper_.database().Prepare(
+std::vector<AlertRecord> ReadAlerts(const Database& database, std::size_t count) {
+  std::vector<AlertRecord> records;
+  Statement rows = database.Prepare(
       "SELECT second, code, change, subject, sha256, risk, doubt, needed, package_factor, days_watched, "
       "state, "
-      "package FROM alerts ORDER BY second DESC LIMIT ?1");
-  rows.Bind(1, static_cast<std::int64_t>(kMostAlerts));
-  while (rows.Step() == Statement::Outcome::kRow) records_.push_front(RecordOf(rows));
-  for (AlertRecord& record : records_) ReadFacts(keeper_.database(), record);
-  Statement decided = keeper_.database().Prepare("SELECT code, block, sha256, hard FROM decisions LIMIT ?1");
+      "package, number FROM alerts ORDER BY number DESC LIMIT ?1");
+  rows.Bind(1, static_cast<std::int64_t>(count));
+  while (rows.Step() == Statement::Outcome::kRow) records.push_back(RecordOf(rows));
+  for (AlertRecord& record : records) ReadFacts(database, record);
+  return records;
+}
+
+const AlertRecord* FindAlert(const std::vector<AlertRecord>& newest_first, std::string_view id) {
+  constexpr std::size_t kFewestDigits = 6;
+  std::int64_t second = 0;
+  const auto read = std::from_chars(id.data(), id.data() + id.size(), second);
+  const bool is_second = read.ec == std::errc() && read.ptr == id.data() + id.size();
+  for (const AlertRecord& record : newest_first) {
+    if (is_second && record.second == second && record.state == AlertState::kRaised) return &record;
+  }
+  for (const AlertRecord& record : newest_first) {
+    if (is_second && record.second == second) return &record;
+  }
+  for (const AlertRecord& record : newest_first) {
+    if (id.size() >= kFewestDigits && record.code.find(id) != std::string::npos) return &record;
+  }
+  return nullptr;
+}
+
+void AlertBook::Load() {
+  for (AlertRecord& record : ReadAlerts(keeper_.database(), kMostAlerts))
+    records_.push_front(std::move(record));
+  Statement decided =
+      keeper_.database().Prepare("SELECT code, block, sha256, hard, until FROM decisions LIMIT ?1");
   decided.Bind(1, static_cast<std::int64_t>(kMostDecisions));
   while (decided.Step() == Statement::Outcome::kRow) {
-    decisions_[decided.Text(0)] = {decided.Number(1) != 0, decided.Text(2), NumbersOf(decided.Text(3))};
+    decisions_[decided.Text(0)] = {decided.Number(1) != 0, decided.Text(2), NumbersOf(decided.Text(3)),
+                                   decided.Number(4)};
   }
 }
 
 void AlertBook::Add(AlertRecord record) {
+  record.number = records_.empty() ? 1 : records_.back().number + 1;
   records_.push_back(std::move(record));
   ++unsaved_;
   if (records_.size() <= kMostAlerts) return;
-  dropped_.push_back(records_.front().second);
+  dropped_.push_back(records_.front().number);
   records_.pop_front();
   unsaved_ = std::min(unsaved_, records_.size());
   if (dropped_.size() > kMostAlerts)
@@ -139,32 +169,16 @@ bool AlertBook::Decide(const std::string& code, bool block) {
   const auto alert = std::find_if(records_.rbegin(), records_.rend(),
                                   [&](const AlertRecord& record) { return record.code == code; });
   if (alert == records_.rend()) return false;
-  decisions_[code] = {block, alert->sha256, HardOf(*alert)};
+  decisions_[code] = {block, alert->sha256, HardOf(*alert), alert->second};
   unsaved_decisions_.insert(code);
   return true;
 }
 
-std::vector<AlertRecord> AlertBook::Newest(std::size_t count) const {
-  const auto from = records_.rbegin();
-  return {from, from + static_cast<std::ptrdiff_t>(std::min(count, records_.size()))};
-}
-
-std::optional<AlertRecord> AlertBook::Find(std::string_view id) const {
-  constexpr std::size_t kFewestDigits = 6;
-  std::int64_t second = 0;
-  const auto read = std::from_chars(id.data(), id.data() + id.size(), second);
-  const bool is_second = read.ec == std::errc() && read.ptr == id.data() + id.size();
-  for (auto record = records_.rbegin(); record != records_.rend(); ++record) {
-    if (is_second && record->second == second) return *record;
-    if (id.size() >= kFewestDigits && record->code.find(id) != std::string::npos) return *record;
-  }
-  return {};
-}
-
-std::vector<std::int64_t> AlertBook::SecondsOf(const std::string& code) const {
+std::vector<std::int64_t> AlertBook::SecondsOf(const std::string& code, const Decision& decision) const {
   std::vector<std::int64_t> seconds;
   for (const AlertRecord& record : records_) {
-    if (record.code == code && record.state == AlertState::kRaised) seconds.push_back(record.second);
+    if (record.code == code && record.state == AlertState::kRaised && record.second <= decision.until)
+      seconds.push_back(record.second);
   }
   return seconds;
 }
@@ -173,17 +187,17 @@ bool AlertBook::WriteAll(Database& database) const {
   for (std::size_t i = records_.size() - unsaved_; i < records_.size(); ++i) {
     if (!WriteRecord(database, records_[i])) return false;
   }
-  Statement drop = database.Prepare("DELETE FROM alerts WHERE second = ?1");
-  Statement drop_facts = database.Prepare("DELETE FROM facts WHERE second = ?1");
-  for (const std::int64_t second : dropped_) {
-    if (!drop.Bind(1, second).Run() || !drop_facts.Bind(1, second).Run()) return false;
+  Statement drop = database.Prepare("DELETE FROM alerts WHERE number = ?1");
+  Statement drop_facts = database.Prepare("DELETE FROM facts WHERE alert = ?1");
+  for (const std::int64_t number : dropped_) {
+    if (!drop.Bind(1, number).Run() || !drop_facts.Bind(1, number).Run()) return false;
   }
   Statement put = database.Prepare(
-      "INSERT OR REPLACE INTO decisions (code, block, sha256, hard) VALUES (?1, ?2, ?3, ?4)");
+      "INSERT OR REPLACE INTO decisions (code, block, sha256, hard, until) VALUES (?1, ?2, ?3, ?4, ?5)");
   for (const std::string& code : unsaved_decisions_) {
     const Decision& decision = decisions_.at(code);
     put.Bind(1, code).Bind(2, static_cast<std::int64_t>(decision.block)).Bind(3, decision.sha256);
-    if (!put.Bind(4, NumbersText(decision.hard)).Run()) return false;
+    if (!put.Bind(4, NumbersText(decision.hard)).Bind(5, decision.until).Run()) return false;
   }
   return true;
 }

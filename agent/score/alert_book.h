@@ -25,7 +25,8 @@ enum class AlertState : std::uint8_t {
 };
 
 struct AlertRecord {
-  std::int64_t second = 0;  // UTC, as written; no two have the same
+  std::int64_t number = 0;  // given by the book
+  std::int64_t second = 0;  // UTC, as written; no two that were raised have the same
   std::string code;
   std::string change;
   std::string subject;
@@ -42,9 +43,15 @@ struct AlertRecord {
 
 struct Decision {
   bool block = false;
-  std::string sha256;  // of the program when it was decided
-  std::set<int> hard;  // the hard facts that the user had seen
+  std::string sha256;      // of the program when it was decided
+  std::set<int> hard;      // the hard facts that the user had seen
+  std::int64_t until = 0;  // second of the newest alert that it was about
 };
+
+// The newest alerts of a scorer's file, newest first; also of one that a running Agent has open.
+std::vector<AlertRecord> ReadAlerts(const Database& database, std::size_t count);
+// The newest that goes by this: its second, or its code or six digits of that at least. Null when none does.
+const AlertRecord* FindAlert(const std::vector<AlertRecord>& newest_first, std::string_view id);
 
 class AlertBook {
  public:
@@ -55,15 +62,12 @@ class AlertBook {
 
   void Add(AlertRecord record);
   std::optional<Decision> DecisionOn(const std::string& code) const;
-  // Takes a decision for the newest alert with this code. False when there is none, or nothing new in it.
+  // Takes a decision on the alerts so far with this code. False when there are none, or nothing new in it.
   bool Decide(const std::string& code, bool block);
 
-  // Newest first.
-  std::vector<AlertRecord> Newest(std::size_t count) const;
-  // By its second, or by its code or a part of the code's digits: the newest that fits.
-  std::optional<AlertRecord> Find(std::string_view id) const;
-  // Seconds of all alerts that were raised with this code.
-  std::vector<std::int64_t> SecondsOf(const std::string& code) const;
+  const std::deque<AlertRecord>& records() const { return records_; }  // oldest first
+  // Seconds of the alerts that this decision was about: those that came later are not decided.
+  std::vector<std::int64_t> SecondsOf(const std::string& code, const Decision& decision) const;
   const std::map<std::string, Decision>& decisions() const { return decisions_; }
 
   void Save(std::int64_t utc);

@@ -84,7 +84,7 @@ class BaselineScorer : public Scorer {
         files_(parts.host),
         evidence_(baseline_, files_),
         book_(keeper_) {
-    for (const AlertRecord& record : book_.Newest(AlertBook::kMostAlerts)) {
+    for (const AlertRecord& record : book_.records()) {
       if (record.state != AlertState::kRaised || parts.utc - record.second >= kDay) continue;
       Said& said = said_[record.code];
       said.utc = std::max(said.utc, record.second);
@@ -115,7 +115,7 @@ class BaselineScorer : public Scorer {
     for (std::size_t i = 0; i < alerts.size(); ++i) {
       const auto offer = offers_.find(alerts[i].subject);
       if (offer == offers_.end()) continue;
-      Note(offer->second, first_second + static_cast<std::int64_t>(i), now);
+      Note(offer->second, SecondOfAlert(alerts, i, first_second), now);
     }
   }
 
@@ -141,7 +141,8 @@ class BaselineScorer : public Scorer {
   std::vector<DecidedAlert> Decided() const override {
     std::vector<DecidedAlert> decided;
     for (const auto& [code, decision] : book_.decisions()) {
-      for (const std::int64_t second : book_.SecondsOf(code)) decided.push_back({second, decision.block});
+      for (const std::int64_t second : book_.SecondsOf(code, decision))
+        decided.push_back({second, decision.block});
     }
     std::sort(decided.begin(), decided.end(),
               [](const DecidedAlert& a, const DecidedAlert& b) { return a.second < b.second; });
@@ -176,6 +177,7 @@ class BaselineScorer : public Scorer {
     }
     if (!event.item.program.empty()) subject->program = event.item.program;
     subject->touched_ms = now.monotonic_ms;
+    subject->came = subject->came || event.kind != EventKind::kPresent;
     if (!subject->Add(event.item, std::move(facts)) || subject->waits) return;
     subject->waits = true;
     // What is there when a session begins has nothing to wait for.
@@ -305,7 +307,8 @@ class BaselineScorer : public Scorer {
     const Subject& subject = subjects_.all().at(offer.subject);
     if (record.state == AlertState::kRaised) {
       if (offer.IsPaid()) budget.Spend(offer.LeftDoubt(), now.utc);
-    } else if (record.risk < kLeastQuietRisk || Covers(subject.quiet_facts, NumbersOf(record.facts))) {
+    } else if (!subject.came || record.risk < kLeastQuietRisk ||
+               Covers(subject.quiet_facts, NumbersOf(record.facts))) {
       return {};
     }
     Alert alert = AlertOf(record, subject);

@@ -88,14 +88,15 @@ void Database::Close::operator()(sqlite3* database) const {
   sqlite3_close_v2(database);
 }
 
-platform::Result<Database> Database::Open(const std::string& path) {
+platform::Result<Database> Database::Open(const std::string& path, Use use) {
   const std::string place = path.empty() ? ":memory:" : RealPath(path);
   struct stat facts = {};
   if (!path.empty() && ::lstat(place.c_str(), &facts) == 0 && !S_ISREG(facts.st_mode)) {
     return platform::Error{platform::ErrorKind::kNotRegular, place + " is no plain file"};
   }
   sqlite3* raw = nullptr;
-  const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOFOLLOW | SQLITE_OPEN_NOMUTEX;
+  const int access = use == Use::kWrite ? SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE : SQLITE_OPEN_READONLY;
+  const int flags = access | SQLITE_OPEN_NOFOLLOW | SQLITE_OPEN_NOMUTEX;
   const int code = sqlite3_open_v2(place.c_str(), &raw, flags, nullptr);
   Database database(raw);
   if (code != SQLITE_OK) return ErrorOf(raw);

@@ -41,8 +41,10 @@ class Statement {
 
 class Database {
  public:
-  // An empty path is a database in memory.
-  static platform::Result<Database> Open(const std::string& path);
+  enum class Use { kWrite, kReadOnly };
+
+  // An empty path is a database in memory. To be read only, the file has to be there.
+  static platform::Result<Database> Open(const std::string& path, Use use = Use::kWrite);
 
   platform::Status Execute(const std::string& sql);
   Statement Prepare(const std::string& sql) const;

@@ -41,7 +41,7 @@ class Scorer {
   // What still waits, at the end of a run.
   virtual std::vector<Alert> Rest(Moment now) = 0;
 
-  // These alerts were written: the first with `first_second` (UTC), each further one with the next second.
+  // These alerts were written in a batch that began with `first_second` (UTC; see SecondOfAlert).
   virtual void Raised(const std::vector<Alert>& alerts, std::int64_t first_second, Moment now) = 0;
 
   // A new monitoring file begins: it holds no rows and no alerts yet. What is there comes again as events.
@@ -57,6 +57,9 @@ class Scorer {
   // The alerts that a decision was made about, oldest first.
   virtual std::vector<DecidedAlert> Decided() const { return {}; }
 };
+
+// In the folder of the lock.
+inline constexpr char kBaselineFile[] = "zendrix-baseline.db";
 
 struct ScorerParts {
   HostView& host;        // for the programs' files and the package manager's records; outlives the scorer

@@ -29,6 +29,7 @@ class Subject {
   std::string program;  // the host's bytes; empty when there is none
   std::int64_t touched_ms = 0;
   std::int64_t due_ms = 0;
+  bool came = false;          // more than being there when a session began
   bool waits = false;         // to be weighed when it is due
   std::set<int> quiet_facts;  // of the last quiet line about it
 

@@ -59,10 +59,10 @@ TEST(ParseOptions, WrongUsageIsNamedInOneLine) {
       {{"--folder", ""}, "--folder needs a folder"},
       {{"--folder"}, "--folder needs a value"},
       {{"--form", "Home"}, "--form needs home or admin"},
-      {{"--once", "--for", "6"}, "--once, --for, --start, --stop and --status exclude each other"},
-      {{"--start", "--stop"}, "--once, --for, --start, --stop and --status exclude each other"},
-      {{"--stop", "--once"}, "--once, --for, --start, --stop and --status exclude each other"},
-      {{"--status", "--once"}, "--once, --for, --start, --stop and --status exclude each other"},
+      {{"--once", "--for", "6"}, "--once, --for, --start, --stop, --status and explain exclude each other"},
+      {{"--start", "--stop"}, "--once, --for, --start, --stop, --status and explain exclude each other"},
+      {{"--stop", "--once"}, "--once, --for, --start, --stop, --status and explain exclude each other"},
+      {{"--status", "--once"}, "--once, --for, --start, --stop, --status and explain exclude each other"},
       {{"--state", ""}, "--state needs a folder"},
       {{"--state", "/s", "--folder", "/x"}, "--state goes with neither --folder nor --start nor --stop"},
       {{"--stop", "--state", "/s"}, "--state goes with neither --folder nor --start nor --stop"},
@@ -72,6 +72,16 @@ TEST(ParseOptions, WrongUsageIsNamedInOneLine) {
       {{""}, "unknown argument _"},
   };
   for (const auto& [arguments, error] : cases) EXPECT_EQ(ParseOptions(arguments).error, error);
+}
+
+TEST(Options, ExplainTakesAnAlertOrNone) {
+  const auto all = ParseOptions({"explain", "--folder", "/z"});
+  EXPECT_EQ(all.error, "");
+  EXPECT_EQ(all.options.task, Task::kExplain);
+  EXPECT_EQ(all.options.alert, "");
+  EXPECT_EQ(ParseOptions({"explain", "AG,01"}).options.alert, "AG,01");
+  EXPECT_EQ(ParseOptions({"explain", "1", "2"}).error, "unknown argument 2");
+  EXPECT_EQ(ParseOptions({"1", "explain"}).error, "unknown argument 1");
 }
 
 }  // namespace

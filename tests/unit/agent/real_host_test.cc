@@ -145,7 +145,11 @@ TEST_F(RealHost, AgentEndsWithItsFolder) {
   while (gone.Read("KorvessaEventLog.kvl").find("Session began") == std::string::npos) {
     std::this_thread::yield();
   }
-  std::filesystem::remove_all(gone.path());
+  // The Agent may write into the folder while its files are being removed.
+  std::error_code refused;
+  do {
+    std::filesystem::remove_all(gone.path(), refused);
+  } while (std::filesystem::exists(gone.path()));
   EXPECT_EQ(WaitFor(folder, pid).status, 0);
 }
 

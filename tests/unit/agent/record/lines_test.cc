@@ -123,6 +123,16 @@ TEST(HomeLines, NoTwoAlertsShareASecond) {
   EXPECT_EQ(text.last_second, 1700000002);
 }
 
+TEST(HomeLines, QuietAlertsTakeNoSecondOfTheirOwn) {
+  Batch batch;
+  batch.alerts = {SampleAlert(), SampleAlert(), SampleAlert(), SampleAlert()};
+  batch.alerts[0].change = batch.alerts[1].change = "-0.1";
+  EXPECT_EQ(RenderBatch(Form::kHome, kStamp, batch).last_second, 1700000001);
+  EXPECT_EQ(SecondOfAlert(batch.alerts, 1, 5), 5);
+  EXPECT_EQ(SecondOfAlert(batch.alerts, 2, 5), 5);
+  EXPECT_EQ(SecondOfAlert(batch.alerts, 3, 5), 6);
+}
+
 TEST(HomeLines, LongListOfItemsTakesMoreThanOneLine) {
   std::vector<Item> items;
   for (int i = 0; i < 100; ++i)

@@ -46,6 +46,15 @@ TEST_F(BaselineScorerTest, InTheWeekOfLearningSoftFactsAreStoredAndNoAlert) {
   EXPECT_DOUBLE_EQ(pc.quiet[0].alert.risk, 1 - 0.4 * 0.4 * 0.5 * 0.5);
 }
 
+TEST_F(BaselineScorerTest, WhatWasThereAllAlongIsNotStoredLineByLine) {
+  Item item = MakeItem(monitor::kProcesses, "/home/ann/.x/tool:7",
+                       RulesOfProgram({"/home/ann/.x/tool", false, false}), "/home/ann/.x/tool");
+  item.program = "/home/ann/.x/tool";
+  pc.IsThere({item});
+  pc.Wait(5);
+  EXPECT_THAT(pc.quiet, IsEmpty());
+}
+
 TEST_F(BaselineScorerTest, HardFactsAlertInTheWeekOfLearningToo) {
   pc.Account("toor", {Rule::kSecondRoot});
   pc.Wait(5);

@@ -117,7 +117,7 @@ class ScoredHost {
     if (due.empty() || !writes) return;
     const std::int64_t second = std::max(utc, last_second_ + 1);
     scorer_->Raised(due, second, now);
-    last_second_ = second + static_cast<std::int64_t>(due.size()) - 1;
+    last_second_ = SecondOfAlert(due, due.size() - 1, second);
     for (const Alert& alert : due) (alert.IsQuiet() ? quiet : alerts).push_back({utc, alert});
   }
 
