@@ -2,6 +2,8 @@
 
 #include <QCheckBox>
 #include <QDateTimeEdit>
+#include <QKeyEvent>
+#include <utility>
 
 #include "qt/pane_looks.h"
 #include "qt/text_edge.h"
@@ -33,10 +35,40 @@ class MomentEdit : public QDateTimeEdit {
     });
   }
 
+ protected:
+  // A moment can be typed as it is shown. The toolkit goes on to the next part behind a part's last digit,
+  // and once more behind the separator that follows in the text; and of the day's halves it wants both
+  // letters.
+  void keyPressEvent(QKeyEvent* event) override {
+    const QString text = event->text();
+    const bool typed = text.size() == 1 && text.front().isPrint() &&
+                       !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    // The separator may be struck with the help of these.
+    if (event->key() == Qt::Key_Shift || event->key() == Qt::Key_AltGr)
+      return QDateTimeEdit::keyPressEvent(event);
+    const bool went_on = std::exchange(went_on_, false);
+    if (typed && went_on && !text.front().isLetterOrNumber()) return;
+    if (typed && currentSection() == AmPmSection) return ChooseHalf(text.front());
+    const Section before = currentSection();
+    QDateTimeEdit::keyPressEvent(event);
+    went_on_ = typed && text.front().isDigit() && currentSection() != before;
+  }
+
  private:
+  void ChooseHalf(QChar letter) {
+    constexpr int kHalfHours = 12;
+    const auto begins = [&](const QString& half) { return half.startsWith(letter, Qt::CaseInsensitive); };
+    const bool afternoon = time().hour() >= kHalfHours;
+    if (begins(afternoon ? locale().amText() : locale().pmText()))
+      setTime(time().addSecs(kHalfHours * 60 * 60));
+    setSelectedSection(AmPmSection);
+  }
+
   void Show(const std::optional<widgets::DateTimeBox::Moment>& moment) {
     applying_ = true;
-    setDateTime(moment ? OfMoment(*moment) : minimumDateTime());
+    const QDateTime shown = moment ? OfMoment(*moment) : minimumDateTime();
+    // What is being typed stays as it is: putting its own moment back would begin the section anew.
+    if (dateTime() != shown) setDateTime(shown);
     setEnabled(moment.has_value());
     applying_ = false;
   }
@@ -44,6 +76,7 @@ class MomentEdit : public QDateTimeEdit {
   widgets::DateTimeBox& box_;
   Toolkit kit_;
   bool applying_ = false;
+  bool went_on_ = false;  // to the next part, behind the last key
 };
 
 }  // namespace

@@ -33,6 +33,14 @@ class AdminFilterTest : public ::testing::Test {
     console_.MoveFocusTo("combo box", list);
     console_.screen().Type(begin);
   }
+  // As it is shown, every key of it.
+  void TypeDate(const std::string& date, const std::string& moment) {
+    const std::string field = date + " date and time";
+    console_.MoveFocusTo("spin button", field);
+    console_.screen().Type(moment);
+    ASSERT_TRUE(Eventually([&] { return console_.Await("spin button", field).text() == moment; }))
+        << console_.Await("spin button", field).text();
+  }
   // The newest first, by their descriptions.
   void FilterAndAwait(const std::vector<std::string>& passed) {
     console_.screen().Key("Return");
@@ -94,6 +102,15 @@ TEST_F(AdminFilterTest, HostMonitorAndChangeAloneNarrowTheGridAndResetBringsAllB
   console_.AwaitColumn(kDescription, all_);
   console_.Await("label", "Record Count");
   EXPECT_FALSE(console_.Await("check box", "Filter").Is(ATSPI_STATE_CHECKED));
+}
+
+TEST_F(AdminFilterTest, DatesThatAreTypedNarrowTheGridAndOneAloneIsAMoment) {
+  OpenWithKeys("ctrl+shift+f", kDialog);
+  console_.Press("check box", "To");
+  ASSERT_NO_FATAL_FAILURE(TypeDate("To", "11/21/2026 01:45:03 AM"));
+  FilterAndAwait({"<b>gamma</b>", "alpha two"});
+  ASSERT_NO_FATAL_FAILURE(TypeDate("From", "11/21/2026 01:45:02 AM"));
+  FilterAndAwait({"<b>gamma</b>", "alpha two", "beta"});
 }
 
 TEST_F(AdminFilterTest, TextIsFoundWithAndWithoutCaseAndAgainAfterTheDialogClosed) {

@@ -76,6 +76,25 @@ TEST_F(DateTimeBoxBindingTest, MomentIsChangedByTheKeyboard) {
   EXPECT_EQ(box_.moment.Get(), kMoment + 1 - 86'400);
 }
 
+// Each digit was a new moment, which the logic put back into the field in the middle of what was typed.
+TEST_F(DateTimeBoxBindingTest, MomentIsTypedFromItsBeginningToItsEnd) {
+  field_.moment->setFocus();
+  for (const char* typed : {"11/20/2025 01:45:03 PM", "11202025014503p"}) {
+    SCOPED_TRACE(typed);
+    box_.Pick(kMoment);
+    field_.moment->setSelectedSection(QDateTimeEdit::MonthSection);
+    for (const char* c = typed; *c; ++c) {
+      if (*c == ':') QTest::keyPress(field_.moment, Qt::Key_Shift);
+      QTest::keyClick(field_.moment, *c);
+    }
+    EXPECT_EQ(field_.moment->text().toStdString(), "11/20/2025 01:45:03 PM");
+    EXPECT_EQ(box_.moment.Get(), 1'763'646'303);
+  }
+  field_.moment->setSelectedSection(QDateTimeEdit::MonthSection);
+  QTest::keyClicks(field_.moment, QStringLiteral("3/4/2026 9:05:07 ax"));
+  EXPECT_EQ(field_.moment->text().toStdString(), "03/04/2026 09:05:07 AM");
+}
+
 TEST_F(DateTimeBoxBindingTest, LogicPutsAMomentAndAPicture) {
   box_.Pick(-1);
   EXPECT_TRUE(field_.given->isChecked());
