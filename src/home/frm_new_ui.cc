@@ -225,7 +225,8 @@ void frmNewUI::ShowOnlyPane(int index) {
 void frmNewUI::ShowWindow(WindowState wanted) {
   if (!enabled) return;
   state = wanted;
-  bring_forward.Raise();
+  // A desktop takes a window that is brought forward out of the task bar again.
+  if (wanted != WindowState::kMinimised) bring_forward.Raise();
   visible = true;
 }
 

@@ -550,14 +550,19 @@ TEST_F(FrameTest, OrdinaryUserIsNotWarned) {
   EXPECT_FALSE(Open(Alert(1, "0")).lblRootWarning.visible);
 }
 
+// A desktop takes a window that is brought forward out of the task bar again: "Minimize" did nothing.
 TEST_F(FrameTest, TrayMenuSetsTheWindowsState) {
   Open(Alert(1, "0"));
+  int forward = 0;
+  const auto front = form_->bring_forward.Connect([&] { ++forward; });
   form_->mPopMinimize.clicked.Raise();
   EXPECT_EQ(form_->state.Get(), WindowState::kMinimised);
+  EXPECT_EQ(forward, 0);
   form_->mPopMaximize.clicked.Raise();
   EXPECT_EQ(form_->state.Get(), WindowState::kMaximised);
   form_->mPopRestore.clicked.Raise();
   EXPECT_EQ(form_->state.Get(), WindowState::kNormal);
+  EXPECT_EQ(forward, 2);
 }
 
 TEST_F(FrameTest, TrayTipHoldsTheProductNameInItsField) {
