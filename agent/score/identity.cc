@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint64_t kNames = 10000000000;  // ten digits
 constexpr int kRiskSteps = 10000;              // four decimals
-constexpr int kMostRisk = 9899;
+constexpr int kMostWrittenRisk = 9899;
 
 std::string Padded(std::uint64_t number, std::size_t width) {
   const std::string digits = std::to_string(number);
@@ -28,7 +28,7 @@ std::string AlertCode(std::string_view key, std::string_view about) {
 }
 
 std::string Identities::ChangeOf(double risk, bool is_alert, const std::string& code) {
-  const int steps = std::clamp(static_cast<int>(std::lround(risk * kRiskSteps)), 0, kMostRisk);
+  const int steps = std::clamp(static_cast<int>(std::lround(risk * kRiskSteps)), 0, kMostWrittenRisk);
   const std::string head = (is_alert ? "0." : "-0.") + Padded(static_cast<std::uint64_t>(steps), 4);
   std::uint64_t name = ShortSumOf(code) % kNames;
   if (codes_.size() >= kMost) codes_.clear();

@@ -11,8 +11,8 @@
 namespace zendrix::agent {
 namespace {
 
-constexpr std::array<std::string_view, 4> kMonitors = {monitor::kAccounts, monitor::kLogins,
-                                                       monitor::kAutorun, monitor::kFolders};
+constexpr std::array<std::string_view, 4> kNoticedMonitors = {monitor::kAccounts, monitor::kLogins,
+                                                              monitor::kAutorun, monitor::kFolders};
 constexpr int kMostReads = 16;       // of one Drain, 64 KB each
 constexpr std::int64_t kShare = 20;  // a look is paid for by this many times its length without one
 
@@ -23,7 +23,7 @@ NoticeSource::NoticeSource(HostView& host, platform::Clock& clock, std::unique_p
     : host_(host), clock_(clock), stream_(std::move(stream)), refusal_(std::move(refusal)) {}
 
 std::span<const std::string_view> NoticeSource::Monitors() const {
-  return kMonitors;
+  return kNoticedMonitors;
 }
 
 SourceLevel NoticeSource::level() const {
@@ -44,7 +44,8 @@ void NoticeSource::Drain(std::vector<Observation>& into) {
   if (!next_look_ms_ || now >= *next_look_ms_) {
     next_look_ms_ = now + kLookEveryMs;
     must_arm_ = true;
-    for (const std::string_view name : kMonitors) pending_[name] = {now - kLongestMs, now - kLongestMs};
+    for (const std::string_view name : kNoticedMonitors)
+      pending_[name] = {now - kLongestMs, now - kLongestMs};
   }
   // Armed before the look, so that what changes meanwhile is told.
   if (std::exchange(must_arm_, false)) Arm();
@@ -61,7 +62,7 @@ void NoticeSource::Drain(std::vector<Observation>& into) {
 
 void NoticeSource::Take(const Notice& notice, std::int64_t now_ms) {
   if (notice.overflow) {
-    for (const std::string_view name : kMonitors) Note(name, now_ms);
+    for (const std::string_view name : kNoticedMonitors) Note(name, now_ms);
     must_arm_ = true;
     return;
   }

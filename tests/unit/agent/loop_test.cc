@@ -400,8 +400,9 @@ class KillTest : public LoopTest {
   void ExpectKept(const std::map<std::string, std::string>& before) {
     const auto after = Written();
     for (const auto& [path, bytes] : before) {
-      const bool kept = std::any_of(after.begin(), after.end(),
-                                    [&](const auto& entry) { return entry.second.starts_with(bytes); });
+      const bool kept = std::any_of(after.begin(), after.end(), [&begin = bytes](const auto& entry) {
+        return entry.second.starts_with(begin);
+      });
       EXPECT_TRUE(kept) << path;
     }
   }
