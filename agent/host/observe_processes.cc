@@ -49,6 +49,17 @@ Program ProgramOf(const Process& process) {
   return program;
 }
 
+std::string HostPathOf(const Program& program) {
+  const ProgramFile& file = program.file;
+  const bool is_there = !file.in_memory && !file.deleted && program.subject == CleanName(file.path);
+  return is_there ? file.path : "";
+}
+
+std::string ParentKeyOf(const Program& program) {
+  const std::string path = HostPathOf(program);
+  return path.empty() ? program.subject : path;
+}
+
 RuleSet RulesOfProgram(const ProgramFile& program) {
   RuleSet rules;
   if (program.path.empty()) return rules;
@@ -76,15 +87,20 @@ Item ProcessItem(const Program& program, std::uint64_t pid, std::uint64_t start_
   item.description = program.name + ":" + std::to_string(pid);
   item.identity = std::to_string(start_ticks);
   item.rules = rules;
+  item.program = HostPathOf(program);
   return item;
 }
 
 std::vector<Item> ObserveProcesses(const std::vector<Process>& processes) {
   std::vector<Item> items;
+  std::map<std::uint64_t, const Process*> by_pid;
+  for (const Process& process : processes) by_pid[process.stat.pid] = &process;
   for (const Process& process : processes) {
     const Program program = ProgramOf(process);
     items.push_back(ProcessItem(program, process.stat.pid, process.stat.start_ticks,
                                 RulesOfProcess(program, process.stat.name)));
+    const auto parent = by_pid.find(process.stat.parent);
+    if (parent != by_pid.end()) items.back().parent = ParentKeyOf(ProgramOf(*parent->second));
   }
   return items;
 }

@@ -28,6 +28,12 @@ struct Program {
 
 Program ProgramOf(const Process& process);
 
+// The path of the program's file on this host, its bytes; empty when there is no such file any more, there
+// never was one, or it is a container's.
+std::string HostPathOf(const Program& program);
+// What other programs are told to have been started by: that path, or what facts about it are weighed under.
+std::string ParentKeyOf(const Program& program);
+
 // What a line calls the program: its path, or the process name when the path may not be read.
 std::string ProgramName(const Process& process);
 

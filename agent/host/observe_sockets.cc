@@ -35,6 +35,7 @@ void NameOwner(Item& item, const Program* owner, Rule when_unknown) {
     return;
   }
   item.subject = owner->subject;
+  item.program = HostPathOf(*owner);
   item.rules.Add(RulesOfProgram(owner->file));
 }
 

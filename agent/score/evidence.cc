@@ -116,8 +116,9 @@ std::vector<Fact> Evidence::Of(const Event& event, Moment now) {
   if (event.kind == EventKind::kRemoved) return facts;
   const Item& item = event.item;
   const bool is_process = item.monitor == monitor::kProcesses;
-  int program_days = 0;
-  if (is_process || !item.program.empty()) program_days = OfProgram(item, now, facts);
+  const bool has_program = is_process || !item.program.empty();
+  const int program_days = has_program ? OfProgram(item, now, facts)
+                                       : baseline_.DaysBefore(Known::kPath, ProgramKey(item)).value_or(0);
   if (is_process) OfParent(item, facts);
   std::optional<int> thing_days;
   if (const auto thing = ThingOf(item)) thing_days = OfThing(*thing, item, facts);

@@ -55,6 +55,9 @@ void ProcessTable::Take(const ExecSeen& seen, std::vector<Observation>& into) {
   entry->named_like_kernel = LooksLikeKernelThread(seen.comm);
   entry->rules = RulesOfProcess(*entry->program, seen.comm);
   Tell(seen.by.pid, *entry, seen.by.seen_ns, into);
+  const auto parent = entries_.find(seen.parent);
+  if (parent != entries_.end() && parent->second.program)
+    into.back().item.parent = ParentKeyOf(*parent->second.program);
 }
 
 void ProcessTable::Take(const ForkSeen& seen) {
