@@ -9,12 +9,12 @@
 // Prints one JSON line. The source is drained every 50 ms, as the Agent does it.
 #include <arpa/inet.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <ctime>
 #include <filesystem>
 #include <functional>
 #include <iostream>
@@ -37,13 +37,11 @@ double SecondsSince(Clock::time_point start) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
+// Of this thread.
 double ProcessorSeconds() {
-  rusage used = {};
-  getrusage(RUSAGE_SELF, &used);
-  const auto seconds = [](const timeval& time) {
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
-  };
-  return seconds(used.ru_utime) + seconds(used.ru_stime);
+  timespec used = {};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+  return static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) / 1e9;
 }
 
 // Numbers that a child process leaves for its parent.
@@ -75,17 +73,6 @@ int StartOnce(const std::string& program) {
   return pid;
 }
 
-// Drains the source until the child has ended; what was seen since the source began.
-std::vector<Observation> Watch(Source& source, pid_t child) {
-  std::vector<Observation> seen;
-  while (waitpid(child, nullptr, WNOHANG) == 0) {
-    source.Drain(seen);
-    std::this_thread::sleep_for(kTurn);
-  }
-  source.Drain(seen);
-  return seen;
-}
-
 pid_t InChild(const std::function<void()>& work) {
   const pid_t child = fork();
   if (child == 0) {
@@ -98,32 +85,44 @@ pid_t InChild(const std::function<void()>& work) {
 struct Seen {
   std::map<std::string, int> came;
   std::uint64_t lost = 0;
+  double processor = 0;  // seconds that the drains took
 };
 
-Seen Summed(const std::vector<Observation>& observations) {
+// Drains the source until the child has ended.
+Seen Watch(Source& source, pid_t child) {
   Seen seen;
-  for (const Observation& observation : observations) {
-    if (observation.kind == Observation::Kind::kCame) ++seen.came[observation.item.description];
-    seen.lost += observation.lost;
+  std::vector<Observation> part;
+  const auto drain = [&] {
+    part.clear();
+    const double before = ProcessorSeconds();
+    source.Drain(part);
+    seen.processor += ProcessorSeconds() - before;
+    for (const Observation& observation : part) {
+      if (observation.kind == Observation::Kind::kCame) ++seen.came[observation.item.description];
+      seen.lost += observation.lost;
+    }
+  };
+  while (waitpid(child, nullptr, WNOHANG) == 0) {
+    drain();
+    std::this_thread::sleep_for(kTurn);
   }
+  drain();
   return seen;
 }
 
-void Print(int count, int right, const Seen& seen, double seconds, double processor) {
+void Print(int count, int right, const Seen& seen, double seconds) {
   std::cout << "{\"events\": " << count << ", \"right\": " << right << ", \"lost\": " << seen.lost
             << ", \"per_second\": " << std::lround(count / seconds)
-            << ", \"processor_us_each\": " << processor / count * 1e6 << "}\n";
+            << ", \"processor_us_each\": " << seen.processor / count * 1e6 << "}\n";
 }
 
 int Starts(Source& source, const std::string& program, int count, double rate) {
   Shared pids(static_cast<std::size_t>(count) + 1);
-  const double before = ProcessorSeconds();
   const pid_t child = InChild([&] {
     pids[static_cast<std::size_t>(count)] =
         AtRate(count, rate, [&](int i) { pids[static_cast<std::size_t>(i)] = StartOnce(program); });
   });
-  const Seen seen = Summed(Watch(source, child));
-  const double processor = ProcessorSeconds() - before;
+  const Seen seen = Watch(source, child);
   std::map<std::string, int> expected;
   for (int i = 0; i < count; ++i) {
     ++expected[CleanName(program) + ":" + std::to_string(std::lround(pids[static_cast<std::size_t>(i)]))];
@@ -133,13 +132,12 @@ int Starts(Source& source, const std::string& program, int count, double rate) {
     const auto found = seen.came.find(description);
     if (found != seen.came.end()) right += std::min(times, found->second);
   }
-  Print(count, right, seen, pids[static_cast<std::size_t>(count)], processor);
+  Print(count, right, seen, pids[static_cast<std::size_t>(count)]);
   return 0;
 }
 
 int Connections(Source& source, const std::string& own, int count, double rate) {
   Shared seconds(1);
-  const double before = ProcessorSeconds();
   const pid_t child = InChild([&] {
     if (!zendrix::test::EnterOwnNetwork()) return;
     const int listening = zendrix::test::ListenOn(kPort);
@@ -147,8 +145,7 @@ int Connections(Source& source, const std::string& own, int count, double rate) 
       zendrix::test::ConnectOnce(listening, zendrix::test::MeasuredAddress(i + 1, kPort));
     });
   });
-  const Seen seen = Summed(Watch(source, child));
-  const double processor = ProcessorSeconds() - before;
+  const Seen seen = Watch(source, child);
   if (seconds[0] == 0) {
     std::cerr << "zendrix-bench-agent: no network namespace may be made here\n";
     return 1;
@@ -160,7 +157,7 @@ int Connections(Source& source, const std::string& own, int count, double rate) 
     inet_ntop(AF_INET, &address.sin_addr, text, sizeof text);
     right += static_cast<int>(seen.came.count(text + (":" + std::to_string(kPort) + ":" + own)));
   }
-  Print(count, right, seen, seconds[0], processor);
+  Print(count, right, seen, seconds[0]);
   return 0;
 }
 

@@ -86,13 +86,13 @@ void BpfSource::Take(std::string_view bytes, std::vector<Observation>& into) {
 }
 
 void BpfSource::Take(const ModuleSeen& seen, std::vector<Observation>& into) {
-  const Program program = processes_.ProgramOf(seen.by);
+  const auto program = processes_.ProgramOf(seen.by);
   Observation observation;
   observation.kind = Observation::Kind::kHappened;
   observation.seen_ns = seen.by.seen_ns;
   observation.item.monitor = monitor::kSystem;
-  observation.item.description = "kernel module " + CleanName(seen.name) + " loaded by " + program.name;
-  observation.item.subject = program.subject;
+  observation.item.description = "kernel module " + CleanName(seen.name) + " loaded by " + program->name;
+  observation.item.subject = program->subject;
   into.push_back(std::move(observation));
 }
 

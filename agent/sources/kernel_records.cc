@@ -113,11 +113,12 @@ std::optional<KernelRecord> ReadSocket(std::string_view bytes) {
   seen.socket = record.socket;
   seen.inode = record.inode;
   seen.network_namespace = record.network_namespace;
-  const bool v4 = record.family == kFamilyV4;
-  seen.local = v4 ? EndpointOfV4(record.local) : EndpointOfV6(record.local);
-  seen.remote = v4 ? EndpointOfV4(record.remote) : EndpointOfV6(record.remote);
-  seen.local.port = record.local_port;
-  seen.remote.port = record.remote_port;
+  seen.is_v6 = record.family == kFamilyV6;
+  seen.local_port = record.local_port;
+  seen.remote_port = record.remote_port;
+  static_assert(sizeof record.local == std::tuple_size_v<decltype(seen.local_address)>);
+  std::memcpy(seen.local_address.data(), record.local, sizeof record.local);
+  std::memcpy(seen.remote_address.data(), record.remote, sizeof record.remote);
   return seen;
 }
 
@@ -130,7 +131,21 @@ std::optional<KernelRecord> ReadModule(std::string_view bytes) {
   return seen;
 }
 
+Endpoint EndpointOf(bool is_v6, const std::array<unsigned char, 16>& address, std::uint16_t port) {
+  Endpoint end = is_v6 ? EndpointOfV6(address.data()) : EndpointOfV4(address.data());
+  end.port = port;
+  return end;
+}
+
 }  // namespace
+
+Endpoint SocketSeen::Local() const {
+  return EndpointOf(is_v6, local_address, local_port);
+}
+
+Endpoint SocketSeen::Remote() const {
+  return EndpointOf(is_v6, remote_address, remote_port);
+}
 
 std::optional<KernelRecord> ReadKernelRecord(std::string_view bytes) {
   RecordHead head = {};

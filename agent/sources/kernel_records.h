@@ -3,6 +3,7 @@
 // out as the raw bytes that somebody chose.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -57,8 +58,15 @@ struct SocketSeen {
   std::uint64_t socket = 0;  // tells sockets apart as long as they live
   std::uint64_t inode = 0;   // 0: none (yet)
   std::uint64_t network_namespace = 0;
-  Endpoint local;  // port 0: not chosen yet
-  Endpoint remote;
+  bool is_v6 = false;
+  std::uint16_t local_port = 0;  // 0: not chosen yet
+  std::uint16_t remote_port = 0;
+  std::array<unsigned char, 16> local_address = {};  // in the order of the network
+  std::array<unsigned char, 16> remote_address = {};
+
+  // Made when they are asked for: the end of a known socket needs neither.
+  Endpoint Local() const;
+  Endpoint Remote() const;
 };
 
 struct ModuleSeen {

@@ -140,11 +140,11 @@ void ProcessTable::Compare(const std::vector<Process>& processes, bool exec_lost
   });
 }
 
-Program ProcessTable::ProgramOf(const Doer& doer) {
+std::shared_ptr<const Program> ProcessTable::ProgramOf(const Doer& doer) {
   const Entry* entry = Find(doer.pid, doer.start_ticks);
-  if (entry && entry->program) return *entry->program;
+  if (entry && entry->program) return entry->program;
   auto program = namer_.LookUp(doer.pid, doer.start_ticks);
-  return program ? *program : UnknownProgram(kStartNotSeen);
+  return std::make_shared<const Program>(program ? std::move(*program) : UnknownProgram(kStartNotSeen));
 }
 
 }  // namespace zendrix::agent

@@ -35,7 +35,7 @@ class ProcessTable {
                std::vector<Observation>& into);
 
   // The program of a process that did something; "unknown" with the reason when nobody knows.
-  Program ProgramOf(const Doer& doer);
+  std::shared_ptr<const Program> ProgramOf(const Doer& doer);
   std::size_t size() const { return entries_.size(); }
 
  private:

@@ -37,30 +37,32 @@ std::string SocketTable::PairOf(const Endpoint& local, const Endpoint& remote) {
          std::to_string(remote.port);
 }
 
-SocketTable::Entry* SocketTable::Known(std::uint64_t socket, std::uint64_t inode, const std::string& pair,
-                                       std::uint64_t network, Number& number) {
-  const auto give = [&](const auto& map, const auto& key) -> Entry* {
-    const auto found = map.find(key);
-    if (found == map.end()) return nullptr;
-    number = found->second;
-    return &entries_.at(number);
-  };
-  if (socket != 0) {
-    if (Entry* entry = give(by_socket_, socket)) return entry;
-  }
+std::optional<SocketTable::Number> SocketTable::Known(std::uint64_t inode, const std::string& pair,
+                                                      std::uint64_t network) const {
   if (inode != 0) {
-    if (Entry* entry = give(by_inode_, inode)) return entry;
+    const auto found = by_inode_.find(inode);
+    if (found != by_inode_.end()) return found->second;
   }
-  return pair.empty() || network != own_network_ ? nullptr : give(by_pair_, pair);
+  if (pair.empty() || network != own_network_) return {};
+  const auto found = by_pair_.find(pair);
+  return found == by_pair_.end() ? std::nullopt : std::optional(found->second);
 }
 
-// The one program that listens there; no value when there is none or more than one.
-std::optional<Program> SocketTable::ListenerOn(std::uint64_t network, std::uint16_t port) const {
+// `pair` is made only when it is needed.
+std::optional<SocketTable::Number> SocketTable::Known(const SocketSeen& seen, std::string& pair) const {
+  const auto found = by_socket_.find(seen.socket);
+  if (found != by_socket_.end()) return found->second;
+  if (seen.event != SocketEvent::kListens) pair = PairOf(seen.Local(), seen.Remote());
+  return Known(seen.inode, pair, seen.network_namespace);
+}
+
+// The one program that listens there; null when there is none or more than one.
+SocketTable::Owner SocketTable::ListenerOn(std::uint64_t network, std::uint16_t port) const {
   const auto found = listening_.find({network, port});
   if (found == listening_.end()) return {};
-  std::optional<Program> only;
+  Owner only;
   for (const Number number : found->second) {
-    const auto& owner = entries_.at(number).owner;
+    const Owner& owner = entries_.at(number).owner;
     if (!owner || (only && only->name != owner->name)) return {};
     only = owner;
   }
@@ -110,48 +112,48 @@ void SocketTable::Remove(Number number, std::int64_t at_ns, std::vector<Observat
 }
 
 void SocketTable::Take(const SocketSeen& seen, std::vector<Observation>& into) {
-  const bool listens = seen.event == SocketEvent::kListens;
-  std::string pair = listens ? std::string() : PairOf(seen.local, seen.remote);
-  Number number = 0;
-  Entry* known = Known(seen.socket, seen.inode, pair, seen.network_namespace, number);
+  std::string pair;
+  const auto known = Known(seen, pair);
   if (seen.event == SocketEvent::kEnded) {
-    if (known) Remove(number, seen.by.seen_ns, into);
+    if (known) Remove(*known, seen.by.seen_ns, into);
     return;
   }
-  if (known && known->socket == 0) {
+  if (known && entries_.at(*known).socket == 0) {
     // A look found it before its own record came.
-    known->socket = seen.socket;
-    by_socket_[seen.socket] = number;
+    entries_.at(*known).socket = seen.socket;
+    by_socket_[seen.socket] = *known;
     return;
   }
-  if (known) Remove(number, seen.by.seen_ns, into);  // its end was lost
-  if (!listens && seen.remote.reach != AddressReach::kOther) return;
-  if (listens && seen.local.port == 0) {
+  if (known) Remove(*known, seen.by.seen_ns, into);  // its end was lost
+  const bool listens = seen.event == SocketEvent::kListens;
+  const bool incoming = seen.event == SocketEvent::kAccepted;
+  const Endpoint local = seen.Local();
+  const Endpoint remote = seen.Remote();
+  if (!listens && remote.reach != AddressReach::kOther) return;
+  if (listens && local.port == 0) {
     wants_look_ = true;
     return;
   }
   Entry entry;
   entry.socket = seen.socket;
   entry.inode = seen.inode;
-  entry.pair = std::move(pair);
+  entry.pair = listens || !pair.empty() ? std::move(pair) : PairOf(local, remote);
   entry.network = seen.network_namespace;
-  if (listens) entry.listens_on = seen.local.port;
-  const bool incoming = seen.event == SocketEvent::kAccepted;
+  if (listens) entry.listens_on = local.port;
   if (incoming) {
-    entry.owner = ListenerOn(seen.network_namespace, seen.local.port);
+    entry.owner = ListenerOn(seen.network_namespace, local.port);
   } else if (seen.by_kernel) {
-    entry.owner = UnknownProgram("the kernel itself");
+    entry.owner = std::make_shared<const Program>(UnknownProgram("the kernel itself"));
   } else {
     entry.owner = processes_.ProgramOf(seen.by);
   }
-  const Program* owner = entry.owner ? &*entry.owner : nullptr;
-  Item item =
-      listens ? PortItem(seen.local, owner) : ConnectionItem(seen.local, seen.remote, incoming, owner);
+  Item item = listens ? PortItem(local, entry.owner.get())
+                      : ConnectionItem(local, remote, incoming, entry.owner.get());
   Add(std::move(entry), std::move(item), seen.by.seen_ns, into);
 }
 
-void SocketTable::Adopt(const Socket& socket, const std::optional<Program>& owner, bool incoming,
-                        std::int64_t now_ns, std::vector<Observation>& into) {
+void SocketTable::Adopt(const Socket& socket, const Owner& owner, bool incoming, std::int64_t now_ns,
+                        std::vector<Observation>& into) {
   const bool listens = socket.state == SocketState::kListening;
   Entry entry;
   entry.inode = socket.inode;
@@ -159,9 +161,8 @@ void SocketTable::Adopt(const Socket& socket, const std::optional<Program>& owne
   entry.network = own_network_;
   if (listens) entry.listens_on = socket.local.port;
   entry.owner = owner;
-  const Program* program = owner ? &*owner : nullptr;
-  Item item = listens ? PortItem(socket.local, program)
-                      : ConnectionItem(socket.local, socket.remote, incoming, program);
+  Item item = listens ? PortItem(socket.local, owner.get())
+                      : ConnectionItem(socket.local, socket.remote, incoming, owner.get());
   Add(std::move(entry), std::move(item), now_ns, into);
 }
 
@@ -175,9 +176,8 @@ void SocketTable::Compare(HostView& host, const std::vector<Process>& processes,
     const bool listens = socket.state == SocketState::kListening;
     if (!listens && !IsConnection(socket)) continue;
     const std::string pair = listens ? std::string() : PairOf(socket.local, socket.remote);
-    Number number = 0;
-    if (Known(0, socket.inode, pair, own_network_, number)) {
-      there.insert(number);
+    if (const auto known = Known(socket.inode, pair, own_network_)) {
+      there.insert(*known);
       continue;
     }
     strangers.push_back(socket);
@@ -197,8 +197,8 @@ void SocketTable::Compare(HostView& host, const std::vector<Process>& processes,
   const SocketOwners owners = FindSocketOwners(host, processes, std::move(wanted));
   for (const Socket& socket : strangers) {
     const auto found = owners.find(socket.inode);
-    std::optional<Program> owner;
-    if (found != owners.end()) owner = namer.NameOf(*found->second);
+    Owner owner;
+    if (found != owners.end()) owner = std::make_shared<const Program>(namer.NameOf(*found->second));
     const bool incoming =
         socket.state != SocketState::kListening && IsListenedOn(own_network_, socket.local.port);
     if (!owner && incoming) owner = ListenerOn(own_network_, socket.local.port);

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -37,7 +38,8 @@ class SocketTable {
   std::size_t size() const { return entries_.size(); }
 
  private:
-  using Number = std::uint64_t;  // of an entry, never used again
+  using Number = std::uint64_t;                  // of an entry, never used again
+  using Owner = std::shared_ptr<const Program>;  // null: cannot be told
   struct Entry {
     std::string item_key;
     std::uint64_t socket = 0;  // 0: not known, since it is older than we are
@@ -45,7 +47,7 @@ class SocketTable {
     std::string pair;          // local and remote end; empty when the local port was not known
     std::uint64_t network = 0;
     std::optional<std::uint16_t> listens_on;
-    std::optional<Program> owner;
+    Owner owner;
   };
   struct Counted {
     Item item;
@@ -53,13 +55,13 @@ class SocketTable {
   };
 
   static std::string PairOf(const Endpoint& local, const Endpoint& remote);
-  Entry* Known(std::uint64_t socket, std::uint64_t inode, const std::string& pair, std::uint64_t network,
-               Number& number);
-  std::optional<Program> ListenerOn(std::uint64_t network, std::uint16_t port) const;
+  std::optional<Number> Known(std::uint64_t inode, const std::string& pair, std::uint64_t network) const;
+  std::optional<Number> Known(const SocketSeen& seen, std::string& pair) const;
+  Owner ListenerOn(std::uint64_t network, std::uint16_t port) const;
   bool IsListenedOn(std::uint64_t network, std::uint16_t port) const;
   void Add(Entry entry, Item item, std::int64_t at_ns, std::vector<Observation>& into);
   void Remove(Number number, std::int64_t at_ns, std::vector<Observation>& into);
-  void Adopt(const Socket& socket, const std::optional<Program>& owner, bool incoming, std::int64_t now_ns,
+  void Adopt(const Socket& socket, const Owner& owner, bool incoming, std::int64_t now_ns,
              std::vector<Observation>& into);
 
   ProcessTable& processes_;

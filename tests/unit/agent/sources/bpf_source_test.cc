@@ -12,8 +12,11 @@ namespace zendrix::agent {
 namespace {
 
 using namespace test_records;
+using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using ::testing::UnorderedElementsAre;
 
 constexpr std::int64_t kSecond = 1'000'000'000;
@@ -288,6 +291,23 @@ TEST_F(RecordedKernel, PortOfTwoProgramsGivesNoNameToWhatComesIn) {
                            .inode = 0}
                            .Bytes()}),
               ElementsAre("+ 198.51.100.7:80"));
+}
+
+// A socket's number may be used again; the end of the one before was lost.
+TEST_F(RecordedKernel, SocketWhoseEndWasLostGoesWithItsSuccessor) {
+  Drain();
+  DrainOf({Exec{.path = "/usr/bin/curl"}.Bytes(), Tcp{}.Bytes()});
+  EXPECT_THAT(DrainOf({Tcp{.old_state = kTcpSynReceived,
+                           .new_state = kTcpEstablished,
+                           .local_port = 22,
+                           .remote_port = 51000,
+                           .inode = 0}
+                           .Bytes()}),
+              ElementsAre("- 198.51.100.7:443:/usr/bin/curl", "+ 198.51.100.7:22"));
+  // It is in the host's table, and so stays.
+  SetTable(Row("050200C0:0016", "076433C6:C738", "01", 0));
+  now_ns += 31 * kSecond;
+  EXPECT_THAT(Drain(), Not(Contains(HasSubstr("198.51.100.7"))));
 }
 
 TEST_F(RecordedKernel, SocketsThatWereThereGoWithTheirRecords) {

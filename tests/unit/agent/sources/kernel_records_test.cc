@@ -121,14 +121,14 @@ TEST(KernelRecords, OnlyBeginningAndEndOfASocketAreTold) {
 
 TEST(KernelRecords, AddressesAreThoseOfTheNetworkTables) {
   const auto v4 = ReadAs<SocketSeen>(Tcp{.local_port = 40000}.Bytes());
-  EXPECT_EQ(v4->local.address, "192.0.2.5");
-  EXPECT_EQ(v4->local.port, 40000);
-  EXPECT_EQ(v4->remote.address, "198.51.100.7");
-  EXPECT_EQ(v4->remote.port, 443);
+  EXPECT_EQ(v4->Local().address, "192.0.2.5");
+  EXPECT_EQ(v4->Local().port, 40000);
+  EXPECT_EQ(v4->Remote().address, "198.51.100.7");
+  EXPECT_EQ(v4->Remote().port, 443);
   const auto v6 = ReadAs<SocketSeen>(Tcp{.local = "::", .remote = "2001:db8::1"}.Bytes());
-  EXPECT_EQ(v6->local.reach, AddressReach::kAny);
-  EXPECT_EQ(v6->remote.address, "2001-db8--1");
-  EXPECT_EQ(ReadAs<SocketSeen>(Tcp{.local = "::", .remote = "::ffff:198.51.100.7"}.Bytes())->remote.address,
+  EXPECT_EQ(v6->Local().reach, AddressReach::kAny);
+  EXPECT_EQ(v6->Remote().address, "2001-db8--1");
+  EXPECT_EQ(ReadAs<SocketSeen>(Tcp{.local = "::", .remote = "::ffff:198.51.100.7"}.Bytes())->Remote().address,
             "198.51.100.7");
   std::string other_family = Tcp{}.Bytes();
   other_family[offsetof(SocketRecord, family)] = AF_UNIX;
