@@ -2,8 +2,7 @@
 #pragma once
 
 #include <QAccessible>
-
-class QWidget;
+#include <QWidget>
 
 namespace zendrix::qt {
 
