@@ -5,6 +5,7 @@
 #include "agent/host/text.h"
 #include "agent/score/identity.h"
 #include "alerts/activations.h"
+#include "alerts/risk.h"
 #include "support/alert_fixture.h"
 #include "unit/agent/fake_host.h"
 
@@ -36,6 +37,7 @@ class ConsoleReads : public test::AlertFixture {
     const std::int64_t start = platform().clock.MonotonicMs();
     std::int64_t told = -1;
     AgentParts parts{host, platform().files, platform().clock, errors, {}, "vm", 42};
+    parts.scorer = scorer.get();
     parts.stop_requested = [&] {
       const std::int64_t now = (platform().clock.MonotonicMs() - start) / 1000;
       if (act && now > told) act(told = now);
@@ -58,6 +60,7 @@ class ConsoleReads : public test::AlertFixture {
 
   FakeHost host;
   std::ostringstream errors;
+  std::unique_ptr<Scorer> scorer;  // none: the fixed rules
 };
 
 TEST_F(ConsoleReads, EveryDescriptionIsARowOfItsOwn) {
@@ -211,6 +214,41 @@ TEST_F(ConsoleDecides, LaterAlertOfTheSameProgramIsFiledUnderTheSameCode) {
   EXPECT_THAT(RowsOf("Aggregation"), SizeIs(3)) << "the first goes ahead of itself, the second need not";
   Decide(alerts::Answer::kBlock, "/tmp/x:12");
   EXPECT_THAT(Filed(), ElementsAre(Code("/tmp/x") + ",1"));
+}
+
+// The console forgot at its end what the user had said.
+TEST_F(ConsoleDecides, DecisionsStandInTheConsolesListAtItsNextStart) {
+  scorer = MakeBaselineScorer({host, "", 1700000000});
+  host.AddProcess(11, "a", "/memfd:a (deleted)");
+  host.AddProcess(12, "b", "/memfd:b (deleted)");
+  host.AddProcess(13, "c", "/memfd:c (deleted)");
+  Record(5);
+  LoadRecording();
+  Decide(alerts::Answer::kBlock, "memfd_a");
+  Decide(alerts::Answer::kAllow, "memfd_b");
+  const std::string blocked = Listed(NewestAbout("memfd_a")).date_utc;
+  const std::string allowed = Listed(NewestAbout("memfd_b")).date_utc;
+  const std::string undecided = Listed(NewestAbout("memfd_c")).date_utc;
+  EXPECT_THAT(Filed(), SizeIs(2));
+  Record(3);
+  alerts_.LoadChkAlrColl();
+  EXPECT_EQ(alerts_.Decision(blocked), blocked + "A");
+  EXPECT_EQ(alerts_.Decision(allowed), allowed);
+  EXPECT_EQ(alerts_.Decision(undecided), std::nullopt);
+}
+
+// What is stored and no alert is in no list, and no decision is filed under it.
+TEST_F(ConsoleDecides, StoredLinesOfTheWeekOfLearningAreNoAlerts) {
+  scorer = MakeBaselineScorer({host, "", 1700000000});
+  Record(20, [&](std::int64_t second) {
+    if (second == 3) host.AddProcess(11, "x", "/tmp/.hidden/x");
+  });
+  LoadRecording();
+  const auto stored = RowsOf("Aggregation");
+  ASSERT_THAT(stored, SizeIs(1));
+  auto cursor = reader_.EventTable->Clone();
+  cursor.SetFilter(alerts::kAlertFilter);
+  EXPECT_EQ(cursor.RecordCount(), 0);
 }
 
 TEST_F(ConsoleReads, ReaderThatFollowsSeesWhatAFullLoadSees) {
