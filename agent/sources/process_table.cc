@@ -12,6 +12,11 @@ constexpr char kStartNotSeen[] = "it ended before it could be looked at";
 
 }  // namespace
 
+std::shared_ptr<const Program> ProcessTable::KnownProgram(std::uint64_t pid) const {
+  const auto found = entries_.find(pid);
+  return found == entries_.end() ? nullptr : found->second.program;
+}
+
 ProcessTable::Entry* ProcessTable::Find(std::uint64_t pid, std::uint64_t start_ticks) {
   const auto found = entries_.find(pid);
   return found != entries_.end() && found->second.start_ticks == start_ticks ? &found->second : nullptr;
@@ -31,6 +36,7 @@ void ProcessTable::Tell(std::uint64_t pid, Entry& entry, std::int64_t at_ns, std
   seen.kind = Observation::Kind::kCame;
   seen.seen_ns = at_ns;
   seen.item = ProcessItem(*entry.program, pid, entry.start_ticks, entry.rules);
+  if (entry.parent) seen.item.parent = ParentKeyOf(*entry.parent);
   into.push_back(std::move(seen));
   entry.told = true;
 }
@@ -51,23 +57,20 @@ void ProcessTable::Take(const ExecSeen& seen, std::vector<Observation>& into) {
   if (before != entries_.end()) TellGone(seen.by.pid, before->second, seen.by.seen_ns, into);
   Entry* entry = Add(seen.by.pid, seen.by.start_ticks);
   if (!entry) return;
+  entry->parent = KnownProgram(seen.parent);
   entry->program = std::make_shared<const Program>(namer_.NameOf(seen));
   entry->named_like_kernel = LooksLikeKernelThread(seen.comm);
   entry->rules = RulesOfProcess(*entry->program, seen.comm);
   Tell(seen.by.pid, *entry, seen.by.seen_ns, into);
-  const auto parent = entries_.find(seen.parent);
-  if (parent != entries_.end() && parent->second.program)
-    into.back().item.parent = ParentKeyOf(*parent->second.program);
 }
 
 void ProcessTable::Take(const ForkSeen& seen) {
   if (seen.by.pid == own_pid_ || Find(seen.by.pid, seen.by.start_ticks)) return;
-  const auto parent = entries_.find(seen.parent);
-  const std::shared_ptr<const Program> program =
-      parent == entries_.end() ? nullptr : parent->second.program;  // Add may move the entries
+  const std::shared_ptr<const Program> program = KnownProgram(seen.parent);
   Entry* entry = Add(seen.by.pid, seen.by.start_ticks);
   if (!entry) return;
   entry->program = program;
+  entry->parent = program;
   entry->named_like_kernel = LooksLikeKernelThread(seen.comm);
   if (program) entry->rules = RulesOfProcess(*program, seen.comm);
   copies_.push_back({seen.by.pid, seen.by.start_ticks, seen.by.seen_ns});
@@ -111,6 +114,7 @@ void ProcessTable::CompareOne(const Process& process, bool exec_lost, std::int64
     entry = Add(pid, process.stat.start_ticks);
     if (!entry) return;
     entry->program = std::make_shared<const Program>(namer_.NameOf(process));
+    entry->parent = KnownProgram(process.stat.parent);
     entry->rules = RulesOfProcess(*entry->program, process.stat.name);
     Tell(pid, *entry, now_ns, into);
     return;

@@ -42,6 +42,7 @@ class ProcessTable {
   struct Entry {
     std::uint64_t start_ticks = 0;
     std::shared_ptr<const Program> program;  // null: not known yet
+    std::shared_ptr<const Program> parent;   // what started it; null: not known
     RuleSet rules;
     bool named_like_kernel = false;
     bool told = false;
@@ -52,6 +53,7 @@ class ProcessTable {
     std::int64_t seen_ns = 0;
   };
 
+  std::shared_ptr<const Program> KnownProgram(std::uint64_t pid) const;
   Entry* Find(std::uint64_t pid, std::uint64_t start_ticks);
   Entry* Add(std::uint64_t pid, std::uint64_t start_ticks);
   void Tell(std::uint64_t pid, Entry& entry, std::int64_t at_ns, std::vector<Observation>& into);

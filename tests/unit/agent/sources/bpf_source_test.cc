@@ -100,6 +100,23 @@ TEST_F(RecordedKernel, OneProgramTakesThePlaceOfAnother) {
               ElementsAre("+ /usr/bin/sh:100", "- /usr/bin/sh:100", "+ /usr/bin/true:100"));
 }
 
+TEST_F(RecordedKernel, WhatStartedAProgramIsToldWithItEveryTime) {
+  Drain();
+  const auto at = static_cast<std::uint64_t>(now_ns);
+  DrainOf({Exec{.path = "/tmp/x", .comm = "x"}.Bytes(), Fork(101, 8, 100, at)});
+  EXPECT_EQ(last[0].item.parent, "/usr/sbin/init");
+  now_ns += kSecond;
+  Drain();
+  ASSERT_EQ(last.size(), 1U);
+  EXPECT_EQ(last[0].item.parent, "/tmp/x");
+  host.AddProcess(100, "x", "/tmp/x (deleted)", 7);
+  host.AddProcess(101, "x", "/tmp/x", 8);
+  now_ns += 31 * kSecond;
+  Drain();
+  ASSERT_EQ(last.size(), 1U);
+  EXPECT_EQ(last[0].item.parent, "/usr/sbin/init");
+}
+
 // What a daemon does: the process that was started ends, its copy goes on.
 TEST_F(RecordedKernel, CopyThatLivesOnIsToldAfterASecond) {
   Drain();
