@@ -117,6 +117,14 @@ TEST_F(WatchTest, LossesAddUpUntilTheyAreTaken) {
   EXPECT_EQ(watch.TakeLost(), 0U);
 }
 
+TEST_F(WatchTest, KernelThatTellsOfNoModulesIsNotSaidToTellOfThem) {
+  events.SetLevel({Level::kEvents, "test", "it loads none"});
+  Watch watch = Make({&events});
+  EXPECT_EQ(LevelOf(watch, "Running Processes").level, (SourceLevel{Level::kEvents, "test", ""}));
+  EXPECT_EQ(LevelOf(watch, "System (kernel modules)").level,
+            (SourceLevel{Level::kNone, "test", "it loads none"}));
+}
+
 TEST_F(WatchTest, WhatCannotBeSeenHasAReason) {
   Watch watch = Make({});
   EXPECT_EQ(LevelOf(watch, "System (failed logins)").level.level, Level::kNone);
