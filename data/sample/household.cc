@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "agent/score/identity.h"
+
 namespace zendrix::sample {
 namespace {
 
@@ -144,7 +146,12 @@ class Household {
   void Alarm(const std::string& subject, RuleSet rules, const std::vector<Item>& members,
              Answer answer = Answer::kNone, const std::vector<Done>& done = {}) {
     agent::Batch batch;
-    batch.alerts.push_back({subject, rules, agent::ComposeRisk(rules), members});
+    agent::Alert alert{subject, rules, agent::ComposeRisk(rules), members};
+    alert.code = agent::AlertCode(kHost, subject);
+    alert.change = identities_.ChangeOf(alert.risk, true, alert.code);
+    // Once each: a decision that is tried on the sample goes nowhere.
+    alert.has_forerunner = true;
+    batch.alerts.push_back(std::move(alert));
     std::string text = Write(batch);
     for (const Done& one : done) {
       Replace(text, Joined(one.monitor_name, "=failed (the Agent only observes)"),
@@ -377,6 +384,7 @@ class Household {
   std::vector<Item> present_;
   double memory_ = 38.5;
   double traffic_ = 40;
+  agent::Identities identities_;
   History history_;
 };
 
