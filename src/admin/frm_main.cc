@@ -249,8 +249,7 @@ void frmMain::SetUsable(bool usable) {
 void frmMain::ShowWindow(WindowState wanted) {
   state = wanted;
   LayOut();
-  // A desktop takes a window that is brought forward out of the task bar again.
-  if (wanted != WindowState::kMinimised) bring_forward.Raise();
+  bring_forward.Raise();
   visible = true;
 }
 
@@ -264,11 +263,7 @@ void frmMain::Tray_Mouse(int message) {
 }
 
 void frmMain::ComeForward() {
-  if (enabled) {
-    if (state.Get() == WindowState::kMinimised) state = WindowState::kNormal;
-    visible = true;
-  }
-  bring_forward.Raise();
+  if (enabled || visible) BringUp();
 }
 
 // While a modal window is open the form is disabled, and the commands of its menu do nothing.
@@ -296,7 +291,7 @@ void frmMain::MnVLogs_Click() {
   if (!TakesCommands()) return;
   frmLog& viewer = logs_.Open(app.host(), LogNeeds{app, log, screen, metrics});
   app.host().Show(viewer);
-  viewer.bring_forward.Raise();
+  viewer.BringUp();
 }
 
 void frmMain::MnHAbout_Click() {

@@ -56,8 +56,7 @@ void GridFilter::MnTQuery_Click() {
                                       frame_.GridChangeList, [this] { ApplyFilter(); },
                                       [this] { ResetFilterItems(); }, [this] { RestoreGrids(); }});
   frame_.app.host().Show(dialog);
-  if (dialog.state.Get() == widgets::WindowState::kMinimised) dialog.state = widgets::WindowState::kNormal;
-  dialog.bring_forward.Raise();
+  dialog.BringUp();
 }
 
 void GridFilter::TbarFilter_Click() {

@@ -65,7 +65,7 @@ void Timeline::MnVChart_Click() {
   widgets::FormHost& host = frame_.app.host();
   frmChart& window = charts_.Open(host, frame_.app, slots_);
   host.Show(window, {.owner = &frame_.window});
-  window.bring_forward.Raise();
+  window.BringUp();
 }
 
 }  // namespace zendrix::admin

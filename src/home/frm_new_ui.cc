@@ -225,8 +225,7 @@ void frmNewUI::ShowOnlyPane(int index) {
 void frmNewUI::ShowWindow(WindowState wanted) {
   if (!enabled) return;
   state = wanted;
-  // A desktop takes a window that is brought forward out of the task bar again.
-  if (wanted != WindowState::kMinimised) bring_forward.Raise();
+  bring_forward.Raise();
   visible = true;
 }
 
@@ -251,11 +250,7 @@ void frmNewUI::Tray_Mouse(int message) {
 }
 
 void frmNewUI::ComeForward() {
-  if (enabled) {
-    if (state.Get() == WindowState::kMinimised) state = WindowState::kNormal;
-    visible = true;
-  }
-  bring_forward.Raise();
+  if (enabled || visible) BringUp();
 }
 
 void frmNewUI::mPopRestore_Click() {

@@ -11,7 +11,7 @@ frmTour& PortalWindows::Tour() {
 void PortalWindows::ShowTour() {
   frmTour& tour = Tour();
   needs_.state.host().Show(tour);
-  tour.bring_forward.Raise();
+  tour.BringUp();
 }
 
 void PortalWindows::TakeSurvey() {

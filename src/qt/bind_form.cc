@@ -17,7 +17,8 @@ FormWindow::FormWindow(widgets::Form& form, const Toolkit& kit, Qt::WindowFlags 
   setObjectName(ToQt(form.name()));
   Reflect(this, form_.title, [this](const std::string& text) { setWindowTitle(ToQt(text)); });
   Keep(this, form_.bring_forward.Connect([this] {
-    if (!isVisible()) return;
+    // A desktop takes a window that is activated out of the task bar.
+    if (!isVisible() || form_.state.Get() == WindowState::kMinimised) return;
     raise();
     activateWindow();
   }));

@@ -18,6 +18,12 @@ void Form::Load() {
   OnLoad();
 }
 
+void Form::BringUp() {
+  if (state.Get() == WindowState::kMinimised) state = WindowState::kNormal;
+  visible = true;
+  bring_forward.Raise();
+}
+
 // Each step may run the message loop or tell others, and one of them may unload or destroy the form.
 bool Form::Unload(UnloadCause cause) {
   if (!loaded_) return true;

@@ -50,8 +50,11 @@ class Form {
   bool Unload(UnloadCause cause = UnloadCause::kCode);
   // Stays above the windows of other programs.
   Observed<bool> on_top{false};
-  // Asks the window to come to the front.
+  // Asks the window to come to the front. One that is minimised stays so: it has the front of its own task
+  // bar entry.
   Signal<> bring_forward;
+  // Shows the form, out of the task bar if it is there, in front of the others.
+  void BringUp();
   // Asks to be painted now, without waiting for the event loop.
   Signal<> repaint;
   // Asks for the middle of the screen area that windows may use.

@@ -618,6 +618,28 @@ TEST_F(FormWindowTest, StateGoesBothWays) {
   EXPECT_EQ(form_.state.Get(), widgets::WindowState::kMinimised);
 }
 
+// A desktop takes a window that is activated out of the task bar again: "Minimize" of the tray's menu did
+// nothing.
+TEST_F(FormWindowTest, MinimisedWindowThatIsAskedForwardStaysMinimised) {
+  struct Raises : QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+      if (event->type() == QEvent::ZOrderChange) ++count;
+      return false;
+    }
+    int count = 0;
+  } raises;
+  form_.visible = true;
+  form_.state = widgets::WindowState::kMinimised;
+  window_.installEventFilter(&raises);
+  form_.bring_forward.Raise();
+  EXPECT_TRUE(window_.isMinimized());
+  EXPECT_EQ(raises.count, 0);
+  form_.BringUp();
+  EXPECT_FALSE(window_.isMinimized());
+  EXPECT_GT(raises.count, 0);
+  EXPECT_EQ(form_.state.Get(), widgets::WindowState::kNormal);
+}
+
 TEST_F(FormWindowTest, MaximisedWindowThatWasHiddenComesForwardMaximised) {
   form_.visible = true;
   form_.state = widgets::WindowState::kMaximised;

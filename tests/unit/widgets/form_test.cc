@@ -60,6 +60,18 @@ TEST_F(FormTest, IsLoadedFromItsComingIntoBeing) {
   EXPECT_EQ(form_->name(), "frmTest");
 }
 
+TEST_F(FormTest, BringUpShowsTheFormOutOfTheTaskBarBeforeItComesForward) {
+  std::vector<std::pair<bool, WindowState>> seen;
+  const auto front = form_->bring_forward.Connect([&] { seen.emplace_back(form_->visible, form_->state); });
+  form_->visible = false;
+  form_->state = WindowState::kMinimised;
+  form_->BringUp();
+  form_->state = WindowState::kMaximised;
+  form_->BringUp();
+  EXPECT_THAT(seen,
+              ElementsAre(std::pair(true, WindowState::kNormal), std::pair(true, WindowState::kMaximised)));
+}
+
 TEST_F(FormTest, UnloadAsksThenUnloadsThenHidesAndTellsWhenItHasLeftTheList) {
   EXPECT_TRUE(form_->Unload());
   EXPECT_THAT(told_, ElementsAre("query code", "unload", "hidden", "unloaded"));
