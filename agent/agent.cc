@@ -60,10 +60,8 @@ Agent::Agent(AgentParts parts, Options options)
       recordings_(MakeRecordings(parts_, options_)),
       decisions_(parts_.files,
                  options_.state.empty() ? options_.folder : platform::JoinPath(options_.state, "home")),
-      own_scorer_(parts_.scorer == nullptr ? MakeRuleScorer() : nullptr),
-      scorer_(parts_.scorer == nullptr ? *own_scorer_ : *parts_.scorer),
       watch_(parts_.host, parts_.clock, parts_.own_pid, options_.interval_seconds * 1000, parts_.sources),
-      pace_(parts_.clock.MonotonicMs(), [this](const Item& item) { return scorer_.IsKnown(item); }) {}
+      pace_(parts_.clock.MonotonicMs(), [this](const Item& item) { return parts_.scorer.IsKnown(item); }) {}
 
 int Agent::Run() {
   if (!OpenRecordings()) return 1;
@@ -111,8 +109,9 @@ void Agent::Turn() {
 }
 
 void Agent::FollowDecisions() {
-  for (const std::string& message : decisions_.Follow(scorer_, parts_.clock.MonotonicMs())) Log(message);
-  for (const std::string& message : scorer_.TakeMessages()) Log(CleanText(message));
+  for (const std::string& message : decisions_.Follow(parts_.scorer, parts_.clock.MonotonicMs()))
+    Log(message);
+  for (const std::string& message : parts_.scorer.TakeMessages()) Log(CleanText(message));
 }
 
 // What is there at the start goes into the session that every file begins with.
@@ -259,7 +258,7 @@ void Agent::Deliver(const std::vector<Event>& told, bool at_end) {
     recording.Begin(Present());
     if (&recording != &First()) continue;
     // The alerts of what is still there belong into the new file too.
-    scorer_.BeginFile();
+    parts_.scorer.BeginFile();
     auto before = std::exchange(unweighed_, PresentEvents(watch_.ledger().Items()));
     Append(unweighed_, measures_.Present());
     std::erase_if(before, [](const Event& event) { return event.kind == EventKind::kPresent; });
@@ -278,9 +277,9 @@ void Agent::Deliver(const std::vector<Event>& told, bool at_end) {
 // kept, and what a full disk refused is weighed again.
 void Agent::WriteFirst(bool at_end) {
   const Moment now = Now();
-  auto alerts = scorer_.Weigh(unweighed_, now);
+  auto alerts = parts_.scorer.Weigh(unweighed_, now);
   if (at_end) {
-    for (Alert& alert : scorer_.Rest(now)) alerts.push_back(std::move(alert));
+    for (Alert& alert : parts_.scorer.Rest(now)) alerts.push_back(std::move(alert));
   }
   const std::size_t left_out = alerts.size() > kMostAlerts ? alerts.size() - kMostAlerts : 0;
   alerts.erase(alerts.begin(), alerts.begin() + static_cast<std::ptrdiff_t>(left_out));
@@ -298,7 +297,7 @@ void Agent::WriteFirst(bool at_end) {
   if (!second && First().IsFailing()) return;
   unweighed_.clear();
   if (!second) return;
-  scorer_.Raised(alerts, *second, now);
+  parts_.scorer.Raised(alerts, *second, now);
   minute_.alerts += alerts.size();
   for (Recording& recording : recordings_) {
     if (&recording != &First()) recording.AddAlerts(alerts);

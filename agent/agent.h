@@ -34,13 +34,13 @@ struct AgentParts {
   HostView& host;
   platform::Files& files;
   platform::Clock& clock;
+  Scorer& scorer;
   std::ostream& errors;                  // for the person who started it
   std::function<bool()> stop_requested;  // asked at every turn
   std::string host_name;                 // raw
   std::uint64_t own_pid = 0;
   std::function<void()> on_first_look = {};  // once, when it has been written
   std::vector<Source*> sources = {};         // best first; what they do not cover is looked at
-  Scorer* scorer = nullptr;                  // nullptr: the fixed rules
   // Rests for so many milliseconds at most, less when a source has something; nothing: the clock's Sleep.
   std::function<void(std::int64_t)> wait = {};
   std::function<std::int64_t()> boot_ms = {};  // CLOCK_BOOTTIME; nothing: the clock that never goes back
@@ -86,8 +86,6 @@ class Agent {
   const std::string status_path_;
   std::vector<Recording> recordings_;
   DecisionFiles decisions_;  // in the first folder
-  std::unique_ptr<Scorer> own_scorer_;
-  Scorer& scorer_;
   Watch watch_;
   Pace pace_;
   Measures measures_;

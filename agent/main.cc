@@ -153,7 +153,9 @@ int Record(const Options& options, zendrix::agent::HostView& host) {
   }
   const Sources sources = options.once ? Sources() : MakeSources(options, host, clock);
   Waiting waiting(sources);
-  zendrix::agent::AgentParts parts{host, files, clock, std::cerr, {}, facts.ComputerName(), 0};
+  const auto scorer = zendrix::agent::MakeBaselineScorer(
+      {host, BaselineOf(options), static_cast<std::int64_t>(clock.NowUtc())});
+  zendrix::agent::AgentParts parts{host, files, clock, *scorer, std::cerr, {}, facts.ComputerName(), 0};
   // With its folder an Agent goes too: nobody would read it, and nobody could stop it.
   parts.stop_requested = [&lock] { return stop_signal != 0 || !lock.CanBeFound(); };
   parts.own_pid = static_cast<std::uint64_t>(getpid());
@@ -161,9 +163,6 @@ int Record(const Options& options, zendrix::agent::HostView& host) {
   for (const auto& source : sources) parts.sources.push_back(source.get());
   parts.wait = [&waiting](std::int64_t milliseconds) { waiting.Rest(milliseconds); };
   parts.boot_ms = BootMs;
-  const auto scorer = zendrix::agent::MakeBaselineScorer(
-      {host, BaselineOf(options), static_cast<std::int64_t>(clock.NowUtc())});
-  parts.scorer = scorer.get();
   return zendrix::agent::Agent(std::move(parts), options).Run();
 }
 

@@ -71,7 +71,4 @@ struct ScorerParts {
 // Weighs what happens against what is usual on this host (see docs/scoring.md).
 std::unique_ptr<Scorer> MakeBaselineScorer(const ScorerParts& parts);
 
-// Weighs by the fixed rules alone and remembers nothing of earlier runs; everything is unknown to it.
-std::unique_ptr<Scorer> MakeRuleScorer();
-
 }  // namespace zendrix::agent

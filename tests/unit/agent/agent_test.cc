@@ -1,25 +1,13 @@
 #include "agent/agent.h"
 
-#include <sstream>
-
-#include "agent/host/text.h"
-#include "platform/memory/fake_clock.h"
-#include "platform/memory/memory_files.h"
-#include "unit/agent/fake_host.h"
+#include "unit/agent/agent_fixture.h"
 
 namespace zendrix::agent {
 namespace {
 
-constexpr const char* kEvents = "/z/KorvessaMonitoring.kvl";
-constexpr const char* kLog = "/z/KorvessaEventLog.kvl";
-constexpr const char* kStatus = "/z/zendrix-agent.status";
-
-class AgentTest : public ::testing::Test {
+class AgentTest : public AgentFixture {
  protected:
   AgentTest() {
-    clock.SetUtc(1700000000);
-    files.Put("/z/zendrix.ini", "");
-    options.folder = "/z";
     host.texts["/etc/passwd"] = "root:x:0:0::/root:/bin/bash\n";
     host.texts["/proc/meminfo"] = "MemTotal: 1000 kB\nMemAvailable: 900 kB\n";
     host.AddProcess(10, "sshd", "/usr/sbin/sshd");
@@ -29,7 +17,7 @@ class AgentTest : public ::testing::Test {
   int Run(std::function<void(std::int64_t)> act = {}) {
     const std::int64_t start = clock.MonotonicMs();
     std::int64_t told = -1;
-    AgentParts parts{host, files, clock, errors, {}, "vm", 42};
+    AgentParts parts = Parts(files);
     parts.stop_requested = [&, act, start] {
       const std::int64_t seconds = (clock.MonotonicMs() - start) / 1000;
       if (act && seconds > told) act(told = seconds);
@@ -38,20 +26,6 @@ class AgentTest : public ::testing::Test {
     return Agent(parts, options).Run();
   }
 
-  std::vector<std::string> Lines(const std::string& path, const std::string& with = "") {
-    std::vector<std::string> lines;
-    const std::string text = files.Get(path);
-    for (const auto line : SplitLines(text)) {
-      if (line.find(with) != std::string_view::npos) lines.emplace_back(line);
-    }
-    return lines;
-  }
-
-  FakeHost host;
-  platform::MemoryFiles files;
-  platform::FakeClock clock;
-  std::ostringstream errors;
-  Options options;
   bool stop = false;
 };
 
@@ -78,7 +52,7 @@ TEST_F(AgentTest, OneLookWritesASession) {
 // A console that started an Agent on a full disk said that the computer is watched.
 TEST_F(AgentTest, FirstLookIsToldOnceAndNotBeforeItIsWritten) {
   std::vector<std::string> at;
-  AgentParts parts{host, files, clock, errors, {}, "vm", 42};
+  AgentParts parts = Parts(files);
   parts.stop_requested = [&] { return clock.NowUtc() > 1700000020; };
   parts.on_first_look = [&] { at.push_back(files.Get(kEvents)); };
   files.FailNext(platform::FileOp::kAppend, kEvents, platform::ErrorKind::kNoSpace);

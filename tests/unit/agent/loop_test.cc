@@ -1,14 +1,8 @@
 // The Agent's loop with sources that play what a test gives them.
-#include <sstream>
-
-#include "agent/agent.h"
-#include "agent/host/text.h"
 #include "agent/sources/memory/recorded_source.h"
-#include "platform/memory/fake_clock.h"
 #include "platform/memory/faulty_files.h"
-#include "platform/memory/memory_files.h"
 #include "platform/process.h"
-#include "unit/agent/fake_host.h"
+#include "unit/agent/agent_fixture.h"
 
 namespace zendrix::agent {
 namespace {
@@ -19,9 +13,6 @@ using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
 constexpr std::int64_t kNow = 1700000000;
-constexpr const char* kEvents = "/z/KorvessaMonitoring.kvl";
-constexpr const char* kLog = "/z/KorvessaEventLog.kvl";
-constexpr const char* kStatus = "/z/zendrix-agent.status";
 
 Item Process(const std::string& program, std::uint64_t pid, RuleSet rules = {}) {
   return MakeItem(monitor::kProcesses, program + ":" + std::to_string(pid), rules, program);
@@ -31,14 +22,8 @@ Item Unusual(const std::string& program, std::uint64_t pid) {
   return Process(program, pid, {Rule::kProgramInTemporaryFolder});
 }
 
-class LoopTest : public testing::Test {
+class LoopTest : public AgentFixture {
  protected:
-  LoopTest() {
-    clock.SetUtc(kNow);
-    files.Put("/z/zendrix.ini", "");
-    options.folder = "/z";
-  }
-
   // Runs for so many milliseconds; `act` is called at every turn with the milliseconds since the start.
   int Run(std::int64_t milliseconds, std::function<void(std::int64_t)> act = {}) {
     return RunOn(files, milliseconds, std::move(act));
@@ -47,34 +32,18 @@ class LoopTest : public testing::Test {
   int RunOn(platform::Files& on, std::int64_t milliseconds, std::function<void(std::int64_t)> act = {}) {
     const std::int64_t start = clock.MonotonicMs();
     std::int64_t told = -1;
-    AgentParts parts{host, on, clock, errors, {}, "vm", 42};
+    AgentParts parts = Parts(on);
     parts.stop_requested = [&, act, start] {
       const std::int64_t passed = clock.MonotonicMs() - start;
       if (act && passed > told) act(told = passed);
       return passed >= milliseconds;
     };
     parts.sources = {&source};
-    parts.scorer = scorer;
     parts.boot_ms = [this] { return clock.MonotonicMs() + slept_ms; };
     return Agent(std::move(parts), options).Run();
   }
 
-  std::vector<std::string> Lines(const std::string& path, const std::string& with = "") {
-    std::vector<std::string> lines;
-    const std::string text = files.Get(path);
-    for (const auto line : SplitLines(text)) {
-      if (line.find(with) != std::string_view::npos) lines.emplace_back(line);
-    }
-    return lines;
-  }
-
-  FakeHost host;
-  platform::MemoryFiles files;
-  platform::FakeClock clock;
   RecordedSource source{{monitor::kProcesses, monitor::kSystem}, {Level::kEvents, "test", ""}};
-  std::ostringstream errors;
-  Options options;
-  Scorer* scorer = nullptr;
   std::int64_t slept_ms = 0;
 };
 

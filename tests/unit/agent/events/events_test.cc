@@ -1,7 +1,6 @@
 #include "agent/events/events.h"
 
 #include "agent/events/measures.h"
-#include "agent/score/alerts.h"
 #include "unit/agent/fake_host.h"
 
 namespace zendrix::agent {
@@ -177,77 +176,6 @@ TEST(Measures, ManyFailedLoginsAreUnusualAndAFewAreOnlyTold) {
   EXPECT_EQ(events[0].change, 5);
   seen.failed_logins = 0;  // the record was begun anew
   EXPECT_TRUE(measures.Take(seen).empty());
-}
-
-class Alerts : public ::testing::Test {
- protected:
-  std::vector<Alert> Find(const std::vector<Event>& events, std::int64_t now_ms = 0,
-                          const std::vector<Item>& present = {}) {
-    auto alerts = finder.Find(events, present, now_ms);
-    finder.Raised(alerts, now_ms);
-    return alerts;
-  }
-
-  const Item process = MakeItem(monitor::kProcesses, "/tmp/x:7", {Rule::kProgramInTemporaryFolder}, "/tmp/x");
-  const Item port = MakeItem(monitor::kPorts, "4444:/tmp/x", {Rule::kPortOpenToAll}, "/tmp/x");
-  AlertFinder finder;
-};
-
-TEST_F(Alerts, OrdinaryEventsRaiseNone) {
-  EXPECT_TRUE(Find(PresentEvents({MakeItem(monitor::kProcesses, "/bin/x:1")})).empty());
-}
-
-TEST_F(Alerts, EventsOfOneSubjectMakeOneAlert) {
-  const auto alerts = Find(PresentEvents({port, process}));
-  ASSERT_EQ(alerts.size(), 1U);
-  EXPECT_EQ(alerts[0].subject, "/tmp/x");
-  EXPECT_DOUBLE_EQ(alerts[0].risk, ComposeRisk({Rule::kProgramInTemporaryFolder, Rule::kPortOpenToAll}));
-  ASSERT_EQ(alerts[0].members.size(), 2U);
-  EXPECT_EQ(alerts[0].members[0].description, "/tmp/x:7") << "heaviest first";
-}
-
-TEST_F(Alerts, SubjectsDoNotMix) {
-  Item other = port;
-  other.subject = "/usr/sbin/y";
-  EXPECT_EQ(Find(PresentEvents({process, other})).size(), 2U);
-}
-
-TEST_F(Alerts, HeaviestAlertComesLast) {
-  Item light = port;
-  light.subject = "/usr/sbin/y";
-  const auto alerts = Find(PresentEvents({process, light}));
-  ASSERT_EQ(alerts.size(), 2U);
-  EXPECT_EQ(alerts[0].subject, "/usr/sbin/y");
-  EXPECT_EQ(alerts[1].subject, "/tmp/x");
-}
-
-TEST_F(Alerts, NewEventIsWeighedWithWhatIsKnownOfItsSubject) {
-  Find(PresentEvents({process}));
-  const auto alerts = Find(ChangeEvents({{}, {port}}), 1000, {process, port});
-  ASSERT_EQ(alerts.size(), 1U);
-  EXPECT_EQ(alerts[0].members.size(), 2U);
-  EXPECT_TRUE(alerts[0].rules.Has(Rule::kProgramInTemporaryFolder));
-  EXPECT_TRUE(alerts[0].rules.Has(Rule::kPortNew));
-}
-
-TEST_F(Alerts, WhatWentRaisesNone) {
-  EXPECT_TRUE(Find(ChangeEvents({{process}, {}})).empty());
-}
-
-TEST_F(Alerts, SameAlertIsNotRepeatedWithinTenMinutes) {
-  EXPECT_EQ(Find(ChangeEvents({{}, {process}}), 0).size(), 1U);
-  EXPECT_TRUE(Find(ChangeEvents({{}, {process}}), AlertFinder::kRepeatAfterMs - 1).empty());
-  EXPECT_EQ(Find(ChangeEvents({{}, {process}}), AlertFinder::kRepeatAfterMs).size(), 1U);
-}
-
-TEST_F(Alerts, AlertThatSaysMoreIsRaisedAtOnce) {
-  Find(ChangeEvents({{}, {process}}), 0);
-  EXPECT_EQ(Find(ChangeEvents({{}, {process, port}}), 1).size(), 1U);
-}
-
-TEST_F(Alerts, AlertThatWasNotWrittenIsFoundAgain) {
-  EXPECT_EQ(finder.Find(PresentEvents({process}), {}, 0).size(), 1U);
-  EXPECT_EQ(finder.Find(PresentEvents({process}), {}, 1).size(), 1U);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "alerts/activations.h"
 #include "alerts/risk.h"
 #include "support/alert_fixture.h"
+#include "unit/agent/eager_scorer.h"
 #include "unit/agent/fake_host.h"
 
 namespace zendrix::agent {
@@ -36,8 +37,7 @@ class ConsoleReads : public test::AlertFixture {
     options.for_seconds = seconds;
     const std::int64_t start = platform().clock.MonotonicMs();
     std::int64_t told = -1;
-    AgentParts parts{host, platform().files, platform().clock, errors, {}, "vm", 42};
-    parts.scorer = scorer.get();
+    AgentParts parts{host, platform().files, platform().clock, *scorer, errors, {}, "vm", 42};
     parts.stop_requested = [&] {
       const std::int64_t now = (platform().clock.MonotonicMs() - start) / 1000;
       if (act && now > told) act(told = now);
@@ -60,7 +60,7 @@ class ConsoleReads : public test::AlertFixture {
 
   FakeHost host;
   std::ostringstream errors;
-  std::unique_ptr<Scorer> scorer;  // none: the fixed rules
+  std::unique_ptr<Scorer> scorer = std::make_unique<EagerScorer>();
 };
 
 TEST_F(ConsoleReads, EveryDescriptionIsARowOfItsOwn) {
