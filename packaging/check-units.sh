@@ -1,0 +1,76 @@
+#!/usr/bin/env bash
+# Holds the units, users and folders of an installed system to what systemd itself says of them, in a tree of their own:
+# nothing of this computer is changed. Exit status 77 where systemd is missing.
+set -euo pipefail
+cd "$(dirname "$0")"
+for tool in systemd-analyze systemd-sysusers systemd-tmpfiles; do
+  command -v $tool >/dev/null || { echo "SKIPPED: $tool is missing (package systemd)" >&2; exit 77; }
+done
+tree=$(mktemp -d)
+trap 'rm -rf "$tree"' EXIT
+broken=0
+complain() { echo "units: $1" >&2; broken=1; }
+
+mkdir -p "$tree"/{etc/systemd/system,usr/lib/systemd,var/lib}
+ln -s usr/lib "$tree/lib"
+cp -r /lib/systemd/system "$tree/usr/lib/systemd/"
+cp systemd/* "$tree/etc/systemd/system/"
+cp -r sysusers.d tmpfiles.d "$tree/usr/lib/"
+# Only that the programs are there can be verified, not what they do.
+for program in $(sed -n 's/^ExecStart=\([^ ]*\).*/\1/p' systemd/*.service); do
+  install -D -m 755 /dev/null "$tree$program"
+done
+
+for unit in systemd/*; do
+  said=$(systemd-analyze verify --root="$tree" --recursive-errors=no --man=no "$(basename "$unit")" 2>&1) || true
+  [ -z "$said" ] || complain "$said"
+done
+
+# most UNIT EXPOSURE: systemd's own measure of what a service that was taken over could do, from 0 to 10.
+most() {
+  systemd-analyze security --root="$tree" --offline=yes --no-pager --threshold=$(awk "BEGIN {print $2 * 10}") "$1" >"$tree/said" 2>&1 ||
+    complain "$1 is exposed more than $2: $(tail -n 1 "$tree/said")"
+}
+most zendrix.service 2.1
+most zendrix-act.service 2.7
+most zendrix-mail.service 1.3
+
+# Rights are a promise, so a new one is to be noticed. Also what no measure counts.
+has() { grep -qxF -- "$2" "systemd/$1" || complain "$1 lost the line $2"; }
+for line in User=zendrix ProtectSystem=strict ProtectHome=read-only NoNewPrivileges=yes MemoryDenyWriteExecute=yes \
+  "RestrictAddressFamilies=AF_UNIX AF_NETLINK" IPAddressDeny=any \
+  "CapabilityBoundingSet=CAP_BPF CAP_PERFMON CAP_SYS_PTRACE CAP_DAC_READ_SEARCH"; do
+  has zendrix.service "$line"
+done
+has zendrix-act.service PrivateNetwork=yes
+has zendrix-mail.service CapabilityBoundingSet=
+networked=$(grep -lE '^RestrictAddressFamilies=.*AF_INET' systemd/*.service)
+[ "$networked" = systemd/zendrix-mail.service ] || complain "the network is reached by: $networked"
+
+systemd-sysusers --root="$tree" zendrix.conf >"$tree/said" 2>&1 || complain "the users cannot be made: $(cat "$tree/said")"
+id_of() { awk -F : -v name="$1" '$1 == name {print $3}' "$tree/etc/$2"; }
+members_of() { awk -F : -v name="$1" '$1 == name {print $4}' "$tree/etc/group"; }
+[ "$(members_of zendrix)" = zendrix-mail ] || complain "the group zendrix has the members $(members_of zendrix)"
+[ "$(members_of zendrix-state)" = zendrix ] || complain "the group zendrix-state has the members $(members_of zendrix-state)"
+if [ "$(id -u)" = 0 ]; then
+  # Names in an access list are looked up on this computer and not in the tree.
+  sed -i "s/user:zendrix-mail:/user:$(id_of zendrix-mail passwd):/" "$tree/usr/lib/tmpfiles.d/zendrix.conf"
+  said=$(systemd-tmpfiles --root="$tree" --create zendrix.conf 2>&1) || complain "the folders cannot be made"
+  # A second time over what is there, as at each start of the computer.
+  said+=$(systemd-tmpfiles --root="$tree" --create zendrix.conf 2>&1) || complain "the folders cannot be made again"
+  [ -z "$said" ] || complain "$said"
+  agent=$(id_of zendrix passwd):$(id_of zendrix group) mail=$(id_of zendrix-mail passwd):$(id_of zendrix-mail group)
+  while read -r path mode owner; do
+    found=$(stat -c '%a %u:%g' "$tree/var/lib/zendrix$path")
+    [ "$found" = "$mode $owner" ] || complain "/var/lib/zendrix$path is $found and not $mode $owner"
+  done <<EOF
+/ 1771 0:$(id_of zendrix-state group)
+/home 2750 $agent
+/admin 2750 $agent
+/quarantine 700 0:0
+/mail 700 $mail
+EOF
+else
+  echo "units: rights of folders are looked at only as root" >&2
+fi
+exit $broken
