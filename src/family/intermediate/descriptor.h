@@ -30,6 +30,9 @@ class Descriptor {
 // Why nothing was done, as a plain sentence for the user. Thrown and caught inside the library only.
 struct Refused {
   std::string sentence;
+  // Only for want of rights: the file is somebody else's, or lies where this user may not look. Whoever has
+  // the rights may be asked.
+  bool for_want_of_rights = false;
 };
 
 }  // namespace zendrix::family

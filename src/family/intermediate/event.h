@@ -14,6 +14,7 @@ struct Event {
   std::optional<std::int64_t> moment;  // UTC seconds
   std::string alert;                   // the alert's DateUTC
   bool shown = true;                   // whether the alert's page has a row for it
+  std::string sha256 = {};             // of the contents that are meant; empty: whatever they are
 };
 
 }  // namespace zendrix::family

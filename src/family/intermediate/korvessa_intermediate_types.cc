@@ -69,12 +69,13 @@ std::int32_t Tell(char* message, std::int32_t size, Operation&& operation) noexc
     return 0;
   } catch (const Refused& refused) {
     FillSentence(refused.sentence, message, size);
+    return refused.for_want_of_rights ? kForWantOfRights : kRefused;
   } catch (...) {
     // No room for a std::string here: want of memory is what leads to this place. What was begun is brought
     // to an end by the next operation.
     Fill("The computer is short of memory. Try again in a moment.", message, size);
   }
-  return 1;
+  return kRefused;
 }
 
 }  // namespace

@@ -7,6 +7,11 @@
 
 namespace zendrix::family {
 
+// What the functions of quarantine return that fill a message, 0 beside them.
+inline constexpr std::int32_t kRefused = 1;
+// The file is somebody else's, or lies where this user may not look: one who has more rights could do it.
+inline constexpr std::int32_t kForWantOfRights = 2;
+
 extern "C" {
 
 // Where the Quarantine folder is (the console's program folder), and whether to act: with `pretend` other

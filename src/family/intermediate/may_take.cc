@@ -68,8 +68,8 @@ void RequireMayTake(Subject& subject, const Event& event, const std::string& pro
     throw Refused{name + " belongs to Zendrix itself and stays where it is."};
   if (system && !autostart)
     throw Refused{name + " lies in a folder of the system, which Zendrix leaves alone when it runs as root."};
-  if (file.status.st_uid != outside.user)
-    throw Refused{name + " belongs to somebody else. Nothing was changed."};
+  if (file.status.st_uid != outside.user && !outside.any_owner)
+    throw Refused{name + " belongs to somebody else. Nothing was changed.", true};
   if (subject.kind == DescriptionKind::kAutostartEntry && !autostart)
     throw Refused{name + " is no entry of an autostart folder. Nothing was changed."};
   if (!autostart && (file.status.st_mode & kCanBeRun) == 0)

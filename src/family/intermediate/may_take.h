@@ -1,7 +1,7 @@
 // The rule of what may be put in quarantine. Everything that it does not allow stays, and one plain sentence
 // says why:
 // - a plain file with one name on the disk, that can be run or is an entry of an autostart place;
-// - owned by the user who clicks;
+// - owned by the user who clicks, unless the superuser acts for him with his consent;
 // - no part of Zendrix (own_parts.h), and no part of a package unless its contents are not the package's
 //   (package_record.h);
 // - the very file that the event's process runs (running_program.h); of an autostart event the entry itself,

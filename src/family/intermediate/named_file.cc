@@ -5,6 +5,7 @@
 #include <limits.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <optional>
 
 #include "family/intermediate/file_work.h"
@@ -68,21 +69,26 @@ std::string Shortened(const std::string& name, std::size_t most) {
   throw Refused{"A symbolic link leads to " + NameToTell(path) + ". Nothing was changed."};
 }
 
-// What one of the candidates names, whatever it is.
-std::optional<NamedFile> Find(const std::string& path) {
+// What one of the candidates names, whatever it is. `denied` becomes true where nobody may look.
+std::optional<NamedFile> Find(const std::string& path, bool& denied) {
   NamedFile found;
   found.place = OpenPlace(path);
+  denied = denied || found.place.denied;
   if (!found.place.folder.valid()) return std::nullopt;
   found.handle = OpenHandle(found.place.folder.get(), found.place.name, found.status);
-  if (!found.handle.valid()) return std::nullopt;
+  if (!found.handle.valid()) {
+    denied = denied || errno == EACCES;
+    return std::nullopt;
+  }
   return found;
 }
 
 // The one thing that the paths name.
 NamedFile FindOne(const std::vector<std::string>& paths) {
   std::optional<NamedFile> one;
+  bool denied = false;
   for (const auto& path : paths) {
-    auto next = Find(path);
+    auto next = Find(path, denied);
     if (!next) continue;
     if (!one) {
       one = std::move(next);
@@ -93,7 +99,8 @@ NamedFile FindOne(const std::vector<std::string>& paths) {
     }
   }
   if (!one)
-    throw Refused{"This event names no file on this computer, so there is nothing to put in quarantine."};
+    throw Refused{"This event names no file on this computer, so there is nothing to put in quarantine.",
+                  denied};
   return std::move(*one);
 }
 
@@ -157,6 +164,7 @@ Place OpenPlace(const std::string& path) {
     if (place.name == "." || place.name == "..") return Place{Descriptor(), "", path, {}};
     if (i + 1 == parts.size()) return place;
     Descriptor folder = OpenHandle(place.folder.get(), place.name, status);
+    if (!folder.valid() && errno == EACCES) return Place{Descriptor(), "", path, {}, true};
     if (folder.valid() && S_ISLNK(status.st_mode)) RefuseLink(path);
     if (!folder.valid() || !S_ISDIR(status.st_mode)) break;
     place.folder = std::move(folder);

@@ -26,6 +26,7 @@ struct Place {
   std::string name;
   std::string path;
   std::vector<FolderId> folders;  // all that were gone through, "/" first
+  bool denied = false;            // the folder is invalid because it may not be entered
 };
 
 // Opens the folder of an absolute path. Invalid folder when it does not exist; refuses links on the way.

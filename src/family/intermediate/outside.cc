@@ -69,6 +69,13 @@ std::string ExecutableFolder() {
 
 }  // namespace
 
+Outside ThisComputerFor(uid_t user) {
+  Outside outside = ThisComputer();
+  outside.any_owner = true;
+  for (std::string& place : AutostartPlaces(user)) outside.autostart_places.push_back(std::move(place));
+  return outside;
+}
+
 Outside ThisComputer() {
   Outside outside;
   outside.user = ::geteuid();

@@ -18,6 +18,9 @@ namespace zendrix::family {
 struct Outside {
   // Who clicks. The superuser is bound by more rules than others.
   uid_t user = 0;
+  // Whether files of others may be taken too. Only for the superuser, and only where somebody has asked the
+  // one who clicks for his consent.
+  bool any_owner = false;
   // The moment of the click, in UTC seconds.
   std::function<std::int64_t()> now = [] { return std::int64_t{::time(nullptr)}; };
   // How far the clock was set since the quarantine was configured; the quarantine itself keeps watch.
@@ -50,5 +53,8 @@ struct Outside {
 };
 
 Outside ThisComputer();
+// The same for the superuser who acts for another user: that user's autostart places count as well, and
+// files of any owner may be taken.
+Outside ThisComputerFor(uid_t user);
 
 }  // namespace zendrix::family

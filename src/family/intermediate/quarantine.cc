@@ -91,6 +91,7 @@ Descriptor Quarantine::OpenSweptStore(const Descriptor& home) const {
 }
 
 std::string Quarantine::PutAway(const Event& event) {
+  taken_.reset();
   clock_.Look(outside_.proc);
   outside_.clock_set = clock_.clock_set();
   Budget budget(outside_);
@@ -105,10 +106,13 @@ std::string Quarantine::PutAway(const Event& event) {
     throw Refused{
         "The folder of Zendrix would not outlive a restart, so there is no way back. Nothing was changed."};
   const Manifest manifest = Describe(subject.file, event, budget);
+  if (!event.sha256.empty() && manifest.sha256 != event.sha256)
+    throw Refused{NameToTell(manifest.path) + " has other contents than were meant. Nothing was changed."};
   if (!pretend_) {
     if (!store.valid()) store = MakeStore(home);
     TakeIn(store.get(), subject.file, manifest, budget);
   }
+  taken_ = Taken{manifest, subject.file.status.st_dev, subject.file.status.st_ino};
   return NameToTell(manifest.path) +
          " was moved to quarantine and can no longer be started. Allow brings it back.";
 }

@@ -8,6 +8,9 @@
 // operation. One process at a time; a second one is refused, it does not wait.
 #pragma once
 
+#include <sys/types.h>
+
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +18,7 @@
 #include "family/intermediate/clock_watch.h"
 #include "family/intermediate/descriptor.h"
 #include "family/intermediate/event.h"
+#include "family/intermediate/manifest.h"
 #include "family/intermediate/outside.h"
 #include "family/intermediate/store.h"
 
@@ -29,6 +33,14 @@ class Quarantine {
 
   // The computer around it; by default the one that there is.
   void SetOutside(Outside outside) { outside_ = std::move(outside); }
+
+  // What the last PutAway found or, acting, took; nothing when it refused.
+  struct Taken {
+    Manifest manifest;
+    dev_t device = 0;
+    ino_t number = 0;
+  };
+  const std::optional<Taken>& taken() const { return taken_; }
 
   // All return the sentence of success and throw Refused with that of refusal.
   std::string PutAway(const Event& event);
@@ -47,6 +59,7 @@ class Quarantine {
   bool pretend_ = false;
   Outside outside_ = ThisComputer();
   ClockWatch clock_;
+  std::optional<Taken> taken_;
 };
 
 }  // namespace zendrix::family
