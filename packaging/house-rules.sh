@@ -7,7 +7,7 @@ broken=0
 
 complain() { echo "house rules: $1" >&2; broken=1; }
 
-if grep -rlE '#include <Q[A-Z]' src agent bench --include='*.h' --include='*.cc' | grep -vE '^src/(qt|app)/'; then
+if grep -rlE '#include <Q[A-Z]' src agent act bench --include='*.h' --include='*.cc' | grep -vE '^src/(qt|app)/'; then
   complain "Qt is included outside src/qt and src/app"
 fi
 
@@ -40,6 +40,14 @@ sees app "$left"
 for room in src/*/; do
   [[ "$placed" == *" $(basename "$room") "* ]] || complain "$room has no place in the order of the rooms"
 done
+# Programs of their own beside the console's rooms.
+alone() {  # alone FOLDER PATHS: includes of a folder that is no room of src
+  local others
+  others=$(grep -rnE '^ *# *include "[^"]*/' "$1" --include='*.h' --include='*.cc' | grep -vE "\"($2)" || true)
+  [ -z "$others" ] || { echo "$others" >&2; complain "$1 includes what is not to its left"; }
+}
+alone agent "agent/|platform/"
+alone act "act/|platform/|family/"
 if grep -rnE '#include "(qt|app|inspect)/' tests/flow tests/support 2>/dev/null; then
   complain "tests/flow and tests/support stand left of the windows"
 fi
@@ -52,8 +60,8 @@ figures() {  # figures LABEL FILES...: median, 95th percentile and maximum of th
       if (NR) printf "%s: %d files, median %d, 95th percentile %d, largest %d lines\n", label, NR,
         lines[int((NR + 1) / 2)], lines[int(NR * 0.95 + 0.95)], lines[NR]}'
 }
-mapfile -t headers < <(find src agent bench data -name '*.h' | sort)
-mapfile -t sources < <(find src agent bench data tests -name '*.cc' | sort)
+mapfile -t headers < <(find src agent act bench data -name '*.h' | sort)
+mapfile -t sources < <(find src agent act bench data tests -name '*.cc' | sort)
 figures "headers" "${headers[@]}"
 figures "sources" "${sources[@]}"
 for file in "${headers[@]}" "${sources[@]}"; do

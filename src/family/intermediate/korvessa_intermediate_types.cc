@@ -52,15 +52,6 @@ Event EventNamed(const char* description) {
   return {"", TextOrNothing(description), std::nullopt, "", true};
 }
 
-std::string ListText() {
-  std::string text;
-  for (const auto& [name, manifest] : TheQuarantine().List())
-    text += name + "\t" + std::to_string(manifest.size) + "\t" + manifest.sha256 + "\t" +
-            std::to_string(manifest.moved.tv_sec) + "\t" + std::to_string(manifest.owner) + "\t" +
-            Escape(manifest.alert) + "\t" + Escape(manifest.path) + "\n";
-  return text;
-}
-
 // Runs one operation; its sentence, or that of its refusal, goes to the message.
 template <class Operation>
 std::int32_t Tell(char* message, std::int32_t size, Operation&& operation) noexcept {
@@ -111,7 +102,7 @@ ZENDRIX_EXPORT std::int32_t UnquarantineEventExport(const QuarantineArguments* e
 ZENDRIX_EXPORT std::int32_t QuarantineListExport(char* text, std::int32_t size) {
   std::string list;
   const std::int32_t refused = Tell(text, size, [&] {
-    list = ListText();
+    list = LinesOf(TheQuarantine().List());
     return std::string();
   });
   if (refused != 0 || list.size() > static_cast<std::size_t>(INT32_MAX)) return -1;

@@ -15,20 +15,6 @@ constexpr std::size_t kOldFields = 11;
 constexpr std::size_t kFields = 13;
 constexpr int kOldVersion = 1;
 
-bool Unescape(std::string_view text, std::string& path) {
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '%') {
-      path += text[i];
-      continue;
-    }
-    unsigned byte = 0;
-    if (i + 2 >= text.size() || !ReadNumber(text.substr(i + 1, 2), byte, 16)) return false;
-    path += static_cast<char>(byte);
-    i += 2;
-  }
-  return path.find('\0') == std::string::npos;
-}
-
 bool ReadPath(std::string_view text, std::string& path) {
   return Unescape(text, path) && path.starts_with('/');
 }
@@ -83,6 +69,20 @@ std::string Escape(std::string_view text) {
     word += code.data();
   }
   return word;
+}
+
+bool Unescape(std::string_view text, std::string& bytes) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '%') {
+      bytes += text[i];
+      continue;
+    }
+    unsigned byte = 0;
+    if (i + 2 >= text.size() || !ReadNumber(text.substr(i + 1, 2), byte, 16)) return false;
+    bytes += static_cast<char>(byte);
+    i += 2;
+  }
+  return bytes.find('\0') == std::string::npos;
 }
 
 std::string LineOf(const Manifest& manifest) {

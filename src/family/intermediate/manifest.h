@@ -35,6 +35,8 @@ struct Manifest {
 
 // Bytes below 33, "%" and 127 as %xx, so that a text is one word.
 std::string Escape(std::string_view text);
+// The text behind that, put behind `bytes`. False when it is none that Escape makes, or holds a NUL.
+bool Unescape(std::string_view text, std::string& bytes);
 
 std::string LineOf(const Manifest& manifest);
 // Nothing when the line is damaged.

@@ -146,4 +146,13 @@ std::string Quarantine::BringBack(const Descriptor& store, const Entry& entry) c
   return NameToTell(entry.manifest.path) + " was put back in its place.";
 }
 
+std::string LinesOf(const std::vector<Entry>& entries) {
+  std::string text;
+  for (const auto& [name, manifest] : entries)
+    text += name + "\t" + std::to_string(manifest.size) + "\t" + manifest.sha256 + "\t" +
+            std::to_string(manifest.moved.tv_sec) + "\t" + std::to_string(manifest.owner) + "\t" +
+            Escape(manifest.alert) + "\t" + Escape(manifest.path) + "\n";
+  return text;
+}
+
 }  // namespace zendrix::family

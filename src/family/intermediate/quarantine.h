@@ -62,4 +62,7 @@ class Quarantine {
   std::optional<Taken> taken_;
 };
 
+// One line per entry, as QuarantineListExport tells them.
+std::string LinesOf(const std::vector<Entry>& entries);
+
 }  // namespace zendrix::family

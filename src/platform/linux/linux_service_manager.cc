@@ -1,6 +1,5 @@
 #include "platform/linux/linux_service_manager.h"
 
-#include <dlfcn.h>
 #include <poll.h>
 #include <sdbus-c++/sdbus-c++.h>
 
@@ -11,6 +10,7 @@
 #include <map>
 #include <memory>
 
+#include "platform/linux/bus_message.h"
 #include "platform/linux/posix.h"
 #include "platform/linux/service_outcomes.h"
 
@@ -53,21 +53,6 @@ struct UnitState {
   bool StartPending() const { return active == "activating"; }
   bool StopPending() const { return active == "deactivating"; }
 };
-
-// The message's handle is there for derived classes only; the pointer to member is taken as one.
-class MessageHandle : public sdbus::MethodCall {
- public:
-  static void* Of(const sdbus::MethodCall& call) { return call.*(&MessageHandle::msg_); }
-};
-
-// The bus library can tell the service manager that a user is there to be asked for the right, but the C++
-// layer does not offer it. The function is looked up, because only the C++ layer is linked; without it the
-// answer is "no access".
-void AllowInteractiveAuthorization(const sdbus::MethodCall& call) {
-  using Function = int (*)(void* message, int allow);
-  void* const found = dlsym(RTLD_DEFAULT, "sd_bus_message_set_allow_interactive_authorization");
-  if (found) reinterpret_cast<Function>(found)(MessageHandle::Of(call), 1);
-}
 
 // One dialogue with systemd. Everything throws sdbus::Error, also for a deadline that has passed.
 class Systemd {

@@ -1,7 +1,6 @@
 // A D-Bus daemon of the test's own, in place of the machine's, with a stand-in for systemd on it.
 #pragma once
 
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sdbus-c++/sdbus-c++.h>
 #include <signal.h>
@@ -16,6 +15,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "platform/linux/bus_message.h"
 #include "platform/linux/posix.h"
 #include "support/environment.h"
 #include "support/temporary_folder.h"
@@ -68,16 +68,6 @@ class PrivateBus {
   pid_t daemon_ = 0;
   std::unique_ptr<EnvironmentVariable> address_;
 };
-
-// Whether a call says that a user is there to be asked for the right. The C++ layer does not tell.
-inline bool MayAskTheUser(const sdbus::Message& message) {
-  struct Handle : sdbus::Message {
-    static void* Of(const sdbus::Message& of) { return of.*(&Handle::msg_); }
-  };
-  using Function = int (*)(void*);
-  void* const found = dlsym(RTLD_DEFAULT, "sd_bus_message_get_allow_interactive_authorization");
-  return found && reinterpret_cast<Function>(found)(Handle::Of(message)) > 0;
-}
 
 // systemd's side of the bus: one unit, whose properties the test sets. A job is given, and its end told, as
 // the test wants it.
@@ -195,7 +185,7 @@ class FakeSystemd {
 
   void Take(bool start, Reply&& reply) {
     const auto* const call = manager_->getCurrentlyProcessedMessage();
-    interactive_ = MayAskTheUser(*call);
+    interactive_ = platform::AllowsInteractiveAuthorization(*call);
     if (plan_.silent) return unanswered_.push_back(std::move(reply));
     if (!plan_.refusal.empty()) return reply.returnError(sdbus::Error(plan_.refusal, "refused"));
     const sdbus::ObjectPath job("/org/freedesktop/systemd1/job/" + std::to_string(++last_job_));

@@ -1,0 +1,99 @@
+// What the helper does for those who may ask it: puts programs in quarantine that the Agent told of, ends
+// them, and brings them back.
+//
+//  Block       a file that an alert of the Agent's names, moved to quarantine with the caller's consent, and
+//              the one process that was shown ended. Everything is checked before anybody is asked, and again
+//              behind the answer; the contents must be the same then.
+//  Allow       an entry of the quarantine put back, with an administrator's consent. It is no longer blocked
+//              by itself from then on.
+//  BlockAgain  for the Agent alone, without asking: a program whose path and contents are both those of a
+//              Block that was authorised (block_record.h).
+//
+// Every refusal says in one sentence why (Windows-1252, 255 bytes at most) and leaves everything as it was,
+// unless it says otherwise. Runs on one thread; what waits for the authority is bounded.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "act/agent_word.h"
+#include "act/authority.h"
+#include "act/block_record.h"
+#include "act/processes.h"
+#include "act/store.h"
+#include "platform/clock.h"
+
+namespace zendrix::act {
+
+struct Answer {
+  bool done = false;  // moved, and no process of it that was shown goes on
+  std::string sentence;
+};
+using Reply = std::function<void(const Answer&)>;
+
+struct BlockRequest {
+  ShownEvent event;
+  bool shown = true;  // whether the alert's page has a row for the event
+};
+
+// All outlive the object.
+struct ActingParts {
+  AgentWord& agent;
+  Store& store;
+  Processes& processes;
+  Authority& authority;
+  BlockRecord& record;
+  platform::Clock& clock;
+  uid_t agent_user;
+};
+
+class Acting {
+ public:
+  static constexpr std::size_t kMostPending = 8;
+  static constexpr std::size_t kLongestText = 8192;
+  static constexpr std::size_t kMostProcesses = 16;
+
+  explicit Acting(const ActingParts& parts) : parts_(parts) {}
+
+  void Block(const Caller& caller, const BlockRequest& request, Reply reply);
+  void Allow(const Caller& caller, const std::string& entry, Reply reply);
+  Answer BlockAgain(const Caller& caller, const std::string& path, const std::string& sha256,
+                    const std::vector<pid_t>& processes);
+  // One line per entry, as the family library writes them; otherwise the sentence that says why not.
+  Answer List();
+
+  // Whoever is no longer there wants nothing any more: what he asked for is dropped without a reply.
+  void CallerGone(const std::string& name);
+  bool IsBusy() const { return !pending_.empty(); }
+
+ private:
+  struct Pending {
+    std::string caller;
+    std::function<void(Verdict)> go_on;
+  };
+  struct Held {
+    std::unique_ptr<HeldProcess> process;
+    ShownProgram shown;
+  };
+
+  void Ask(const Caller& caller, std::string_view action, std::function<void(Verdict)> go_on);
+  std::string WhyNotNow(const Caller& caller) const;
+  Answer TakeShown(const family::Event& event, const Caller& caller, const TakenFile& looked, Held& held);
+  Answer Restore(const family::Entry& entry);
+  // What is to be said behind the move of the file; empty when there is nothing to say. `done` becomes false
+  // where a process goes on.
+  std::string EndAll(std::vector<Held>& held, bool& done);
+
+  const ActingParts parts_;
+  std::uint64_t last_ticket_ = 0;
+  std::map<std::uint64_t, Pending> pending_;
+};
+
+}  // namespace zendrix::act

@@ -1,0 +1,38 @@
+// Who says whether somebody may do something: the computer's own authority, which may ask the user.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace zendrix::act {
+
+// The one who calls, as the bus knows him; nothing of it is the caller's own word.
+struct Caller {
+  std::string name;        // unique on the bus
+  std::uint32_t user = 0;  // user id
+  bool may_ask = false;    // whether he waits for a user who can be asked
+};
+
+inline constexpr std::string_view kBlockAction = "com.korvessa.zendrix.block";
+inline constexpr std::string_view kAllowAction = "com.korvessa.zendrix.allow";
+
+enum class Verdict {
+  kYes,
+  kNo,
+  kDismissed,    // the user closed the question
+  kNobodyToAsk,  // it would depend on an answer that nobody can give
+  kUnavailable,  // the authority does not answer
+};
+
+class Authority {
+ public:
+  virtual ~Authority() = default;
+  // Answers once, now or later, unless the question was withdrawn. `ticket` names the question.
+  virtual void Ask(const Caller& caller, std::string_view action, std::uint64_t ticket,
+                   std::function<void(Verdict)> answer) = 0;
+  virtual void Withdraw(std::uint64_t ticket) = 0;
+};
+
+}  // namespace zendrix::act
