@@ -76,10 +76,10 @@ void Baseline::Prune(std::int64_t last_day) {
 std::optional<int> Baseline::DaysBefore(Known kind, std::string_view key) const {
   const auto found = entries_.find(IdOf(kind, key));
   if (found == entries_.end()) return {};
-  return found->second.days - (found->second.last_day == day_ ? 1 : 0);
+  return DaysBefore(found->second);
 }
 
-void Baseline::See(Known kind, std::string_view key, const PackageOf& package) {
+std::optional<int> Baseline::See(Known kind, std::string_view key, const PackageOf& package) {
   const std::uint64_t id = IdOf(kind, key);
   auto found = entries_.find(id);
   if (found == entries_.end()) {
@@ -92,13 +92,15 @@ void Baseline::See(Known kind, std::string_view key, const PackageOf& package) {
     found = entries_.emplace(id, entry).first;
     if (words_.size() < kMostWords) words_[id] = {std::string(key.substr(0, kKeyWidth)), package};
     Touch(id, found->second);
-    return;
+    return {};
   }
   Entry& entry = found->second;
-  if (entry.last_day == day_) return;
+  const int days = DaysBefore(entry);
+  if (entry.last_day == day_) return days;
   if (day_ > entry.last_day && entry.days < kMostDaysSeen) ++entry.days;
   entry.last_day = static_cast<std::int32_t>(day_);
   Touch(id, entry);
+  return days;
 }
 
 void Baseline::Touch(std::uint64_t id, Entry& entry) {

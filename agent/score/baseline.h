@@ -53,7 +53,8 @@ class Baseline {
 
   // On how many days before today it was seen; nothing when it never was.
   std::optional<int> DaysBefore(Known kind, std::string_view key) const;
-  void See(Known kind, std::string_view key, const PackageOf& package = {});
+  // Makes it known; the answer is that of DaysBefore.
+  std::optional<int> See(Known kind, std::string_view key, const PackageOf& package = {});
 
   // Days on which the Agent ran, this one included.
   int days_watched() const { return days_watched_; }
@@ -81,6 +82,7 @@ class Baseline {
   void MakeRoom();
   void Drop(std::uint64_t id);
   void Touch(std::uint64_t id, Entry& entry);
+  int DaysBefore(const Entry& entry) const { return entry.days - (entry.last_day == day_ ? 1 : 0); }
   bool WriteSome(Database& database, std::size_t count) const;
 
   Keeper& keeper_;

@@ -136,14 +136,12 @@ std::string Evidence::SinceText() const {
 int Evidence::OfProgram(const Item& item, Moment now, std::vector<Fact>& facts) {
   const std::string& path = ProgramKey(item);
   const Contents contents = item.program.empty() ? Contents() : files_.Of(item.program, now.monotonic_ms);
-  const auto path_days = baseline_.DaysBefore(Known::kPath, path);
-  const std::string key = Pair(path, contents.sha256);
-  auto days = baseline_.DaysBefore(Known::kProgram, key);
+  auto days = baseline_.See(Known::kProgram, Pair(path, contents.sha256), contents.package);
+  const auto path_days = baseline_.See(Known::kPath, path, contents.package);
   // Contents that cannot be read now, or never could be before, are not called changed.
-  const bool never_read = baseline_.DaysBefore(Known::kProgram, Pair(path, "")).has_value();
-  if (!days && (contents.sha256.empty() || never_read)) days = path_days;
-  baseline_.See(Known::kProgram, key, contents.package);
-  baseline_.See(Known::kPath, path, contents.package);
+  if (!days && (contents.sha256.empty() || baseline_.DaysBefore(Known::kProgram, Pair(path, "")))) {
+    days = path_days;
+  }
   if (path_days && !days) {
     AddIfItCounts(facts, NewsFact(kChangedProgram, Topic::kProgram, 0, "has changed since it was last seen"));
     return 0;
@@ -158,8 +156,7 @@ int Evidence::OfProgram(const Item& item, Moment now, std::vector<Fact>& facts) 
 void Evidence::OfParent(const Item& item, std::vector<Fact>& facts) {
   if (item.parent.empty()) return;
   const std::string key = Pair(item.parent, ProgramKey(item));
-  const int days = baseline_.DaysBefore(Known::kParent, key).value_or(0);
-  baseline_.See(Known::kParent, key);
+  const int days = baseline_.See(Known::kParent, key).value_or(0);
   AddIfItCounts(facts, NewsFact(kNewParent, Topic::kParent, days,
                                 "started by " + CleanName(item.parent, kShortName) + " as never before"));
 }

@@ -44,13 +44,15 @@ bool ProgramFiles::MayRead(std::int64_t size, std::int64_t now_ms) {
 Contents ProgramFiles::Read(const std::string& path, std::int64_t size) {
   Contents contents;
   std::string md5;
+  // No package puts anything elsewhere.
+  const bool may_be_packaged = InSystemFolder(path) || path.starts_with("/etc/");
   if (size <= kLargest) {
-    if (const auto sums = SumsOfFile(host_, path, static_cast<std::size_t>(kLargest))) {
+    if (const auto sums = SumsOfFile(host_, path, static_cast<std::size_t>(kLargest), may_be_packaged)) {
       contents.sha256 = sums->sha256;
       md5 = sums->md5;
     }
   }
-  if (!InSystemFolder(path) && !path.starts_with("/etc/")) return contents;  // no package puts anything there
+  if (!may_be_packaged) return contents;
   if (const auto owner = packages_.OwnerOf(path, md5)) {
     contents.package = {owner->package, owner->unchanged};
     contents.installed = owner->installed;

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 
+#include "agent/events/snapshot.h"
 #include "agent/host/host_view.h"
 
 namespace zendrix::agent {

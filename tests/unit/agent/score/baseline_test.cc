@@ -31,8 +31,9 @@ TEST_F(BaselineTest, WhatWasNeverSeenIsUnknown) {
   Keeper keeper("", kNow);
   Baseline baseline(keeper, kNow);
   EXPECT_FALSE(baseline.DaysBefore(Known::kPath, "/usr/bin/x"));
-  baseline.See(Known::kPath, "/usr/bin/x");
+  EXPECT_FALSE(baseline.See(Known::kPath, "/usr/bin/x"));
   EXPECT_EQ(baseline.DaysBefore(Known::kPath, "/usr/bin/x"), 0);
+  EXPECT_EQ(baseline.See(Known::kPath, "/usr/bin/x"), 0) << "seen today alone";
   EXPECT_FALSE(baseline.DaysBefore(Known::kAccount, "/usr/bin/x")) << "another kind";
 }
 
@@ -41,7 +42,8 @@ TEST_F(BaselineTest, DaysAreThoseBeforeTodayOnWhichItWasSeen) {
   Baseline baseline(keeper, kNow);
   for (int day : {0, 0, 1, 5}) {
     baseline.Tick(kNow + day * kDay + 7);
-    baseline.See(Known::kPath, "x");
+    const auto before = baseline.DaysBefore(Known::kPath, "x");
+    EXPECT_EQ(baseline.See(Known::kPath, "x"), before) << day;
   }
   EXPECT_EQ(baseline.DaysBefore(Known::kPath, "x"), 2);
   baseline.Tick(kNow + 6 * kDay);
