@@ -1,6 +1,7 @@
 #include "agent/agent.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "agent/host/observe_host.h"
@@ -19,8 +20,8 @@ constexpr std::int64_t kDowntimeAfterKill = 90;  // as many pass at most between
 constexpr std::size_t kHostNameLimit = 50;       // the console's width
 constexpr std::size_t kStatusLimit = 65536;
 
-void Append(std::vector<Event>& events, const std::vector<Event>& more) {
-  events.insert(events.end(), more.begin(), more.end());
+void Append(std::vector<Event>& events, std::vector<Event> more) {
+  events.insert(events.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
 std::string FormName(Form form) {
@@ -129,11 +130,11 @@ void Agent::NoticeFirst(std::vector<Event>& told) {
 }
 
 void Agent::NoticeChanges(std::vector<Event>& told) {
-  const auto events = watch_.Turn();
+  auto events = watch_.Turn();
   minute_.events += events.size();
   NoteUnweighed(events);
   TellLevels(told);
-  Append(told, pace_.Take(events, parts_.clock.MonotonicMs()));
+  Append(told, pace_.Take(std::move(events), parts_.clock.MonotonicMs()));
   TakeNumbers(told);
   EndMinute(told);
 }
@@ -233,7 +234,9 @@ void Agent::NoteUnweighed(const std::vector<Event>& events) {
   if (unweighed_.size() + events.size() > kMostUnweighed) {
     weighed_never_ += events.size();
   } else {
-    Append(unweighed_, events);
+    // What went is no evidence.
+    std::copy_if(events.begin(), events.end(), std::back_inserter(unweighed_),
+                 [](const Event& event) { return event.kind != EventKind::kRemoved; });
   }
 }
 

@@ -75,16 +75,17 @@ void Watch::ShareOut() {
 }
 
 void Watch::Take(const Source& source, std::vector<Event>& events) {
-  for (const Observation& seen : seen_) {
+  events.reserve(events.size() + seen_.size());
+  for (Observation& seen : seen_) {
     switch (seen.kind) {
       case Observation::Kind::kCame:
-        if (Covers(source, seen.item.monitor)) ledger_.Came(seen.item, events);
+        if (Covers(source, seen.item.monitor)) ledger_.Came(std::move(seen.item), events);
         break;
       case Observation::Kind::kWent:
         if (Covers(source, seen.item.monitor)) ledger_.Went(seen.item, events);
         break;
       case Observation::Kind::kHappened:
-        events.push_back(HappenedEvent(seen.item));
+        events.push_back(HappenedEvent(std::move(seen.item)));
         break;
       case Observation::Kind::kLost:
         lost_ = seen.lost > std::numeric_limits<std::uint64_t>::max() - lost_ ? lost_ : lost_ + seen.lost;

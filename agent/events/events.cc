@@ -1,12 +1,14 @@
 #include "agent/events/events.h"
 
+#include <utility>
+
 namespace zendrix::agent {
 namespace {
 
-Event ItemEvent(EventKind kind, const Item& item) {
+Event ItemEvent(EventKind kind, Item item) {
   Event event;
   event.kind = kind;
-  event.item = item;
+  event.item = std::move(item);
   // As a count of one thing: nothing changed about what was there all along.
   event.original = kind == EventKind::kPresent || kind == EventKind::kRemoved ? 1 : 0;
   event.change = kind == EventKind::kPresent ? 0 : kind == EventKind::kRemoved ? -1 : 1;
@@ -30,18 +32,18 @@ void AddRuleForNews(Item& item) {
 
 }  // namespace
 
-Event CameEvent(const Item& item) {
-  Event event = ItemEvent(EventKind::kAdded, item);
+Event CameEvent(Item item) {
+  Event event = ItemEvent(EventKind::kAdded, std::move(item));
   AddRuleForNews(event.item);
   return event;
 }
 
-Event WentEvent(const Item& item) {
-  return ItemEvent(EventKind::kRemoved, item);
+Event WentEvent(Item item) {
+  return ItemEvent(EventKind::kRemoved, std::move(item));
 }
 
-Event HappenedEvent(const Item& item) {
-  return ItemEvent(EventKind::kHappened, item);
+Event HappenedEvent(Item item) {
+  return ItemEvent(EventKind::kHappened, std::move(item));
 }
 
 std::vector<Event> PresentEvents(const std::vector<Item>& items) {

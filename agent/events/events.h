@@ -27,9 +27,9 @@ struct Event {
 };
 
 // Something came; it also bears the rule of its monitor for news.
-Event CameEvent(const Item& item);
-Event WentEvent(const Item& item);
-Event HappenedEvent(const Item& item);
+Event CameEvent(Item item);
+Event WentEvent(Item item);
+Event HappenedEvent(Item item);
 
 // The events of a session's first look.
 std::vector<Event> PresentEvents(const std::vector<Item>& items);

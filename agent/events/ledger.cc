@@ -1,8 +1,10 @@
 #include "agent/events/ledger.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <tuple>
+#include <utility>
 
 namespace zendrix::agent {
 namespace {
@@ -45,16 +47,16 @@ std::string KeyOf(const Item& item) {
   return IsSocket(item) ? key : key + "\n" + item.identity;
 }
 
-void Ledger::Came(const Item& item, std::vector<Event>& events) {
-  const std::string key = KeyOf(item);
+void Ledger::Came(Item item, std::vector<Event>& events) {
+  std::string key = KeyOf(item);
   const auto known = entries_.find(key);
   if (known == entries_.end()) {
     if (entries_.size() >= kMostItems) {
       ++left_out_;
       return;
     }
-    entries_.emplace(key, Entry{item, next_order_++});
-    events.push_back(CameEvent(item));
+    entries_.emplace(std::move(key), Entry{item, next_order_++});
+    events.push_back(CameEvent(std::move(item)));
     return;
   }
   Entry& entry = known->second;
@@ -64,13 +66,13 @@ void Ledger::Came(const Item& item, std::vector<Event>& events) {
   events.push_back(WentEvent(entry.item));
   entry.item = item;
   entry.order = next_order_++;
-  events.push_back(CameEvent(item));
+  events.push_back(CameEvent(std::move(item)));
 }
 
 void Ledger::Went(const Item& item, std::vector<Event>& events) {
   const auto known = entries_.find(KeyOf(item));
   if (known == entries_.end()) return;
-  events.push_back(WentEvent(known->second.item));
+  events.push_back(WentEvent(std::move(known->second.item)));
   entries_.erase(known);
 }
 
@@ -79,18 +81,19 @@ void Ledger::Reconcile(std::span<const std::string_view> monitors, const std::ve
   std::set<std::string> there;
   for (const Item& item : seen) there.insert(PlaceKeyOf(item));
   std::set<std::string> told;
-  for (auto at = entries_.begin(); at != entries_.end();) {
-    const Item& item = at->second.item;
-    const std::string place = PlaceKeyOf(item);
-    const bool looked_at = std::find(monitors.begin(), monitors.end(), item.monitor) != monitors.end();
+  std::map<std::uint64_t, Item> went;  // in the order of coming
+  std::erase_if(entries_, [&](const auto& known) {
+    const Entry& entry = known.second;
+    std::string place = PlaceKeyOf(entry.item);
+    const bool looked_at = std::find(monitors.begin(), monitors.end(), entry.item.monitor) != monitors.end();
     if (looked_at && !there.contains(place)) {
-      events.push_back(WentEvent(item));
-      at = entries_.erase(at);
-    } else {
-      told.insert(place);
-      ++at;
+      went.emplace(entry.order, entry.item);
+      return true;
     }
-  }
+    told.insert(std::move(place));
+    return false;
+  });
+  for (auto& [order, item] : went) events.push_back(WentEvent(std::move(item)));
   for (const Item& item : seen) {
     if (!told.contains(PlaceKeyOf(item))) Came(item, events);
   }

@@ -6,10 +6,10 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -27,7 +27,7 @@ class Ledger {
   static constexpr std::size_t kMostItems = 20000;
 
   // Both add to `events` what changed by it. What comes again with more that is unusual about it came again.
-  void Came(const Item& item, std::vector<Event>& events);
+  void Came(Item item, std::vector<Event>& events);
   void Went(const Item& item, std::vector<Event>& events);
 
   // A look saw just these items of these monitors, which another source told of before: what is not among
@@ -47,7 +47,7 @@ class Ledger {
     Item item;
     std::uint64_t order = 0;
   };
-  std::map<std::string, Entry> entries_;
+  std::unordered_map<std::string, Entry> entries_;  // by KeyOf
   std::uint64_t next_order_ = 0;
   std::uint64_t left_out_ = 0;
 };

@@ -58,15 +58,15 @@ void Pace::Begin(const std::vector<Event>& present) {
   for (const Event& event : present) IsNews(event.item);
 }
 
-std::vector<Event> Pace::Take(const std::vector<Event>& events, std::int64_t now_ms) {
+std::vector<Event> Pace::Take(std::vector<Event> events, std::int64_t now_ms) {
   std::vector<Event> told;
-  for (const Event& event : events) {
+  for (Event& event : events) {
     if (event.kind == EventKind::kAdded) {
-      TakeCame(event, now_ms, told);
+      TakeCame(std::move(event), now_ms, told);
     } else if (event.kind == EventKind::kRemoved) {
-      TakeWent(event, told);
+      TakeWent(std::move(event), told);
     } else if (event.kind != EventKind::kHappened || Grant(event.item, true, now_ms)) {
-      told.push_back(event);
+      told.push_back(std::move(event));
     } else {
       Count(event, Why::kFlood);
     }
@@ -106,36 +106,37 @@ bool Pace::Grant(const Item& item, bool at_once, std::int64_t now_ms) {
   return true;
 }
 
-void Pace::TakeCame(const Event& event, std::int64_t now_ms, std::vector<Event>& told) {
+void Pace::TakeCame(Event event, std::int64_t now_ms, std::vector<Event>& told) {
   const bool is_news = IsNews(event.item);
   if (IsShortLived(event.item) && !is_news && event.item.rules.empty()) {
-    Hold(event, now_ms);
+    Hold(std::move(event), now_ms);
   } else if (Grant(event.item, true, now_ms)) {
-    told.push_back(event);
+    told.push_back(std::move(event));
     gave_news_ = true;
   } else {
     Count(event, Why::kFlood);
-    silent_.insert_or_assign(KeyOf(event.item), event);
+    std::string key = KeyOf(event.item);
+    silent_.insert_or_assign(std::move(key), std::move(event));
   }
 }
 
-void Pace::Hold(const Event& event, std::int64_t now_ms) {
+void Pace::Hold(Event event, std::int64_t now_ms) {
   std::string key = KeyOf(event.item);
   if (held_.size() >= kMostHeld) {
     Count(event, Why::kFlood);
-    silent_.insert_or_assign(std::move(key), event);
+    silent_.insert_or_assign(std::move(key), std::move(event));
     return;
   }
-  held_.insert_or_assign(key, Held{event, next_number_});
+  held_.insert_or_assign(key, Held{std::move(event), next_number_});
   due_.push_back({now_ms + kSettledMs, std::move(key), next_number_++});
 }
 
-void Pace::TakeWent(const Event& event, std::vector<Event>& told) {
+void Pace::TakeWent(Event event, std::vector<Event>& told) {
   const std::string key = KeyOf(event.item);
   auto held = held_.extract(key);
   auto silent = silent_.extract(key);
   if (!held && !silent) {
-    told.push_back(event);
+    told.push_back(std::move(event));
     return;
   }
   if (held) Count(held.mapped().event, Why::kShort);
@@ -143,7 +144,7 @@ void Pace::TakeWent(const Event& event, std::vector<Event>& told) {
     ended_.erase(ended_order_.front());
     ended_order_.pop_front();
   }
-  if (ended_.insert_or_assign(key, held ? held.mapped().event : silent.mapped()).second) {
+  if (ended_.insert_or_assign(key, std::move(held ? held.mapped().event : silent.mapped())).second) {
     ended_order_.push_back(key);
   }
 }
@@ -156,7 +157,7 @@ void Pace::TellSettled(std::int64_t now_ms, std::vector<Event>& told) {
       told.push_back(std::move(held->second.event));
     } else {
       Count(held->second.event, Why::kFlood);
-      silent_.insert_or_assign(held->first, held->second.event);
+      silent_.insert_or_assign(held->first, std::move(held->second.event));
     }
     held_.erase(held);
   }

@@ -13,6 +13,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -33,7 +34,7 @@ class Pace {
   // What is there when a run begins: known, and told.
   void Begin(const std::vector<Event>& present);
   // Takes what happened, in order, and gives what to tell now.
-  std::vector<Event> Take(const std::vector<Event>& events, std::int64_t now_ms);
+  std::vector<Event> Take(std::vector<Event> events, std::int64_t now_ms);
   // Whether what Take gave since the last call holds news; the rest can wait for a second of its own.
   bool TakeNews() { return std::exchange(gave_news_, false); }
   // The row of the minute, when one is over and there was something to count.
@@ -62,11 +63,11 @@ class Pace {
 
   bool IsNews(const Item& item);
   bool Grant(const Item& item, bool at_once, std::int64_t now_ms);
-  void TakeCame(const Event& event, std::int64_t now_ms, std::vector<Event>& told);
-  void TakeWent(const Event& event, std::vector<Event>& told);
+  void TakeCame(Event event, std::int64_t now_ms, std::vector<Event>& told);
+  void TakeWent(Event event, std::vector<Event>& told);
   void TellSettled(std::int64_t now_ms, std::vector<Event>& told);
   void Count(const Event& event, Why why);
-  void Hold(const Event& event, std::int64_t now_ms);
+  void Hold(Event event, std::int64_t now_ms);
 
   struct Due {
     std::int64_t at_ms;
@@ -75,13 +76,13 @@ class Pace {
   };
 
   const std::function<bool(const Item&)> is_known_;
-  std::unordered_set<std::string> known_;  // in this run
-  std::deque<std::string> known_order_;    // oldest first
-  std::map<std::string, Held> held_;       // by KeyOf
-  std::deque<Due> due_;                    // of held_, soonest first; may name what is held no more
+  std::unordered_set<std::string> known_;       // in this run
+  std::deque<std::string> known_order_;         // oldest first
+  std::unordered_map<std::string, Held> held_;  // by KeyOf
+  std::deque<Due> due_;                         // of held_, soonest first; may name what is held no more
   std::uint64_t next_number_ = 0;
-  std::map<std::string, Event> silent_;  // there, and counted instead of told
-  std::map<std::string, Event> ended_;   // counted and gone; the newest few
+  std::unordered_map<std::string, Event> silent_;  // there, and counted instead of told
+  std::unordered_map<std::string, Event> ended_;   // counted and gone; the newest few
   std::deque<std::string> ended_order_;
   std::map<std::string_view, Allowance> allowances_;
   std::map<std::string, std::uint64_t> at_once_;  // by monitor and subject, of this minute

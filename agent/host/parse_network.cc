@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstring>
 
 #include "agent/host/text.h"
@@ -56,9 +57,14 @@ SocketState StateOf(std::uint64_t number) {
 
 Endpoint EndpointOfV4(const unsigned char* bytes) {
   std::array<char, INET_ADDRSTRLEN> text = {};
-  inet_ntop(AF_INET, bytes, text.data(), text.size());
+  // By hand: every connection asks for two of them, and inet_ntop takes a second for a million.
+  char* at = text.data();
+  for (int i = 0; i < 4; ++i) {
+    if (i > 0) *at++ = '.';
+    at = std::to_chars(at, text.data() + text.size(), bytes[i]).ptr;
+  }
   Endpoint end;
-  end.address = text.data();
+  end.address.assign(text.data(), at);
   if (bytes[0] == 127) end.reach = AddressReach::kLoopback;
   if (end.address == "0.0.0.0") end.reach = AddressReach::kAny;
   return end;

@@ -1,5 +1,6 @@
 #include "agent/host/text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -53,6 +54,19 @@ char32_t TakePoint(std::string_view& text) {
   return point < kSmallest[length] ? 0 : point;  // an overlong form could smuggle a separator in
 }
 
+// Whether the byte stands for itself in a line, wherever it stands.
+bool IsPlain(char byte) {
+  const auto known = static_cast<unsigned char>(byte);
+  static constexpr std::array<bool, 256> kPlain = [] {
+    std::array<bool, 256> plain = {};
+    for (unsigned char each = '!'; each <= '~'; ++each) {
+      plain[each] = std::string_view("|,;=:*\"\\'").find(static_cast<char>(each)) == std::string_view::npos;
+    }
+    return plain;
+  }();
+  return kPlain[known];
+}
+
 bool MeansSomething(char byte) {
   return std::string_view("|,;=:*\"\\").find(byte) != std::string_view::npos;
 }
@@ -62,6 +76,9 @@ constexpr char kApostrophe = '\x92';
 }  // namespace
 
 std::string CleanName(std::string_view raw, std::size_t limit) {
+  // Nearly every name, and names are cleaned several times for each event.
+  if (!raw.empty() && raw.size() <= limit && std::all_of(raw.begin(), raw.end(), IsPlain))
+    return std::string(raw);
   std::string name;
   while (!raw.empty()) {
     const char byte = ToByte(TakePoint(raw));

@@ -35,7 +35,8 @@ class Scorer {
   virtual bool IsKnown(const Item& item) const = 0;
 
   // The alerts that are due, the heaviest last, since the console shows the newest on top. Called at every
-  // turn of the loop, also without events: an alert may wait a moment for what else its program does.
+  // turn of the loop, also without events: an alert may wait a moment for what else its program does. What
+  // went (EventKind::kRemoved) is not among them.
   virtual std::vector<Alert> Weigh(const std::vector<Event>& events, Moment now) = 0;
 
   // What still waits, at the end of a run.

@@ -14,7 +14,7 @@ namespace {
 constexpr std::array<std::string_view, 4> kNoticedMonitors = {monitor::kAccounts, monitor::kLogins,
                                                               monitor::kAutorun, monitor::kFolders};
 constexpr int kMostReads = 16;       // of one Drain, 64 KB each
-constexpr std::int64_t kShare = 20;  // a look is paid for by this many times its length without one
+constexpr std::int64_t kShare = 50;  // a look is paid for by this many times its length without one
 
 }  // namespace
 

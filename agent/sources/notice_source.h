@@ -4,7 +4,7 @@
 // the one above. Once a minute everything is looked at all the same.
 //
 // It takes no rights: a folder that may not be read cannot be watched either. Looks are rationed: whoever
-// keeps a temporary folder busy gets at most a twentieth of one core.
+// keeps a temporary folder busy gets at most a fiftieth of one core.
 #pragma once
 
 #include <array>
