@@ -7,7 +7,7 @@ broken=0
 
 complain() { echo "house rules: $1" >&2; broken=1; }
 
-if grep -rlE '#include <Q[A-Z]' src agent act bench --include='*.h' --include='*.cc' | grep -vE '^src/(qt|app)/'; then
+if grep -rlE '#include <Q[A-Z]' src agent act mail bench --include='*.h' --include='*.cc' | grep -vE '^src/(qt|app)/'; then
   complain "Qt is included outside src/qt and src/app"
 fi
 
@@ -48,6 +48,8 @@ alone() {  # alone FOLDER PATHS: includes of a folder that is no room of src
 }
 alone agent "agent/|platform/"
 alone act "act/|platform/|family/"
+# What talks to the network sees nothing of the consoles and nothing of the Agent.
+alone mail "mail/|platform/|core/|settings/"
 if grep -rnE '#include "(qt|app|inspect)/' tests/flow tests/support 2>/dev/null; then
   complain "tests/flow and tests/support stand left of the windows"
 fi
@@ -60,8 +62,8 @@ figures() {  # figures LABEL FILES...: median, 95th percentile and maximum of th
       if (NR) printf "%s: %d files, median %d, 95th percentile %d, largest %d lines\n", label, NR,
         lines[int((NR + 1) / 2)], lines[int(NR * 0.95 + 0.95)], lines[NR]}'
 }
-mapfile -t headers < <(find src agent act bench data -name '*.h' | sort)
-mapfile -t sources < <(find src agent act bench data tests -name '*.cc' | sort)
+mapfile -t headers < <(find src agent act mail bench data -name '*.h' | sort)
+mapfile -t sources < <(find src agent act mail bench data tests -name '*.cc' | sort)
 figures "headers" "${headers[@]}"
 figures "sources" "${sources[@]}"
 for file in "${headers[@]}" "${sources[@]}"; do

@@ -1,0 +1,340 @@
+// The mailer between a file system in memory and a mail server that answers as the test wants.
+#include "mail/mailer.h"
+
+#include <map>
+#include <set>
+
+#include "alert_text.h"
+#include "mail/memory/scripted_transport.h"
+#include "platform/memory/fake_clock.h"
+#include "platform/memory/faulty_files.h"
+#include "platform/memory/memory_family.h"
+#include "platform/memory/memory_files.h"
+#include "platform/process.h"
+
+namespace zendrix::mail {
+namespace {
+
+using test::AlertText;
+using test::TakeApart;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+const Delivery kDown = {Delivery::Outcome::kLater, "the mail server cannot be reached"};
+const Delivery kNo = {Delivery::Outcome::kRefused, "the mail server does not take it (550)"};
+const std::string kFile = "/f/KorvessaMonitoring.kvl";
+const std::string kSettings = "Send Alerts To=me@example.org;SMTP Server=mail.example.org:25;";
+
+class Mailing : public testing::Test {
+ protected:
+  Mailing() {
+    SaveSettings(kSettings);
+    files.Put(kFile, AlertText(clock.NowUtc() - 50, "AG,OLD,1"));
+    Restart();
+  }
+  void SaveSettings(const std::string& text) {
+    files.Put("/s/KorvessaSMTPConfig.kvl", text);
+    files.Put("/s/KorvessaSMTPConfig.kvh", family.HashBytes(text) + "\r\n");
+  }
+  void Restart() { mailer = std::make_unique<Mailer>(Parts(files)); }
+  MailerParts Parts(platform::Files& used) {
+    return {used, clock, family, server,
+            "/f", "/s",  "/k",   [this](const std::string& line) { log.push_back(line); }};
+  }
+  // Turns until nothing is left to do at once.
+  void Turn() {
+    for (int i = 0; mailer->Turn(); ++i) ASSERT_LT(i, 100);
+  }
+  void Pass(std::int64_t seconds) {
+    for (std::int64_t i = 0; i < seconds; i += 10) {
+      clock.Advance(10'000);
+      Turn();
+    }
+  }
+  void Raise(int count = 1) {
+    for (int i = 0; i < count; ++i)
+      files.PutMore(kFile, AlertText(clock.NowUtc() + i, "AG," + std::to_string(++raised) + ",1"));
+  }
+  std::vector<std::string> Subjects() {
+    std::vector<std::string> subjects;
+    for (const auto& [settings, text] : server.taken)
+      subjects.push_back(TakeApart(text).headers.at("Subject"));
+    return subjects;
+  }
+
+  platform::MemoryFiles files;
+  platform::FakeClock clock;
+  platform::MemoryFamily family;
+  ScriptedTransport server;
+  std::vector<std::string> log;
+  std::unique_ptr<Mailer> mailer;
+  int raised = 0;
+};
+
+TEST_F(Mailing, AlertIsMailedOnceAndHistoryNever) {
+  Turn();
+  EXPECT_THAT(server.taken, IsEmpty());
+  Raise();
+  Turn();
+  Turn();
+  EXPECT_THAT(Subjects(), ElementsAre("Zendrix: alert on desk (risk 99 %): /tmp/x:17"));
+  EXPECT_EQ(server.taken[0].first.to, "me@example.org");
+  EXPECT_THAT(log, ElementsAre("E-mail of 1 alert was sent"));
+  Restart();
+  Turn();
+  EXPECT_EQ(server.tries, 1);
+}
+
+// The Agent writes the first alert with its Change twice.
+TEST_F(Mailing, AlertThatStandsTwiceIsOne) {
+  Turn();
+  const std::string line = AlertText(clock.NowUtc());
+  files.PutMore(kFile, line + line);
+  Turn();
+  EXPECT_EQ(server.taken.size(), 1U);
+}
+
+TEST_F(Mailing, OtherRowsAreNotMailed) {
+  Turn();
+  files.PutMore(kFile, "1100000000,desk,1,Running Processes|1|1|/tmp/x:1|observed|RP,1,1|0\r\n" +
+                           AlertText(1100000000, "AG,9,1", "a=b;", "-0.98"));
+  Turn();
+  EXPECT_EQ(server.tries, 0);
+}
+
+TEST_F(Mailing, WhatCameWhileItDidNotRunIsMailed) {
+  Turn();
+  Raise();
+  ASSERT_TRUE(files.Rename(kFile, "/f/KorvessaMonitoring-1100000010.kvl"));
+  files.Put(kFile, AlertText(clock.NowUtc() + 20, "AG,B,1"));
+  Restart();
+  Turn();
+  EXPECT_EQ(server.taken.size(), 2U);
+}
+
+TEST_F(Mailing, ServerThatIsDownForADayCostsNothing) {
+  Turn();
+  server.Always(kDown);
+  Raise();
+  Pass(12 * 3600);
+  Restart();  // the computer was started anew
+  Raise(7);
+  Pass(12 * 3600);
+  EXPECT_GE(server.tries, 40);
+  EXPECT_LE(server.tries, 70);
+  server.Always({Delivery::Outcome::kSent, ""});
+  Pass(1800);
+  EXPECT_THAT(Subjects(),
+              ElementsAre("Zendrix: alert on desk (risk 99 %): /tmp/x:17", "Zendrix: 7 alerts on desk"));
+  const auto waits = std::count_if(log.begin(), log.end(), [](const std::string& line) {
+    return line.find("waits") != std::string::npos;
+  });
+  EXPECT_EQ(waits, 2) << "told once for each start";
+}
+
+TEST_F(Mailing, TriesComeFurtherAndFurtherApart) {
+  Turn();
+  server.Always(kDown);
+  Raise();
+  Turn();
+  EXPECT_EQ(server.tries, 1);
+  Pass(50);
+  EXPECT_EQ(server.tries, 1);
+  Pass(10);
+  EXPECT_EQ(server.tries, 2);
+  Pass(110);
+  EXPECT_EQ(server.tries, 2);
+  Pass(10);
+  EXPECT_EQ(server.tries, 3);
+}
+
+TEST_F(Mailing, FloodIsOneMail) {
+  Turn();
+  Raise(600);
+  Turn();
+  EXPECT_THAT(Subjects(), ElementsAre("Zendrix: 600 alerts on desk"));
+  EXPECT_THAT(log.back(), HasSubstr("600 alerts"));
+}
+
+TEST_F(Mailing, LastingFloodIsAMailEveryTenMinutes) {
+  Turn();
+  for (int minute = 0; minute < 120; ++minute) {
+    Raise(10);
+    Pass(60);
+  }
+  EXPECT_LE(server.taken.size(), 20U);
+  EXPECT_GE(server.taken.size(), 12U);
+  EXPECT_LT(files.Get("/k/zendrix-mail.state").size(), 2'000'000U);
+}
+
+TEST_F(Mailing, RefusedMailIsGivenUpAndToldInTheLog) {
+  Turn();
+  server.Always(kNo);
+  Raise();
+  Pass(24 * 3600);
+  EXPECT_EQ(server.tries, 3);
+  EXPECT_THAT(
+      log,
+      ElementsAre("E-mail of 1 alert was refused and is tried again: the mail server does not take it (550)",
+                  "E-mail of 1 alert is given up: the mail server does not take it (550)"));
+  server.Always({Delivery::Outcome::kSent, ""});
+  Raise();
+  Turn();
+  EXPECT_EQ(server.taken.size(), 1U) << "the next alert is a mail of its own";
+}
+
+TEST_F(Mailing, RefusalsOutliveARestart) {
+  Turn();
+  server.Always(kNo);
+  Raise();
+  for (int i = 0; i < 10; ++i) {
+    Turn();
+    Restart();
+  }
+  EXPECT_EQ(server.tries, 3);
+}
+
+TEST_F(Mailing, ChangedSettingsAreTriedAtOnce) {
+  Turn();
+  server.Always(kDown);
+  Raise();
+  Turn();
+  server.Always({Delivery::Outcome::kSent, ""});
+  SaveSettings("Send Alerts To=me@example.org;SMTP Server=other.example.org:25;");
+  Pass(10);
+  ASSERT_EQ(server.taken.size(), 1U);
+  EXPECT_EQ(server.taken[0].first.server, "other.example.org");
+}
+
+TEST_F(Mailing, WhileItIsOffNothingWaits) {
+  SaveSettings("Send Alerts To=;SMTP Server=:25;");
+  Restart();
+  Turn();
+  Raise(3);
+  Turn();
+  SaveSettings(kSettings);
+  Pass(10);
+  EXPECT_EQ(server.tries, 0);
+  Raise();
+  Turn();
+  EXPECT_EQ(server.taken.size(), 1U);
+}
+
+TEST_F(Mailing, TurnedOffItGivesUpWhatWaits) {
+  Turn();
+  server.Always(kDown);
+  Raise(2);
+  Turn();
+  SaveSettings("Send Alerts To=;SMTP Server=:25;");
+  Pass(10);
+  EXPECT_EQ(log.back(), "E-mail was turned off; 2 alerts will not be mailed");
+  SaveSettings(kSettings);
+  const int before = server.tries;
+  Pass(3600);
+  EXPECT_EQ(server.tries, before);
+}
+
+TEST_F(Mailing, FileThatDoesNotFitItsSideFileKeepsTheAlerts) {
+  Turn();
+  files.Put("/s/KorvessaSMTPConfig.kvl", "Send Alerts To=evil@example.org;SMTP Server=mail.example.org:25;");
+  Pass(10);
+  EXPECT_THAT(log, IsEmpty()) << "a look may fall between the file and its side file";
+  Raise();
+  Pass(30);
+  EXPECT_EQ(server.tries, 0);
+  EXPECT_THAT(log, ElementsAre("E-mail waits: the SMTP file does not fit its side file"));
+  SaveSettings(kSettings);
+  Pass(10);
+  EXPECT_EQ(server.taken.size(), 1U);
+}
+
+TEST_F(Mailing, FullDiskKeepsNoAlertFromBeingMailedAndMailsNoneTwice) {
+  Turn();
+  files.FailNext(platform::FileOp::kWriteAll, "/k/zendrix-mail.state", platform::ErrorKind::kNoSpace,
+                 platform::MemoryFiles::kAlways);
+  Raise();
+  Pass(60);
+  EXPECT_EQ(server.taken.size(), 1U);
+  EXPECT_EQ(log.front(), "E-mail cannot write its state file; it is tried again");
+  EXPECT_EQ(log.size(), 2U);
+  files.ClearFaults();
+  Pass(10);
+  Restart();
+  Turn();
+  EXPECT_EQ(server.tries, 1);
+}
+
+TEST_F(Mailing, DamagedStateIsToldAndBegunAnew) {
+  Turn();
+  files.Put("/k/zendrix-mail.state", "x");
+  Restart();
+  Turn();
+  EXPECT_THAT(log, ElementsAre("E-mail begins anew: its state file is damaged"));
+  Raise();
+  Turn();
+  EXPECT_EQ(server.taken.size(), 1U);
+}
+
+TEST_F(Mailing, StateThatCannotBeReadNowIsNotBegunAnew) {
+  Turn();
+  Raise();
+  files.FailNext(platform::FileOp::kOpen, "/k/zendrix-mail.state", platform::ErrorKind::kPermissionDenied);
+  Restart();
+  Turn();
+  EXPECT_EQ(server.tries, 0);
+  Turn();
+  EXPECT_EQ(server.taken.size(), 1U);
+}
+
+TEST_F(Mailing, OldAlertsOfARestoredFileAreHistory) {
+  Turn();
+  files.Vanish(kFile);
+  files.Put(kFile, AlertText(clock.NowUtc() - 90000, "AG,X,1") + AlertText(clock.NowUtc() - 10, "AG,Y,1"));
+  Turn();
+  EXPECT_EQ(server.taken.size(), 1U);
+}
+
+// Killed at any of its steps, and started again: every alert arrives, and one that arrives twice is known for
+// the same by its Message-ID.
+TEST_F(Mailing, KillAtAnyStepLosesNothing) {
+  Turn();
+  const std::string begun = files.Get("/k/zendrix-mail.state");
+  const std::string monitored = files.Get(kFile);
+  int steps = 0;
+  for (int kill_at = 1;; ++kill_at) {
+    SCOPED_TRACE(kill_at);
+    files.Put("/k/zendrix-mail.state", begun);
+    files.Put(kFile, monitored);
+    server = ScriptedTransport();
+    platform::FaultyFiles faulty(files);
+    faulty.KillAt(kill_at);
+    bool killed = false;
+    Raise(2);
+    try {
+      Mailer first(Parts(faulty));
+      while (first.Turn()) {
+      }
+    } catch (const platform::ProcessEnded&) {
+      killed = true;
+    }
+    Raise(1);
+    Restart();
+    Turn();
+    std::map<std::string, std::string> subject_by_id;
+    for (const auto& [settings, text] : server.taken) {
+      const auto parts = TakeApart(text);
+      const auto [at, is_new] = subject_by_id.try_emplace(parts.headers.at("Message-ID"), parts.body);
+      EXPECT_EQ(at->second, parts.body);
+    }
+    EXPECT_EQ(subject_by_id.size(), 3U);
+    EXPECT_LE(server.taken.size(), killed ? 4U : 3U);
+    if (!killed) break;
+    ++steps;
+    clock.Advance(7'200'000);
+  }
+  EXPECT_GE(steps, 3);
+}
+
+}  // namespace
+}  // namespace zendrix::mail
