@@ -1,6 +1,7 @@
-// What the Agent sees of its host: files, links and folders, read only. Everything it reads can vanish
-// between two calls or refuse to be read; that is ordinary and shows as an empty answer, never as an error.
-// Names and contents are raw bytes as the host gives them. Nothing here can change the host.
+// What the Agent sees of its host: files, links, folders and the table of its sockets, read only. Everything
+// it reads can vanish between two calls or refuse to be read; that is ordinary and shows as an empty answer,
+// never as an error. Names and contents are raw bytes as the host gives them. Nothing here can change the
+// host.
 #pragma once
 
 #include <algorithm>
@@ -11,6 +12,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "agent/host/parse_network.h"
 
 namespace zendrix::agent {
 
@@ -56,6 +59,9 @@ class HostView {
   virtual std::optional<EntryFacts> Look(const std::string& path) = 0;
   // Facts about what the path leads to; links are followed.
   virtual std::optional<EntryFacts> LookThrough(const std::string& path) = 0;
+  // The TCP sockets of the Agent's network namespace that listen, connect or are connected, as the kernel
+  // answers the question for them; no value where it does not.
+  virtual std::optional<std::vector<Socket>> Sockets() { return {}; }
 };
 
 // The real host.

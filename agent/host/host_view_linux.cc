@@ -1,5 +1,7 @@
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/netlink.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -7,6 +9,8 @@
 #include <cerrno>
 
 #include "agent/host/host_view.h"
+#include "agent/host/netlink.h"
+#include "agent/host/parse_sock_diag.h"
 
 namespace zendrix::agent {
 namespace {
@@ -106,7 +110,31 @@ class LinuxHostView : public HostView {
     return FactsOf(facts);
   }
 
+  std::optional<std::vector<Socket>> Sockets() override {
+    auto stream = OpenNetlink(NETLINK_SOCK_DIAG, 0, kDumpRoom);
+    std::vector<Socket> sockets;
+    if (!stream || !Dump(*stream.value(), AF_INET, sockets)) return {};
+    // A kernel without IPv6 has none of its sockets.
+    Dump(*stream.value(), AF_INET6, sockets);
+    return sockets;
+  }
+
  private:
+  static constexpr int kDumpRoom = 1 << 20;
+  static constexpr int kAnswerMs = 1000;
+  static constexpr std::size_t kMostSockets = 1'000'000;
+
+  static bool Dump(NetlinkStream& stream, std::uint8_t family, std::vector<Socket>& into) {
+    if (!stream.Send(SocketDumpQuestion(family))) return false;
+    std::string datagram;
+    for (;;) {
+      if (stream.Receive(datagram, kAnswerMs) != NetlinkStream::Outcome::kGot) return false;
+      const DumpPart part = ReadDumpPart(datagram, into);
+      if (part != DumpPart::kMore) return part == DumpPart::kDone;
+      if (into.size() > kMostSockets) return false;
+    }
+  }
+
   enum class End { kReached, kRefused };
 
   // Up to `limit` bytes.

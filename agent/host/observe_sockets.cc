@@ -42,6 +42,8 @@ void NameOwner(Item& item, const Program* owner, Rule when_unknown) {
 }  // namespace
 
 std::vector<Socket> ReadSockets(HostView& host) {
+  // A third of the time that the text takes.
+  if (auto asked = host.Sockets()) return std::move(*asked);
   std::vector<Socket> sockets;
   for (const char* path : {"/proc/net/tcp", "/proc/net/tcp6"}) {
     const auto text = host.ReadText(path, kSocketTableLimit);
