@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <optional>
 #include <set>
 
 #include "family/intermediate/read_number.h"
@@ -163,6 +164,20 @@ bool IsKnownAs(const std::string& process, const std::string& path, const Outsid
   return name == path || name == path + " (deleted)";
 }
 
+// Whether a process sees the computer's files where we see them: it lives in our mount namespace, or in that
+// of the first process, of which ours is a copy when we are a service with a sandbox. Nothing when it cannot
+// be told.
+std::optional<bool> SeesOurFiles(const std::string& process, const Outside& outside) {
+  struct stat its = {}, other = {};
+  if (::stat((outside.proc + "/" + process + "/ns/mnt").c_str(), &its) != 0) return std::nullopt;
+  const auto is_its = [&](const char* whose) {
+    return ::stat((outside.proc + whose + "/ns/mnt").c_str(), &other) == 0 && other.st_dev == its.st_dev &&
+           other.st_ino == its.st_ino;
+  };
+  if (is_its("/self") || is_its("/1")) return true;
+  return other.st_ino == 0 ? std::nullopt : std::optional(false);
+}
+
 [[noreturn]] void RefuseState(ProgramState state, const std::string& name) {
   if (state == ProgramState::kElsewhere)
     throw Refused{"The program of this event runs in a container of its own and is not " + name +
@@ -201,11 +216,10 @@ ProgramState StateOf(const std::string& process, const struct stat& file, const 
   if (found.hidden) return ProgramState::kUnknown;
   if (!found.lives || (event.moment && found.began > *event.moment + kClockSlack)) return ProgramState::kGone;
   const std::string folder = outside.proc + "/" + process;
-  struct stat own = {}, its = {}, executable = {};
-  if (::stat((outside.proc + "/self/ns/mnt").c_str(), &own) != 0 ||
-      ::stat((folder + "/ns/mnt").c_str(), &its) != 0)
-    return ProgramState::kUnknown;
-  if (own.st_dev != its.st_dev || own.st_ino != its.st_ino) return ProgramState::kElsewhere;
+  struct stat executable = {};
+  const auto sees_our_files = SeesOurFiles(process, outside);
+  if (!sees_our_files) return ProgramState::kUnknown;
+  if (!*sees_our_files) return ProgramState::kElsewhere;
   if (::stat((folder + "/exe").c_str(), &executable) != 0) return ProgramState::kUnknown;
   const bool same = executable.st_dev == file.st_dev && executable.st_ino == file.st_ino;
   return same ? ProgramState::kThisFile : ProgramState::kAnother;

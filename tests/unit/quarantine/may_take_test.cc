@@ -384,6 +384,22 @@ TEST_F(MayTakeTest, AProcessInAMountNamespaceOfItsOwnNamesNoFileHere) {
              "The program of this event runs in a container of its own and is not \"sshd\".");
 }
 
+// The helper of an installed system has a sandbox, and with it a mount namespace of its own: every program of
+// the computer was taken for one of a container.
+TEST_F(MayTakeTest, InAServicesSandboxAProcessOfTheComputerNamesItsFile) {
+  const std::string path = Make("tool"), other = Make("other");
+  for (const std::string process : {"1", "4711", "4712"}) {
+    if (process != "1") Run(process, process == "4711" ? path : other);
+    std::filesystem::create_directories(proc_ + "/" + process + "/ns");
+    std::filesystem::remove(proc_ + "/" + process + "/ns/mnt");
+  }
+  Write(proc_ + "/1/ns/mnt", "the computer's");
+  std::filesystem::create_hard_link(proc_ + "/1/ns/mnt", proc_ + "/4711/ns/mnt");
+  Write(proc_ + "/4712/ns/mnt", "another");
+  ExpectKept(Of(kProcesses, other + ":4712"), other, "runs in a container of its own");
+  ExpectTaken(Of(kProcesses, path + ":4711"), path);
+}
+
 TEST_F(MayTakeTest, AProcessThatMayNotBeLookedAtProvesNothing) {
   const std::string path = Make("tool");
   Run("4711", path);
