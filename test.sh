@@ -7,7 +7,8 @@
 #   ./test.sh              everything
 #   ./test.sh quick        every test in one build: no sanitizers, no build without Qt, no check of names
 #
-# With VM=1 the Agent is tried on Debian's own kernel as well, in a virtual machine (tests/vm/run; 1 to 2 minutes more).
+# With VM=1 the Agent and its services are tried on Debian's own kernel and service manager as well, in a virtual machine
+# (tests/vm/run; 2 to 4 minutes more).
 # FUZZ_SECONDS (default 10) bounds each fuzz target; JOBS (default: number of processors) the parallel build.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -57,7 +58,7 @@ else
   build core-only programs
   ZENDRIX_TEST_INSPECTOR=$PWD/build/core-only/bin/zendrix-inspect build/asan/bin/test_cli --gtest_brief=1
   packaging/tidy.sh
-  build dev programs tests_{hostile,quarantine,qt,e2e,desktop}
+  build dev programs zendrix-vm-service tests_{hostile,quarantine,qt,e2e,desktop}
   # Tests of windows wait for much of their time: the fuzz targets have the processors meanwhile.
   run asan -L '^fuzz$' >build/fuzz.log 2>&1 &
   trap 'kill $! 2>/dev/null || true' EXIT

@@ -1,0 +1,92 @@
+#!/usr/bin/env python3
+"""Judges what came of the services on a Debian with its service manager, bus and polkit.
+
+Usage: judge_system.py FOLDER. FOLDER holds what the machine of stage two handed back. Prints each thing that is held;
+exits 1 when one is not.
+"""
+import json
+import pathlib
+import sys
+
+RIGHTS = {"CAP_DAC_READ_SEARCH": 2, "CAP_SYS_PTRACE": 19, "CAP_PERFMON": 38, "CAP_BPF": 39}
+# Of what sandbox_probe tries, what each service is let do; all else is refused.
+LET = {
+    "zendrix": {"write its folder", "write home", "write the record", "write the log", "read a home", "read the passwords"},
+    "zendrix-mail": {"write /tmp", "write /var/tmp", "write /dev/shm", "write the log", "reach the network"},
+    "zendrix-act": {"write /usr", "write /etc", "write /home", "write /root", "write /tmp", "write /var/tmp", "write /dev/shm",
+                    "write /var/lib", "write /run", "write a home", "write its folder", "look into the quarantine",
+                    "move the quarantine away", "read a home", "read the passwords", "a setuid file", "end another's program"},
+}
+FOLDERS = {
+    "": "drwxrwx--t root:zendrix-state",
+    "home": "drwxr-s--- zendrix:zendrix",
+    "admin": "drwxr-s--- zendrix:zendrix",
+    "quarantine": "drwx------ root:root",
+    "mail": "drwx------ zendrix-mail:zendrix-mail",
+    "home/KorvessaMonitoring.kvl": "-rw-r----- zendrix:zendrix",
+    "admin/KorvessaMonitoring.kvl": "-rw-r----- zendrix:zendrix",
+    "zendrix-baseline.db": "-rw-r----- zendrix:zendrix",
+}
+
+folder = pathlib.Path(sys.argv[1])
+broken = 0
+
+
+def hold(what, fine, found=""):
+    global broken
+    broken += not fine
+    print(f"{'holds ' if fine else 'BROKEN'}  {what}{'' if fine else f': found {found}'}")
+
+
+def read(name):
+    return (folder / name).read_text(encoding="utf-8")
+
+
+def lines(name):
+    return read(name).splitlines()
+
+
+hold("the Agent starts with the computer", read("active.txt").split() == ["active"], read("active.txt"))
+hold("no unit failed", read("failed.txt") == "", read("failed.txt"))
+rights = dict(line.split(":", 1) for line in lines("rights.txt"))
+wanted = f"{sum(1 << number for number in RIGHTS.values()):016x}"
+caps = {name: value.strip() for name, value in rights.items() if name.startswith("Cap")}
+hold("it has these rights and no others: " + ", ".join(RIGHTS), len(caps) == 5 and set(caps.values()) == {wanted}, caps)
+hold("it is an ordinary user, without new rights, behind a filter of system calls",
+     "0" not in rights["Uid"].split() and rights["NoNewPrivs"].strip() == "1" and rights["Seccomp"].strip() == "2", rights)
+levels = {level["watched"]: level["level"] for level in json.loads(read("status.json"))["levels"]}
+hold("programs, ports, connections and modules are told by the kernel",
+     [levels.get(name) for name in ("Running Processes", "Listening Ports", "TCP Connections", "System (kernel modules)")]
+     == ["events"] * 4, levels)
+hold("every other monitor sees something", "none" not in levels.values(), levels)
+
+home = json.loads(read("home.json"))
+rows = [dict(zip(home["columns"], row)) for row in home["rows"]]
+came = [(row["Monitor"], row["Description"]) for row in rows if row["Change"].startswith("1.")]
+hold("a program of the computer has its own name, from inside the sandbox",
+     came.count(("Running Processes", read("program.txt").strip())) == 1, [text for text in came if "of-the-host" in text[1]])
+hold("a new account", ("System Users", "mallory") in came, came)
+hold("an autostart entry in somebody's home", any(monitor == "Autorun Registry" and text.startswith("/home/ann/.config/autostart/own.desktop=")
+                                                   for monitor, text in came), came)
+strangers = [row["Description"] for row in rows if row["Monitor"] == "Running Processes" and "mount namespace" in row["Description"]]
+hold("no program of the computer is taken for one of a container", not strangers, strangers)
+
+for service, let in LET.items():
+    answers = dict(line.rsplit(": ", 1) for line in lines(f"probe-{service}.txt"))
+    found = {what for what, answer in answers.items() if answer == "let"}
+    hold(f"{service}: of {len(answers)} things that a service should not do, it is let do {len(let)}, which are its work",
+         len(answers) == 28 and found == let, f"{len(answers)} tried; let beside: {found - let}, refused: {let - found}")
+
+hold("before, the console finds it running and started with the computer", lines("state_before.txt") == ["Running Auto"], read("state_before.txt"))
+hold("an ordinary user with nobody to ask may not stop it", lines("stop_unasked.txt") == ["2"], read("stop_unasked.txt"))
+hold("polkit asks, and the wrong password does not stop it", lines("stop_wrong.txt") == ["asked: yes", "said: 2", "active"], read("stop_wrong.txt"))
+hold("polkit asks, and an administrator's password stops it", lines("stop.txt") == ["asked: yes", "said: 0", "Stopped Auto"], read("stop.txt"))
+hold("and starts it again", lines("start.txt") == ["asked: yes", "said: 0", "Running Auto"], read("start.txt"))
+hold("which begins a second session", sum(row["Description"] == "Begin Session Refresh." for row in rows) == 2)
+
+found = {line.split(" ", 1)[0]: line.split(" ", 1)[1] for line in lines("rights_of_files.txt")}
+wrong = {path: found.get(path) for path, wanted in FOLDERS.items() if found.get(path) != wanted}
+hold("the rights of files and folders", not wrong, wrong)
+others = [line for line in lines("rights_of_files.txt") if line.split(" ")[1][7:9] != "--"]
+hold("nobody but the group reads anything", not others, others)
+sys.exit(broken > 0)
