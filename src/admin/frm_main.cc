@@ -10,6 +10,7 @@
 #include "core/guards.h"
 #include "core/path_text.h"
 #include "widgets/busy_mark.h"
+#include "widgets/wait_pointer.h"
 
 namespace zendrix::admin {
 
@@ -189,9 +190,8 @@ void frmMain::Timer1_Timer() {
         UpgradeGrid();
         BackgroundUpdate = false;
         if (sort.SortColumn > 0) {
-          screen.MousePointer = widgets::kPointerHourglass;
+          const widgets::WaitPointer wait(screen);
           SortAgain();
-          screen.MousePointer = widgets::kPointerDefault;
         }
       }
     }

@@ -4,6 +4,7 @@
 
 #include "core/splash.h"
 #include "platform/files.h"
+#include "widgets/wait_pointer.h"
 
 namespace zendrix::admin {
 
@@ -59,6 +60,7 @@ void GridFrame::ClearHeaderPictures() {
 void GridFrame::HeaderClick(EventGrid& grid, int column) {
   if (column < 1 || LoadRuns()) return;
   HeaderColumn = column;
+  const widgets::WaitPointer wait(screen);
   SortGrid(grid, GridSort::KeyOfHeader(column));
 }
 

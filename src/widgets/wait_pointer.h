@@ -1,5 +1,5 @@
-// The pointer is an hourglass for as long as this object lives, around anything that calls out of the
-// console.
+// The pointer is an hourglass for as long as this object lives, around anything that may keep the user
+// waiting.
 #pragma once
 
 #include "widgets/screen.h"

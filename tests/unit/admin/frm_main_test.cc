@@ -61,6 +61,18 @@ TEST_F(FrmMainTest, SortMarksTheFirstRow) {
   EXPECT_EQ(form_->HeaderColumn, kColHostname);
 }
 
+// A million rows take their time.
+TEST_F(FrmMainTest, PointerIsAnHourglassForAsLongAsASortLasts) {
+  OpenOn({Line(1, "system"), Line(2, "system")});
+  std::vector<int> shapes;
+  const auto pointer = screen_.MousePointer.changed.Connect([&] { shapes.push_back(screen_.MousePointer); });
+  int while_sorting = -1;
+  const auto sorted = form_->EventList.rows_sorted.Connect([&] { while_sorting = screen_.MousePointer; });
+  form_->EventList.header_clicked.Raise(kColDescription);
+  EXPECT_EQ(while_sorting, widgets::kPointerHourglass);
+  EXPECT_THAT(shapes, ::testing::ElementsAre(widgets::kPointerHourglass, widgets::kPointerDefault));
+}
+
 TEST_F(FrmMainTest, ScrolledPlaceIsRemembered) {
   OpenOn({Line(1, "system"), Line(2, "system")});
   EXPECT_EQ(form_->SavedTopRow, 1);
