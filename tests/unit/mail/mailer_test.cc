@@ -23,14 +23,14 @@ using ::testing::IsEmpty;
 
 const Delivery kDown = {Delivery::Outcome::kLater, "the mail server cannot be reached"};
 const Delivery kNo = {Delivery::Outcome::kRefused, "the mail server does not take it (550)"};
-const std::string kFile = "/f/KorvessaMonitoring.kvl";
+const std::string kMonitored = "/f/KorvessaMonitoring.kvl";
 const std::string kSettings = "Send Alerts To=me@example.org;SMTP Server=mail.example.org:25;";
 
 class Mailing : public testing::Test {
  protected:
   Mailing() {
     SaveSettings(kSettings);
-    files.Put(kFile, AlertText(clock.NowUtc() - 50, "AG,OLD,1"));
+    files.Put(kMonitored, AlertText(clock.NowUtc() - 50, "AG,OLD,1"));
     Restart();
   }
   void SaveSettings(const std::string& text) {
@@ -54,7 +54,7 @@ class Mailing : public testing::Test {
   }
   void Raise(int count = 1) {
     for (int i = 0; i < count; ++i)
-      files.PutMore(kFile, AlertText(clock.NowUtc() + i, "AG," + std::to_string(++raised) + ",1"));
+      files.PutMore(kMonitored, AlertText(clock.NowUtc() + i, "AG," + std::to_string(++raised) + ",1"));
   }
   std::vector<std::string> Subjects() {
     std::vector<std::string> subjects;
@@ -90,15 +90,15 @@ TEST_F(Mailing, AlertIsMailedOnceAndHistoryNever) {
 TEST_F(Mailing, AlertThatStandsTwiceIsOne) {
   Turn();
   const std::string line = AlertText(clock.NowUtc());
-  files.PutMore(kFile, line + line);
+  files.PutMore(kMonitored, line + line);
   Turn();
   EXPECT_EQ(server.taken.size(), 1U);
 }
 
 TEST_F(Mailing, OtherRowsAreNotMailed) {
   Turn();
-  files.PutMore(kFile, "1100000000,desk,1,Running Processes|1|1|/tmp/x:1|observed|RP,1,1|0\r\n" +
-                           AlertText(1100000000, "AG,9,1", "a=b;", "-0.98"));
+  files.PutMore(kMonitored, "1100000000,desk,1,Running Processes|1|1|/tmp/x:1|observed|RP,1,1|0\r\n" +
+                                AlertText(1100000000, "AG,9,1", "a=b;", "-0.98"));
   Turn();
   EXPECT_EQ(server.tries, 0);
 }
@@ -106,8 +106,8 @@ TEST_F(Mailing, OtherRowsAreNotMailed) {
 TEST_F(Mailing, WhatCameWhileItDidNotRunIsMailed) {
   Turn();
   Raise();
-  ASSERT_TRUE(files.Rename(kFile, "/f/KorvessaMonitoring-1100000010.kvl"));
-  files.Put(kFile, AlertText(clock.NowUtc() + 20, "AG,B,1"));
+  ASSERT_TRUE(files.Rename(kMonitored, "/f/KorvessaMonitoring-1100000010.kvl"));
+  files.Put(kMonitored, AlertText(clock.NowUtc() + 20, "AG,B,1"));
   Restart();
   Turn();
   EXPECT_EQ(server.taken.size(), 2U);
@@ -289,8 +289,9 @@ TEST_F(Mailing, StateThatCannotBeReadNowIsNotBegunAnew) {
 
 TEST_F(Mailing, OldAlertsOfARestoredFileAreHistory) {
   Turn();
-  files.Vanish(kFile);
-  files.Put(kFile, AlertText(clock.NowUtc() - 90000, "AG,X,1") + AlertText(clock.NowUtc() - 10, "AG,Y,1"));
+  files.Vanish(kMonitored);
+  files.Put(kMonitored,
+            AlertText(clock.NowUtc() - 90000, "AG,X,1") + AlertText(clock.NowUtc() - 10, "AG,Y,1"));
   Turn();
   EXPECT_EQ(server.taken.size(), 1U);
 }
@@ -300,12 +301,12 @@ TEST_F(Mailing, OldAlertsOfARestoredFileAreHistory) {
 TEST_F(Mailing, KillAtAnyStepLosesNothing) {
   Turn();
   const std::string begun = files.Get("/k/zendrix-mail.state");
-  const std::string monitored = files.Get(kFile);
+  const std::string monitored = files.Get(kMonitored);
   int steps = 0;
   for (int kill_at = 1;; ++kill_at) {
     SCOPED_TRACE(kill_at);
     files.Put("/k/zendrix-mail.state", begun);
-    files.Put(kFile, monitored);
+    files.Put(kMonitored, monitored);
     server = ScriptedTransport();
     platform::FaultyFiles faulty(files);
     faulty.KillAt(kill_at);

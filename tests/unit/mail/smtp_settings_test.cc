@@ -8,31 +8,31 @@ namespace {
 
 using ::testing::HasSubstr;
 
-const std::string kHead = "Send Alerts To=me@example.org;SMTP Server=mail.example.org:";
+const std::string kConsoles = "Send Alerts To=me@example.org;SMTP Server=mail.example.org:";
 
 TEST(ParseMailSettings, WhatTheConsoleWritesIsEnough) {
-  const auto read = ParseMailSettings(kHead + "2525;");
+  const auto read = ParseMailSettings(kConsoles + "2525;");
   ASSERT_TRUE(read.settings);
   EXPECT_EQ(*read.settings, (MailSettings{"me@example.org", "me@example.org", "mail.example.org", 2525,
                                           Security::kWhereOffered, "", ""}));
-  EXPECT_EQ(ParseMailSettings(kHead + ";").settings->port, 25);
-  EXPECT_EQ(ParseMailSettings(kHead + "465;").settings->security, Security::kTls);
+  EXPECT_EQ(ParseMailSettings(kConsoles + ";").settings->port, 25);
+  EXPECT_EQ(ParseMailSettings(kConsoles + "465;").settings->security, Security::kTls);
 }
 
 TEST(ParseMailSettings, FieldsBehindTheConsolesSayHow) {
-  const auto read =
-      ParseMailSettings(kHead + "587;security=starttls;USER= me ;Password=a=b c;From=z@example.org;Else=x;");
+  const auto read = ParseMailSettings(
+      kConsoles + "587;security=starttls;USER= me ;Password=a=b c;From=z@example.org;Else=x;");
   ASSERT_TRUE(read.settings);
   EXPECT_EQ(*read.settings, (MailSettings{"me@example.org", "z@example.org", "mail.example.org", 587,
                                           Security::kStartTls, "me", "a=b c"}));
-  EXPECT_EQ(ParseMailSettings(kHead + "25;Security=TLS").settings->security, Security::kTls);
-  EXPECT_EQ(ParseMailSettings(kHead + "465;Security=None").settings->security, Security::kNone);
-  EXPECT_EQ(ParseMailSettings(kHead + "25;Password=\xE9;User=\xE9").settings->password, "\xC3\xA9");
+  EXPECT_EQ(ParseMailSettings(kConsoles + "25;Security=TLS").settings->security, Security::kTls);
+  EXPECT_EQ(ParseMailSettings(kConsoles + "465;Security=None").settings->security, Security::kNone);
+  EXPECT_EQ(ParseMailSettings(kConsoles + "25;Password=\xE9;User=\xE9").settings->password, "\xC3\xA9");
 }
 
 TEST(ParseMailSettings, PasswordNeverGoesOutUnencrypted) {
-  EXPECT_EQ(ParseMailSettings(kHead + "25;User=me;Password=x").settings->security, Security::kStartTls);
-  const auto read = ParseMailSettings(kHead + "25;User=me;Password=x;Security=None");
+  EXPECT_EQ(ParseMailSettings(kConsoles + "25;User=me;Password=x").settings->security, Security::kStartTls);
+  const auto read = ParseMailSettings(kConsoles + "25;User=me;Password=x;Security=None");
   EXPECT_FALSE(read.settings);
   EXPECT_THAT(read.error, HasSubstr("unencrypted"));
 }
@@ -65,7 +65,7 @@ TEST(ParseMailSettings, WhatMeansSomethingElsewhereIsRefused) {
 }
 
 TEST(ParseMailSettings, OnlyTheFirstLineCounts) {
-  EXPECT_EQ(ParseMailSettings(kHead + "25\r\n;User=me").settings->user, "");
+  EXPECT_EQ(ParseMailSettings(kConsoles + "25\r\n;User=me").settings->user, "");
 }
 
 class SmtpFile : public testing::Test {
@@ -81,9 +81,9 @@ class SmtpFile : public testing::Test {
 TEST_F(SmtpFile, IsTakenWhenItFitsItsSideFile) {
   EXPECT_FALSE(ReadMailSettings(files, family, "/f").settings);
   EXPECT_EQ(ReadMailSettings(files, family, "/f").error, "");
-  Save(kHead + "25;");
+  Save(kConsoles + "25;");
   EXPECT_TRUE(ReadMailSettings(files, family, "/f").settings);
-  files.Put("/f/KorvessaSMTPConfig.kvl", kHead + "26;");
+  files.Put("/f/KorvessaSMTPConfig.kvl", kConsoles + "26;");
   EXPECT_FALSE(ReadMailSettings(files, family, "/f").settings);
   EXPECT_THAT(ReadMailSettings(files, family, "/f").error, HasSubstr("side file"));
   files.Vanish("/f/KorvessaSMTPConfig.kvh");
@@ -91,7 +91,7 @@ TEST_F(SmtpFile, IsTakenWhenItFitsItsSideFile) {
 }
 
 TEST_F(SmtpFile, LookingChangesNothing) {
-  Save(kHead + "25;");
+  Save(kConsoles + "25;");
   files.Put("/f/KorvessaSMTPConfig.kvl.pending", "a save that goes on");
   const auto before = files.Paths();
   files.before = [](platform::FileOp op, const std::string& path) {
@@ -104,7 +104,7 @@ TEST_F(SmtpFile, LookingChangesNothing) {
 }
 
 TEST_F(SmtpFile, HugeOneIsNotRead) {
-  Save(kHead + "25;" + std::string(70000, 'x'));
+  Save(kConsoles + "25;" + std::string(70000, 'x'));
   EXPECT_THAT(ReadMailSettings(files, family, "/f").error, HasSubstr("cannot be read"));
 }
 
