@@ -16,6 +16,7 @@
 #include "agent/score/explain.h"
 #include "agent/score/scorer.h"
 #include "agent/sources/bpf_source.h"
+#include "agent/sources/bus_source.h"
 #include "agent/sources/notice_source.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_files.h"
@@ -42,7 +43,11 @@ using Sources = std::vector<std::unique_ptr<zendrix::agent::Source>>;
 Sources MakeSources(const Options& options, zendrix::agent::HostView& host, zendrix::platform::Clock& clock) {
   Sources sources;
   // Notices take no right and reach no further than files that may be read.
-  sources.push_back(zendrix::agent::MakeNoticeSource(host, clock));
+  auto notices = zendrix::agent::MakeNoticeSource(host, clock);
+  // Of units in folders that cannot be watched it is the bus that tells.
+  sources.push_back(zendrix::agent::MakeBusSource(
+      clock, [&notices = *notices] { notices.LookSoon(zendrix::agent::monitor::kAutorun); }));
+  sources.push_back(std::move(notices));
   if (!options.plain) {
     sources.push_back(zendrix::agent::MakeBpfSource(host, static_cast<std::uint64_t>(getpid())));
   }

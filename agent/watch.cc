@@ -31,6 +31,7 @@ std::vector<Event> Watch::Turn() {
     source->Drain(seen_);
     Take(*source, events);
   }
+  HandOver(events);
   Look(events);
   return events;
 }
@@ -47,11 +48,21 @@ bool Watch::IsTold() const {
   });
 }
 
+// Not in the turn in which it takes over: what it tells then is compared with what is known.
 bool Watch::Covers(const Source& source, std::string_view name) const {
+  if (std::find(taken_over_.begin(), taken_over_.end(), name) != taken_over_.end()) return false;
   return std::find(covered_.begin(), covered_.end(), std::pair(name, &source)) != covered_.end();
 }
 
+const Source* Watch::CoverOf(std::string_view name) const {
+  const auto found = std::find_if(covered_.begin(), covered_.end(),
+                                  [&](const auto& covered) { return covered.first == name; });
+  return found == covered_.end() ? nullptr : found->second;
+}
+
 void Watch::ShareOut() {
+  const bool is_first = covered_.empty();
+  const auto before_covered = covered_;
   source_levels_.clear();
   for (const Source* source : sources_) source_levels_.push_back(source->level());
   covered_.clear();
@@ -66,6 +77,16 @@ void Watch::ShareOut() {
     covered_.emplace_back(name, best);
     if (best == nullptr) looked_at.push_back(name);
   }
+  for (const auto& [name, source] : before_covered) {
+    const Source* const now = CoverOf(name);
+    if (is_first || now == source) continue;
+    if (now != nullptr) taken_over_.push_back(name);
+    if (source == nullptr) continue;
+    auto& told = unused_[{source, name}];
+    for (Item& item : ledger_.Items()) {
+      if (item.monitor == name) told.insert_or_assign(KeyOf(item), std::move(item));
+    }
+  }
   const auto before = looks_ ? looks_->Monitors() : std::span<const std::string_view>();
   if (!looks_ || !std::equal(before.begin(), before.end(), looked_at.begin(), looked_at.end())) {
     looks_ = std::make_unique<PollingSource>(host_, clock_, own_pid_, interval_ms_, std::move(looked_at));
@@ -79,10 +100,18 @@ void Watch::Take(const Source& source, std::vector<Event>& events) {
   for (Observation& seen : seen_) {
     switch (seen.kind) {
       case Observation::Kind::kCame:
-        if (Covers(source, seen.item.monitor)) ledger_.Came(std::move(seen.item), events);
+        if (Covers(source, seen.item.monitor)) {
+          ledger_.Came(std::move(seen.item), events);
+        } else {
+          Note(source, std::move(seen));
+        }
         break;
       case Observation::Kind::kWent:
-        if (Covers(source, seen.item.monitor)) ledger_.Went(seen.item, events);
+        if (Covers(source, seen.item.monitor)) {
+          ledger_.Went(seen.item, events);
+        } else {
+          Note(source, std::move(seen));
+        }
         break;
       case Observation::Kind::kHappened:
         events.push_back(HappenedEvent(std::move(seen.item)));
@@ -91,6 +120,27 @@ void Watch::Take(const Source& source, std::vector<Event>& events) {
         lost_ = seen.lost > std::numeric_limits<std::uint64_t>::max() - lost_ ? lost_ : lost_ + seen.lost;
         break;
     }
+  }
+}
+
+void Watch::Note(const Source& source, Observation seen) {
+  auto& items = unused_[{&source, seen.item.monitor}];
+  std::string key = KeyOf(seen.item);
+  if (seen.kind == Observation::Kind::kWent) {
+    items.erase(key);
+  } else if (items.size() < Ledger::kMostItems) {
+    items.insert_or_assign(std::move(key), std::move(seen.item));
+  }
+}
+
+void Watch::HandOver(std::vector<Event>& events) {
+  for (const std::string_view name : std::exchange(taken_over_, {})) {
+    const auto known = unused_.extract({CoverOf(name), name});
+    std::vector<Item> items;
+    if (known) {
+      for (auto& [key, item] : known.mapped()) items.push_back(std::move(item));
+    }
+    ledger_.Reconcile({&name, 1}, items, events);
   }
 }
 

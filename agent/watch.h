@@ -1,11 +1,14 @@
 // All sources together: which of them covers which monitor, and what they saw as events in the order in which
 // it was seen. A monitor is covered by the first source given that can do anything at all for it, and by
-// looks from time to time when none can; when a source's level changes, what it covered is shared out anew.
+// looks from time to time when none can; when a source's level changes, what it covered is shared out anew,
+// and only what the next one sees otherwise is told.
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "agent/events/ledger.h"
@@ -42,7 +45,10 @@ class Watch {
  private:
   void ShareOut();
   bool Covers(const Source& source, std::string_view name) const;
+  const Source* CoverOf(std::string_view name) const;
+  void Note(const Source& source, Observation seen);
   void Take(const Source& source, std::vector<Event>& events);
+  void HandOver(std::vector<Event>& events);
   void Look(std::vector<Event>& events);
   std::vector<WatchLevel> LevelsNow() const;
 
@@ -53,6 +59,9 @@ class Watch {
   const std::vector<Source*> sources_;
   std::vector<SourceLevel> source_levels_;                           // as the work was shared out
   std::vector<std::pair<std::string_view, const Source*>> covered_;  // nullptr: by looks
+  // What is there by sources whose monitors better ones cover, for the moment in which these fail. By KeyOf.
+  std::map<std::pair<const Source*, std::string_view>, std::map<std::string, Item>> unused_;
+  std::vector<std::string_view> taken_over_;  // monitors that another source covers since this turn
   std::unique_ptr<PollingSource> looks_;
   bool looks_are_new_ = false;
   std::vector<Observation> seen_;

@@ -47,24 +47,26 @@ std::vector<Item> ObserveAccounts(const std::vector<Account>& accounts) {
   return items;
 }
 
+Item LoginItem(const Login& login) {
+  Item item;
+  item.monitor = monitor::kLogins;
+  const std::string user = CleanName(login.user);
+  item.subject = "login of " + user;
+  item.identity = login.line;
+  if (FromElsewhere(login)) {
+    item.description = user + " from " + CleanName(login.host);
+    item.rules.Add(login.user == "root" ? Rule::kLoginAsRootFromElsewhere : Rule::kLoginFromElsewhere);
+  } else {
+    item.description = user + " on " + CleanName(login.line);
+  }
+  return item;
+}
+
 std::vector<Item> ObserveLogins(HostView& host) {
   const auto bytes = host.ReadText("/run/utmp", kTextLimit);
   std::vector<Item> items;
   if (!bytes) return items;
-  for (const Login& login : ParseLogins(*bytes)) {
-    Item item;
-    item.monitor = monitor::kLogins;
-    const std::string user = CleanName(login.user);
-    item.subject = "login of " + user;
-    item.identity = login.line;
-    if (FromElsewhere(login)) {
-      item.description = user + " from " + CleanName(login.host);
-      item.rules.Add(login.user == "root" ? Rule::kLoginAsRootFromElsewhere : Rule::kLoginFromElsewhere);
-    } else {
-      item.description = user + " on " + CleanName(login.line);
-    }
-    items.push_back(std::move(item));
-  }
+  for (const Login& login : ParseLogins(*bytes)) items.push_back(LoginItem(login));
   return items;
 }
 

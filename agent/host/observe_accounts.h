@@ -17,7 +17,10 @@ std::vector<Account> ReadAccounts(HostView& host);
 // The account's name.
 std::vector<Item> ObserveAccounts(const std::vector<Account>& accounts);
 
-// "user on terminal", or "user from computer" for a login over the network. A host without utmp shows none.
+// "user on terminal", or "user from computer" for a login over the network.
+Item LoginItem(const Login& login);
+
+// A host without utmp shows none.
 std::vector<Item> ObserveLogins(HostView& host);
 
 // Failed logins on record; no value when the record may not be seen.

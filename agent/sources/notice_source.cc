@@ -133,7 +133,7 @@ void NoticeSource::Look(const std::vector<std::string_view>& monitors, std::vect
   }
 }
 
-std::unique_ptr<Source> MakeNoticeSource(HostView& host, platform::Clock& clock) {
+std::unique_ptr<NoticeSource> MakeNoticeSource(HostView& host, platform::Clock& clock) {
   auto stream = OpenInotify();
   if (!stream) return std::make_unique<NoticeSource>(host, clock, nullptr, stream.error().text);
   return std::make_unique<NoticeSource>(host, clock, std::move(stream.value()), "");

@@ -36,6 +36,8 @@ class NoticeSource : public Source {
   SourceLevel level() const override;
   int Handle() const override { return stream_ ? stream_->Handle() : -1; }
   void Drain(std::vector<Observation>& into) override;
+  // Somebody else says that a monitor's things changed; it is looked at soon, as after a notice.
+  void LookSoon(std::string_view monitor_name) { Note(monitor_name, clock_.MonotonicMs()); }
 
  private:
   struct Wanted {
@@ -69,6 +71,6 @@ class NoticeSource : public Source {
 };
 
 // The one of the running kernel.
-std::unique_ptr<Source> MakeNoticeSource(HostView& host, platform::Clock& clock);
+std::unique_ptr<NoticeSource> MakeNoticeSource(HostView& host, platform::Clock& clock);
 
 }  // namespace zendrix::agent

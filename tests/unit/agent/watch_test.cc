@@ -11,6 +11,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::UnorderedElementsAre;
 
 class WatchTest : public ::testing::Test {
  protected:
@@ -93,7 +94,7 @@ TEST_F(WatchTest, FirstOfTwoSourcesIsBelieved) {
   EXPECT_THAT(Texts(watch.Turn()), IsEmpty());
   events.SetLevel({Level::kNone, "test", "gone"});
   second.Came(MakeItem(monitor::kProcesses, "/bin/c:9"));
-  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("+/bin/c:9"));
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("+/bin/b:8", "+/bin/c:9")) << "its word counts from now on";
 }
 
 TEST_F(WatchTest, SourceThatFailsLaterHandsOverWithoutTellingAllAnew) {
@@ -105,6 +106,58 @@ TEST_F(WatchTest, SourceThatFailsLaterHandsOverWithoutTellingAllAnew) {
   EXPECT_THAT(Texts(watch.Turn()), ElementsAre("-/bin/ended:11"));
   EXPECT_EQ(LevelOf(watch, "Running Processes").level.level, Level::kPolling);
   EXPECT_FALSE(watch.IsTold());
+}
+
+// The second one told its things while nobody needed them; they are what counts when the first one fails.
+TEST_F(WatchTest, NextSourceTakesOverWithWhatItKnows) {
+  RecordedSource first({monitor::kLogins}, {Level::kNotices, "first", ""});
+  RecordedSource second({monitor::kLogins}, {Level::kNotices, "second", ""});
+  Watch watch = Make({&first, &second});
+  for (RecordedSource* source : {&first, &second}) {
+    source->Came(MakeItem(monitor::kLogins, "ann on tty1"));
+    source->Came(MakeItem(monitor::kLogins, "joe on tty4"));
+  }
+  first.Came(MakeItem(monitor::kLogins, "bob from far"));
+  second.Came(MakeItem(monitor::kLogins, "bob from 192.0.2.7"));
+  watch.Turn();
+  second.Went(MakeItem(monitor::kLogins, "joe on tty4"));
+  EXPECT_THAT(Texts(watch.Turn()), IsEmpty());
+  first.SetLevel({Level::kNone, "first", "the bus went away"});
+  second.Came(MakeItem(monitor::kLogins, "eve on tty5"));
+  EXPECT_THAT(Texts(watch.Turn()),
+              UnorderedElementsAre("-joe on tty4", "-bob from far", "+bob from 192.0.2.7", "+eve on tty5"));
+  EXPECT_THAT(LevelOf(watch, "Logged-On Users").level.how, "second");
+  EXPECT_THAT(LevelOf(watch, "Logged-On Users").level.reason, HasSubstr("no first: the bus went away"));
+  second.Went(MakeItem(monitor::kLogins, "eve on tty5"));
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("-eve on tty5"));
+}
+
+TEST_F(WatchTest, SourceThatComesBackTellsOnlyWhatDiffers) {
+  RecordedSource first({monitor::kLogins}, {Level::kNotices, "first", ""});
+  RecordedSource second({monitor::kLogins}, {Level::kNotices, "second", ""});
+  Watch watch = Make({&first, &second});
+  first.Came(MakeItem(monitor::kLogins, "ann on tty1"));
+  first.Came(MakeItem(monitor::kLogins, "bob from far"));
+  second.Came(MakeItem(monitor::kLogins, "ann on tty1"));
+  watch.Turn();
+  first.SetLevel({Level::kNone, "first", "gone"});
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("-bob from far"));
+  first.SetLevel({Level::kNotices, "first", ""});
+  first.Went(MakeItem(monitor::kLogins, "bob from far"));
+  first.Came(MakeItem(monitor::kLogins, "eve on tty9"));
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("+eve on tty9"));
+  second.Came(MakeItem(monitor::kLogins, "joe on tty7"));
+  EXPECT_THAT(Texts(watch.Turn()), IsEmpty());
+}
+
+TEST_F(WatchTest, SourceThatComesAfterLooksTakesOver) {
+  events.SetLevel({Level::kNone, "test", "not yet"});
+  Watch watch = Make({&events});
+  watch.Turn();
+  events.SetLevel({Level::kEvents, "test", ""});
+  events.Came(MakeItem(monitor::kProcesses, "/usr/sbin/sshd:10"));
+  events.Came(MakeItem(monitor::kProcesses, "/bin/b:8"));
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("+/bin/b:8"));
 }
 
 TEST_F(WatchTest, LossesAddUpUntilTheyAreTaken) {
