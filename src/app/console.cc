@@ -8,6 +8,7 @@
 #include "control/agent_control.h"
 #include "core/legible_locale.h"
 #include "platform/linux/agent_services.h"
+#include "platform/linux/linux_act_helper.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_family.h"
 #include "platform/linux/linux_files.h"
@@ -57,6 +58,7 @@ struct Console::Parts {
   qt::Pictures pictures;
   qt::Theme theme;
   qt::QtColourDialogs colour_dialogs{theme};
+  platform::LinuxActHelper act_helper;
   platform::LinuxFamily family;
   platform::LinuxProcess process;
   platform::Seams seams;
@@ -94,6 +96,7 @@ Console::Parts::Parts(const Options& the_options)
   state.ProductEdition = options.edition;
   state.ProgramFolder = options.folder;
   family.ConfigureQuarantine(options.folder, false);
+  family.SetHelper(&act_helper);
   state.ExeName = options.exe_name;
   // The same executable is the same program, whoever starts it and from wherever; its namesake in another
   // folder is another one.

@@ -7,6 +7,7 @@
 #include "core/legible_locale.h"
 #include "core/text_rules.h"
 #include "platform/linux/agent_services.h"
+#include "platform/linux/linux_act_helper.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_family.h"
 #include "platform/linux/linux_files.h"
@@ -131,6 +132,7 @@ struct Console::Parts {
         log(state) {
     if (options.agent) SetAgent(scripted_services, *options.agent);
     family.ConfigureQuarantine(options.folder, !options.write);
+    family.SetHelper(&act_helper);
     state.ProgramFolder = options.folder;
     state.ProductEdition = options.edition;
     state.ProductName = state.IsHome() ? "Korvessa Zendrix Home Edition" : "Korvessa Zendrix Administrator";
@@ -160,6 +162,7 @@ struct Console::Parts {
   platform::FakeServiceManager scripted_services;
   platform::PollLoop poll_loop;
   WatchedTimers live_timers{poll_loop};
+  platform::LinuxActHelper act_helper;
   platform::LinuxFamily family;
   CollectingBoxes boxes;
   NoFileDialogs file_dialogs;

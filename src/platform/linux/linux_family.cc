@@ -7,16 +7,20 @@
 #include <charconv>
 #include <optional>
 
+#include "family/description_reading.h"
 #include "family/intermediate/korvessa_intermediate_types.h"
 #include "family/korvessa_crypto_services.h"
 #include "family/korvessa_fundamental_types.h"
 #include "platform/files.h"
+#include "platform/windows_1252.h"
 
 namespace zendrix::platform {
 namespace {
 
 constexpr std::int32_t kMessageSize = 256;
 constexpr std::int32_t kHostIdSize = 5120;
+constexpr char kNoAnswer[] =
+    "No answer came in time. Whether the file was moved, the list of what is in quarantine tells.";
 
 // Both other kinds of function take text, buffer, size of the buffer.
 using TextFunction = std::int32_t (*)(const char* text, char* buffer, std::int32_t size);
@@ -78,6 +82,27 @@ std::vector<QuarantineEntry> EntriesOfText(std::string_view text) {
   return entries;
 }
 
+// As the library fills it: ended by a NUL within its size.
+void FillMessage(std::string& message, std::string_view sentence) {
+  constexpr std::size_t kMost = kMessageSize - 1;
+  message = std::string(sentence.substr(0, kMost)) + '\0';
+  message.resize(kMessageSize, ' ');
+}
+
+// The newest entry of the file that the event names, one that belongs to its alert before all others.
+std::vector<QuarantineEntry>::const_iterator EntryFor(const QuarantineEvent& event,
+                                                      const std::vector<QuarantineEntry>& entries) {
+  const auto kind = family::KindOfMonitor(event.monitor);
+  const auto named = kind ? family::ReadDescription(*kind, event.description).path : std::string_view();
+  const auto is_named = [&](const QuarantineEntry& entry) {
+    return !named.empty() && (entry.path == named || entry.path == Utf8FromBytes(named));
+  };
+  const auto of_alert = std::find_if(entries.begin(), entries.end(), [&](const QuarantineEntry& entry) {
+    return is_named(entry) && entry.alert == event.alert;
+  });
+  return of_alert != entries.end() ? of_alert : std::find_if(entries.begin(), entries.end(), is_named);
+}
+
 }  // namespace
 
 LinuxFamily::~LinuxFamily() {
@@ -127,7 +152,8 @@ Result<void*> LinuxFamily::QuarantineFunction(const char* name) {
   return found;
 }
 
-Status LinuxFamily::Quarantine(const char* function, const QuarantineEvent& event, std::string& message) {
+Result<std::int32_t> LinuxFamily::Quarantine(const char* function, const QuarantineEvent& event,
+                                             std::string& message) {
   const auto found = QuarantineFunction(function);
   if (!found) return found.error();
   family::QuarantineArguments arguments;
@@ -137,20 +163,51 @@ Status LinuxFamily::Quarantine(const char* function, const QuarantineEvent& even
   arguments.alert = event.alert.c_str();
   arguments.shown = event.shown ? 1 : 0;
   message.resize(kMessageSize, ' ');
-  // The number it returns says nothing that the message does not say.
-  reinterpret_cast<EventFunction>(found.value())(&arguments, message.data(), kMessageSize);
-  return Done{};
+  return reinterpret_cast<EventFunction>(found.value())(&arguments, message.data(), kMessageSize);
 }
 
 Status LinuxFamily::QuarantineExport(const QuarantineEvent& event, std::string& message) {
-  return Quarantine("QuarantineEventExport", event, message);
+  const auto number = Quarantine("QuarantineEventExport", event, message);
+  if (!number) return number.error();
+  if (number.value() != family::kForWantOfRights || !MayAskHelper()) return Done{};
+  const auto answer = helper_->Block(event);
+  if (answer) {
+    FillMessage(message, answer.value().sentence);
+  } else if (answer.error().kind != ErrorKind::kUnavailable) {
+    FillMessage(message, kNoAnswer);
+  }
+  return Done{};
 }
 
 Status LinuxFamily::UnquarantineExport(const QuarantineEvent& event, std::string& message) {
-  return Quarantine("UnquarantineEventExport", event, message);
+  const auto number = Quarantine("UnquarantineEventExport", event, message);
+  if (!number) return number.error();
+  if (number.value() == 0 || !MayAskHelper()) return Done{};
+  const auto entries = HelpersList();
+  const auto entry = EntryFor(event, entries);
+  if (entry == entries.end()) return Done{};
+  const auto answer = helper_->Allow(entry->name);
+  FillMessage(message, answer ? answer.value().sentence : kNoAnswer);
+  return Done{};
+}
+
+std::vector<QuarantineEntry> LinuxFamily::HelpersList() {
+  const auto list = helper_->List();
+  return list && list.value().done ? EntriesOfText(list.value().sentence) : std::vector<QuarantineEntry>();
 }
 
 Result<std::vector<QuarantineEntry>> LinuxFamily::QuarantineList() {
+  auto own = OwnList();
+  if (!own || !MayAskHelper()) return own;
+  auto& entries = own.value();
+  for (QuarantineEntry& entry : HelpersList()) entries.push_back(std::move(entry));
+  std::stable_sort(
+      entries.begin(), entries.end(),
+      [](const QuarantineEntry& one, const QuarantineEntry& other) { return one.when > other.when; });
+  return own;
+}
+
+Result<std::vector<QuarantineEntry>> LinuxFamily::OwnList() {
   const auto found = QuarantineFunction("QuarantineListExport");
   if (!found) return found.error();
   const auto list = reinterpret_cast<ListFunction>(found.value());
@@ -176,7 +233,14 @@ Result<bool> LinuxFamily::RestoreExport(const std::string& name, std::string& me
   const auto found = QuarantineFunction("RestoreExport");
   if (!found) return found.error();
   message.resize(kMessageSize, ' ');
-  return reinterpret_cast<TextFunction>(found.value())(name.c_str(), message.data(), kMessageSize) == 0;
+  if (reinterpret_cast<TextFunction>(found.value())(name.c_str(), message.data(), kMessageSize) == 0)
+    return true;
+  const auto entries = MayAskHelper() ? HelpersList() : std::vector<QuarantineEntry>();
+  if (std::none_of(entries.begin(), entries.end(), [&](const auto& entry) { return entry.name == name; }))
+    return false;
+  const auto answer = helper_->Allow(name);
+  FillMessage(message, answer ? answer.value().sentence : kNoAnswer);
+  return answer && answer.value().done;
 }
 
 Result<std::string> LinuxFamily::GetHostIDExport(const std::string& product) {

@@ -1,10 +1,15 @@
 // The family libraries as they are installed. The first two are linked in; KorvessaIntermediateTypes is the
 // file "libKorvessaIntermediateTypes.so" in the executable's folder, loaded at the first call that needs it.
 // As long as it is not there (or lacks a function) each call looks again.
+//
+// Where the library refuses for want of rights, and a helper with more of them is there, that is asked; what
+// is in its quarantine stands in the list behind the user's own. Where there is none, or it does not answer
+// before it was asked, everything is as the library says.
 #pragma once
 
 #include <string>
 
+#include "platform/act_helper.h"
 #include "platform/family_libraries.h"
 
 namespace zendrix::platform {
@@ -16,6 +21,9 @@ class LinuxFamily : public FamilyLibraries {
   LinuxFamily(const LinuxFamily&) = delete;
   LinuxFamily& operator=(const LinuxFamily&) = delete;
   ~LinuxFamily() override;
+
+  // Asked for what takes more rights; outlives the object. None by default.
+  void SetHelper(ActHelper* helper) { helper_ = helper; }
 
   // Where the quarantine is; with `pretend` its operations only say what they would do. By default they act,
   // in the executable's folder.
@@ -39,11 +47,17 @@ class LinuxFamily : public FamilyLibraries {
   Result<void*> Function(const char* name);
   // The same for a function of the quarantine, which is told first where that is.
   Result<void*> QuarantineFunction(const char* name);
-  Status Quarantine(const char* function, const QuarantineEvent& event, std::string& message);
+  Result<std::int32_t> Quarantine(const char* function, const QuarantineEvent& event, std::string& message);
+  Result<std::vector<QuarantineEntry>> OwnList();
+  // Empty where there is no helper, or it does not say.
+  std::vector<QuarantineEntry> HelpersList();
+  // Whether the helper may be asked: never for a call that is only to say what it would do.
+  bool MayAskHelper() const { return helper_ != nullptr && !pretend_; }
 
   std::string folder_;
   std::string program_folder_ = folder_;
   bool pretend_ = false;
+  ActHelper* helper_ = nullptr;
   void* library_ = nullptr;
 };
 

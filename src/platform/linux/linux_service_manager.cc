@@ -6,12 +6,11 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
-#include <future>
 #include <map>
 #include <memory>
 
+#include "platform/linux/bounded_call.h"
 #include "platform/linux/bus_message.h"
-#include "platform/linux/posix.h"
 #include "platform/linux/service_outcomes.h"
 
 namespace zendrix::platform {
@@ -188,22 +187,9 @@ Result<T> Guarded(const std::string& service, std::chrono::milliseconds limit, B
   const auto unit = UnitName(service);
   if (!unit) return NoSuchUnit(service);
   const Moment deadline = SteadyClock::now() + limit;
-  const auto task = std::make_shared<std::packaged_task<Result<T>()>>(
-      [unit = *unit, deadline, body = std::move(body)]() -> Result<T> {
-        return Talk<T>(unit, deadline, body);
-      });
-  auto answer = task->get_future();
-  if (!RunInBackground([task] { (*task)(); })) {
-    return Error{ErrorKind::kUnavailable, "no thread to be had"};
-  }
-  if (answer.wait_until(deadline) != std::future_status::ready) {
-    return Outcome<T>(sdbus::Error(kTimeOutError, "the bus does not answer"));
-  }
-  try {
-    return answer.get();
-  } catch (const std::exception& error) {
-    return Error{ErrorKind::kUnavailable, error.what()};
-  }
+  return WithinDeadline<T>(
+      deadline, [unit = *unit, deadline, body = std::move(body)] { return Talk<T>(unit, deadline, body); },
+      [] { return Outcome<T>(sdbus::Error(kTimeOutError, "the bus does not answer")); });
 }
 
 Result<int> Start(const std::string& unit, Systemd& systemd) {

@@ -1,6 +1,7 @@
 // A KorvessaIntermediateTypes with every function, which says in its message what it was given.
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 #include "family/intermediate/korvessa_intermediate_types.h"
@@ -12,13 +13,13 @@ std::int32_t QuarantineEventExport(const QuarantineArguments* event, char* messa
   std::snprintf(message, static_cast<std::size_t>(size), "quarantined %s (%d) of %s at %s for %s%s",
                 event->description, static_cast<int>(size), event->monitor, event->event_utc, event->alert,
                 event->shown != 0 ? "" : ", not shown");
-  return 1;
+  return std::strncmp(event->description, "/others", 7) == 0 ? kForWantOfRights : kRefused;
 }
 
 std::int32_t UnquarantineEventExport(const QuarantineArguments* event, char* message, std::int32_t size) {
   std::snprintf(message, static_cast<std::size_t>(size), "released %s (%d)", event->description,
                 static_cast<int>(size));
-  return 0;
+  return std::strncmp(event->description, "/others", 7) == 0 ? kRefused : 0;
 }
 
 // Longer than the first buffer that anybody would offer; lines that are no entries stand between the two.

@@ -24,13 +24,15 @@ namespace zendrix::test {
 
 class PrivateBus {
  public:
-  PrivateBus() {
+  // `services`: a folder of service files, so that the bus starts programs for those who ask for them.
+  explicit PrivateBus(const std::string& services = "") {
     folder_.Write("bus.conf",
                   "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\" "
                   "\"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">"
                   "<busconfig><type>session</type><listen>unix:path=" +
-                      folder_.Path("bus") +
-                      "</listen><auth>EXTERNAL</auth><policy context=\"default\"><allow user=\"*\"/>"
+                      folder_.Path("bus") + "</listen><auth>EXTERNAL</auth>" +
+                      (services.empty() ? "" : "<servicedir>" + services + "</servicedir>") +
+                      "<policy context=\"default\"><allow user=\"*\"/>"
                       "<allow own=\"*\"/><allow send_destination=\"*\" eavesdrop=\"true\"/>"
                       "<allow receive_sender=\"*\"/></policy></busconfig>");
     const std::string program = platform::FindProgram("dbus-daemon");
