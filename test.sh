@@ -51,20 +51,22 @@ packaging/house-rules.sh
 if [ "${1:-}" = quick ]; then
   build dev
   run dev
+  built=dev
 else
   build asan
   run asan -LE '^fuzz$'
   # Its inspector is tried by the program that tried the one with the sanitizers.
-  build core-only programs
-  ZENDRIX_TEST_INSPECTOR=$PWD/build/core-only/bin/zendrix-inspect build/asan/bin/test_cli --gtest_brief=1
+  build whole-core programs
+  ZENDRIX_TEST_INSPECTOR=$PWD/build/whole-core/bin/zendrix-inspect build/asan/bin/test_cli --gtest_brief=1
   packaging/tidy.sh
-  build dev programs zendrix-vm-service tests_{hostile,quarantine,qt,e2e,desktop}
+  build whole programs zendrix-vm-service tests_{hostile,quarantine,qt,e2e,desktop}
   # Tests of windows wait for much of their time: the fuzz targets have the processors meanwhile.
   run asan -L '^fuzz$' >build/fuzz.log 2>&1 &
   trap 'kill $! 2>/dev/null || true' EXIT
-  run dev -j "$((jobs + 1))" -L '^(hostile|quarantine|qt|e2e|desktop)$'
+  run whole -j "$((jobs + 1))" -L '^(hostile|quarantine|qt|e2e|desktop)$'
   wait $! || { cat build/fuzz.log; exit 1; }
   tail -n 4 build/fuzz.log
+  built=whole
 fi
 # A computer that can have no virtual machine says so, and that is no failure.
-[ "${VM:-0}" != 1 ] || tests/vm/run || [ $? -eq 77 ]
+[ "${VM:-0}" != 1 ] || tests/vm/run --build build/$built || [ $? -eq 77 ]

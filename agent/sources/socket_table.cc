@@ -9,7 +9,7 @@ namespace zendrix::agent {
 namespace {
 
 // What Compare of snapshots holds for one and the same.
-std::string KeyOf(const Item& item) {
+std::string SocketKeyOf(const Item& item) {
   std::string key(item.monitor);
   key.append("\n").append(item.description).append("\n").append(item.identity);
   return key;
@@ -79,7 +79,7 @@ void SocketTable::Add(Entry entry, Item item, std::int64_t at_ns, std::vector<Ob
     return;
   }
   const Number number = next_++;
-  entry.item_key = KeyOf(item);
+  entry.item_key = SocketKeyOf(item);
   if (entry.socket != 0) by_socket_[entry.socket] = number;
   if (entry.inode != 0) by_inode_[entry.inode] = number;
   if (!entry.pair.empty() && entry.network == own_network_) by_pair_[entry.pair] = number;

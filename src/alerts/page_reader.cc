@@ -44,7 +44,7 @@ void PageReader::Read(char character) {
 }
 
 Place PageReader::place() const {
-  if (unknown_) return Place::kUnknown;
+  if (unknown_) return Place::kUnsure;
   switch (state_) {
     case State::kData:
       return Place::kText;

@@ -22,7 +22,7 @@ enum class Place {
   kValue,      // an attribute's value, in quotes
   kBareValue,  // an attribute's value without quotes, or the place where one begins
   kMarkup,     // anywhere else: a letter could become part of a tag, a name or a closing mark
-  kUnknown,
+  kUnsure,
 };
 
 // What a browser does with the value of an attribute.

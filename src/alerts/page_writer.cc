@@ -103,7 +103,7 @@ void PageWriter::Event(char character) {
       return PutValue(character);
     case Place::kMarkup:
       return PutNumeric(character);
-    case Place::kUnknown:
+    case Place::kUnsure:
       return Put('?');
   }
 }
@@ -118,7 +118,7 @@ void PageWriter::Path(char character) {
 
 void PageWriter::EmptyEvent() {
   const Place place = reader_.place();
-  if (place == Place::kUnknown) Put('?');
+  if (place == Place::kUnsure) Put('?');
   if (place == Place::kMarkup || place == Place::kComment ||
       (place == Place::kBareValue && reader_.value().empty()))
     PutNumeric(' ');

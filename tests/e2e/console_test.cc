@@ -11,6 +11,7 @@
 #include "admin/frm_main.h"
 #include "app/console.h"
 #include "core/hash_utils.h"
+#include "e2e/patience.h"
 #include "home/frm_new_ui.h"
 #include "platform/linux/linux_family.h"
 #include "platform/linux/linux_files.h"
@@ -19,8 +20,6 @@
 
 namespace zendrix::e2e {
 namespace {
-
-constexpr int kPatienceMs = 60'000;
 
 class ConsoleTest : public ::testing::Test {
  protected:

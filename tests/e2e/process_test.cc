@@ -8,6 +8,7 @@
 #include <functional>
 
 #include "core/hash_utils.h"
+#include "e2e/patience.h"
 #include "platform/linux/linux_family.h"
 #include "platform/linux/linux_files.h"
 #include "support/temporary_folder.h"
@@ -17,7 +18,6 @@ namespace {
 
 using ::testing::HasSubstr;
 
-constexpr int kPatienceMs = 60'000;
 constexpr char kLog[] = "KorvessaAdministratorEventLog.kvl";
 
 class ProcessTest : public ::testing::Test {

@@ -12,7 +12,7 @@ constexpr char kProcesses[] = "Running Processes";
 constexpr char kPorts[] = "Listening Ports";
 constexpr char kConnections[] = "TCP Connections";
 constexpr char kAutorun[] = "Autorun Registry";
-constexpr char kFolder[] = "Windows Folder";
+constexpr char kFolderMonitor[] = "Windows Folder";
 constexpr char kEmptySum[] = "d41d8cd98f00b204e9800998ecf8427e";
 
 class MayTakeTest : public QuarantineTest {
@@ -80,17 +80,17 @@ class MayTakeTest : public QuarantineTest {
 
 TEST_F(MayTakeTest, AFileThatCannotBeRunIsNotTaken) {
   const std::string path = Make("letter.txt", "text", 0644);
-  ExpectKept(Of(kFolder, path), path, "\"letter.txt\" is no program: it cannot be run.");
+  ExpectKept(Of(kFolderMonitor, path), path, "\"letter.txt\" is no program: it cannot be run.");
   for (const mode_t mode : {0744, 0654, 0645}) {
     chmod(path.c_str(), mode);
-    ExpectTaken(Of(kFolder, path), path);
+    ExpectTaken(Of(kFolderMonitor, path), path);
   }
 }
 
 TEST_F(MayTakeTest, AnEntryOfAnAutostartFolderNeedNotBeAProgram) {
   const std::string path = autostart_ + "/below/x.desktop";
   Write(path, "[Desktop Entry]\nExec=/bin/true\n");
-  ExpectTaken(Of(kFolder, path), path);
+  ExpectTaken(Of(kFolderMonitor, path), path);
   ExpectTaken(Of(kAutorun, path + "=/bin/true"), path);
 }
 
@@ -125,20 +125,20 @@ TEST_F(MayTakeTest, AnAutostartFolderIsKnownByWhatItIs) {
 TEST_F(MayTakeTest, OnlyAFileOfTheOneWhoClicksIsTaken) {
   const std::string path = Make("tool");
   ClickAs(geteuid() + 1);
-  ExpectKept(Of(kFolder, path), path, "\"tool\" belongs to somebody else.");
+  ExpectKept(Of(kFolderMonitor, path), path, "\"tool\" belongs to somebody else.");
   ClickAs(geteuid());
-  ExpectTaken(Of(kFolder, path), path);
+  ExpectTaken(Of(kFolderMonitor, path), path);
 }
 
 TEST_F(MayTakeTest, TheSuperuserTakesNobodyElsesFileEither) {
   if (geteuid() == 0) {
     const std::string path = Make("tool");
     ASSERT_EQ(chown(path.c_str(), test::kNobody, test::kNobody), 0);
-    ExpectKept(Of(kFolder, path), path, "\"tool\" belongs to somebody else.");
+    ExpectKept(Of(kFolderMonitor, path), path, "\"tool\" belongs to somebody else.");
   } else {
     const std::string path = Make("tool");
     ClickAs(0);
-    ExpectKept(Of(kFolder, path), path, "\"tool\" belongs to somebody else.");
+    ExpectKept(Of(kFolderMonitor, path), path, "\"tool\" belongs to somebody else.");
   }
 }
 
@@ -149,22 +149,23 @@ TEST_F(MayTakeTest, AFileOfAPackageIsNotTakenAsLongAsItIsAsThePackageHasIt) {
   const std::string inside = path.substr(1);
   Write(records_ + "/info/other.list", "/.\n/usr\n/usr/bin/another\n");
   Write(records_ + "/info/tool.list", "/.\n" + files_ + "\n" + path + "\n");
-  ExpectKept(Of(kFolder, path), path, "\"tool\" belongs to an installed package and stays where it is.");
+  ExpectKept(Of(kFolderMonitor, path), path,
+             "\"tool\" belongs to an installed package and stays where it is.");
   Write(records_ + "/info/tool.md5sums", std::string(kEmptySum) + "  " + inside + "\n");
-  ExpectKept(Of(kFolder, path), path, "\"tool\" belongs to an installed package");
+  ExpectKept(Of(kFolderMonitor, path), path, "\"tool\" belongs to an installed package");
   std::filesystem::remove(records_ + "/info/tool.list");
-  ExpectKept(Of(kFolder, path), path, "\"tool\" belongs to an installed package");
+  ExpectKept(Of(kFolderMonitor, path), path, "\"tool\" belongs to an installed package");
 }
 
 TEST_F(MayTakeTest, AFileOfAPackageWhoseContentsAreNotThePackagesIsTaken) {
   const std::string path = Make("tool", "altered");
   Write(records_ + "/info/tool.md5sums", std::string(kEmptySum) + "  " + path.substr(1) + "\n");
-  ExpectTaken(Of(kFolder, path), path);
+  ExpectTaken(Of(kFolderMonitor, path), path);
   // Two packages that both have it: one that fits is enough.
   Write(records_ + "/info/b.md5sums", "fe62e4251f00a40e8fee6c0a87e3a2b0  " + path.substr(1) + "\n");
-  ExpectTaken(Of(kFolder, path), path);
+  ExpectTaken(Of(kFolderMonitor, path), path);
   Make("tool", "");
-  ExpectKept(Of(kFolder, path), path, "belongs to an installed package");
+  ExpectKept(Of(kFolderMonitor, path), path, "belongs to an installed package");
 }
 
 TEST_F(MayTakeTest, RecordsFromBeforeBinAndUsrBinWereOneCount) {
@@ -174,11 +175,11 @@ TEST_F(MayTakeTest, RecordsFromBeforeBinAndUsrBinWereOneCount) {
     Write(path, "", 0755);
     Write(old, "", 0755);
     Write(records_ + "/info/tool.md5sums", std::string(kEmptySum) + "  " + folder + "/tool\n");
-    ExpectKept(Of(kFolder, path), path, "belongs to an installed package");
+    ExpectKept(Of(kFolderMonitor, path), path, "belongs to an installed package");
     Write(records_ + "/info/tool.md5sums", std::string(kEmptySum) + "  usr/" + folder + "/tool\n");
-    ExpectKept(Of(kFolder, old), old, "belongs to an installed package");
+    ExpectKept(Of(kFolderMonitor, old), old, "belongs to an installed package");
     Write(records_ + "/info/tool.md5sums", std::string(kEmptySum) + "  opt/" + folder + "/tool\n");
-    ExpectTaken(Of(kFolder, path), path);
+    ExpectTaken(Of(kFolderMonitor, path), path);
   }
 }
 
@@ -186,10 +187,10 @@ TEST_F(MayTakeTest, TheShortestPathOfAPackageRecordCountsToo) {
   outside_.package_root = files_;
   const std::string path = Make("x", "");
   Write(records_ + "/info/tool.md5sums", std::string(kEmptySum) + "  x\n");
-  ExpectKept(Of(kFolder, path), path, "belongs to an installed package");
+  ExpectKept(Of(kFolderMonitor, path), path, "belongs to an installed package");
   // Lines that are cut short name nothing.
   Write(records_ + "/info/tool.md5sums", std::string(kEmptySum) + "  \n" + kEmptySum + "\nx\n");
-  ExpectTaken(Of(kFolder, path), path);
+  ExpectTaken(Of(kFolderMonitor, path), path);
 }
 
 TEST_F(MayTakeTest, APackagesFileCountsWhereverItIsMounted) {
@@ -197,9 +198,9 @@ TEST_F(MayTakeTest, APackagesFileCountsWhereverItIsMounted) {
   const std::string path = Make("tool", "");
   std::filesystem::create_symlink(files_, home_.path() + "/mounted");
   Write(records_ + "/info/tool.list", home_.path() + "/mounted/tool\n");
-  ExpectKept(Of(kFolder, path), path, "belongs to an installed package");
+  ExpectKept(Of(kFolderMonitor, path), path, "belongs to an installed package");
   Write(records_ + "/info/tool.list", home_.path() + "/mounted/another-tool\n");
-  ExpectTaken(Of(kFolder, path), path);
+  ExpectTaken(Of(kFolderMonitor, path), path);
 }
 
 TEST_F(MayTakeTest, AFileThatWasPutAsideForAnotherPackageIsStillAPackages) {
@@ -208,7 +209,7 @@ TEST_F(MayTakeTest, AFileThatWasPutAsideForAnotherPackageIsStillAPackages) {
   Write(records_ + "/diversions", "/a\n/b\nother\n" + Path("tool") + "\n" + path + "\nother\n");
   Write(records_ + "/info/tool.list", Path("tool") + "\n");
   // Its name on the disk is another than in the record.
-  EXPECT_FALSE(PutAway(Of(kFolder, path)).done);
+  EXPECT_FALSE(PutAway(Of(kFolderMonitor, path)).done);
 }
 
 TEST_F(MayTakeTest, OtherPackageManagersAreAskedWhereTheyAre) {
@@ -219,13 +220,14 @@ TEST_F(MayTakeTest, OtherPackageManagersAreAskedWhereTheyAre) {
     outside_.*manager = tool;
     says("test \"$#\" = 3 && test \"$2\" = -- && test \"$3\" = '" + path + "' && test \"$LC_ALL\" = C");
     if (manager == &Outside::rpm) says("exit 0");
-    ExpectKept(Of(kFolder, path), path, "belongs to an installed package");
+    ExpectKept(Of(kFolderMonitor, path), path, "belongs to an installed package");
     says("exit 1");
-    ExpectTaken(Of(kFolder, path), path);
+    ExpectTaken(Of(kFolderMonitor, path), path);
     says("kill -9 $$");
-    ExpectKept(Of(kFolder, path), path, "The package manager did not say whether \"tool\" is its own.");
+    ExpectKept(Of(kFolderMonitor, path), path,
+               "The package manager did not say whether \"tool\" is its own.");
     outside_.*manager = home_.path() + "/missing";
-    ExpectTaken(Of(kFolder, path), path);
+    ExpectTaken(Of(kFolderMonitor, path), path);
     outside_.*manager = "";
   }
 }
@@ -234,11 +236,11 @@ TEST_F(MayTakeTest, APackageManagerThatSaysTheContentsDifferLetsTheFileGo) {
   const std::string path = Make("tool", "");
   outside_.rpm = home_.path() + "/rpm";
   Write(outside_.rpm, "#!/bin/sh\ntest $1 = -qf || echo 'S.5....T.    " + path + "'\n", 0755);
-  ExpectTaken(Of(kFolder, path), path);
+  ExpectTaken(Of(kFolderMonitor, path), path);
   Write(outside_.rpm, "#!/bin/sh\ntest $1 = -qf || echo '.M.......    " + path + "'\n", 0755);
-  ExpectKept(Of(kFolder, path), path, "belongs to an installed package");
+  ExpectKept(Of(kFolderMonitor, path), path, "belongs to an installed package");
   Write(outside_.rpm, "#!/bin/sh\ntest $1 = -qf || echo '..5......    " + path + "x'\n", 0755);
-  ExpectKept(Of(kFolder, path), path, "belongs to an installed package");
+  ExpectKept(Of(kFolderMonitor, path), path, "belongs to an installed package");
 }
 
 TEST_F(MayTakeTest, APackageManagerThatHangsIsEndedAndTheFileStays) {
@@ -246,7 +248,7 @@ TEST_F(MayTakeTest, APackageManagerThatHangsIsEndedAndTheFileStays) {
   outside_.pacman = home_.path() + "/pacman";
   outside_.tool_time = std::chrono::milliseconds(50);
   Write(outside_.pacman, "#!/bin/sh\nexec sleep 600\n", 0755);
-  ExpectKept(Of(kFolder, path), path, "The package manager did not say");
+  ExpectKept(Of(kFolderMonitor, path), path, "The package manager did not say");
 }
 
 // Zendrix itself.
@@ -254,11 +256,11 @@ TEST_F(MayTakeTest, APackageManagerThatHangsIsEndedAndTheFileStays) {
 TEST_F(MayTakeTest, TheProgramFolderStaysHoweverItIsReached) {
   const std::string path = program_ + "/Images/picture.png";
   Write(path, "x", 0755);
-  ExpectKept(Of(kFolder, path), path, "belongs to Zendrix itself and stays where it is.");
-  ExpectKept(Of(kFolder, "/" + program_ + "//Images/picture.png"), path, "belongs to Zendrix itself");
+  ExpectKept(Of(kFolderMonitor, path), path, "belongs to Zendrix itself and stays where it is.");
+  ExpectKept(Of(kFolderMonitor, "/" + program_ + "//Images/picture.png"), path, "belongs to Zendrix itself");
   std::filesystem::create_symlink(program_, home_.path() + "/link");
   quarantine_.Configure(home_.path() + "/link", false);
-  ExpectKept(Of(kFolder, path), path, "belongs to Zendrix itself");
+  ExpectKept(Of(kFolderMonitor, path), path, "belongs to Zendrix itself");
 }
 
 TEST_F(MayTakeTest, AFileOfTheProgramFolderIsKnownByItsNumberToo) {
@@ -267,7 +269,7 @@ TEST_F(MayTakeTest, AFileOfTheProgramFolderIsKnownByItsNumberToo) {
   const std::string path = Make("picture.png");
   std::filesystem::create_directory(program_ + "/Images");
   std::filesystem::create_hard_link(path, program_ + "/Images/other.png");
-  ExpectKept(Of(kFolder, path), path, "belongs to Zendrix itself");
+  ExpectKept(Of(kFolderMonitor, path), path, "belongs to Zendrix itself");
 }
 
 TEST_F(MayTakeTest, TheProgramFolderIsSearchedSixteenFoldersDeepAndNoDeeper) {
@@ -276,9 +278,9 @@ TEST_F(MayTakeTest, TheProgramFolderIsSearchedSixteenFoldersDeepAndNoDeeper) {
   for (int depth = 0; depth < 16; ++depth) folder += "/d";
   std::filesystem::create_directories(folder + "/d");
   std::filesystem::create_hard_link(path, folder + "/other.png");
-  ExpectKept(Of(kFolder, path), path, "belongs to Zendrix itself");
+  ExpectKept(Of(kFolderMonitor, path), path, "belongs to Zendrix itself");
   std::filesystem::rename(folder + "/other.png", folder + "/d/other.png");
-  ExpectKept(Of(kFolder, path), path, "stands in more than one place on the disk");
+  ExpectKept(Of(kFolderMonitor, path), path, "stands in more than one place on the disk");
 }
 
 // A program folder of that many files is a mistake in the settings; it must not make everything Zendrix's
@@ -287,25 +289,25 @@ TEST_F(MayTakeTest, AFolderOfTooManyFilesIsNotTakenForOneThatHoldsTheFile) {
   const std::string path = Make("tool");
   std::filesystem::create_directory(program_ + "/many");
   for (int i = 0; i <= 20'000; ++i) std::ofstream(program_ + "/many/" + std::to_string(i)).flush();
-  ExpectTaken(Of(kFolder, path), path);
+  ExpectTaken(Of(kFolderMonitor, path), path);
 }
 
 TEST_F(MayTakeTest, WhatIsInQuarantineStays) {
   ASSERT_TRUE(PutAway(Make("tool")).done);
   const std::string manifest = TheEntry() + ".manifest";
-  ExpectKept(Of(kFolder, manifest), manifest, "belongs to Zendrix itself");
+  ExpectKept(Of(kFolderMonitor, manifest), manifest, "belongs to Zendrix itself");
 }
 
 TEST_F(MayTakeTest, WhatThisProcessRunsOnStays) {
   const std::string own = std::filesystem::canonical("/proc/self/exe");
   quarantine_.Configure(program_, true);  // whatever comes of it, this program stays
-  ExpectRefused(PutAway(Of(kFolder, own)), "belongs to Zendrix itself");
+  ExpectRefused(PutAway(Of(kFolderMonitor, own)), "belongs to Zendrix itself");
   std::ifstream maps("/proc/self/maps");
   int libraries = 0;
   for (std::string line; std::getline(maps, line);) {
     const auto slash = line.find('/');
     if (slash == std::string::npos || line.find(".so") == std::string::npos) continue;
-    ExpectRefused(PutAway(Of(kFolder, std::filesystem::canonical(line.substr(slash)))),
+    ExpectRefused(PutAway(Of(kFolderMonitor, std::filesystem::canonical(line.substr(slash)))),
                   "belongs to Zendrix itself");
     ++libraries;
   }
@@ -318,39 +320,39 @@ TEST_F(MayTakeTest, WhatTheProcessesItStartedRunAndMapStays) {
     Write(proc_ + "/" + process + "/stat", process + " (b) S " + std::to_string(parent) + " 0\n");
   };
   Run("50", path);
-  ExpectTaken(Of(kFolder, path), path);
+  ExpectTaken(Of(kFolderMonitor, path), path);
   child_of("50", 49);
   child_of("49", getpid());
-  ExpectKept(Of(kFolder, path), path, "belongs to Zendrix itself");
+  ExpectKept(Of(kFolderMonitor, path), path, "belongs to Zendrix itself");
   Write(proc_ + "/49/maps",
         "7f-80 r--p 00000000 00:00 0 \n7f-80 r--p 00000000 00:01 99999 " + library + "\n");
-  ExpectKept(Of(kFolder, library), library, "belongs to Zendrix itself");
+  ExpectKept(Of(kFolderMonitor, library), library, "belongs to Zendrix itself");
   // A circle, as a list may hold that is read while processes come and go.
   child_of("49", 50);
-  ExpectTaken(Of(kFolder, path), path);
+  ExpectTaken(Of(kFolderMonitor, path), path);
 }
 
 TEST_F(MayTakeTest, AgentAndItsHelpersStayWhereTheyAreInstalled) {
   outside_.own_folders = {home_.path() + "/missing", files_};
   for (const char* name : {"zendrix-agent", "Zendrix-act", "libKorvessaX.so", "QtWebEngineProcess"}) {
     const std::string path = Make(name);
-    ExpectKept(Of(kFolder, path), path, "belongs to Zendrix itself");
+    ExpectKept(Of(kFolderMonitor, path), path, "belongs to Zendrix itself");
   }
   const std::string other = Make("my-zendrix");
-  ExpectTaken(Of(kFolder, other), other);
+  ExpectTaken(Of(kFolderMonitor, other), other);
   outside_.own_folders = {};
-  ExpectTaken(Of(kFolder, Path("zendrix-agent")), Path("zendrix-agent"));
+  ExpectTaken(Of(kFolderMonitor, Path("zendrix-agent")), Path("zendrix-agent"));
 }
 
 TEST_F(MayTakeTest, WhatOurServiceStartsStays) {
   const std::string path = Make("watcher");
   outside_.unit_folders = {home_.path() + "/units"};
   Write(home_.path() + "/units/other.service", "ExecStart=" + path + "\n");
-  ExpectTaken(Of(kFolder, path), path);
+  ExpectTaken(Of(kFolderMonitor, path), path);
   Write(home_.path() + "/units/zendrix.service", "[Service]\nExecStart=-" + path + " --folder /var\n");
-  ExpectKept(Of(kFolder, path), path, "belongs to Zendrix itself");
+  ExpectKept(Of(kFolderMonitor, path), path, "belongs to Zendrix itself");
   Write(home_.path() + "/units/zendrix.service", "[Service]\nExecStart=\nExecStart=nothing\n#" + path + "\n");
-  ExpectTaken(Of(kFolder, path), path);
+  ExpectTaken(Of(kFolderMonitor, path), path);
 }
 
 // Programs that run.
@@ -518,7 +520,7 @@ TEST_F(MayTakeTest, WhenTheProgramHasEndedAndTheMomentIsNotKnownTheFileStays) {
     event.moment.reset();
     ExpectKept(event, path, "The program of this event has ended, and when the event was is not known");
   }
-  Event event = Of(kFolder, path);
+  Event event = Of(kFolderMonitor, path);
   event.moment.reset();
   ExpectTaken(event, path);
 }
@@ -693,7 +695,7 @@ TEST_F(MayTakeTest, AnAddressThatOnlyResemblesAMappedOneIsReadAsItIs) {
 
 TEST_F(MayTakeTest, AnEventThatThePageDoesNotShowIsNotActedOn) {
   const std::string path = Make("tool");
-  Event event = Of(kFolder, path);
+  Event event = Of(kFolderMonitor, path);
   event.shown = false;
   ExpectKept(event, path, "The page of this alert does not show this event.");
 }
@@ -709,7 +711,7 @@ TEST_F(MayTakeTest, AProgramWithANumberThatIsAlsoAFileIsRefused) {
   const std::string path = Make("tool"), decoy = Make("tool:4711");
   Run("4711", path);
   ExpectKept(Of(kProcesses, path + ":4711"), path, "This event may mean \"tool\" or \"tool:4711\".");
-  ExpectTaken(Of(kFolder, decoy), decoy);
+  ExpectTaken(Of(kFolderMonitor, decoy), decoy);
 }
 
 // As root.
@@ -718,19 +720,19 @@ TEST_F(MayTakeTest, AsRootTheSystemsFoldersStay) {
   const std::string path = system_ + "/bin/tool";
   Write(path, "", 0755);
   ClickAs(0);
-  ExpectKept(Of(kFolder, path), path,
+  ExpectKept(Of(kFolderMonitor, path), path,
              "lies in a folder of the system, which Zendrix leaves alone when it runs as root.");
   outside_.system_exceptions = {system_ + "/bin"};
   if (geteuid() == 0) {
-    ExpectTaken(Of(kFolder, path), path);
+    ExpectTaken(Of(kFolderMonitor, path), path);
   } else {
-    ExpectKept(Of(kFolder, path), path, "belongs to somebody else");
+    ExpectKept(Of(kFolderMonitor, path), path, "belongs to somebody else");
   }
   // For anybody else these are folders like others.
   outside_.system_exceptions = {};
   as_somebody_ = false;
   if (geteuid() != 0) {
-    ExpectTaken(Of(kFolder, path), path);
+    ExpectTaken(Of(kFolderMonitor, path), path);
   }
 }
 
@@ -803,7 +805,7 @@ TEST_F(MayTakeTest, OfTheRealComputersProgramsNoneWouldGo) {
     for (const auto& name : NamesOf(folder)) {
       const std::string path = std::string(folder) + "/" + name;
       if (LookAt(path).mode == 0 || !std::filesystem::is_regular_file(path)) continue;
-      EXPECT_FALSE(PutAway(Of(kFolder, path)).done) << path;
+      EXPECT_FALSE(PutAway(Of(kFolderMonitor, path)).done) << path;
       if (++asked % 40 == 0) break;
     }
   }
