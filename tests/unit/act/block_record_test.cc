@@ -9,7 +9,7 @@
 namespace zendrix::act {
 namespace {
 
-constexpr char kPath[] = "/q/blocks";
+constexpr char kBlockedPath[] = "/q/blocks";
 const std::string kSum(64, 'c');
 
 std::string WithSum(const std::string& text) {
@@ -18,8 +18,8 @@ std::string WithSum(const std::string& text) {
 
 class BlockRecordTest : public testing::Test {
  protected:
-  BlockRecord Open() { return {files_, clock_, kPath}; }
-  std::string Aside() const { return kPath + std::string(".damaged-") + std::to_string(now_); }
+  BlockRecord Open() { return {files_, clock_, kBlockedPath}; }
+  std::string Aside() const { return kBlockedPath + std::string(".damaged-") + std::to_string(now_); }
 
   platform::MemoryFiles files_;
   platform::FakeClock clock_;
@@ -39,7 +39,7 @@ TEST_F(BlockRecordTest, WhatIsNotedIsThereAtTheNextStart) {
 TEST_F(BlockRecordTest, TheTextIsAsDescribed) {
   BlockRecord record = Open();
   ASSERT_TRUE(record.Add({"/a b", kSum, 17, 1000}).ok());
-  EXPECT_EQ(files_.Get(kPath), WithSum("zendrix-blocks 1\n17\t1000\t" + kSum + "\t/a%20b\n"));
+  EXPECT_EQ(files_.Get(kBlockedPath), WithSum("zendrix-blocks 1\n17\t1000\t" + kSum + "\t/a%20b\n"));
 }
 
 TEST_F(BlockRecordTest, TheSameProgramIsNotedOnceWithItsLastMoment) {
@@ -47,7 +47,7 @@ TEST_F(BlockRecordTest, TheSameProgramIsNotedOnceWithItsLastMoment) {
   ASSERT_TRUE(record.Add({"/a", kSum, 1, 1}).ok());
   ASSERT_TRUE(record.Add({"/b", kSum, 2, 1}).ok());
   ASSERT_TRUE(record.Add({"/a", kSum, 3, 2}).ok());
-  EXPECT_EQ(ParseBlocks(files_.Get(kPath)).value(),
+  EXPECT_EQ(ParseBlocks(files_.Get(kBlockedPath)).value(),
             (std::vector<BlockedProgram>{{"/b", kSum, 2, 1}, {"/a", kSum, 3, 2}}));
 }
 
@@ -65,9 +65,9 @@ TEST_F(BlockRecordTest, TheOldestGoWhenThereAreTooMany) {
   std::vector<BlockedProgram> full;
   for (std::size_t i = 0; i < BlockRecord::kMost; ++i)
     full.push_back({"/" + std::to_string(i), kSum, static_cast<std::int64_t>(i), 1});
-  files_.Put(kPath, TextOfBlocks(full));
+  files_.Put(kBlockedPath, TextOfBlocks(full));
   ASSERT_TRUE(record.Add({"/new", kSum, 9, 1}).ok());
-  const auto blocks = ParseBlocks(files_.Get(kPath)).value();
+  const auto blocks = ParseBlocks(files_.Get(kBlockedPath)).value();
   EXPECT_EQ(blocks.size(), BlockRecord::kMost);
   EXPECT_EQ(blocks.front().path, "/1");
   EXPECT_EQ(blocks.back().path, "/new");
@@ -98,7 +98,7 @@ TEST_F(BlockRecordTest, LinesOfAnotherFormAreDamageInSpiteOfAGoodSum) {
 }
 
 TEST_F(BlockRecordTest, ADamagedFileIsSetAsideAndANewOneBegins) {
-  files_.Put(kPath, "damaged");
+  files_.Put(kBlockedPath, "damaged");
   BlockRecord record = Open();
   EXPECT_FALSE(record.Find("/a", kSum).has_value());
   EXPECT_EQ(files_.Get(Aside()), "damaged");
@@ -107,32 +107,32 @@ TEST_F(BlockRecordTest, ADamagedFileIsSetAsideAndANewOneBegins) {
 }
 
 TEST_F(BlockRecordTest, ADamagedFileThatCannotBeSetAsideIsNotOverwritten) {
-  files_.Put(kPath, "damaged");
-  files_.FailNext(platform::FileOp::kRename, kPath, platform::ErrorKind::kNoSpace);
+  files_.Put(kBlockedPath, "damaged");
+  files_.FailNext(platform::FileOp::kRename, kBlockedPath, platform::ErrorKind::kNoSpace);
   BlockRecord record = Open();
   EXPECT_FALSE(record.Add({"/a", kSum, 1, 1}).ok());
-  EXPECT_EQ(files_.Get(kPath), "damaged");
+  EXPECT_EQ(files_.Get(kBlockedPath), "damaged");
   EXPECT_TRUE(record.Add({"/a", kSum, 1, 1}).ok());
 }
 
 TEST_F(BlockRecordTest, AFileThatCannotBeReadIsNotTakenForAnEmptyOne) {
   ASSERT_TRUE(Open().Add({"/a", kSum, 1, 1}).ok());
-  const std::string before = files_.Get(kPath);
+  const std::string before = files_.Get(kBlockedPath);
   for (const auto operation : {platform::FileOp::kSize, platform::FileOp::kRead}) {
-    files_.FailNext(operation, kPath, platform::ErrorKind::kOther, 3);
+    files_.FailNext(operation, kBlockedPath, platform::ErrorKind::kOther, 3);
     BlockRecord record = Open();
     EXPECT_FALSE(record.Find("/a", kSum).has_value());
     EXPECT_FALSE(record.Add({"/b", kSum, 1, 1}).ok());
     EXPECT_FALSE(record.Forget("/a", kSum).ok());
     files_.ClearFaults();
-    EXPECT_EQ(files_.Get(kPath), before);
+    EXPECT_EQ(files_.Get(kBlockedPath), before);
   }
 }
 
 TEST_F(BlockRecordTest, AFullDiskLeavesTheOldRecordAndWhatItSays) {
   BlockRecord record = Open();
   ASSERT_TRUE(record.Add({"/a", kSum, 1, 1}).ok());
-  files_.FailNext(platform::FileOp::kWriteAll, kPath, platform::ErrorKind::kNoSpace, 2);
+  files_.FailNext(platform::FileOp::kWriteAll, kBlockedPath, platform::ErrorKind::kNoSpace, 2);
   EXPECT_FALSE(record.Add({"/b", kSum, 1, 1}).ok());
   EXPECT_FALSE(record.Find("/b", kSum).has_value());
   EXPECT_FALSE(record.Forget("/a", kSum).ok());

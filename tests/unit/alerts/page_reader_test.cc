@@ -34,7 +34,7 @@ char LetterOf(Place place) {
       return 'b';
     case Place::kMarkup:
       return 'm';
-    case Place::kUnknown:
+    case Place::kUnsure:
       return '?';
   }
   return '-';
