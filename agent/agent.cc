@@ -15,6 +15,7 @@ constexpr std::size_t kMostUnweighed = 50000;
 constexpr std::int64_t kToldTurnMs = 50;   // between two drains of what the kernel told
 constexpr std::int64_t kLookTurnMs = 100;  // how long a request to stop may wait
 constexpr std::int64_t kMinuteMs = 60000;
+constexpr std::int64_t kPressedTurnMs = 1000;
 constexpr std::int64_t kDowntimeAfterStop = 10;  // seconds that are worth a row
 constexpr std::int64_t kDowntimeAfterKill = 90;  // as many pass at most between two signs of life, and some
 constexpr std::size_t kHostNameLimit = 50;       // the console's width
@@ -61,7 +62,8 @@ Agent::Agent(AgentParts parts, Options options)
       recordings_(MakeRecordings(parts_, options_)),
       decisions_(parts_.files,
                  options_.state.empty() ? options_.folder : platform::JoinPath(options_.state, "home")),
-      watch_(parts_.host, parts_.clock, parts_.own_pid, options_.interval_seconds * 1000, parts_.sources),
+      watch_(parts_.host, parts_.clock, parts_.own_pid, options_.interval_seconds * 1000, parts_.sources,
+             parts_.numbers),
       pace_(parts_.clock.MonotonicMs(), [this](const Item& item) { return parts_.scorer.IsKnown(item); }) {}
 
 int Agent::Run() {
@@ -141,14 +143,22 @@ void Agent::NoticeChanges(std::vector<Event>& told) {
 
 void Agent::TakeNumbers(std::vector<Event>& told) {
   const std::int64_t now = parts_.clock.MonotonicMs();
-  if (now < next_numbers_ms_) return;
   const bool is_first = next_numbers_ms_ == started_ms_;
+  // Memory that runs short is looked at in that moment, at most once a second.
+  if (parts_.numbers && parts_.numbers->IsPressed() && now >= not_pressed_before_ms_) next_numbers_ms_ = now;
+  if (now < next_numbers_ms_) return;
+  not_pressed_before_ms_ = now + kPressedTurnMs;
   next_numbers_ms_ = std::max(next_numbers_ms_ + options_.interval_seconds * 1000, now);
   Snapshot seen = ObserveNumbers(parts_.host, now);
+  if (parts_.numbers) {
+    const auto bytes = parts_.numbers->TrafficBytes();
+    if (bytes) seen.traffic_bytes = bytes;
+  }
   if (measures_.WantsMemoryUsers(seen)) {
     seen.memory_users = ObserveLargestPrograms(parts_.host, parts_.own_pid);
   }
-  auto measured = measures_.Take(seen);
+  auto measured =
+      measures_.Take(seen, [this, now](const Item& item) { return pace_.MayTellNumber(item, now); });
   // The session that begins says how the numbers stand.
   if (is_first)
     std::erase_if(measured, [](const Event& event) { return event.kind == EventKind::kMeasured; });

@@ -41,6 +41,7 @@ struct AgentParts {
   std::uint64_t own_pid = 0;
   std::function<void()> on_first_look = {};  // once, when it has been written
   std::vector<Source*> sources = {};         // best first; what they do not cover is looked at
+  Numbers* numbers = nullptr;                // null: the numbers come from looks alone
   // Rests for so many milliseconds at most, less when a source has something; nothing: the clock's Sleep.
   std::function<void(std::int64_t)> wait = {};
   std::function<std::int64_t()> boot_ms = {};  // CLOCK_BOOTTIME; nothing: the clock that never goes back
@@ -96,6 +97,7 @@ class Agent {
   std::int64_t started_ = 0;  // UTC seconds
   std::int64_t started_ms_ = 0;
   std::int64_t next_numbers_ms_ = 0;
+  std::int64_t not_pressed_before_ms_ = 0;
   std::int64_t minute_ends_ms_ = 0;
   MinuteNumbers minute_;
   MinuteNumbers last_minute_;

@@ -18,6 +18,7 @@
 #include "agent/sources/bpf_source.h"
 #include "agent/sources/bus_source.h"
 #include "agent/sources/notice_source.h"
+#include "agent/sources/numbers.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_host_info.h"
@@ -158,6 +159,7 @@ int Record(const Options& options, zendrix::agent::HostView& host) {
   }
   const Sources sources = options.once ? Sources() : MakeSources(options, host, clock);
   Waiting waiting(sources);
+  const auto numbers = options.once ? nullptr : zendrix::agent::MakeNumbers();
   const auto scorer = zendrix::agent::MakeBaselineScorer(
       {host, BaselineOf(options), static_cast<std::int64_t>(clock.NowUtc())});
   zendrix::agent::AgentParts parts{host, files, clock, *scorer, std::cerr, {}, facts.ComputerName(), 0};
@@ -166,6 +168,7 @@ int Record(const Options& options, zendrix::agent::HostView& host) {
   parts.own_pid = static_cast<std::uint64_t>(getpid());
   parts.on_first_look = [&lock] { lock.SetReady(); };
   for (const auto& source : sources) parts.sources.push_back(source.get());
+  parts.numbers = numbers.get();
   parts.wait = [&waiting](std::int64_t milliseconds) { waiting.Rest(milliseconds); };
   parts.boot_ms = BootMs;
   return zendrix::agent::Agent(std::move(parts), options).Run();
@@ -197,9 +200,11 @@ int PrintStatus(const Options& options, zendrix::agent::HostView& host) {
   const Sources sources = MakeSources(options, host, clock);
   std::vector<zendrix::agent::Source*> given;
   for (const auto& source : sources) given.push_back(source.get());
+  const auto numbers = zendrix::agent::MakeNumbers();
   zendrix::agent::Status status;
   status.levels =
-      zendrix::agent::Watch(host, clock, 0, options.interval_seconds * 1000, std::move(given)).levels();
+      zendrix::agent::Watch(host, clock, 0, options.interval_seconds * 1000, std::move(given), numbers.get())
+          .levels();
   std::cout << zendrix::agent::StatusJson(status);
   return 0;
 }

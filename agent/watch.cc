@@ -16,8 +16,13 @@ std::string Joined(const std::string& first, const std::string& second) {
 }  // namespace
 
 Watch::Watch(HostView& host, platform::Clock& clock, std::uint64_t own_pid, std::int64_t interval_ms,
-             std::vector<Source*> sources)
-    : host_(host), clock_(clock), own_pid_(own_pid), interval_ms_(interval_ms), sources_(std::move(sources)) {
+             std::vector<Source*> sources, const Numbers* numbers)
+    : host_(host),
+      clock_(clock),
+      own_pid_(own_pid),
+      interval_ms_(interval_ms),
+      sources_(std::move(sources)),
+      numbers_(numbers) {
   ShareOut();
 }
 
@@ -25,6 +30,10 @@ std::vector<Event> Watch::Turn() {
   std::vector<SourceLevel> now;
   for (const Source* source : sources_) now.push_back(source->level());
   if (now != source_levels_) ShareOut();
+  for (WatchLevel& level : levels_) {
+    if (level.watched == monitor::kMemory || level.watched == monitor::kTraffic)
+      level.level = LevelOfNumber(level.watched);
+  }
   std::vector<Event> events;
   for (Source* source : sources_) {
     seen_.clear();
@@ -159,6 +168,19 @@ void Watch::Look(std::vector<Event>& events) {
   ledger_.Reconcile(looks_->Monitors(), items, events);
 }
 
+SourceLevel Watch::LevelOfNumber(std::string_view name) const {
+  SourceLevel level = looks_->level();
+  if (numbers_ == nullptr) return level;
+  const bool is_memory = name == monitor::kMemory;
+  const std::string& refusal = is_memory ? numbers_->pressure_refusal() : numbers_->links_refusal();
+  if (refusal.empty()) {
+    level.how += is_memory ? " and at once when memory runs short" : " at the kernel's counters";
+  } else {
+    level.reason = (is_memory ? "no pressure-stall trigger: " : "no rtnetlink: ") + refusal;
+  }
+  return level;
+}
+
 std::vector<WatchLevel> Watch::LevelsNow() const {
   std::vector<WatchLevel> levels;
   const auto reason_of = [&](std::string_view name) {
@@ -183,7 +205,7 @@ std::vector<WatchLevel> Watch::LevelsNow() const {
     levels.push_back({std::string(name), level});
   }
   for (const std::string_view name : {monitor::kMemory, monitor::kTraffic}) {
-    levels.push_back({std::string(name), looks_->level()});
+    levels.push_back({std::string(name), LevelOfNumber(name)});
   }
   for (std::size_t i = 0; i < sources_.size(); ++i) {
     const auto names = sources_[i]->Monitors();

@@ -13,6 +13,7 @@
 
 #include "agent/events/ledger.h"
 #include "agent/host/host_view.h"
+#include "agent/sources/numbers.h"
 #include "agent/sources/polling_source.h"
 #include "agent/sources/source.h"
 #include "platform/clock.h"
@@ -28,9 +29,9 @@ struct WatchLevel {
 
 class Watch {
  public:
-  // The references and `sources` outlive the object. `own_pid` is not reported.
+  // The references, `sources` and `numbers` outlive the object. `own_pid` is not reported.
   Watch(HostView& host, platform::Clock& clock, std::uint64_t own_pid, std::int64_t interval_ms,
-        std::vector<Source*> sources);
+        std::vector<Source*> sources, const Numbers* numbers = nullptr);
 
   // What was seen since the last call; the first call tells everything that is there as having come.
   std::vector<Event> Turn();
@@ -51,12 +52,14 @@ class Watch {
   void HandOver(std::vector<Event>& events);
   void Look(std::vector<Event>& events);
   std::vector<WatchLevel> LevelsNow() const;
+  SourceLevel LevelOfNumber(std::string_view name) const;
 
   HostView& host_;
   platform::Clock& clock_;
   const std::uint64_t own_pid_;
   const std::int64_t interval_ms_;
   const std::vector<Source*> sources_;
+  const Numbers* const numbers_;
   std::vector<SourceLevel> source_levels_;                           // as the work was shared out
   std::vector<std::pair<std::string_view, const Source*>> covered_;  // nullptr: by looks
   // What is there by sources whose monitors better ones cover, for the moment in which these fail. By KeyOf.

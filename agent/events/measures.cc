@@ -46,10 +46,10 @@ Event AsPresent(Event event) {
 
 }  // namespace
 
-std::vector<Event> Measures::Take(const Snapshot& seen) {
+std::vector<Event> Measures::Take(const Snapshot& seen, const MayTell& may_tell) {
   std::vector<Event> events;
-  TakeMemory(seen, events);
-  TakeTraffic(seen, events);
+  TakeMemory(seen, may_tell, events);
+  TakeTraffic(seen, may_tell, events);
   TakeFailedLogins(seen, events);
   return events;
 }
@@ -66,7 +66,7 @@ bool Measures::WantsMemoryUsers(const Snapshot& seen) const {
          (!memory_ || std::abs(*seen.memory_percent - ValueOf(memory_)) >= kMemoryStep);
 }
 
-void Measures::TakeMemory(const Snapshot& seen, std::vector<Event>& events) {
+void Measures::TakeMemory(const Snapshot& seen, const MayTell& may_tell, std::vector<Event>& events) {
   if (!WantsMemoryUsers(seen)) return;
   const double percent = *seen.memory_percent;
   Event event = MeasuredEvent(monitor::kMemory, percent, memory_);
@@ -74,11 +74,12 @@ void Measures::TakeMemory(const Snapshot& seen, std::vector<Event>& events) {
   event.reading = Decimal(percent, 2) + " percent";
   if (percent >= kMemoryNearlyFull) event.item.rules.Add(Rule::kMemoryNearlyFull);
   if (event.change >= kMemorySharpRise) event.item.rules.Add(Rule::kMemoryRise);
+  if (memory_ && may_tell && !may_tell(event.item)) return;
   memory_ = event;
   events.push_back(std::move(event));
 }
 
-void Measures::TakeTraffic(const Snapshot& seen, std::vector<Event>& events) {
+void Measures::TakeTraffic(const Snapshot& seen, const MayTell& may_tell, std::vector<Event>& events) {
   const std::optional<std::uint64_t> before = bytes_;
   const double seconds = static_cast<double>(seen.taken_ms - bytes_at_ms_) / 1000;
   bytes_ = seen.traffic_bytes;
@@ -96,6 +97,7 @@ void Measures::TakeTraffic(const Snapshot& seen, std::vector<Event>& events) {
   Event event = MeasuredEvent(monitor::kTraffic, rate, traffic_);
   event.reading = Decimal(rate, 2) + " KB per second";
   if (sharp) event.item.rules.Add(Rule::kTrafficRise);
+  if (traffic_ && may_tell && !may_tell(event.item)) return;
   traffic_ = event;
   events.push_back(std::move(event));
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -14,16 +15,18 @@ class Measures {
  public:
   // The events that this look gives. The first look reports memory; a rate needs two looks.
   // Memory is reported when it moved by 5 points, the rate when it moved by 64 KB per second and at least
-  // doubled or halved, failed logins whenever there are new ones.
-  std::vector<Event> Take(const Snapshot& seen);
+  // doubled or halved, failed logins whenever there are new ones. `may_tell` is asked about each further
+  // number of memory and rate that is worth a line; what it refuses was never reported.
+  using MayTell = std::function<bool(const Item&)>;
+  std::vector<Event> Take(const Snapshot& seen, const MayTell& may_tell = {});
   // Whether Take would report memory now, and so wants the names of the largest programs.
   bool WantsMemoryUsers(const Snapshot& seen) const;
   // The numbers as last reported, for the baseline of a new file.
   std::vector<Event> Present() const;
 
  private:
-  void TakeMemory(const Snapshot& seen, std::vector<Event>& events);
-  void TakeTraffic(const Snapshot& seen, std::vector<Event>& events);
+  void TakeMemory(const Snapshot& seen, const MayTell& may_tell, std::vector<Event>& events);
+  void TakeTraffic(const Snapshot& seen, const MayTell& may_tell, std::vector<Event>& events);
   void TakeFailedLogins(const Snapshot& seen, std::vector<Event>& events);
 
   std::optional<Event> memory_;   // as last reported

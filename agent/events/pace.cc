@@ -21,9 +21,12 @@ struct Limit {
   double most;
   double refill_ms;
 };
-constexpr std::array<Limit, 2> kLimits = {{
+constexpr std::array<Limit, 4> kLimits = {{
     {monitor::kProcesses, 5000, 30000},
     {monitor::kConnections, 3000, 30000},
+    // Numbers that go up and down all day say little more each time: below 500 a day.
+    {monitor::kMemory, 200, 300000},
+    {monitor::kTraffic, 200, 300000},
 }};
 constexpr Limit kOtherLimit = {"", 1000, 60000};
 // What is neither new nor unusual leaves this share to what is.
@@ -104,6 +107,14 @@ bool Pace::Grant(const Item& item, bool at_once, std::int64_t now_ms) {
   }
   allowance.rows -= 1;
   return true;
+}
+
+bool Pace::MayTellNumber(const Item& item, std::int64_t now_ms) {
+  if (Grant(item, !item.rules.empty(), now_ms)) return true;
+  Event event;
+  event.item = item;
+  Count(event, Why::kFlood);
+  return false;
 }
 
 void Pace::TakeCame(Event event, std::int64_t now_ms, std::vector<Event>& told) {

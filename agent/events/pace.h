@@ -35,6 +35,8 @@ class Pace {
   void Begin(const std::vector<Event>& present);
   // Takes what happened, in order, and gives what to tell now.
   std::vector<Event> Take(std::vector<Event> events, std::int64_t now_ms);
+  // Whether one more number of this item's monitor may be told now; it is counted when not.
+  bool MayTellNumber(const Item& item, std::int64_t now_ms);
   // Whether what Take gave since the last call holds news; the rest can wait for a second of its own.
   bool TakeNews() { return std::exchange(gave_news_, false); }
   // The row of the minute, when one is over and there was something to count.

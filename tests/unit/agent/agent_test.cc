@@ -1,5 +1,7 @@
 #include "agent/agent.h"
 
+#include <utility>
+
 #include "unit/agent/agent_fixture.h"
 
 namespace zendrix::agent {
@@ -50,6 +52,51 @@ TEST_F(AgentTest, OneLookWritesASession) {
 }
 
 // A console that started an Agent on a full disk said that the computer is watched.
+// A trigger that fires when the test says so.
+class ScriptedTrigger : public PressureTrigger {
+ public:
+  explicit ScriptedTrigger(bool& fires) : fires_(fires) {}
+  platform::Result<bool> Fired() override { return std::exchange(fires_, false); }
+
+ private:
+  bool& fires_;
+};
+
+TEST_F(AgentTest, MemoryThatRunsShortIsLookedAtInThatMoment) {
+  bool fires = false;
+  Numbers numbers{std::unique_ptr<PressureTrigger>(std::make_unique<ScriptedTrigger>(fires)),
+                  platform::Error{platform::ErrorKind::kOther, "none here"}};
+  options.interval_seconds = 600;
+  AgentParts parts = Parts(files);
+  parts.numbers = &numbers;
+  int turns = 0;
+  parts.stop_requested = [&] {
+    if (++turns == 100) {
+      host.texts["/proc/meminfo"] = "MemTotal: 1000 kB\nMemAvailable: 50 kB\n";
+      fires = true;
+    }
+    return turns > 200;
+  };
+  EXPECT_EQ(Agent(parts, options).Run(), 0);
+  EXPECT_EQ(Lines(kEvents, "Memory Utilization|10|85|95.00:sshd").size(), 1U);
+  EXPECT_EQ(Lines(kEvents, "a look every 600 s and at once when memory runs short").size(), 1U);
+  EXPECT_EQ(Lines(kEvents, "no rtnetlink").size(), 1U);
+}
+
+TEST_F(AgentTest, RowsOfNumbersAreBounded) {
+  int seconds = 0;
+  options.for_seconds = 3600;
+  const int status = Run([&](std::int64_t) {
+    host.texts["/proc/meminfo"] = ++seconds / 5 % 2 == 0 ? "MemTotal: 1000 kB\nMemAvailable: 900 kB\n"
+                                                         : "MemTotal: 1000 kB\nMemAvailable: 600 kB\n";
+  });
+  EXPECT_EQ(status, 0);
+  const std::size_t rows = Lines(kEvents, "Memory Utilization|").size();
+  EXPECT_LE(rows, 215U);
+  EXPECT_GE(rows, 100U);
+  EXPECT_GE(Lines(kEvents, "too many to list - mostly Memory Utilization").size(), 10U);
+}
+
 TEST_F(AgentTest, FirstLookIsToldOnceAndNotBeforeItIsWritten) {
   std::vector<std::string> at;
   AgentParts parts = Parts(files);

@@ -95,6 +95,25 @@ TEST(Measures, MemorySpeaksOnlyWhenItMovedFivePoints) {
   EXPECT_EQ(events[0].reading_before, "12.00 percent");
 }
 
+// The next number that is told stands beside the last that was.
+TEST(Measures, RefusedNumberWasNeverReported) {
+  Measures measures;
+  const auto refuse = [](const Item&) { return false; };
+  EXPECT_EQ(measures.Take(At(0, 12, 0), refuse).size(), 1U) << "the first is always told";
+  EXPECT_EQ(measures.Take(At(1000, 30, 4096), refuse).size(), 1U) << "and so is the first rate";
+  EXPECT_TRUE(measures.Take(At(2000, 40, 4096 + (1U << 20U)), refuse).empty());
+  std::vector<std::string> asked;
+  const auto events = measures.Take(At(3000, 50, 4096 + (3U << 20U)), [&](const Item& item) {
+    asked.push_back(std::string(item.monitor));
+    return true;
+  });
+  EXPECT_EQ(asked, (std::vector<std::string>{"Memory Utilization", "Network Transmission Rate"}));
+  ASSERT_EQ(events.size(), 2U);
+  EXPECT_EQ(events[0].reading_before, "12.00 percent");
+  EXPECT_EQ(events[0].change, 38);
+  EXPECT_EQ(events[1].reading_before, "4.00 KB per second");
+}
+
 TEST(Measures, SharpRiseAndNearlyFullMemoryAreUnusual) {
   Measures measures;
   measures.Take(At(0, 12, 0));

@@ -146,6 +146,26 @@ TEST_F(PaceTest, WhatWasHeldBackIsToldWhenAnAlertNamesIt) {
   EXPECT_THAT(Take({}, 6000), IsEmpty()) << "not told twice";
 }
 
+TEST_F(PaceTest, NumbersHaveAnAllowanceThatFillsUpSlowly) {
+  const Item usual = MakeItem(monitor::kMemory, "50.00");
+  const auto told_at = [&](std::int64_t now_ms, int tries, const Item& item) {
+    int told = 0;
+    for (int i = 0; i < tries; ++i) told += pace.MayTellNumber(item, now_ms) ? 1 : 0;
+    return told;
+  };
+  // What is not unusual leaves a fifth to what is, of which 30 a minute are told at once.
+  EXPECT_EQ(told_at(0, 500, usual), 161);
+  const Item unusual = MakeItem(monitor::kMemory, "95.00", {Rule::kMemoryNearlyFull});
+  EXPECT_EQ(told_at(0, 500, unusual), 30);
+  EXPECT_EQ(told_at(0, 10, MakeItem(monitor::kTraffic, "7.00")), 10) << "it has its own";
+  EXPECT_EQ(pace.counted(), 339U + 470U);
+  EXPECT_THAT(MinuteText(60000), HasSubstr("809 too many to list"));
+  std::int64_t day = 0;
+  for (std::int64_t now = 60000; now < 86400000; now += 5000) day += told_at(now, 1, usual);
+  EXPECT_LE(day, 290);
+  EXPECT_GE(day, 240);
+}
+
 TEST_F(PaceTest, CountsThatAreLeftAtTheEndAreTold) {
   Take({Came("/bin/a", 1), Came("/bin/a", 2), Went("/bin/a", 2)}, 0);
   ASSERT_TRUE(pace.Rest());
