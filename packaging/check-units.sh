@@ -61,14 +61,15 @@ if [ "$(id -u)" = 0 ]; then
   [ -z "$said" ] || complain "$said"
   agent=$(id_of zendrix passwd):$(id_of zendrix group) mail=$(id_of zendrix-mail passwd):$(id_of zendrix-mail group)
   while read -r path mode owner; do
-    found=$(stat -c '%a %u:%g' "$tree/var/lib/zendrix$path")
-    [ "$found" = "$mode $owner" ] || complain "/var/lib/zendrix$path is $found and not $mode $owner"
+    found=$(stat -c '%a %u:%g' "$tree$path")
+    [ "$found" = "$mode $owner" ] || complain "$path is $found and not $mode $owner"
   done <<EOF
-/ 1771 0:$(id_of zendrix-state group)
-/home 2750 $agent
-/admin 2750 $agent
-/quarantine 700 0:0
-/mail 700 $mail
+/var/lib/zendrix 1771 0:$(id_of zendrix-state group)
+/var/lib/zendrix/home 2750 $agent
+/var/lib/zendrix/admin 2750 $agent
+/var/lib/zendrix/quarantine 700 0:0
+/var/lib/zendrix/mail 700 $mail
+/etc/zendrix 2750 0:$(id_of zendrix-mail group)
 EOF
 else
   echo "units: rights of folders are looked at only as root" >&2
