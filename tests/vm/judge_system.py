@@ -84,6 +84,39 @@ hold("polkit asks, and an administrator's password stops it", lines("stop.txt") 
 hold("and starts it again", lines("start.txt") == ["asked: yes", "said: 0", "Running Auto"], read("start.txt"))
 hold("which begins a second session", sum(row["Description"] == "Begin Session Refresh." for row in rows) == 2)
 
+
+
+def acted(name):
+    """(asked, done, sentence, file, process) of a call to the helper; its answer is "bay true 3 65 66 67"."""
+    found = dict(line.split(": ", 1) for line in lines(f"{name}.txt") if ": " in line)
+    words = next((line for line in lines(f"{name}.txt") if line.startswith(("bay ", "said: bay "))), "").removeprefix("said: ").split()
+    sentence = bytes(int(word) for word in words[3:]).decode("cp1252") if len(words) > 2 else ""
+    return found.get("asked", "no") == "yes", words[1:2] == ["true"], sentence, found.get("file"), found.get("process")
+
+
+THERE = ("4711 root", "/var/tmp/.cache/updater")
+GONE = ("gone", "gone")
+for name, what, wanted in [
+    ("block_unasked", "a program of root's is not blocked when nobody can be asked", (False, False, "nobody here who can be asked", *THERE)),
+    ("block_wrong", "nor with the wrong password", (True, False, "You have no permission", *THERE)),
+    ("block_invented", "nor what the Agent never told of, and nobody is asked", (False, False, "The Agent has not told of this event", *THERE)),
+    ("block", "with an administrator's password it goes to quarantine and its process ends", (True, True, "was moved to quarantine", *GONE)),
+    ("allow_unasked", "it does not come back when nobody can be asked", (False, False, "nobody here who can be asked", *GONE)),
+    ("allow", "with an administrator's password it comes back as root's, with the rights that it had", (True, True, "", "4711 root", "gone")),
+    ("block_session", "in front of the screen the user's own password does", (True, True, "was moved to quarantine", *GONE)),
+]:
+    found = acted(name)
+    hold(what, all(part in is_ if isinstance(part, str) else part == is_ for part, is_ in zip(wanted, found)), found)
+hold("everybody may see the list, which names the program", "/var/tmp/.cache/updater" in acted("list")[2], acted("list"))
+hold("only the Agent may have a block done again", read("again_by_user.txt").strip() == "Call failed: Access denied", read("again_by_user.txt"))
+hold("the helper ends when there is no more to do", read("helper.txt").split() == ["inactive"], read("helper.txt"))
+
+rights = dict(line.split(":", 1) for line in lines("mail_rights.txt"))
+hold("the mailer begins when its settings are laid down, without any right",
+     {value.strip() for name, value in rights.items() if name.startswith("Cap")} == {"0" * 16} and rights["NoNewPrivs"].strip() == "1", rights)
+mails = read("mails.txt") if (folder / "mails.txt").exists() else ""
+hold("an alert is mailed to the address in them", "To: <ann@example.org>" in mails or "To: ann@example.org" in mails, mails[:400])
+
 found = {line.split(" ", 1)[0]: line.split(" ", 1)[1] for line in lines("rights_of_files.txt")}
 wrong = {path: found.get(path) for path, wanted in FOLDERS.items() if found.get(path) != wanted}
 hold("the rights of files and folders", not wrong, wrong)

@@ -52,7 +52,7 @@ stage_system() {
 
   cp -a "$base/." "$folder/disk"
   lay_product "$folder/disk"
-  install -D -t "$folder/disk/trial" tests/vm/system_trial tests/vm/sandbox_probe tests/vm/ask_expect \
+  install -D -t "$folder/disk/trial" tests/vm/system_trial tests/vm/sandbox_probe tests/vm/ask_expect tests/vm/alert_of tests/vm/{acting,mail}_trial tests/vm/mail_server \
     "$build/bin/zendrix-vm-service" "$build/bin/zendrix-bench-nothing"
   install -D -m 644 tests/vm/trial.service "$folder/disk/etc/systemd/system/trial.service"
   # As a package's own script does: the Agent starts with the computer.
@@ -60,7 +60,7 @@ stage_system() {
   ln -s /lib/systemd/system/zendrix.service "$folder/disk/etc/systemd/system/multi-user.target.wants/"
   mke2fs -q -F -t ext4 -O ^has_journal -d "$folder/disk" "$folder/disk.ext4" 500M >/dev/null
   rm -rf "$folder/disk"
-  run_machine 420 "$(kernel_of "$work")" "$folder/initramfs" \
+  run_machine 600 "$(kernel_of "$work")" "$folder/initramfs" \
     "systemd.wants=trial.service systemd.mask=serial-getty@ttyS0.service systemd.show_status=no systemd.firstboot=off" "$folder" \
     -drive "file=$folder/disk.ext4,format=raw,if=virtio,snapshot=on" || { tail -n 40 "$folder/console" >&2; return 1; }
   tests/vm/judge_system.py "$folder/out" || { cat "$folder/console" >&2; return 1; }
