@@ -17,8 +17,10 @@
 #include "agent/score/scorer.h"
 #include "agent/sources/bpf_source.h"
 #include "agent/sources/bus_source.h"
+#include "agent/sources/connector_source.h"
 #include "agent/sources/notice_source.h"
 #include "agent/sources/numbers.h"
+#include "agent/sources/socket_source.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_host_info.h"
@@ -49,9 +51,13 @@ Sources MakeSources(const Options& options, zendrix::agent::HostView& host, zend
   sources.push_back(zendrix::agent::MakeBusSource(
       clock, [&notices = *notices] { notices.LookSoon(zendrix::agent::monitor::kAutorun); }));
   sources.push_back(std::move(notices));
-  if (!options.plain) {
-    sources.push_back(zendrix::agent::MakeBpfSource(host, static_cast<std::uint64_t>(getpid())));
-  }
+  if (options.plain) return sources;
+  const auto own_pid = static_cast<std::uint64_t>(getpid());
+  sources.push_back(zendrix::agent::MakeBpfSource(host, own_pid));
+  // What they cost a computer is only worth it where the better one is refused.
+  if (sources.back()->level().level != zendrix::agent::Level::kNone) return sources;
+  sources.push_back(zendrix::agent::MakeConnectorSource(host, own_pid));
+  sources.push_back(zendrix::agent::MakeSocketSource(host, own_pid));
   return sources;
 }
 

@@ -18,21 +18,25 @@ std::string FolderOf(std::uint64_t pid) {
 
 }  // namespace
 
+std::optional<Process> ReadProcess(HostView& host, std::uint64_t pid) {
+  // The program before the state: a process that ends between the two has ended, and is not taken for one
+  // whose program may not be read.
+  const auto target = host.ReadLink(FolderOf(pid) + "/exe");
+  const auto text = host.ReadText(FolderOf(pid) + "/stat", kStatLimit);
+  auto stat = text ? ParseProcessStat(*text) : std::nullopt;
+  if (!stat || stat->kernel_thread || stat->ended) return {};
+  Process process;
+  process.stat = std::move(*stat);
+  if (target) process.program = ParseProgramFile(*target);
+  return process;
+}
+
 std::vector<Process> ReadProcesses(HostView& host, std::uint64_t own_pid) {
   std::vector<Process> processes;
   for (const std::string& name : host.List("/proc")) {
     std::uint64_t pid = 0;
     if (!ReadNumber(name, pid) || pid == own_pid) continue;
-    // The program before the state: a process that ends between the two has ended, and is not taken for one
-    // whose program may not be read.
-    const auto target = host.ReadLink(FolderOf(pid) + "/exe");
-    const auto text = host.ReadText(FolderOf(pid) + "/stat", kStatLimit);
-    auto stat = text ? ParseProcessStat(*text) : std::nullopt;
-    if (!stat || stat->kernel_thread || stat->ended) continue;
-    Process process;
-    process.stat = std::move(*stat);
-    if (target) process.program = ParseProgramFile(*target);
-    processes.push_back(std::move(process));
+    if (auto process = ReadProcess(host, pid)) processes.push_back(std::move(*process));
   }
   return processes;
 }

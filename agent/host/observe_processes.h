@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,8 @@ struct Process {
   ProgramFile program;  // path empty when it may not be read
 };
 
+// No value when it has ended, or is the kernel's own.
+std::optional<Process> ReadProcess(HostView& host, std::uint64_t pid);
 std::vector<Process> ReadProcesses(HostView& host, std::uint64_t own_pid);
 
 // A program as lines call it.

@@ -131,7 +131,8 @@ void BpfSource::TellLost(std::string_view monitor_name, std::uint64_t count, std
 void BpfSource::Look(std::int64_t now_ns, std::vector<Observation>& into) {
   const std::vector<Process> processes = ReadProcesses(parts_.host, parts_.own_pid);
   processes_.Compare(processes, exec_lost_, now_ns, into);
-  sockets_.Compare(parts_.host, processes, namer_, now_ns, into);
+  const auto found = [&]() -> const std::vector<Process>& { return processes; };
+  sockets_.Compare(parts_.host, found, namer_, now_ns, into);
   must_look_ = false;
   exec_lost_ = false;
   looked_ns_ = now_ns;

@@ -17,6 +17,11 @@ std::shared_ptr<const Program> ProcessTable::KnownProgram(std::uint64_t pid) con
   return found == entries_.end() ? nullptr : found->second.program;
 }
 
+std::optional<std::uint64_t> ProcessTable::StartOf(std::uint64_t pid) const {
+  const auto found = entries_.find(pid);
+  return found == entries_.end() ? std::nullopt : std::optional(found->second.start_ticks);
+}
+
 ProcessTable::Entry* ProcessTable::Find(std::uint64_t pid, std::uint64_t start_ticks) {
   const auto found = entries_.find(pid);
   return found != entries_.end() && found->second.start_ticks == start_ticks ? &found->second : nullptr;
@@ -53,15 +58,21 @@ void ProcessTable::TellGone(std::uint64_t pid, const Entry& entry, std::int64_t 
 
 void ProcessTable::Take(const ExecSeen& seen, std::vector<Observation>& into) {
   if (seen.by.pid == own_pid_) return;
-  const auto before = entries_.find(seen.by.pid);
-  if (before != entries_.end()) TellGone(seen.by.pid, before->second, seen.by.seen_ns, into);
-  Entry* entry = Add(seen.by.pid, seen.by.start_ticks);
+  Take(seen.by, seen.parent, namer_.NameOf(seen), seen.comm, into);
+}
+
+void ProcessTable::Take(const Doer& by, std::uint64_t parent, Program program, std::string_view comm,
+                        std::vector<Observation>& into) {
+  if (by.pid == own_pid_) return;
+  const auto before = entries_.find(by.pid);
+  if (before != entries_.end()) TellGone(by.pid, before->second, by.seen_ns, into);
+  Entry* entry = Add(by.pid, by.start_ticks);
   if (!entry) return;
-  entry->parent = KnownProgram(seen.parent);
-  entry->program = std::make_shared<const Program>(namer_.NameOf(seen));
-  entry->named_like_kernel = LooksLikeKernelThread(seen.comm);
-  entry->rules = RulesOfProcess(*entry->program, seen.comm);
-  Tell(seen.by.pid, *entry, seen.by.seen_ns, into);
+  entry->parent = KnownProgram(parent);
+  entry->program = std::make_shared<const Program>(std::move(program));
+  entry->named_like_kernel = LooksLikeKernelThread(comm);
+  entry->rules = RulesOfProcess(*entry->program, comm);
+  Tell(by.pid, *entry, by.seen_ns, into);
 }
 
 void ProcessTable::Take(const ForkSeen& seen) {

@@ -25,6 +25,9 @@ class ProcessTable {
   ProcessTable(ProgramNamer& namer, std::uint64_t own_pid) : namer_(namer), own_pid_(own_pid) {}
 
   void Take(const ExecSeen& seen, std::vector<Observation>& into);
+  // The same with a program that has its name already.
+  void Take(const Doer& by, std::uint64_t parent, Program program, std::string_view comm,
+            std::vector<Observation>& into);
   void Take(const ForkSeen& seen);
   void Take(const ExitSeen& seen, std::vector<Observation>& into);
   // Tells the copies that have lived long enough.
@@ -36,6 +39,8 @@ class ProcessTable {
 
   // The program of a process that did something; "unknown" with the reason when nobody knows.
   std::shared_ptr<const Program> ProgramOf(const Doer& doer);
+  // When the process of this number began, in ticks since boot; no value when none is known.
+  std::optional<std::uint64_t> StartOf(std::uint64_t pid) const;
   std::size_t size() const { return entries_.size(); }
 
  private:

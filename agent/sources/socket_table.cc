@@ -166,8 +166,21 @@ void SocketTable::Adopt(const Socket& socket, const Owner& owner, bool incoming,
   Add(std::move(entry), std::move(item), now_ns, into);
 }
 
-void SocketTable::Compare(HostView& host, const std::vector<Process>& processes, ProgramNamer& namer,
-                          std::int64_t now_ns, std::vector<Observation>& into) {
+void SocketTable::TakeEnd(const Socket& socket, std::int64_t now_ns, std::vector<Observation>& into) {
+  // What only listened, or never did anything, has no other end; the next comparison sees it go.
+  if (socket.remote.port == 0 || socket.remote.reach != AddressReach::kOther) return;
+  if (const auto known = Known(socket.inode, PairOf(socket.local, socket.remote), own_network_)) {
+    Remove(*known, now_ns, into);
+    return;
+  }
+  const bool incoming = IsListenedOn(own_network_, socket.local.port);
+  const Number number = next_;
+  Adopt(socket, incoming ? ListenerOn(own_network_, socket.local.port) : nullptr, incoming, now_ns, into);
+  Remove(number, now_ns, into);
+}
+
+void SocketTable::Compare(HostView& host, const std::function<const std::vector<Process>&()>& processes,
+                          ProgramNamer& namer, std::int64_t now_ns, std::vector<Observation>& into) {
   wants_look_ = false;
   std::unordered_set<Number> there;
   std::vector<Socket> strangers;
@@ -194,7 +207,8 @@ void SocketTable::Compare(HostView& host, const std::vector<Process>& processes,
   // Ports first, so that a connection that came in finds who listens.
   std::stable_partition(strangers.begin(), strangers.end(),
                         [](const Socket& socket) { return socket.state == SocketState::kListening; });
-  const SocketOwners owners = FindSocketOwners(host, processes, std::move(wanted));
+  SocketOwners owners;
+  if (!wanted.empty()) owners = FindSocketOwners(host, processes(), std::move(wanted));
   for (const Socket& socket : strangers) {
     const auto found = owners.find(socket.inode);
     Owner owner;

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -28,9 +29,13 @@ class SocketTable {
       : processes_(processes), own_network_(own_network) {}
 
   void Take(const SocketSeen& seen, std::vector<Observation>& into);
-  // Compares with the host's tables. All records up to this moment have been taken.
-  void Compare(HostView& host, const std::vector<Process>& processes, ProgramNamer& namer,
-               std::int64_t now_ns, std::vector<Observation>& into);
+  // Compares with the host's tables. All records up to this moment have been taken. `processes` gives what
+  // runs, and is asked only when there are strangers.
+  void Compare(HostView& host, const std::function<const std::vector<Process>&()>& processes,
+               ProgramNamer& namer, std::int64_t now_ns, std::vector<Observation>& into);
+  // A connection of the own network namespace ended. One that nobody knew of came and went; the program is
+  // that which listens on its port, if any.
+  void TakeEnd(const Socket& socket, std::int64_t now_ns, std::vector<Observation>& into);
   // A socket listens on a port that the kernel had yet to choose: only a look can tell which.
   bool WantsLook() const { return wants_look_; }
   // Sockets that found no place here.
