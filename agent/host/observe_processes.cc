@@ -16,6 +16,36 @@ std::string FolderOf(std::uint64_t pid) {
   return "/proc/" + std::to_string(pid);
 }
 
+// Memory that the processes of a program hold.
+struct Held {
+  std::uint64_t kilobytes = 0;
+  std::vector<std::uint64_t> pids;
+};
+
+constexpr std::size_t kMostNamed = 2;
+constexpr std::size_t kMostWeighed = 4;  // programs of which the shares are looked at
+constexpr std::size_t kMostShares = 40;  // processes; each look makes the kernel walk all its memory
+
+// What programs have in common counts for each of them, so that many small processes look like a large
+// program. The shares say better; but only all of them can be compared, and of other users' processes they
+// are root's to see.
+bool TakeShares(HostView& host, const std::vector<std::string>& names,
+                std::map<std::string, Held>& programs) {
+  std::map<std::string, std::uint64_t> shares;
+  std::size_t looks = 0;
+  for (const std::string& name : names) {
+    for (const std::uint64_t pid : programs[name].pids) {
+      if (++looks > kMostShares) return false;
+      const auto text = host.ReadText(FolderOf(pid) + "/smaps_rollup", kStatusLimit);
+      const auto kilobytes = text ? ParseShareKb(*text) : std::nullopt;
+      if (!kilobytes) return false;
+      shares[name] += *kilobytes;
+    }
+  }
+  for (const auto& [name, share] : shares) programs[name].kilobytes = share;
+  return true;
+}
+
 }  // namespace
 
 std::optional<Process> ReadProcess(HostView& host, std::uint64_t pid) {
@@ -110,18 +140,27 @@ std::vector<Item> ObserveProcesses(const std::vector<Process>& processes) {
 }
 
 std::vector<std::string> LargestPrograms(HostView& host, const std::vector<Process>& processes) {
-  std::map<std::string, std::uint64_t> sizes;
+  std::map<std::string, Held> programs;
   for (const Process& process : processes) {
     const auto text = host.ReadText(FolderOf(process.stat.pid) + "/status", kStatusLimit);
     const auto kilobytes = text ? ParseResidentKb(*text) : std::nullopt;
+    if (!kilobytes) continue;
     const std::string name = ProgramName(process);
-    if (kilobytes) sizes[name.substr(name.rfind('/') + 1)] += *kilobytes;
+    Held& held = programs[name.substr(name.rfind('/') + 1)];
+    held.kilobytes += *kilobytes;
+    held.pids.push_back(process.stat.pid);
   }
   std::vector<std::string> names;
-  for (const auto& [name, size] : sizes) names.push_back(name);
-  std::stable_sort(names.begin(), names.end(),
-                   [&](const std::string& a, const std::string& b) { return sizes[a] > sizes[b]; });
-  if (names.size() > 2) names.resize(2);
+  for (const auto& [name, held] : programs) names.push_back(name);
+  const auto sort = [&] {
+    std::stable_sort(names.begin(), names.end(), [&](const std::string& a, const std::string& b) {
+      return programs[a].kilobytes > programs[b].kilobytes;
+    });
+  };
+  sort();
+  names.resize(std::min(names.size(), kMostWeighed));
+  if (TakeShares(host, names, programs)) sort();
+  names.resize(std::min(names.size(), kMostNamed));
   return names;
 }
 

@@ -24,6 +24,16 @@ bool CutSuffix(std::string_view& text, std::string_view suffix) {
   return true;
 }
 
+// VmRSS:	    1700 kB
+std::optional<std::uint64_t> KilobytesOf(std::string_view text, std::string_view name) {
+  for (const std::string_view line : SplitLines(text)) {
+    const auto words = SplitWords(line);
+    std::uint64_t kilobytes = 0;
+    if (words.size() >= 2 && words[0] == name && ReadNumber(words[1], kilobytes)) return kilobytes;
+  }
+  return {};
+}
+
 }  // namespace
 
 // 7561 (cat) R 7532 7532 4098 0 -1 4194304 101 0 0 0 0 0 0 0 20 0 1 0 102153 3133440 390 ...
@@ -46,14 +56,12 @@ std::optional<ProcessStat> ParseProcessStat(std::string_view text) {
   return stat;
 }
 
-// VmRSS:	    1700 kB
 std::optional<std::uint64_t> ParseResidentKb(std::string_view text) {
-  for (const std::string_view line : SplitLines(text)) {
-    const auto words = SplitWords(line);
-    std::uint64_t kilobytes = 0;
-    if (words.size() >= 2 && words[0] == "VmRSS:" && ReadNumber(words[1], kilobytes)) return kilobytes;
-  }
-  return {};
+  return KilobytesOf(text, "VmRSS:");
+}
+
+std::optional<std::uint64_t> ParseShareKb(std::string_view text) {
+  return KilobytesOf(text, "Pss:");
 }
 
 ProgramFile ParseProgramFile(std::string_view target) {

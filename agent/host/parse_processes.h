@@ -22,6 +22,9 @@ std::optional<ProcessStat> ParseProcessStat(std::string_view text);
 
 // Resident memory in kB from /proc/PID/status.
 std::optional<std::uint64_t> ParseResidentKb(std::string_view text);
+// A process's share of the memory in kB, from /proc/PID/smaps_rollup: what several have in common is divided
+// among them.
+std::optional<std::uint64_t> ParseShareKb(std::string_view text);
 
 // Target of /proc/PID/exe
 struct ProgramFile {

@@ -50,6 +50,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   RequireLine(name);
   if (const auto stat = ParseProcessStat(text)) RequireClean(CleanName(stat->name));
   ParseResidentKb(text);
+  ParseShareKb(text);
   ParseProgramFile(text);
   ParseSocketInode(text);
   for (const Socket& socket : ParseSocketTable(text)) {

@@ -108,6 +108,31 @@ TEST_F(Observers, LargestProgramsComeFirstAndAddUp) {
   EXPECT_THAT(LargestPrograms(host, ReadProcesses(host, 1)), ::testing::ElementsAre("b", "a"));
 }
 
+// Five processes that share most of their memory are no large program.
+TEST_F(Observers, WhatProgramsShareIsDividedWhereItCanBeSeen) {
+  const auto share = [&](int pid, int kilobytes) {
+    host.texts["/proc/" + std::to_string(pid) + "/smaps_rollup"] =
+        "00400000-7fff0000 ---p 00000000 00:00 0 [rollup]\nRss: 1000 kB\nPss:    " +
+        std::to_string(kilobytes) + " kB\nPss_Dirty: 1 kB\n";
+  };
+  for (int pid = 10; pid < 15; ++pid)
+    host.AddProcess(static_cast<std::uint64_t>(pid), "many", "/usr/bin/many");
+  host.AddProcess(20, "one", "/usr/bin/one");
+  host.AddProcess(21, "two", "/usr/bin/two");
+  const auto largest = [&] { return LargestPrograms(host, ReadProcesses(host, 1)); };
+  EXPECT_THAT(largest(), ::testing::ElementsAre("many", "one"));
+  for (int pid = 10; pid < 15; ++pid) share(pid, 100);
+  share(20, 900);
+  EXPECT_THAT(largest(), ::testing::ElementsAre("many", "one")) << "one of the shares cannot be seen";
+  share(21, 950);
+  EXPECT_THAT(largest(), ::testing::ElementsAre("two", "one"));
+  for (int pid = 30; pid < 70; ++pid) {
+    host.AddProcess(static_cast<std::uint64_t>(pid), "many", "/usr/bin/many");
+    share(pid, 100);
+  }
+  EXPECT_THAT(largest(), ::testing::ElementsAre("many", "one")) << "too many to look at";
+}
+
 TEST_F(Observers, ListeningPortIsPortAndProgram) {
   host.AddProcess(10, "sshd", "/usr/sbin/sshd");
   GiveSocket(10, 77);
