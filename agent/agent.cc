@@ -60,6 +60,7 @@ Agent::Agent(AgentParts parts, Options options)
       status_path_(
           platform::JoinPath(options_.state.empty() ? options_.folder : options_.state, kStatusFile)),
       recordings_(MakeRecordings(parts_, options_)),
+      enforcement_(parts_.helper),
       decisions_(parts_.files,
                  options_.state.empty() ? options_.folder : platform::JoinPath(options_.state, "home")),
       watch_(parts_.host, parts_.clock, parts_.own_pid, options_.interval_seconds * 1000, parts_.sources,
@@ -306,11 +307,13 @@ void Agent::WriteFirst(bool at_end) {
     unweighed_.clear();
     return;
   }
+  for (const std::string& message : enforcement_.React(alerts)) Log(message);
   const auto second = First().Write(alerts);
   if (!second && First().IsFailing()) return;
   unweighed_.clear();
   if (!second) return;
   parts_.scorer.Raised(alerts, *second, now);
+  enforcement_.Written();
   minute_.alerts += alerts.size();
   for (Recording& recording : recordings_) {
     if (&recording != &First()) recording.AddAlerts(alerts);

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "agent/enforcement.h"
 #include "agent/events/measures.h"
 #include "agent/events/pace.h"
 #include "agent/gaps.h"
@@ -44,6 +45,7 @@ struct AgentParts {
   Numbers* numbers = nullptr;                // null: the numbers come from looks alone
   // Rests for so many milliseconds at most, less when a source has something; nothing: the clock's Sleep.
   std::function<void(std::int64_t)> wait = {};
+  platform::ActHelper* helper = nullptr;       // blocks again what was blocked before; nullptr: nobody does
   std::function<std::int64_t()> boot_ms = {};  // CLOCK_BOOTTIME; nothing: the clock that never goes back
 };
 
@@ -86,6 +88,7 @@ class Agent {
   const Options options_;
   const std::string status_path_;
   std::vector<Recording> recordings_;
+  Enforcement enforcement_;
   DecisionFiles decisions_;  // in the first folder
   Watch watch_;
   Pace pace_;

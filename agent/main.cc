@@ -21,6 +21,7 @@
 #include "agent/sources/notice_source.h"
 #include "agent/sources/numbers.h"
 #include "agent/sources/socket_source.h"
+#include "platform/linux/linux_act_helper.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_host_info.h"
@@ -177,6 +178,9 @@ int Record(const Options& options, zendrix::agent::HostView& host) {
   parts.numbers = numbers.get();
   parts.wait = [&waiting](std::int64_t milliseconds) { waiting.Rest(milliseconds); };
   parts.boot_ms = BootMs;
+  // The helper listens to the service alone.
+  zendrix::platform::LinuxActHelper helper;
+  if (!options.state.empty()) parts.helper = &helper;
   return zendrix::agent::Agent(std::move(parts), options).Run();
 }
 

@@ -125,7 +125,9 @@ class HomeText {
     std::string reactions;
     for (const std::string_view name : MonitorsOf(members)) {
       if (!reactions.empty()) reactions += ";";
-      reactions.append(name).append("=").append(kNoReaction);
+      // Of a blocked program its running is what was acted on.
+      const bool acted = name == monitor::kProcesses && !alert.reaction.empty();
+      reactions.append(name).append("=").append(acted ? std::string_view(alert.reaction) : kNoReaction);
     }
     Line(monitor::kCommunity, "0", "0", "reaction to " + CleanName(code), reactions,
          EventCode(monitor::kCommunity, {}));

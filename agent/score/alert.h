@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,13 @@
 #include "agent/score/rules.h"
 
 namespace zendrix::agent {
+
+// A program that the user blocked, there again with the same contents.
+struct BlockedAgain {
+  std::string path;  // the host's bytes
+  std::string sha256;
+  std::vector<std::uint32_t> processes;  // that run it
+};
 
 struct Alert {
   std::string subject;
@@ -21,6 +29,9 @@ struct Alert {
   std::vector<std::string> facts = {};  // what speaks for it, for a person; at most three, heaviest first
   // The file holds a line with this Change already, under which the console can file a decision.
   bool has_forerunner = false;
+  std::optional<BlockedAgain> blocked = {};
+  std::optional<bool> acted = {};  // whether it was blocked again; nothing when that was not tried
+  std::string reaction = {};       // what became of that, for the Community row
 
   bool IsQuiet() const { return change.starts_with('-'); }
 };

@@ -142,6 +142,12 @@ void AlertBook::Load() {
     decisions_[decided.Text(0)] = {decided.Number(1) != 0, decided.Text(2), NumbersOf(decided.Text(3)),
                                    decided.Number(4)};
   }
+  CountBlocks();
+}
+
+void AlertBook::CountBlocks() {
+  blocks_ = static_cast<std::size_t>(
+      std::count_if(decisions_.begin(), decisions_.end(), [](const auto& one) { return one.second.block; }));
 }
 
 void AlertBook::Add(AlertRecord record) {
@@ -171,6 +177,7 @@ bool AlertBook::Decide(const std::string& code, bool block) {
   if (alert == records_.rend()) return false;
   decisions_[code] = {block, alert->sha256, HardOf(*alert), alert->second};
   unsaved_decisions_.insert(code);
+  CountBlocks();
   return true;
 }
 

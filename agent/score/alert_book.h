@@ -62,6 +62,7 @@ class AlertBook {
 
   void Add(AlertRecord record);
   std::optional<Decision> DecisionOn(const std::string& code) const;
+  bool HasBlocks() const { return blocks_ > 0; }
   // Takes a decision on the alerts so far with this code. False when there are none, or nothing new in it.
   bool Decide(const std::string& code, bool block);
 
@@ -74,12 +75,14 @@ class AlertBook {
 
  private:
   void Load();
+  void CountBlocks();
   bool WriteAll(Database& database) const;
 
   Keeper& keeper_;
   int generation_ = 0;
   std::deque<AlertRecord> records_;  // oldest first
   std::map<std::string, Decision> decisions_;
+  std::size_t blocks_ = 0;   // of the decisions
   std::size_t unsaved_ = 0;  // so many of the newest
   std::set<std::string> unsaved_decisions_;
   std::vector<std::int64_t> dropped_;

@@ -18,6 +18,7 @@ namespace {
 constexpr std::int64_t kDay = 86400;
 constexpr std::int64_t kInstallingSeconds = 30 * 60;  // for so long a package counts as being installed
 constexpr double kBlockedWeight = 0.9;
+constexpr std::int64_t kRefusedSeconds = 3600;
 constexpr double kLeastQuietRisk = 0.7;  // less is not worth a line
 constexpr std::size_t kQuietInAnHour = 20;
 constexpr std::size_t kAlertsInAMinute = 10;
@@ -115,7 +116,7 @@ class BaselineScorer : public Scorer {
     for (std::size_t i = 0; i < alerts.size(); ++i) {
       const auto offer = offers_.find(alerts[i].subject);
       if (offer == offers_.end()) continue;
-      Note(offer->second, SecondOfAlert(alerts, i, first_second), now);
+      Note(offer->second, alerts[i], SecondOfAlert(alerts, i, first_second), now);
     }
   }
 
@@ -154,13 +155,15 @@ class BaselineScorer : public Scorer {
   struct Said {
     std::int64_t utc = 0;
     std::set<int> facts;
-    bool in_file = true;  // the present one
+    bool in_file = true;   // the present one
+    bool refused = false;  // it was to be blocked again, and was not
   };
   struct Offer {
     AlertRecord record;
     std::string subject;
     std::optional<Decision> decision;
     bool is_repeated = false;  // told again for a new file
+    bool is_blocked_again = false;
 
     double LeftDoubt() const { return 1 - (1 - record.doubt) * record.package_factor; }
     // Whether it takes from what may be said in a day.
@@ -169,7 +172,8 @@ class BaselineScorer : public Scorer {
 
   void Take(const Event& event, Moment now) {
     auto facts = evidence_.Of(event, now);
-    if (facts.empty()) return;
+    const auto blocked = BlockedProcess(event, now.utc);
+    if (facts.empty() && !blocked) return;
     Subject* const subject = subjects_.At(event.item.subject, now.monotonic_ms);
     if (subject == nullptr) {
       ++left_out_;
@@ -178,11 +182,43 @@ class BaselineScorer : public Scorer {
     if (!event.item.program.empty()) subject->program = event.item.program;
     subject->touched_ms = now.monotonic_ms;
     subject->came = subject->came || event.kind != EventKind::kPresent;
-    if (!subject->Add(event.item, std::move(facts)) || subject->waits) return;
+    const bool is_news = subject->Add(event.item, std::move(facts));
+    if (blocked) return TakeBlocked(*subject, event.item.subject, *blocked, now);
+    if (!is_news || subject->waits) return;
     subject->waits = true;
     // What is there when a session begins has nothing to wait for.
     subject->due_ms = now.monotonic_ms + (event.kind == EventKind::kPresent ? 0 : settle_ms_);
     waiting_.insert(event.item.subject);
+  }
+
+  // The process of a program that the user blocked; where that could not be done lately, it is said and tried
+  // again after an hour.
+  std::optional<std::uint32_t> BlockedProcess(const Event& event, std::int64_t utc) const {
+    const Item& item = event.item;
+    const bool is_there = event.kind == EventKind::kPresent || event.kind == EventKind::kAdded;
+    if (!book_.HasBlocks() || !is_there || item.monitor != monitor::kProcesses || item.program.empty())
+      return {};
+    const std::string code = AlertCode(key_, item.program);
+    const auto decision = book_.DecisionOn(code);
+    if (!decision || !decision->block) return {};
+    const auto said = said_.find(code);
+    if (said != said_.end() && said->second.refused && utc - said->second.utc < kRefusedSeconds) return {};
+    std::uint64_t process = 0;
+    const bool has_number =
+        ReadNumber(std::string_view(item.description).substr(item.description.rfind(':') + 1), process);
+    if (!has_number || process > UINT32_MAX) return {};
+    return static_cast<std::uint32_t>(process);
+  }
+
+  // Has nothing to wait for.
+  void TakeBlocked(Subject& subject, const std::string& name, std::uint32_t process, Moment now) {
+    constexpr std::size_t kMostProcesses = 16;
+    auto& processes = subject.blocked_processes;
+    if (processes.size() == kMostProcesses) processes.erase(processes.begin());
+    processes.push_back(process);
+    subject.waits = true;
+    subject.due_ms = now.monotonic_ms;
+    waiting_.insert(name);
   }
 
   std::vector<Alert> Due(Moment now, std::int64_t until_ms) {
@@ -199,6 +235,7 @@ class BaselineScorer : public Scorer {
         ++at;
       } else {
         found->second.waits = false;
+        found->second.blocked_processes.clear();
         at = waiting_.erase(at);
       }
     }
@@ -223,7 +260,10 @@ class BaselineScorer : public Scorer {
 
   void Rest(const std::string& subject) {
     const auto found = subjects_.all().find(subject);
-    if (found != subjects_.all().end()) found->second.waits = false;
+    if (found != subjects_.all().end()) {
+      found->second.waits = false;
+      found->second.blocked_processes.clear();
+    }
     waiting_.erase(subject);
   }
 
@@ -288,8 +328,10 @@ class BaselineScorer : public Scorer {
     const auto said = said_.find(record.code);
     offer.is_repeated = said != said_.end() && now.utc - said->second.utc < kDay &&
                         Covers(said->second.facts, NumbersOf(record.facts));
-    if (offer.is_repeated && said->second.in_file) return {};
     const Contents contents = files_.Of(subject.program, now.monotonic_ms);
+    offer.is_blocked_again = !subject.blocked_processes.empty() && offer.decision && offer.decision->block &&
+                             !contents.sha256.empty() && contents.sha256 == offer.decision->sha256;
+    if (offer.is_repeated && said->second.in_file && !offer.is_blocked_again) return {};
     record.sha256 = contents.sha256;
     record.package = contents.package.name;
     record.package_factor = PackageFactor(contents, now.utc);
@@ -312,6 +354,8 @@ class BaselineScorer : public Scorer {
       return {};
     }
     Alert alert = AlertOf(record, subject);
+    if (offer.is_blocked_again)
+      alert.blocked = BlockedAgain{subject.program, record.sha256, subject.blocked_processes};
     record.change = alert.change;
     return alert;
   }
@@ -329,13 +373,14 @@ class BaselineScorer : public Scorer {
     return alert;
   }
 
-  void Note(Offer& offer, std::int64_t second, Moment now) {
+  void Note(Offer& offer, const Alert& alert, std::int64_t second, Moment now) {
     AlertRecord& record = offer.record;
     record.second = second;
     const auto numbers = NumbersOf(record.facts);
     const auto subject = subjects_.all().find(offer.subject);
     if (subject != subjects_.all().end()) {
       subject->second.waits = false;
+      subject->second.blocked_processes.clear();
       if (record.state != AlertState::kRaised) subject->second.quiet_facts = numbers;
     }
     waiting_.erase(offer.subject);
@@ -343,7 +388,7 @@ class BaselineScorer : public Scorer {
       if (said_.size() >= kMostRaised)
         std::erase_if(said_, [&](const auto& entry) { return now.utc - entry.second.utc >= kDay; });
       if (said_.size() >= kMostRaised) said_.clear();
-      said_[record.code] = {now.utc, numbers, true};
+      said_[record.code] = {now.utc, numbers, true, alert.acted.has_value() && !*alert.acted};
       if (written_.size() >= kMostRaised) written_.clear();
       written_.insert(record.change);
       loud_.Count(now.utc);

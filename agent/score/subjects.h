@@ -32,6 +32,8 @@ class Subject {
   bool came = false;          // more than being there when a session began
   bool waits = false;         // to be weighed when it is due
   std::set<int> quiet_facts;  // of the last quiet line about it
+  // Processes of a blocked program that came since it was last weighed; a few, the newest last.
+  std::vector<std::uint32_t> blocked_processes;
 
  private:
   static constexpr std::size_t kMostMembers = 24;

@@ -92,6 +92,16 @@ TEST(HomeLines, AlertIsAnAggregationLineAndItsCommunityLine) {
             "Listening Ports=failed (the Agent only observes)|CO,0,1|0\r\n");
 }
 
+TEST(HomeLines, WhatBecameOfABlockedProgramStandsBehindItsRunningAlone) {
+  Batch batch;
+  batch.alerts = {SampleAlert()};
+  batch.alerts[0].reaction = "success (moved to quarantine again)";
+  EXPECT_NE(Home(batch).find("|Running Processes=success (moved to quarantine again);"
+                             "Listening Ports=failed (the Agent only observes)|"),
+            std::string::npos)
+      << Home(batch);
+}
+
 TEST(HomeLines, AlertWithoutAForerunnerGoesAheadOfItself) {
   Batch batch;
   batch.alerts = {SampleAlert()};

@@ -1,6 +1,8 @@
 // A host that lives in simulated time, as the scorer sees it: verbs for what happens, and the alerts by day.
 #pragma once
 
+#include <algorithm>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -113,8 +115,9 @@ class ScoredHost {
 
   void Turn(const std::vector<Event>& events) {
     const Moment now{utc, (utc - kBegin) * 1000};
-    const auto due = scorer_->Weigh(events, now);
+    auto due = scorer_->Weigh(events, now);
     if (due.empty() || !writes) return;
+    if (react) std::for_each(due.begin(), due.end(), react);
     const std::int64_t second = std::max(utc, last_second_ + 1);
     scorer_->Raised(due, second, now);
     last_second_ = SecondOfAlert(due, due.size() - 1, second);
@@ -140,6 +143,8 @@ class ScoredHost {
   std::vector<Told> alerts;
   std::vector<Told> quiet;
   bool writes = true;
+  std::function<void(Alert&)> react;  // before an alert is written
+  int last_pid() const { return pid_; }
 
   static std::string Md5Of(const std::string& contents) {
     Sum sum(SumKind::kMd5);

@@ -1,0 +1,41 @@
+// What is done about a program that the user blocked and that is there again with the same contents: the
+// helper that acts is asked to block it again. The Agent itself changes nothing; the helper has a record of
+// its own of what it blocked with a user's consent, and goes by that alone.
+//
+// What became of it stands in the Community row behind the alert, in words of the Agent's own: a sentence of
+// the helper's holds the program's name, which could read like a success. The sentence goes into the log.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "agent/score/alert.h"
+#include "platform/act_helper.h"
+
+namespace zendrix::agent {
+
+class Enforcement {
+ public:
+  // Null: there is nobody to ask. Outlives the object.
+  explicit Enforcement(platform::ActHelper* helper) : helper_(helper) {}
+
+  // Asks for each that is to be blocked again, and says in the alert what became of it. The lines for the
+  // log. Alerts that could not be written come again; nobody is asked twice for one.
+  std::vector<std::string> React(std::vector<Alert>& alerts);
+  // The alerts stand in the file: the next ones are new.
+  void Written() { outcomes_.clear(); }
+
+ private:
+  struct Outcome {
+    bool acted = false;
+    std::string reaction;
+  };
+
+  Outcome Ask(const BlockedAgain& blocked, std::vector<std::string>& log);
+
+  platform::ActHelper* const helper_;
+  std::map<std::string, Outcome> outcomes_;  // by code
+};
+
+}  // namespace zendrix::agent
