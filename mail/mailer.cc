@@ -29,9 +29,13 @@ bool Mailer::Turn() {
   LookAtSettings(now_ms);
   if (!loaded_) Load();
   if (!loaded_) return false;
-  const bool more = ReadOn(parts_.clock.NowUtc());
+  const bool more = ReadOn(now_ms);
   if (is_dirty_) Save();
   return SendNext(now_ms) || more;
+}
+
+void Mailer::Finish() {
+  if (loaded_ && (is_dirty_ || has_moved_)) Save();
 }
 
 void Mailer::Load() {
@@ -59,6 +63,7 @@ void Mailer::Load() {
 void Mailer::Save() {
   const auto status = parts_.files.WriteAll(state_path_, outbox_.Text(parts_.family));
   is_dirty_ = !status.ok();
+  has_moved_ = has_moved_ && is_dirty_;
   if (!status && !save_fails_) parts_.tell("E-mail cannot write its state file; it is tried again");
   save_fails_ = !status.ok();
 }
@@ -83,7 +88,8 @@ void Mailer::LookAtSettings(std::int64_t now_ms) {
   trouble_.clear();
 }
 
-bool Mailer::ReadOn(std::int64_t now_utc) {
+bool Mailer::ReadOn(std::int64_t now_ms) {
+  const std::int64_t now_utc = parts_.clock.NowUtc();
   if (is_off_ && !outbox_.IsEmpty()) {
     parts_.tell("E-mail was turned off; " + Alerts(outbox_.Clear()) + " will not be mailed");
     is_dirty_ = true;
@@ -92,13 +98,16 @@ bool Mailer::ReadOn(std::int64_t now_utc) {
     if (is_off_) return;
     const auto alert = ParseAlert(line);
     if (!alert || (replaced && alert->second < now_utc - kOldOfReplaced)) return;
-    outbox_.Add(*alert);
+    is_dirty_ = outbox_.Add(*alert) || is_dirty_;
   });
   if (!reading.error.empty() && !read_fails_) parts_.tell("E-mail cannot read the monitoring file");
   read_fails_ = !reading.error.empty();
   if (reading.position == outbox_.position) return false;
+  // A file that was replaced is never read again from the old place.
+  is_dirty_ = is_dirty_ || reading.replaced || now_ms >= next_position_ms_;
+  if (is_dirty_) next_position_ms_ = now_ms + kPositionEveryMs;
   outbox_.position = reading.position;
-  is_dirty_ = true;
+  has_moved_ = true;
   return reading.more;
 }
 

@@ -48,17 +48,22 @@ class Mailer {
   static constexpr std::int64_t kLongestPauseMs = 1'800'000;
   static constexpr std::int64_t kRefusedPauseMs = 3'600'000;
   static constexpr int kMostRefusals = 3;
+  // How far the file was read is kept with every alert, and this often without one: what is read again after
+  // a kill is known already.
+  static constexpr std::int64_t kPositionEveryMs = 60'000;
 
   explicit Mailer(MailerParts parts);
 
   // Reads what is new and sends one mail at most. True when there is more to do at once.
   bool Turn();
+  // Keeps how far it came; at the end of a run.
+  void Finish();
 
  private:
   void Load();
   void Save();
   void LookAtSettings(std::int64_t now_ms);
-  bool ReadOn(std::int64_t now_utc);
+  bool ReadOn(std::int64_t now_ms);
   bool SendNext(std::int64_t now_ms);
   void Put(const Delivery& delivery, std::uint64_t count, std::int64_t now_ms);
   // The same trouble is told once, until something else happens.
@@ -70,6 +75,8 @@ class Mailer {
   Outbox outbox_;
   bool loaded_ = false;
   bool is_dirty_ = false;
+  bool has_moved_ = false;  // the position alone
+  std::int64_t next_position_ms_ = 0;
   bool save_fails_ = false;
   bool read_fails_ = false;
   std::optional<MailSettings> settings_;

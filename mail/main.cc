@@ -105,6 +105,7 @@ int Run(const zendrix::mail::Options& options, zendrix::mail::Transport& transpo
     for (std::int64_t left = options.interval_seconds; left > 0 && stop_signal == 0; --left)
       clock.Sleep(1000);
   }
+  mailer.Finish();
   return 0;
 }
 

@@ -81,7 +81,7 @@ const char* Take(std::string_view field, MailSettings& settings, std::optional<S
   else if (SameWord(word, "None"))
     security = Security::kNone;
   else
-    return "the SMTP file's Security is none of STARTTLS, TLS and None";
+    return "the SMTP file's Security is neither STARTTLS nor TLS nor None";
   return "";
 }
 

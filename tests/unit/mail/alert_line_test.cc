@@ -43,9 +43,10 @@ TEST(ParseAlert, OtherLinesAreNone) {
   EXPECT_FALSE(ParseAlert("1795225505,desk,812,Running Processes|1|1|/usr/bin/a:1|observed|RP,1,1|0"));
   EXPECT_FALSE(ParseAlert("1795225505,desk,812,Community|0|0|a|b|CM,1|0"));
   EXPECT_FALSE(ParseAlert("1795225505,desk,Analysis,N,Risk 0.98"));
-  EXPECT_FALSE(ParseAlert("1795225505,desk,812,Aggregation|0.9|0.9|a=b;|c|d"));   // six fields
-  EXPECT_FALSE(ParseAlert("1795225505,desk,Aggregation|0.9|0.9|a=b;|c|d|0"));     // three items
-  EXPECT_FALSE(ParseAlert("yesterday,desk,812,Aggregation|0.9|0.9|a=b;|c|d|0"));  // no second
+  EXPECT_FALSE(ParseAlert("1795225505,desk,812,Aggregation|0.9|0.9|a=b;|c|d"));     // six fields
+  EXPECT_FALSE(ParseAlert("1795225505,desk,Aggregation|0.9|0.9|a=b;|c|d|0"));       // three items
+  EXPECT_FALSE(ParseAlert("1795225505,desk,812,Aggregation,|0.9|0.9|a=b;|c|d|0"));  // five
+  EXPECT_FALSE(ParseAlert("yesterday,desk,812,Aggregation|0.9|0.9|a=b;|c|d|0"));    // no second
   EXPECT_FALSE(ParseAlert("4000000000,desk,812,Aggregation|0.9|0.9|a=b;|c|d|0"));
   EXPECT_FALSE(ParseAlert("-5,desk,812,Aggregation|0.9|0.9|a=b;|c|d|0"));
 }
@@ -57,11 +58,11 @@ TEST(ParseAlert, NegativeChangeIsStoredAndNoAlert) {
 
 TEST(ParseAlert, ControlCharactersBecomeBlanksAndWidthsAreTheConsoles) {
   const auto alert = ParseAlert("1795225505,desk,812,Aggregation|0|0.9|a=" + std::string(2000, 'x') +
-                                ";|f\x01g\ri|" + std::string(200, 'c') + "|0");
+                                ";|f\x01g\ri" + std::string(2000, 'z') + "|" + std::string(200, 'c') + "|0");
   ASSERT_TRUE(alert);
   ASSERT_EQ(alert->pairs.size(), 1U);
   EXPECT_EQ(alert->pairs[0].second.size(), 1534U);
-  EXPECT_EQ(alert->facts, "f g i");
+  EXPECT_EQ(alert->facts, "f g i" + std::string(1531, 'z'));
   EXPECT_EQ(alert->code.size(), 100U);
 }
 

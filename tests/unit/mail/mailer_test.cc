@@ -265,6 +265,38 @@ TEST_F(Mailing, FullDiskKeepsNoAlertFromBeingMailedAndMailsNoneTwice) {
   EXPECT_EQ(server.tries, 1);
 }
 
+// The Agent writes rows all day; a disk is not to be woken for each.
+TEST_F(Mailing, RowsThatAreNoAlertsCostAWriteAMinute) {
+  Turn();
+  int writes = 0;
+  files.before = [&](platform::FileOp op, const std::string&) {
+    writes += op == platform::FileOp::kWriteAll ? 1 : 0;
+  };
+  const auto rows = [&](int seconds) {
+    for (int i = 0; i < seconds; i += 2) {
+      files.PutMore(kMonitored, "1100000000,desk,1,Running Processes|1|1|/bin/x:1|observed|RP,1,1|0\r\n");
+      clock.Advance(2000);
+      Turn();
+    }
+  };
+  rows(600);
+  EXPECT_GE(writes, 9);
+  EXPECT_LE(writes, 11);
+  // What was read since is read again after a kill, and nothing comes of it.
+  rows(20);
+  Restart();
+  Turn();
+  EXPECT_EQ(server.tries, 0);
+  rows(20);
+  writes = 0;
+  mailer->Finish();
+  mailer->Finish();
+  EXPECT_EQ(writes, 1);
+  Raise();
+  Turn();
+  EXPECT_EQ(server.taken.size(), 1U);
+}
+
 TEST_F(Mailing, DamagedStateIsToldAndBegunAnew) {
   Turn();
   files.Put("/k/zendrix-mail.state", "x");

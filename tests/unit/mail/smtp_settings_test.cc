@@ -60,6 +60,7 @@ TEST(ParseMailSettings, WhatMeansSomethingElsewhereIsRefused) {
     const auto read = ParseMailSettings(text);
     EXPECT_FALSE(read.settings) << text;
     EXPECT_NE(read.error, "") << text;
+    EXPECT_EQ(read.error.find(','), std::string::npos) << "a line of the log has its own";
     EXPECT_EQ(read.error.find("example"), std::string::npos) << "the file's own text is not repeated";
   }
 }
