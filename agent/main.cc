@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "agent/agent.h"
+#include "agent/host/boot_time.h"
 #include "agent/host/text.h"
 #include "agent/level_text.h"
 #include "agent/score/explain.h"
@@ -113,12 +114,6 @@ class Waiting {
   zendrix::platform::LinuxClock clock_;
 };
 
-std::int64_t BootMs() {
-  timespec now{};
-  clock_gettime(CLOCK_BOOTTIME, &now);
-  return std::int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1'000'000;
-}
-
 const std::string& FolderOfLock(const Options& options) {
   return options.state.empty() ? options.folder : options.state;
 }
@@ -177,10 +172,10 @@ int Record(const Options& options, zendrix::agent::HostView& host) {
   for (const auto& source : sources) parts.sources.push_back(source.get());
   parts.numbers = numbers.get();
   parts.wait = [&waiting](std::int64_t milliseconds) { waiting.Rest(milliseconds); };
-  parts.boot_ms = BootMs;
   // The helper listens to the service alone.
   zendrix::platform::LinuxActHelper helper;
   if (!options.state.empty()) parts.helper = &helper;
+  parts.boot_ms = [] { return zendrix::agent::BootTimeNs() / 1'000'000; };
   return zendrix::agent::Agent(std::move(parts), options).Run();
 }
 

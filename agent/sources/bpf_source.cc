@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "agent/bpf/records.h"
+#include "agent/host/boot_time.h"
 #include "agent/host/text.h"
 
 namespace zendrix::agent {
@@ -23,12 +24,6 @@ std::uint64_t OwnNetwork(HostView& host) {
 std::string_view MonitorOf(std::size_t kind) {
   if (kind == kRecordSocket) return monitor::kConnections;
   return kind == kRecordModule ? monitor::kSystem : monitor::kProcesses;
-}
-
-std::int64_t BootTimeNs() {
-  timespec now = {};
-  clock_gettime(CLOCK_BOOTTIME, &now);
-  return static_cast<std::int64_t>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
 }
 
 template <class... Functions>

@@ -8,6 +8,7 @@
 #include <ctime>
 #include <utility>
 
+#include "agent/host/boot_time.h"
 #include "agent/host/text.h"
 
 namespace zendrix::agent {
@@ -20,12 +21,6 @@ constexpr std::size_t kMostAnswers = 100'000;  // datagrams to look through for 
 constexpr std::size_t kProcessorsLimit = 4096;
 constexpr char kEndedBefore[] = "it ended before it could be looked at";
 constexpr char kRanAnother[] = "it ran another program before it could be looked at";
-
-std::int64_t BootTimeNs() {
-  timespec now = {};
-  clock_gettime(CLOCK_BOOTTIME, &now);
-  return static_cast<std::int64_t>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
-}
 
 std::string WordOf(std::uint32_t error) {
   return std::strerror(static_cast<int>(error));

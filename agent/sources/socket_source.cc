@@ -7,6 +7,7 @@
 #include <ctime>
 #include <utility>
 
+#include "agent/host/boot_time.h"
 #include "agent/host/observe_sockets.h"
 #include "agent/host/parse_sock_diag.h"
 
@@ -18,12 +19,6 @@ constexpr std::uint64_t kOwnNetwork = 1;  // the only one that this source tells
 // One bit for each group, of which the first has the number 1.
 constexpr std::uint32_t kEndsOfTcp =
     1U << (SKNLGRP_INET_TCP_DESTROY - 1U) | 1U << (SKNLGRP_INET6_TCP_DESTROY - 1U);
-
-std::int64_t BootTimeNs() {
-  timespec now = {};
-  clock_gettime(CLOCK_BOOTTIME, &now);
-  return static_cast<std::int64_t>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
-}
 
 }  // namespace
 

@@ -1,0 +1,17 @@
+// The clock that goes on while the computer sleeps (CLOCK_BOOTTIME).
+#pragma once
+
+#include <time.h>
+
+#include <cstdint>
+
+namespace zendrix::agent {
+
+inline std::int64_t BootTimeNs() {
+  constexpr std::int64_t kNsPerSecond = 1'000'000'000;
+  timespec now = {};
+  clock_gettime(CLOCK_BOOTTIME, &now);
+  return static_cast<std::int64_t>(now.tv_sec) * kNsPerSecond + now.tv_nsec;
+}
+
+}  // namespace zendrix::agent
