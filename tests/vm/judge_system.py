@@ -54,10 +54,12 @@ caps = {name: value.strip() for name, value in rights.items() if name.startswith
 hold("it has these rights and no others: " + ", ".join(RIGHTS), len(caps) == 5 and set(caps.values()) == {wanted}, caps)
 hold("it is an ordinary user, without new rights, behind a filter of system calls",
      "0" not in rights["Uid"].split() and rights["NoNewPrivs"].strip() == "1" and rights["Seccomp"].strip() == "2", rights)
-levels = {level["watched"]: level["level"] for level in json.loads(read("status.json"))["levels"]}
+told_how = json.loads(read("status.json"))["levels"]
+levels = {level["watched"]: level["level"] for level in told_how}
 hold("programs, ports, connections and modules are told by the kernel",
      [levels.get(name) for name in ("Running Processes", "Listening Ports", "TCP Connections", "System (kernel modules)")]
      == ["events"] * 4, levels)
+hold("log-ins are told by logind", [level["how"] for level in told_how if level["watched"] == "Logged-On Users"] == ["logind"], told_how)
 hold("every other monitor sees something", "none" not in levels.values(), levels)
 
 home = json.loads(read("home.json"))
@@ -107,6 +109,9 @@ for name, what, wanted in [
 ]:
     found = acted(name)
     hold(what, all(part in is_ if isinstance(part, str) else part == is_ for part, is_ in zip(wanted, found)), found)
+shown = " ".join(message["text"] for message in json.loads(read("click.json"))["messages"])
+clicked = acted("block_click")
+hold("so it is by a click on the alert's page", clicked[0] and clicked[3:] == GONE and "was moved to quarantine" in shown, (clicked, shown))
 hold("everybody may see the list, which names the program", "/var/tmp/.cache/updater" in acted("list")[2], acted("list"))
 hold("only the Agent may have a block done again", read("again_by_user.txt").strip() == "Call failed: Access denied", read("again_by_user.txt"))
 hold("the helper ends when there is no more to do", read("helper.txt").split() == ["inactive"], read("helper.txt"))
