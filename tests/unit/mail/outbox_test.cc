@@ -87,7 +87,10 @@ TEST_F(Boxed, AnHourLaterTheyAreMailsOfTheirOwnAgain) {
   }
   AddMany(1);
   EXPECT_FALSE(box.MaySend(now + 1));
-  EXPECT_TRUE(box.MaySend(now + Outbox::kHour));
+  now += Outbox::kHour;
+  EXPECT_TRUE(box.MaySend(now));
+  AddMany(1);
+  EXPECT_EQ(NextSeconds().size(), 1U);
 }
 
 TEST_F(Boxed, ClockThatWasPutBackHoldsNothingUp) {
@@ -96,8 +99,13 @@ TEST_F(Boxed, ClockThatWasPutBackHoldsNothingUp) {
     box.Next(now);
     box.Sent(now);
   }
-  AddMany(1);
-  EXPECT_TRUE(box.MaySend(now - 5000));
+  AddMany(2);
+  now -= 5000;
+  EXPECT_TRUE(box.MaySend(now));
+  EXPECT_EQ(NextSeconds().size(), 1U);
+  // Put back by less, it leaves some mails of this hour and the last one of the future.
+  box.Sent(now + 6000);
+  EXPECT_TRUE(box.MaySend(now + 5001));
 }
 
 TEST_F(Boxed, OfAFloodTheNumberIsKept) {
