@@ -63,5 +63,6 @@ stage_system() {
   run_machine 600 "$(kernel_of "$work")" "$folder/initramfs" \
     "systemd.wants=trial.service systemd.mask=serial-getty@ttyS0.service systemd.show_status=no systemd.firstboot=off" "$folder" \
     -drive "file=$folder/disk.ext4,format=raw,if=virtio,snapshot=on" || { tail -n 40 "$folder/console" >&2; return 1; }
+  rm "$folder/disk.ext4"
   tests/vm/judge_system.py "$folder/out" || { cat "$folder/console" >&2; return 1; }
 }
