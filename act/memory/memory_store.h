@@ -54,7 +54,8 @@ class MemoryStore : public Store {
     return {true, entries, ""};
   }
 
-  std::map<std::string, File> files;  // by path
+  std::map<std::string, File> files;               // by path
+  std::map<std::string, std::string> other_names;  // what a description's path means here instead
   std::vector<family::Entry> entries;
   std::string refuse_look, refuse_take, refuse_restore, refuse_list;
   std::vector<std::pair<family::Event, uid_t>> looks, takes;
@@ -64,10 +65,11 @@ class MemoryStore : public Store {
     if (!refusal.empty()) return {false, refusal, {}};
     const auto kind = family::KindOfMonitor(event.monitor);
     const std::string path(kind ? family::ReadDescription(*kind, event.description).path : "");
-    const auto file = files.find(path);
+    const auto other = other_names.find(path);
+    const auto file = files.find(other == other_names.end() ? path : other->second);
     if (file == files.end()) return {false, "no file", {}};
     if (!event.sha256.empty() && event.sha256 != file->second.sha256) return {false, "other contents", {}};
-    return {true, "took " + path + ".", {path, file->second.sha256, file->second.id}};
+    return {true, "took " + file->first + ".", {file->first, file->second.sha256, file->second.id}};
   }
 };
 

@@ -334,6 +334,14 @@ TEST_F(ActingTest, TheSameContentsAtAnotherPathAreNotBlockedAgain) {
   EXPECT_TRUE(store_.files.contains("/tmp/copy"));
 }
 
+TEST_F(ActingTest, APathThatMeansAnotherFileByNowIsNotBlockedAgain) {
+  ASSERT_TRUE(Block().done);
+  store_.files["/tmp/dropper in another spelling"] = {sum_, {1, 9}};
+  store_.other_names[kPath] = "/tmp/dropper in another spelling";
+  EXPECT_NE(Again().sentence.find("is not what was blocked"), std::string::npos);
+  EXPECT_TRUE(store_.files.contains("/tmp/dropper in another spelling"));
+}
+
 TEST_F(ActingTest, WithoutABlockThatWasAuthorisedNothingIsBlockedAgain) {
   EXPECT_FALSE(Again().done);
   authority_.at_once = Verdict::kNo;

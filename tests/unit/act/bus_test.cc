@@ -162,6 +162,7 @@ TEST(ActBusTest, ACallerThatIsGoneWithdrawsItsQuestion) {
     const auto pending = helper->callMethod(call, [](sdbus::MethodReply&, const sdbus::Error*) {});
     bus->processPendingRequest();
     ASSERT_TRUE(polkit.WaitForQuestion());
+    EXPECT_EQ(polkit.questions()[0].flags, 0U) << "this caller does not wait for a user";
   }
   ASSERT_TRUE(polkit.WaitForWithdrawal());
   polkit.Answer(Word::kYes);
@@ -248,6 +249,17 @@ TEST(ActBusTest, TheHelperEndsByItselfAndTheBusStartsItAnew) {
         .storeResultsTo(there);
   EXPECT_FALSE(there);
   EXPECT_TRUE(computer.List().done);
+}
+
+TEST(ActBusTest, TheHelperStaysAsLongAsTheUserThinks) {
+  Computer computer("--idle 1 --agent " + std::to_string(geteuid()));
+  test::FakePolkit polkit(Word::kNone);
+  auto answer = std::async(std::launch::async, [&] { return computer.Block(); });
+  ASSERT_TRUE(polkit.WaitForQuestion());
+  for (int i = 0; i < 3; ++i) EXPECT_TRUE(computer.List().done);
+  polkit.Answer(Word::kYes);
+  const ActAnswer said = answer.get();
+  EXPECT_TRUE(said.done) << said.sentence;
 }
 
 TEST(ActBusTest, WithoutAHelperOrABusTheCallerIsToldSo) {
