@@ -109,12 +109,16 @@ TEST_F(RecordedBusTest, BusThatGoesAwayLowersTheLevelAndItsReturnTellsTheDiffere
   script.sessions.push_back({"2", "bob", "tty3", "", "user"});
   Open();
   Drain();
+  clock.Advance(BusSource::kTryAgainMs / 2);
   script.Gone("logind ended");
   EXPECT_THAT(Drain(), IsEmpty()) << "nobody logged off by it";
   EXPECT_EQ(source->level(), (SourceLevel{Level::kNone, "logind", "logind ended"}));
   script.sessions = {
       {"1", "ann", "tty2", "", "user"}, {"2", "eve", "tty3", "", "user"}, {"5", "joe", "tty5", "", "user"}};
-  clock.Advance(BusSource::kTryAgainMs);
+  clock.Advance(BusSource::kTryAgainMs - 1);
+  EXPECT_THAT(Drain(), IsEmpty());
+  EXPECT_EQ(script.opened, 1);
+  clock.Advance(1);
   EXPECT_THAT(Drain(), UnorderedElementsAre("-bob on tty3", "+eve on tty3", "+joe on tty5"));
 }
 
