@@ -193,10 +193,18 @@ void ConnectorSource::Drain(std::vector<Observation>& into) {
     if (fate != fates.end() && notice.kind == ProcessNotice::Kind::kExecuted)
       fate->second.starts_later = true;
   }
+  const std::set<std::uint64_t> waits = Unexplained(fates);
+  std::vector<ProcessNotice> held;
   for (std::size_t i = 0; i < notices.size(); ++i) {
     const auto fate = fates.find(notices[i].pid);
+    if (waits.contains(notices[i].pid)) {
+      held.push_back(notices[i]);
+      continue;
+    }
     if (fate != fates.end() && !notices[i].is_thread) Take(notices[i], i + 1, fate->second, now_ns, into);
   }
+  later_.insert(later_.begin(), held.begin(), held.end());
+  held_ = waits;
   if (lost_ > 0) {
     Observation observation;
     observation.kind = Observation::Kind::kLost;
@@ -235,6 +243,18 @@ void ConnectorSource::Take(const ProcessNotice& notice, std::size_t position, co
     case ProcessNotice::Kind::kOther:
       break;
   }
+}
+
+// A process that is about to end shows nothing any more a moment before taskstats tells of it. So what nobody
+// can name yet waits for one more turn, and no longer.
+std::set<std::uint64_t> ConnectorSource::Unexplained(const Fates& fates) const {
+  std::set<std::uint64_t> waits;
+  if (!opened_.ends) return waits;
+  for (const auto& [pid, fate] : fates) {
+    const bool is_named = fate.seen || fate.starts_later || EndOf(pid) != nullptr;
+    if (fate.last_start > 0 && !is_named && pid != parts_.own_pid && !held_.contains(pid)) waits.insert(pid);
+  }
+  return waits;
 }
 
 const LastProgram* ConnectorSource::EndOf(std::uint64_t pid) const {

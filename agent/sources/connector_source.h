@@ -12,6 +12,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -71,6 +72,7 @@ class ConnectorSource : public Source {
             std::vector<Observation>& into);
   void TakeStart(const ProcessNotice& notice, std::size_t position, const Fate& fate, std::int64_t now_ns,
                  std::vector<Observation>& into);
+  std::set<std::uint64_t> Unexplained(const Fates& fates) const;
   const LastProgram* EndOf(std::uint64_t pid) const;
   void Look(std::int64_t now_ns, std::vector<Observation>& into);
 
@@ -80,6 +82,7 @@ class ConnectorSource : public Source {
   ProgramIndex index_;
   ProcessTable processes_;
   std::vector<ProcessNotice> later_;                     // read, and not taken yet
+  std::set<std::uint64_t> held_;                         // processes that wait among them for want of a name
   std::map<std::uint64_t, LastProgram> ends_;            // by process, since the last Drain
   std::map<std::uint64_t, LastProgram> ends_before_;     // and of the one before
   std::map<std::uint32_t, std::uint32_t> next_numbers_;  // by processor

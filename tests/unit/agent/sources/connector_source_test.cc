@@ -155,11 +155,26 @@ TEST_F(ConnectorTest, EndThatTaskstatsTellsOneTurnEarlierStillNamesTheProgram) {
   Executed(60);
   Ended(60);
   EXPECT_THAT(Drained(), ElementsAre("+/usr/bin/short:60", "-/usr/bin/short:60"));
+  Drained();
   Executed(60);
   Ended(60);
+  EXPECT_THAT(Drained(), IsEmpty());
   EXPECT_THAT(Drained(),
               ElementsAre("+" + std::string(kEndedBefore) + ":60", "-" + std::string(kEndedBefore) + ":60"))
-      << "two turns later the number may be another's";
+      << "turns later the number may be another's";
+}
+
+TEST_F(ConnectorTest, EndThatTaskstatsTellsOneTurnLaterStillNamesTheProgram) {
+  Source();
+  Forked(1, 60);
+  Executed(60);
+  Forked(1, 61);
+  Executed(61);
+  host.AddProcess(61, "editor", "/usr/bin/editor", 777);
+  EXPECT_THAT(Drained(), ElementsAre("+/usr/bin/editor:61")) << "the others do not wait for it";
+  ends.waiting.emplace_back(test::EndText(60, 1, 5, 700, "short"));
+  Ended(60);
+  EXPECT_THAT(Drained(), ElementsAre("+/usr/bin/short:60", "-/usr/bin/short:60"));
 }
 
 TEST_F(ConnectorTest, OnlyTheLastOfSeveralProgramsOfAProcessIsNamed) {
