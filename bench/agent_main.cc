@@ -1,12 +1,14 @@
-// zendrix-bench-agent: what the Agent's source in the kernel sees of a load, and what it costs the load.
+// zendrix-bench-agent: what the Agent's sources see of a load, and what it costs the load. SOURCE is bpf,
+// connector, or none for somebody else to watch.
 //
-//   zendrix-bench-agent starts PROGRAM COUNT RATE        starts the program so often, at most RATE times a
-//   second zendrix-bench-agent connections COUNT RATE           connections within a network namespace of its
-//   own zendrix-bench-agent cost PROGRAM COUNT RUNS          time of a start with the source and without, in
-//   turns zendrix-bench-agent load PROGRAM STARTS CONNECTIONS SECONDS   both at these rates, for somebody
-//   else to watch
+//   zendrix-bench-agent starts SOURCE PROGRAM COUNT RATE   starts the program so often, at most RATE a second
+//   zendrix-bench-agent connections COUNT RATE             connections within a network namespace of its own
+//   zendrix-bench-agent cost SOURCE PROGRAM COUNT RUNS     time of a start with the source and without
+//   zendrix-bench-agent load PROGRAM STARTS CONNECTIONS SECONDS
 //
-// Prints one JSON line. The source is drained every 50 ms, as the Agent does it.
+// "cost" takes turns; "load" makes both at these rates, for somebody else to watch.
+// Prints one JSON line. A source is drained as the Agent does it: every 50 ms, or 100 times a second when it
+// says that something waits.
 #include <arpa/inet.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -19,10 +21,13 @@
 #include <functional>
 #include <iostream>
 #include <map>
+#include <memory>
+#include <stdexcept>
 #include <thread>
 
 #include "agent/host/text.h"
 #include "agent/sources/bpf_source.h"
+#include "agent/sources/connector_source.h"
 #include "support/kernel_load.h"
 
 namespace {
@@ -31,6 +36,7 @@ using namespace zendrix::agent;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds kTurn(50);
+constexpr std::chrono::milliseconds kToldTurn(10);
 constexpr std::uint16_t kPort = 7777;
 
 double SecondsSince(Clock::time_point start) {
@@ -89,13 +95,17 @@ struct Seen {
 };
 
 // Drains the source until the child has ended.
-Seen Watch(Source& source, pid_t child) {
+Seen Watch(Source* source, pid_t child) {
   Seen seen;
+  if (source == nullptr) {
+    waitpid(child, nullptr, 0);
+    return seen;
+  }
   std::vector<Observation> part;
   const auto drain = [&] {
     part.clear();
     const double before = ProcessorSeconds();
-    source.Drain(part);
+    source->Drain(part);
     seen.processor += ProcessorSeconds() - before;
     for (const Observation& observation : part) {
       if (observation.kind == Observation::Kind::kCame) ++seen.came[observation.item.description];
@@ -104,8 +114,10 @@ Seen Watch(Source& source, pid_t child) {
   };
   while (waitpid(child, nullptr, WNOHANG) == 0) {
     drain();
-    std::this_thread::sleep_for(kTurn);
+    std::this_thread::sleep_for(source->Handle() < 0 ? kTurn : kToldTurn);
   }
+  // What the source kept for its next turn.
+  drain();
   drain();
   return seen;
 }
@@ -116,11 +128,19 @@ void Print(int count, int right, const Seen& seen, double seconds) {
             << ", \"processor_us_each\": " << seen.processor / count * 1e6 << "}\n";
 }
 
-int Starts(Source& source, const std::string& program, int count, double rate) {
+// One process after the other starts some 4,000 a second; two of them keep two cores busy.
+int Starts(Source* source, const std::string& program, int count, double rate) {
   Shared pids(static_cast<std::size_t>(count) + 1);
+  const int half = count / 2;
   const pid_t child = InChild([&] {
-    pids[static_cast<std::size_t>(count)] =
-        AtRate(count, rate, [&](int i) { pids[static_cast<std::size_t>(i)] = StartOnce(program); });
+    const pid_t other = InChild([&] {
+      AtRate(half, rate / 2, [&](int i) { pids[static_cast<std::size_t>(i)] = StartOnce(program); });
+    });
+    const auto start = Clock::now();
+    AtRate(count - half, rate / 2,
+           [&](int i) { pids[static_cast<std::size_t>(half + i)] = StartOnce(program); });
+    waitpid(other, nullptr, 0);
+    pids[static_cast<std::size_t>(count)] = SecondsSince(start);
   });
   const Seen seen = Watch(source, child);
   std::map<std::string, int> expected;
@@ -145,7 +165,7 @@ int Connections(Source& source, const std::string& own, int count, double rate) 
       zendrix::test::ConnectOnce(listening, zendrix::test::MeasuredAddress(i + 1, kPort));
     });
   });
-  const Seen seen = Watch(source, child);
+  const Seen seen = Watch(&source, child);
   if (seconds[0] == 0) {
     std::cerr << "zendrix-bench-agent: no network namespace may be made here\n";
     return 1;
@@ -168,7 +188,8 @@ double LowestTenth(std::vector<double> values) {
 }
 
 // Microseconds of a start: the best of the runs, since what else the machine does only ever adds.
-int Cost(HostView& host, const std::string& program, int count, int runs) {
+int Cost(const std::function<std::unique_ptr<Source>()>& make, const std::string& program, int count,
+         int runs) {
   double best_without = 0;
   double best_with = 0;
   Shared lowest(1);
@@ -182,17 +203,14 @@ int Cost(HostView& host, const std::string& program, int count, int runs) {
       }
       lowest[0] = LowestTenth(std::move(each));
     });
-    if (source) {
-      Watch(*source, child);
-    } else {
-      waitpid(child, nullptr, 0);
-    }
+    Watch(source, child);
     return lowest[0];
   };
   const auto keep = [](double& best, double value) { best = best == 0 ? value : std::min(best, value); };
   for (int run = 0; run < runs; ++run) {
     keep(best_without, measure(nullptr));
-    const auto source = MakeBpfSource(host, static_cast<std::uint64_t>(getpid()));
+    const auto source = make();
+    if (!source) continue;
     std::vector<Observation> there;
     source->Drain(there);
     keep(best_with, measure(source.get()));
@@ -216,32 +234,39 @@ int Load(const std::string& program, double starts, double connections, double s
   return 0;
 }
 
+// Null for "none", and with a word on the reason where the kernel refuses.
+std::unique_ptr<Source> MakeSource(const std::string& name, HostView& host, std::uint64_t own_pid) {
+  std::unique_ptr<Source> source;
+  if (name == "bpf") source = MakeBpfSource(host, own_pid);
+  if (name == "connector") source = MakeConnectorSource(host, own_pid);
+  if (source && source->level().level == Level::kNone) throw std::runtime_error(source->level().reason);
+  return source;
+}
+
 int Run(const std::vector<std::string>& words) {
   const auto host = MakeLinuxHostView();
   const std::string task = words.empty() ? "" : words[0];
-  if (task == "cost" && words.size() == 4)
-    return Cost(*host, std::filesystem::canonical(words[1]).string(), std::stoi(words[2]),
-                std::stoi(words[3]));
+  // The Agent leaves out itself; this program has to know itself where the connections are its own.
+  if (task == "cost" && words.size() == 5) {
+    const auto make = [&] { return MakeSource(words[1], *host, static_cast<std::uint64_t>(getpid())); };
+    return Cost(make, std::filesystem::canonical(words[2]).string(), std::stoi(words[3]),
+                std::stoi(words[4]));
+  }
   if (task == "load" && words.size() == 5)
     return Load(words[1], std::stod(words[2]), std::stod(words[3]), std::stod(words[4]));
-  const bool starts = task == "starts" && words.size() == 4;
+  const bool starts = task == "starts" && words.size() == 5;
   if (!starts && !(task == "connections" && words.size() == 3)) {
-    std::cerr << "zendrix-bench-agent starts PROGRAM COUNT RATE | connections COUNT RATE | cost PROGRAM "
-                 "COUNT RUNS | "
-                 "load PROGRAM STARTS CONNECTIONS SECONDS\n";
+    std::cerr
+        << "zendrix-bench-agent starts SOURCE PROGRAM COUNT RATE | connections COUNT RATE | cost SOURCE "
+           "PROGRAM COUNT RUNS | load PROGRAM STARTS CONNECTIONS SECONDS\n";
     return 2;
   }
-  // The Agent leaves out itself; this program has to know itself, for the connections are its own.
-  const auto source = MakeBpfSource(*host, 0);
-  if (source->level().level == Level::kNone) {
-    std::cerr << "zendrix-bench-agent: " << source->level().reason << "\n";
-    return 1;
-  }
+  const auto source = MakeSource(starts ? words[1] : "bpf", *host, 0);
   std::vector<Observation> there;
-  source->Drain(there);
+  if (source) source->Drain(there);
   if (starts)
-    return Starts(*source, std::filesystem::canonical(words[1]).string(), std::stoi(words[2]),
-                  std::stod(words[3]));
+    return Starts(source.get(), std::filesystem::canonical(words[2]).string(), std::stoi(words[3]),
+                  std::stod(words[4]));
   const std::string own = CleanName(host->ReadLink("/proc/self/exe").value_or(""));
   return Connections(*source, own, std::stoi(words[1]), std::stod(words[2]));
 }
