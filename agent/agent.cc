@@ -293,7 +293,13 @@ void Agent::WriteFirst(bool at_end) {
   const Moment now = Now();
   auto alerts = parts_.scorer.Weigh(unweighed_, now);
   if (at_end) {
-    for (Alert& alert : parts_.scorer.Rest(now)) alerts.push_back(std::move(alert));
+    auto rest = parts_.scorer.Rest(now);
+    // What is due already is among the rest too.
+    std::erase_if(alerts, [&](const Alert& due) {
+      return std::any_of(rest.begin(), rest.end(),
+                         [&](const Alert& alert) { return alert.subject == due.subject; });
+    });
+    for (Alert& alert : rest) alerts.push_back(std::move(alert));
   }
   const std::size_t left_out = alerts.size() > kMostAlerts ? alerts.size() - kMostAlerts : 0;
   alerts.erase(alerts.begin(), alerts.begin() + static_cast<std::ptrdiff_t>(left_out));

@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <array>
+#include <limits>
 #include <random>
 #include <utility>
 
@@ -9,6 +9,8 @@
 #include "agent/score/digest.h"
 #include "agent/score/evidence.h"
 #include "agent/score/identity.h"
+#include "agent/score/left_out.h"
+#include "agent/score/ration.h"
 #include "agent/score/scorer.h"
 #include "agent/score/subjects.h"
 
@@ -21,7 +23,7 @@ constexpr double kBlockedWeight = 0.9;
 constexpr std::int64_t kRefusedSeconds = 3600;
 constexpr double kLeastQuietRisk = 0.7;  // less is not worth a line
 constexpr std::size_t kQuietInAnHour = 20;
-constexpr std::size_t kAlertsInAMinute = 10;
+constexpr std::int64_t kMessageEverySeconds = 60;
 constexpr std::size_t kMostRaised = 5000;
 
 // How many of something in each span of time.
@@ -65,6 +67,31 @@ bool HasHard(const std::vector<Fact>& facts) {
   return std::any_of(facts.begin(), facts.end(), [](const Fact& fact) { return fact.hard; });
 }
 
+// Alerts of one kind have the same heaviest fact, a hard one where there is one. What is to be blocked again
+// is a kind of its own.
+int KindOf(const AlertRecord& record) {
+  int kind = 0;
+  std::pair<bool, double> heaviest(false, -1);
+  for (const Fact& fact : record.facts) {
+    if (fact.number == kBlockedBefore) return kBlockedBefore;
+    const std::pair<bool, double> weight(fact.hard, fact.weight);
+    if (weight <= heaviest) continue;
+    heaviest = weight;
+    kind = fact.number;
+  }
+  return kind;
+}
+
+void PutFirst(const std::string& phrase, std::vector<std::string>& phrases) {
+  const auto at = std::find(phrases.begin(), phrases.end(), phrase);
+  if (at != phrases.end()) {
+    std::rotate(phrases.begin(), at, at + 1);
+  } else if (!phrases.empty()) {
+    phrases.back() = phrase;
+    std::rotate(phrases.begin(), phrases.end() - 1, phrases.end());
+  }
+}
+
 std::set<int> NumbersOf(const std::vector<Fact>& facts) {
   std::set<int> numbers;
   for (const Fact& fact : facts) numbers.insert(fact.number);
@@ -101,13 +128,14 @@ class BaselineScorer : public Scorer {
   std::vector<Alert> Weigh(const std::vector<Event>& events, Moment now) override {
     baseline_.Tick(now.utc);
     for (const Event& event : events) Take(event, now);
-    auto alerts = Due(now, now.monotonic_ms);
+    auto alerts = Due(now, now.monotonic_ms, Ration::kMostPutOff);
     Save(now.utc, false);
     return alerts;
   }
 
   std::vector<Alert> Rest(Moment now) override {
-    auto alerts = Due(now, now.monotonic_ms + settle_ms_);
+    // What was put off is not told any more, but counted.
+    auto alerts = Due(now, std::numeric_limits<std::int64_t>::max(), 0);
     Save(now.utc, true);
     return alerts;
   }
@@ -121,18 +149,21 @@ class BaselineScorer : public Scorer {
   }
 
   void BeginFile() override {
-    subjects_.Clear();
+    // What waits to be told is not forgotten with the file that it would have stood in.
+    subjects_.KeepWaiting();
     offers_.clear();
-    waiting_.clear();
+    left_out_.BeginFile();
     written_.clear();
     for (auto& [code, said] : said_) said.in_file = false;
   }
 
   std::vector<std::string> TakeMessages() override {
     auto messages = keeper_.TakeMessages();
-    if (left_out_ > 0) {
-      messages.push_back("Too many alerts at once; " + std::to_string(left_out_) + " were held back");
-      left_out_ = 0;
+    if (untold_ > 0 && (is_ending_ || last_utc_ >= next_message_utc_ ||
+                        last_utc_ < next_message_utc_ - kMessageEverySeconds)) {
+      messages.push_back("Too many alerts at once; " + std::to_string(untold_) + " were left out");
+      untold_ = 0;
+      next_message_utc_ = last_utc_ + kMessageEverySeconds;
     }
     return messages;
   }
@@ -176,7 +207,7 @@ class BaselineScorer : public Scorer {
     if (facts.empty() && !blocked) return;
     Subject* const subject = subjects_.At(event.item.subject, now.monotonic_ms);
     if (subject == nullptr) {
-      ++left_out_;
+      LeaveOut(std::move(facts), event.item);
       return;
     }
     if (!event.item.program.empty()) subject->program = event.item.program;
@@ -221,21 +252,26 @@ class BaselineScorer : public Scorer {
     waiting_.insert(name);
   }
 
-  std::vector<Alert> Due(Moment now, std::int64_t until_ms) {
+  std::vector<Alert> Due(Moment now, std::int64_t until_ms, std::size_t most_put_off) {
+    is_ending_ = most_put_off == 0;
     offers_.clear();
     std::vector<Offer> offers;
+    // What was put off competes with whatever comes due meanwhile.
+    const bool any_due = std::any_of(waiting_.begin(), waiting_.end(), [&](const std::string& name) {
+      const auto found = subjects_.all().find(name);
+      return found != subjects_.all().end() && found->second.due_ms <= until_ms;
+    });
     for (auto at = waiting_.begin(); at != waiting_.end();) {
       const auto found = subjects_.all().find(*at);
       if (found == subjects_.all().end()) {
         at = waiting_.erase(at);
-      } else if (found->second.due_ms > until_ms) {
+      } else if (found->second.due_ms > until_ms && !(any_due && found->second.put_off)) {
         ++at;
       } else if (auto offer = WeighSubject(found->second, now)) {
         offers.push_back(std::move(*offer));
         ++at;
       } else {
-        found->second.waits = false;
-        found->second.blocked_processes.clear();
+        found->second.StopWaiting();
         at = waiting_.erase(at);
       }
     }
@@ -252,39 +288,85 @@ class BaselineScorer : public Scorer {
         Rest(offer.subject);
       }
     }
+    alerts = KeepPace(std::move(alerts), now, most_put_off);
+    if (left_out_.IsDue(now.utc) || (is_ending_ && left_out_.count() > 0)) {
+      Offer offer = OfferOfLeftOut(budget, now);
+      alerts.push_back(AlertOf(offer.record, left_out_.AsSubject()));
+      PutFirst(offer.record.facts.front().text, alerts.back().facts);
+      offer.record.change = alerts.back().change;
+      offers_[offer.subject] = std::move(offer);
+    }
     std::stable_sort(alerts.begin(), alerts.end(), [](const Alert& a, const Alert& b) {
       return std::pair(!a.IsQuiet(), a.risk) < std::pair(!b.IsQuiet(), b.risk);
     });
-    return KeepPace(std::move(alerts), now);
+    return alerts;
   }
 
   void Rest(const std::string& subject) {
     const auto found = subjects_.all().find(subject);
-    if (found != subjects_.all().end()) {
-      found->second.waits = false;
-      found->second.blocked_processes.clear();
-    }
+    if (found != subjects_.all().end()) found->second.StopWaiting();
     waiting_.erase(subject);
   }
 
-  // The heaviest of those that may be told now; the others are let go.
-  std::vector<Alert> KeepPace(std::vector<Alert> alerts, Moment now) {
+  // Those that may be told now. Of the others an alert waits for a later minute or, when too many wait, is
+  // counted into one that tells their number; a quiet line is let go.
+  std::vector<Alert> KeepPace(std::vector<Alert> alerts, Moment now, std::size_t most_put_off) {
     std::vector<Alert> kept;
-    Pace loud = loud_;
+    std::vector<Alert> loud;
+    std::vector<Ration::Offered> offered;
+    std::stable_sort(alerts.begin(), alerts.end(),
+                     [](const Alert& a, const Alert& b) { return a.risk > b.risk; });
     Pace quiet = quiet_;
-    for (auto alert = alerts.rbegin(); alert != alerts.rend(); ++alert) {
-      Pace& pace = alert->IsQuiet() ? quiet : loud;
-      if (pace.Allows(now.utc)) {
-        pace.Count(now.utc);
-        kept.push_back(std::move(*alert));
-        continue;
+    for (Alert& alert : alerts) {
+      if (!alert.IsQuiet()) {
+        offered.push_back({KindOf(offers_.at(alert.subject).record), alert.risk});
+        loud.push_back(std::move(alert));
+      } else if (quiet.Allows(now.utc)) {
+        quiet.Count(now.utc);
+        kept.push_back(std::move(alert));
+      } else {
+        Forget(alert.subject);
       }
-      if (!alert->IsQuiet()) ++left_out_;
-      Rest(alert->subject);
-      offers_.erase(alert->subject);
     }
-    std::reverse(kept.begin(), kept.end());
+    const Ration::Choice choice = ration_.Choose(offered, now.utc, most_put_off);
+    for (const std::size_t at : choice.now) kept.push_back(std::move(loud[at]));
+    for (const std::size_t at : choice.later) {
+      Subject& subject = subjects_.all().at(loud[at].subject);
+      subject.put_off = true;
+      subject.due_ms = now.monotonic_ms + Ration::SecondsLeft(now.utc) * 1000;
+      offers_.erase(loud[at].subject);
+    }
+    for (const std::size_t at : choice.never) {
+      LeaveOut(offers_.at(loud[at].subject).record.facts, loud[at].members.front());
+      Forget(loud[at].subject);
+    }
     return kept;
+  }
+
+  void Forget(const std::string& subject) {
+    Rest(subject);
+    offers_.erase(subject);
+  }
+
+  void LeaveOut(std::vector<Fact> facts, const Item& member) {
+    // Alone it would not have been an alert for sure.
+    if (!HasHard(facts) && DoubtOf(facts) > kMostDoubt) return;
+    ++untold_;
+    left_out_.Add(std::move(facts), member);
+  }
+
+  // Of those that were left out, as one alert.
+  Offer OfferOfLeftOut(const Budget& budget, Moment now) const {
+    Offer offer;
+    AlertRecord& record = offer.record;
+    offer.subject = record.subject = LeftOut::kSubject;
+    record.code = AlertCode(key_, LeftOut::kSubject);
+    record.facts = left_out_.Facts();
+    record.doubt = DoubtOf(record.facts);
+    record.risk = RiskOf(record.doubt, 1);
+    record.needed = budget.Limit(now.utc);
+    record.days_watched = baseline_.days_watched();
+    return offer;
   }
 
   // What the package manager does to files of its own is no intrusion.
@@ -379,19 +461,21 @@ class BaselineScorer : public Scorer {
     const auto numbers = NumbersOf(record.facts);
     const auto subject = subjects_.all().find(offer.subject);
     if (subject != subjects_.all().end()) {
-      subject->second.waits = false;
-      subject->second.blocked_processes.clear();
+      subject->second.StopWaiting();
       if (record.state != AlertState::kRaised) subject->second.quiet_facts = numbers;
     }
     waiting_.erase(offer.subject);
-    if (record.state == AlertState::kRaised) {
+    if (offer.subject == LeftOut::kSubject) {
+      left_out_.WasTold(now.utc);
+      written_.insert(record.change);
+    } else if (record.state == AlertState::kRaised) {
       if (said_.size() >= kMostRaised)
         std::erase_if(said_, [&](const auto& entry) { return now.utc - entry.second.utc >= kDay; });
       if (said_.size() >= kMostRaised) said_.clear();
       said_[record.code] = {now.utc, numbers, true, alert.acted.has_value() && !*alert.acted};
       if (written_.size() >= kMostRaised) written_.clear();
       written_.insert(record.change);
-      loud_.Count(now.utc);
+      ration_.Count(KindOf(record), now.utc);
       if (offer.IsPaid()) budget_.Spend(offer.LeftDoubt(), now.utc);
     } else {
       quiet_.Count(now.utc);
@@ -420,9 +504,12 @@ class BaselineScorer : public Scorer {
   std::map<std::string, Offer> offers_;  // by subject, until the next turn
   std::map<std::string, Said> said_;     // by code
   std::set<std::string> written_;        // Change texts of the present file
-  Pace loud_{60, kAlertsInAMinute};
+  Ration ration_;
   Pace quiet_{3600, kQuietInAnHour};
-  std::size_t left_out_ = 0;
+  LeftOut left_out_;
+  std::size_t untold_ = 0;  // of those that were left out, in the log
+  std::int64_t next_message_utc_ = 0;
+  bool is_ending_ = false;
   std::int64_t last_utc_ = 0;
 };
 

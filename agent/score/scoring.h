@@ -32,6 +32,7 @@ enum class Topic : std::uint8_t {
   kMeasure,   // memory, transmission
   kGuessing,  // of passwords
   kBlocked,   // the user blocked it before
+  kCrowd,     // there were more alerts than a person can read
 };
 
 // Beside the rules, which have the numbers of rules.h. The values are stored; never reuse one.
@@ -46,6 +47,7 @@ inline constexpr int kNewFile = 1008;
 inline constexpr int kNewLogin = 1009;
 inline constexpr int kPasswordGuessing = 1101;
 inline constexpr int kBlockedBefore = 1102;
+inline constexpr int kAlertsLeftOut = 1103;
 
 struct Fact {
   int number = 0;  // of the rule, or one of the above

@@ -24,6 +24,11 @@ class Subject {
   // Heaviest first.
   std::vector<Item> Members() const;
   RuleSet Rules() const;
+  // It was told, or is not worth telling.
+  void StopWaiting() {
+    waits = put_off = false;
+    blocked_processes.clear();
+  }
 
   std::string name;
   std::string program;  // the host's bytes; empty when there is none
@@ -31,6 +36,7 @@ class Subject {
   std::int64_t due_ms = 0;
   bool came = false;          // more than being there when a session began
   bool waits = false;         // to be weighed when it is due
+  bool put_off = false;       // was due, and found no room in the minute
   std::set<int> quiet_facts;  // of the last quiet line about it
   // Processes of a blocked program that came since it was last weighed; a few, the newest last.
   std::vector<std::uint32_t> blocked_processes;
@@ -59,7 +65,9 @@ class Subjects {
   // Null when there are too many that wait.
   Subject* At(const std::string& name, std::int64_t now_ms);
   std::map<std::string, Subject>& all() { return all_; }
-  void Clear() { all_.clear(); }
+  void KeepWaiting() {
+    std::erase_if(all_, [](const auto& entry) { return !entry.second.waits; });
+  }
 
  private:
   std::map<std::string, Subject> all_;

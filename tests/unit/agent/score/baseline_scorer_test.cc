@@ -29,7 +29,28 @@ class BaselineScorerTest : public testing::Test {
     pc.Wait(5);
   }
 
+  // Each is an alert of its own, all of one kind.
+  void Decoy() {
+    pc.Came(MakeItem(monitor::kFolders, "/tmp/x" + std::to_string(++decoys_),
+                     {Rule::kSetUserIdInTemporaryFolder}));
+  }
+  bool HasAlertOn(const std::string& subject) const {
+    return std::any_of(pc.alerts.begin(), pc.alerts.end(),
+                       [&](const auto& told) { return told.alert.subject == subject; });
+  }
+  // Of the last one.
+  std::vector<std::string> FactsOfLeftOut() const {
+    std::vector<std::string> facts;
+    for (const auto& told : pc.alerts) {
+      if (told.alert.subject == "alerts that found no room") facts = told.alert.facts;
+    }
+    return facts;
+  }
+
   ScoredHost pc;
+
+ private:
+  int decoys_ = 0;
 };
 
 class BaselineScorerRestarts : public BaselineScorerTest {
@@ -317,8 +338,73 @@ TEST_F(BaselineScorerTest, FloodOfHardFactsIsBoundedAndTold) {
   }
   pc.Turn(ChangeEvents({{}, items}));
   pc.Wait(5);
-  EXPECT_THAT(pc.alerts, SizeIs(10));
-  EXPECT_THAT(pc.scorer().TakeMessages(), ElementsAre(HasSubstr("19990 were held back")));
+  ASSERT_THAT(pc.alerts, SizeIs(11));
+  // 5,000 subjects are kept apart; of these 10 are told at once and 200 wait.
+  EXPECT_THAT(FactsOfLeftOut(), ElementsAre("15000 alerts found no room",
+                                            "file in a temporary folder runs with the rights of its owner"));
+  EXPECT_THAT(pc.scorer().TakeMessages(), ElementsAre(HasSubstr("19790 were left out")));
+}
+
+TEST_F(BaselineScorerTest, TenDecoysAMinuteDoNotHideAnAlert) {
+  for (int i = 0; i < 10; ++i) Decoy();
+  pc.Wait(5);
+  pc.Autostart("evil.desktop", "/tmp/evil");
+  pc.Wait(5);
+  EXPECT_TRUE(HasAlertOn("/tmp/evil")) << "it is of another kind";
+}
+
+TEST_F(BaselineScorerTest, AlertThatFindsNoRoomWaitsForTheNextMinute) {
+  for (int i = 0; i < 10; ++i) Decoy();
+  pc.Wait(5);
+  pc.Came(MakeItem(monitor::kFolders, "/tmp/REAL", {Rule::kSetUserIdInTemporaryFolder}));
+  pc.Wait(5);
+  EXPECT_FALSE(HasAlertOn("/tmp/REAL"));
+  for (int i = 0; i < 5; ++i) Decoy();
+  pc.Wait(60);
+  EXPECT_TRUE(HasAlertOn("/tmp/REAL"));
+  EXPECT_THAT(pc.alerts, SizeIs(16)) << "none is lost, none comes twice";
+  EXPECT_THAT(pc.scorer().TakeMessages(), IsEmpty());
+}
+
+TEST_F(BaselineScorerTest, WhatWaitsOutlivesTheFile) {
+  for (int i = 0; i < 10; ++i) Decoy();
+  pc.Wait(5);
+  pc.Came(MakeItem(monitor::kFolders, "/tmp/REAL", {Rule::kSetUserIdInTemporaryFolder}));
+  pc.Wait(5);
+  pc.scorer().BeginFile();
+  pc.Wait(60);
+  EXPECT_TRUE(HasAlertOn("/tmp/REAL"));
+}
+
+TEST_F(BaselineScorerTest, EndOfTheRunCountsWhatWaits) {
+  for (int i = 0; i < 15; ++i) Decoy();
+  const auto rest = pc.scorer().Rest({pc.utc, (pc.utc - ScoredHost::kBegin) * 1000});
+  ASSERT_THAT(rest, SizeIs(11));
+  EXPECT_EQ(rest.back().facts.at(0), "5 alerts found no room");
+  EXPECT_THAT(rest.back().members, SizeIs(5));
+}
+
+TEST_F(BaselineScorerTest, NumberOfTheLeftOutIsToldAtOnceAndThenOnceAnHour) {
+  for (int i = 0; i < 300; ++i) Decoy();
+  pc.Wait(5);
+  EXPECT_THAT(FactsOfLeftOut().at(0), "90 alerts found no room");
+  const std::size_t before = pc.alerts.size();
+  for (int i = 0; i < 300; ++i) Decoy();
+  pc.Wait(5);
+  EXPECT_THAT(pc.alerts, SizeIs(before));
+  pc.Wait(3600);
+  EXPECT_THAT(FactsOfLeftOut().at(0), "300 alerts found no room");
+}
+
+TEST_F(BaselineScorerTest, LogTellsOfTheLeftOutOnceAMinute) {
+  for (int i = 0; i < 300; ++i) Decoy();
+  pc.Wait(5);
+  EXPECT_THAT(pc.scorer().TakeMessages(), SizeIs(1));
+  for (int i = 0; i < 300; ++i) Decoy();
+  pc.Wait(5);
+  EXPECT_THAT(pc.scorer().TakeMessages(), IsEmpty());
+  pc.Wait(60);
+  EXPECT_THAT(pc.scorer().TakeMessages(), ElementsAre(HasSubstr(" were left out")));
 }
 
 }  // namespace
