@@ -51,7 +51,7 @@ class LinuxHostView : public HostView {
   std::optional<std::string> ReadText(const std::string& path, std::size_t limit) override {
     std::string text;
     const auto end = Read(path, limit, [&](std::string_view piece) { text.append(piece); });
-    if (end == End::kRefused) return {};
+    if (end == End::kStopped) return {};
     return text;
   }
 
@@ -135,7 +135,7 @@ class LinuxHostView : public HostView {
     }
   }
 
-  enum class End { kReached, kRefused };
+  enum class End { kReached, kStopped };
 
   // Up to `limit` bytes.
   template <class Take>
@@ -144,12 +144,12 @@ class LinuxHostView : public HostView {
     Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat facts = {};
     if (file.number() < 0 || fstat(file.number(), &facts) != 0 || !S_ISREG(facts.st_mode))
-      return End::kRefused;
+      return End::kStopped;
     char buffer[16384];
     for (std::size_t size = 0; size < limit;) {
       const ssize_t got = read(file.number(), buffer, std::min(sizeof buffer, limit - size));
       if (got < 0 && errno == EINTR) continue;
-      if (got < 0) return End::kRefused;
+      if (got < 0) return End::kStopped;
       if (got == 0) break;
       take(std::string_view(buffer, static_cast<std::size_t>(got)));
       size += static_cast<std::size_t>(got);

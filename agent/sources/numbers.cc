@@ -19,7 +19,7 @@ constexpr char kPressureFile[] = "/proc/pressure/memory";
 constexpr char kTrigger[] = "some 200000 2000000";  // microseconds; its NUL is part of what is written
 constexpr int kRoom = 1 << 18;
 constexpr int kMostParts = 1000;  // of one answer
-constexpr int kAnswerMs = 100;
+constexpr int kNumbersAnswerMs = 100;
 
 class KernelTrigger : public PressureTrigger {
  public:
@@ -68,7 +68,7 @@ std::optional<std::uint64_t> Numbers::TrafficBytes() {
   DumpPart part = links_->Send(LinkStatsQuestion()) ? DumpPart::kMore : DumpPart::kRefused;
   std::string datagram;
   for (int i = 0; i < kMostParts && part == DumpPart::kMore; ++i) {
-    if (links_->Receive(datagram, kAnswerMs) != NetlinkStream::Outcome::kGot) break;
+    if (links_->Receive(datagram, kNumbersAnswerMs) != NetlinkStream::Outcome::kGot) break;
     part = ReadLinkStatsPart(datagram, total);
   }
   if (part == DumpPart::kDone) return total;
