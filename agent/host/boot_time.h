@@ -8,10 +8,9 @@
 namespace zendrix::agent {
 
 inline std::int64_t BootTimeNs() {
-  constexpr std::int64_t kNsPerSecond = 1'000'000'000;
   timespec now = {};
   clock_gettime(CLOCK_BOOTTIME, &now);
-  return static_cast<std::int64_t>(now.tv_sec) * kNsPerSecond + now.tv_nsec;
+  return static_cast<std::int64_t>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
 }
 
 }  // namespace zendrix::agent
