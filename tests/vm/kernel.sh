@@ -12,7 +12,7 @@ stage_kernel() {
   cp "$(kernel_module "$work" dummy)" "$folder/root/"
   cp tests/vm/kernel_init "$folder/root/init"
   pack "$folder/root" "$folder/initramfs"
-  run_machine 300 "$(kernel_of "$work")" "$folder/initramfs" "" "$folder" ||
+  run_machine 600 "$(kernel_of "$work")" "$folder/initramfs" "" "$folder" ||
     { tail -n 30 "$folder/console" >&2; return 1; }
   tests/vm/judge_kernel.py "$folder/out" || { cat "$folder/console" >&2; return 1; }
 }

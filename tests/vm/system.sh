@@ -60,7 +60,7 @@ stage_system() {
   ln -s /lib/systemd/system/zendrix.service "$folder/disk/etc/systemd/system/multi-user.target.wants/"
   mke2fs -q -F -t ext4 -O ^has_journal -d "$folder/disk" "$folder/disk.ext4" 500M >/dev/null
   rm -rf "$folder/disk"
-  run_machine 600 "$(kernel_of "$work")" "$folder/initramfs" \
+  run_machine 1200 "$(kernel_of "$work")" "$folder/initramfs" \
     "systemd.wants=trial.service systemd.mask=serial-getty@ttyS0.service systemd.show_status=no systemd.firstboot=off" "$folder" \
     -drive "file=$folder/disk.ext4,format=raw,if=virtio,snapshot=on" || { tail -n 40 "$folder/console" >&2; return 1; }
   rm "$folder/disk.ext4"
