@@ -15,10 +15,16 @@ constexpr std::uint32_t kAnyExecute = 0111;
 void ProgramIndex::Learn(const std::string& path) {
   if (path.empty() || path[0] != '/' || paths_.size() >= kMost) return;
   const auto facts = host_.LookThrough(path);
-  if (facts && facts->kind == EntryKind::kFile) paths_[{facts->device, facts->inode}] = path;
+  if (!facts || facts->kind != EntryKind::kFile) return;
+  paths_[{facts->device, facts->inode}] = path;
+  std::string folder = path.substr(0, path.rfind('/'));
+  if (folder.empty() || folders_.size() >= kMostFolders || !folders_.insert(folder).second) return;
+  unread_.push_back(std::move(folder));
 }
 
 std::optional<std::string> ProgramIndex::PathOf(const FileIdentity& file, std::int64_t now_ns) {
+  if (auto path = Known(file)) return path;
+  for (const std::string& folder : std::exchange(unread_, {})) ReadFolder(folder);
   if (auto path = Known(file)) return path;
   const auto is_due = [now_ns](std::optional<std::int64_t>& last_ns, std::int64_t apart_ns) {
     if (last_ns && now_ns - *last_ns < apart_ns) return false;
@@ -30,6 +36,7 @@ std::optional<std::string> ProgramIndex::PathOf(const FileIdentity& file, std::i
   }
   if (is_due(read_ns_, kReadAgainNs)) {
     for (const char* folder : kProgramFolders) ReadFolder(folder);
+    for (const std::string& folder : folders_) ReadFolder(folder);
   }
   return Known(file);
 }

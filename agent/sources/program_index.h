@@ -1,13 +1,15 @@
 // Which program a file is, asked by the numbers of the file. It knows the files of the folders where programs
-// are or are put by whoever breaks in, and those that it was told of; an answer is checked before it is
-// given, since a file may have been replaced and its number be another's now.
+// are or are put by whoever breaks in, those that it was told of, and their neighbours; an answer is checked
+// before it is given, since a file may have been replaced and its number be another's now.
 #pragma once
 
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "agent/host/host_view.h"
 #include "agent/sources/kernel_records.h"
@@ -18,6 +20,7 @@ class ProgramIndex {
  public:
   static constexpr std::size_t kMost = 50'000;
   static constexpr std::size_t kMostOfOneFolder = 5'000;
+  static constexpr std::size_t kMostFolders = 100;  // of programs that it was told of
   static constexpr std::int64_t kReadAgainNs = 10'000'000'000;
   static constexpr std::int64_t kReadTemporaryAgainNs = 1'000'000'000;
 
@@ -37,6 +40,8 @@ class ProgramIndex {
 
   HostView& host_;
   std::map<Key, std::string> paths_;
+  std::set<std::string> folders_;
+  std::vector<std::string> unread_;  // of them
   std::optional<std::int64_t> read_ns_;
   std::optional<std::int64_t> read_temporary_ns_;
 };

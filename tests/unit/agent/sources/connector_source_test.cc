@@ -128,6 +128,20 @@ TEST_F(ConnectorTest, ProgramOfATemporaryFolderIsFoundWithinASecondOfItsComing) 
   EXPECT_TRUE(seen[0].item.rules.Has(Rule::kProgramInTemporaryFolder));
 }
 
+TEST_F(ConnectorTest, NeighbourOfAProgramThatWasSeenIsFound) {
+  host.facts["/opt/tools"] = host.facts["/tmp"];
+  AddFile("/opt/tools/long", 900);
+  AddFile("/opt/tools/short", 901);
+  Source();
+  Executed(60);
+  host.AddProcess(60, "long", "/opt/tools/long", 777);
+  EXPECT_THAT(Drained(), ElementsAre("+/opt/tools/long:60"));
+  Executed(61);
+  Ended(61);
+  ends.waiting.emplace_back(test::EndText(61, 60, 5, 901, "short"));
+  EXPECT_THAT(Drained(), ElementsAre("+/opt/tools/short:61", "-/opt/tools/short:61"));
+}
+
 TEST_F(ConnectorTest, NumberOfAFileThatIsAnothersNowNamesNobody) {
   Source();
   Executed(60);
