@@ -89,8 +89,9 @@ int Agent::Run() {
     if (parts_.stop_requested()) break;
   }
   End();
-  const bool failing = std::any_of(recordings_.begin(), recordings_.end(),
-                                   [](const Recording& recording) { return recording.IsFailing(); });
+  const bool failing = std::any_of(recordings_.begin(), recordings_.end(), [](const Recording& recording) {
+    return recording.IsFailing() && recording.HasFolder();
+  });
   return failing ? 1 : 0;
 }
 

@@ -58,6 +58,9 @@ class Recording {
   std::optional<std::int64_t> Write(const std::vector<Alert>& alerts = {});
 
   bool IsFailing() const { return failing_; }
+  // Whether the folder is still there. What could not be written into one that was taken away is missed by
+  // nobody.
+  bool HasFolder() const { return files_.FolderExists(folder_); }
   bool HasSession() const { return has_session_; }
   // The second of the last line in the file that was taken up; 0 when there was none.
   std::int64_t LastSecond() const { return file_.LastSecondWritten(); }

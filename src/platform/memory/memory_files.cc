@@ -77,6 +77,14 @@ Status MemoryFiles::CheckTarget(const std::string& path) const {
   return Done{};
 }
 
+void MemoryFiles::VanishFolder(const std::string& path) {
+  const std::string normal = NormalPath(path);
+  std::erase_if(files_, [&](const auto& file) { return file.first.starts_with(normal + "/"); });
+  std::erase_if(folders_, [&](const std::string& folder) {
+    return folder == normal || folder.starts_with(normal + "/");
+  });
+}
+
 bool MemoryFiles::Exists(const std::string& path) {
   return Has(path);
 }

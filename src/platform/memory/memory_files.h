@@ -36,6 +36,8 @@ class MemoryFiles : public Files {
   bool Has(const std::string& path) const;
   // Takes a file away, as another program would.
   void Vanish(const std::string& path);
+  // Takes a folder away with all that lies in it.
+  void VanishFolder(const std::string& path);
   // Every file's path, sorted.
   std::vector<std::string> Paths() const;
 

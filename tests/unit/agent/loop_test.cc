@@ -313,6 +313,30 @@ TEST_F(LoopTest, ScorerIsHandedAlsoWhatIsNotWritten) {
   EXPECT_EQ(told.handed, 2U) << "what went is no evidence";
 }
 
+// On a busy computer the last batch met a folder that was on its way out, and the Agent ended as if it had
+// lost something.
+TEST_F(LoopTest, FolderThatIsTakenAwayIsNoFailure) {
+  options.folder = "/gone";
+  files.Put("/gone/x", "");
+  files.strict_folders = true;
+  const auto take_away = [&](std::int64_t passed) {
+    if (passed != 1000) return;
+    source.Came(Unusual("/tmp/x", 7));
+    files.VanishFolder("/gone");
+  };
+  EXPECT_EQ(Run(2000, take_away), 0);
+}
+
+TEST_F(LoopTest, LastBatchThatIsRefusedIsAFailure) {
+  EXPECT_EQ(Run(2000,
+                [&](std::int64_t passed) {
+                  if (passed != 1000) return;
+                  files.FailNext(platform::FileOp::kAppend, kEvents, platform::ErrorKind::kNoSpace, 99);
+                  source.Came(Unusual("/tmp/x", 7));
+                }),
+            1);
+}
+
 TEST_F(LoopTest, AlertThatAFullDiskRefusedIsRaisedOnceWithTheSecondOfItsLine) {
   ToldScorer told;
   scorer = &told;
