@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "agent/host/observe_accounts.h"
 #include "agent/host/observe_host.h"
 #include "agent/host/text.h"
 
@@ -152,6 +153,9 @@ void Agent::TakeNumbers(std::vector<Event>& told) {
   not_pressed_before_ms_ = now + kPressedTurnMs;
   next_numbers_ms_ = std::max(next_numbers_ms_ + options_.interval_seconds * 1000, now);
   Snapshot seen = ObserveNumbers(parts_.host, now);
+  const auto known = measures_.failed_logins();
+  if (known && seen.failed_logins)
+    seen.new_failed_logins = ReadFailedLogins(parts_.host, *known, *seen.failed_logins);
   if (parts_.numbers) {
     const auto bytes = parts_.numbers->TrafficBytes();
     if (bytes) seen.traffic_bytes = bytes;

@@ -1,5 +1,6 @@
 #include "agent/events/measures.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "agent/host/text.h"
@@ -105,18 +106,27 @@ void Measures::TakeTraffic(const Snapshot& seen, const MayTell& may_tell, std::v
 void Measures::TakeFailedLogins(const Snapshot& seen, std::vector<Event>& events) {
   const std::optional<std::uint64_t> before = failed_logins_;
   failed_logins_ = seen.failed_logins;
-  if (!before || !failed_logins_ || *failed_logins_ <= *before) return;
-  const std::uint64_t more = *failed_logins_ - *before;
-  Event event;
-  event.kind = EventKind::kHappened;
-  event.item.monitor = monitor::kSystem;
-  const std::string where = seen.last_failed_login.empty() ? "" : " at " + seen.last_failed_login;
-  event.item.subject = "failed logins" + where;
-  event.item.description = "failed logins " + std::to_string(more) + where;
-  event.original = static_cast<double>(*before);
-  event.change = static_cast<double>(more);
-  if (more >= kManyFailedLogins) event.item.rules.Add(Rule::kFailedLogins);
-  events.push_back(std::move(event));
+  if (!before || !failed_logins_ || *failed_logins_ == *before) return;
+  // A record that became shorter was begun anew.
+  const std::uint64_t base = *failed_logins_ < *before ? 0 : *before;
+  std::uint64_t rest = *failed_logins_ - base;
+  const auto tell = [&](const std::string& place, std::uint64_t count) {
+    count = std::min(count, rest);
+    if (count == 0) return;
+    rest -= count;
+    Event event;
+    event.kind = EventKind::kHappened;
+    event.item.monitor = monitor::kSystem;
+    const std::string where = place.empty() ? "" : " at " + place;
+    event.item.subject = "failed logins" + where;
+    event.item.description = "failed logins " + std::to_string(count) + where;
+    event.original = static_cast<double>(base);
+    event.change = static_cast<double>(count);
+    if (count >= kManyFailedLogins) event.item.rules.Add(Rule::kFailedLogins);
+    events.push_back(std::move(event));
+  };
+  for (const FailedLogins& place : seen.new_failed_logins) tell(place.where, place.count);
+  tell("", rest);
 }
 
 }  // namespace zendrix::agent

@@ -21,6 +21,8 @@ class Measures {
   std::vector<Event> Take(const Snapshot& seen, const MayTell& may_tell = {});
   // Whether Take would report memory now, and so wants the names of the largest programs.
   bool WantsMemoryUsers(const Snapshot& seen) const;
+  // Failed logins on record at the last look; those behind them are what the next one brings.
+  std::optional<std::uint64_t> failed_logins() const { return failed_logins_; }
   // The numbers as last reported, for the baseline of a new file.
   std::vector<Event> Present() const;
 

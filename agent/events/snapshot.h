@@ -20,6 +20,13 @@ struct Item {
   RuleSet rules;             // what is unusual about it, whenever it came
   std::string program = {};  // path of the program behind it, the host's bytes; empty when it cannot be told
   std::string parent = {};   // path of the program that started it, likewise; empty when it is not known
+  std::string place = {};  // file that a look found it in, the host's bytes; empty where no look can miss it
+};
+
+// Failed logins that came from one place.
+struct FailedLogins {
+  std::string where;  // ready for a line: "sshd from 192.0.2.7"; empty when it cannot be told
+  std::uint64_t count = 0;
 };
 
 struct Snapshot {
@@ -28,8 +35,8 @@ struct Snapshot {
   std::optional<double> memory_percent;
   std::vector<std::string> memory_users;  // names of the largest programs, largest first
   std::optional<std::uint64_t> traffic_bytes;
-  std::optional<std::uint64_t> failed_logins;  // records so far
-  std::string last_failed_login;               // where it was tried, ready for a line; may be empty
+  std::optional<std::uint64_t> failed_logins;   // records so far
+  std::vector<FailedLogins> new_failed_logins;  // where those since the look before were tried
 };
 
 struct Difference {

@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "agent/host/parse_network.h"
@@ -28,11 +29,29 @@ struct EntryFacts {
   std::uint64_t inode = 0;
 };
 
+// Names of a folder's entries, the first ones in byte order.
+struct NameList {
+  std::vector<std::string> names;
+  std::uint64_t left_out = 0;  // further ones that fitted as well
+
+  // In any order; Finish puts them in theirs.
+  void Add(std::string name, std::size_t limit) {
+    names.push_back(std::move(name));
+    std::push_heap(names.begin(), names.end());
+    if (names.size() <= limit) return;
+    std::pop_heap(names.begin(), names.end());
+    names.pop_back();
+    ++left_out;
+  }
+  void Finish() { std::sort_heap(names.begin(), names.end()); }
+};
+
 class HostView {
  public:
   virtual ~HostView() = default;
-  // The first `limit` bytes of a plain file (links are followed). Pipes and devices count as unreadable, so
-  // that a pipe laid in a watched folder cannot hold the Agent up.
+  // The first `limit` bytes of a plain file. Links are followed, because whoever reads these files for the
+  // system follows them too. Pipes and devices count as unreadable and are never opened: an open alone wakes
+  // whoever waits at the other end of a pipe, and starts what some devices do.
   virtual std::optional<std::string> ReadText(const std::string& path, std::size_t limit) = 0;
   // Hands over the contents of a plain file piece by piece. False when it cannot be read to its end or has
   // more than `limit` bytes; what was handed over means nothing then.
@@ -43,18 +62,28 @@ class HostView {
     take(*text);
     return true;
   }
-  // The last `limit` bytes of a plain file that grows by whole records of that size.
-  virtual std::optional<std::string> ReadTail(const std::string& path, std::size_t limit) {
-    constexpr std::size_t kMost = 1U << 20U;
-    const auto text = ReadText(path, kMost);
+  // Up to `limit` bytes of a plain file, beginning with the byte at `from`; empty behind its end.
+  virtual std::optional<std::string> ReadFrom(const std::string& path, std::uint64_t from,
+                                              std::size_t limit) {
+    const auto text = ReadText(path, static_cast<std::size_t>(from) + limit);
     if (!text) return {};
-    const std::size_t whole = text->size() / limit * limit;
-    return text->substr(whole - std::min(whole, limit), limit);
+    return from < text->size() ? text->substr(static_cast<std::size_t>(from)) : "";
   }
   // Target of a symbolic link.
   virtual std::optional<std::string> ReadLink(const std::string& path) = 0;
   // Names of a folder's entries in byte order, without "." and "..".
   virtual std::vector<std::string> List(const std::string& folder) = 0;
+  // As List, but only names that `wanted` takes, and of these the first `limit`, so that a folder of millions
+  // of names takes no more room than one of `limit`.
+  virtual NameList ListSome(const std::string& folder, std::size_t limit,
+                            const std::function<bool(std::string_view)>& wanted) {
+    NameList some;
+    for (std::string& name : List(folder)) {
+      if (wanted(name)) some.Add(std::move(name), limit);
+    }
+    some.Finish();
+    return some;
+  }
   // Facts about the entry itself; a final link is not followed.
   virtual std::optional<EntryFacts> Look(const std::string& path) = 0;
   // Facts about what the path leads to; links are followed.

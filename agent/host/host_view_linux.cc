@@ -65,14 +65,12 @@ class LinuxHostView : public HostView {
     return end == End::kReached && size <= limit;
   }
 
-  std::optional<std::string> ReadTail(const std::string& path, std::size_t limit) override {
-    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    struct stat facts = {};
-    if (file.number() < 0 || fstat(file.number(), &facts) != 0 || !S_ISREG(facts.st_mode)) return {};
-    const off_t whole = facts.st_size / static_cast<off_t>(limit) * static_cast<off_t>(limit);
+  std::optional<std::string> ReadFrom(const std::string& path, std::uint64_t from,
+                                      std::size_t limit) override {
+    const Descriptor file = OpenPlain(path);
+    if (file.number() < 0) return {};
     std::string text(limit, '\0');
-    const off_t from = std::max<off_t>(0, whole - static_cast<off_t>(limit));
-    const ssize_t got = pread(file.number(), text.data(), text.size(), from);
+    const ssize_t got = pread(file.number(), text.data(), text.size(), static_cast<off_t>(from));
     if (got < 0) return {};
     text.resize(static_cast<std::size_t>(got));
     return text;
@@ -88,14 +86,19 @@ class LinuxHostView : public HostView {
 
   std::vector<std::string> List(const std::string& folder) override {
     std::vector<std::string> names;
-    const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(folder.c_str()), closedir);
-    if (!entries) return names;
-    while (const dirent* entry = readdir(entries.get())) {
-      std::string name = entry->d_name;
-      if (name != "." && name != "..") names.push_back(std::move(name));
-    }
+    ForEachName(folder, [&](std::string_view name) { names.emplace_back(name); });
     std::sort(names.begin(), names.end());
     return names;
+  }
+
+  NameList ListSome(const std::string& folder, std::size_t limit,
+                    const std::function<bool(std::string_view)>& wanted) override {
+    NameList some;
+    ForEachName(folder, [&](std::string_view name) {
+      if (wanted(name)) some.Add(std::string(name), limit);
+    });
+    some.Finish();
+    return some;
   }
 
   std::optional<EntryFacts> Look(const std::string& path) override {
@@ -135,16 +138,34 @@ class LinuxHostView : public HostView {
     }
   }
 
+  template <class Take>
+  static void ForEachName(const std::string& folder, Take take) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(folder.c_str()), closedir);
+    if (!entries) return;
+    while (const dirent* entry = readdir(entries.get())) {
+      const std::string_view name = entry->d_name;
+      if (name != "." && name != "..") take(name);
+    }
+  }
+
+  // A plain file, or none. O_PATH only finds what lies there (open(2)): it neither waits for a pipe nor wakes
+  // a device, and what was found to be a plain file is then opened by its number, whatever lies there by now.
+  static Descriptor OpenPlain(const std::string& path) {
+    const Descriptor found(open(path.c_str(), O_PATH | O_CLOEXEC));
+    struct stat facts = {};
+    if (found.number() < 0 || fstat(found.number(), &facts) != 0 || !S_ISREG(facts.st_mode))
+      return Descriptor(-1);
+    const std::string self = "/proc/self/fd/" + std::to_string(found.number());
+    return Descriptor(open(self.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  }
+
   enum class End { kReached, kStopped };
 
   // Up to `limit` bytes.
   template <class Take>
   static End Read(const std::string& path, std::size_t limit, Take take) {
-    // Without O_NONBLOCK the open itself waits when somebody laid a pipe there.
-    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    struct stat facts = {};
-    if (file.number() < 0 || fstat(file.number(), &facts) != 0 || !S_ISREG(facts.st_mode))
-      return End::kStopped;
+    const Descriptor file = OpenPlain(path);
+    if (file.number() < 0) return End::kStopped;
     char buffer[16384];
     for (std::size_t size = 0; size < limit;) {
       const ssize_t got = read(file.number(), buffer, std::min(sizeof buffer, limit - size));

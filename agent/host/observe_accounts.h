@@ -26,7 +26,9 @@ std::vector<Item> ObserveLogins(HostView& host);
 // Failed logins on record; no value when the record may not be seen.
 std::optional<std::uint64_t> CountFailedLogins(HostView& host);
 
-// Where the last of them was tried: "sshd from 192.0.2.7", "tty1". Empty when there is none.
-std::string LastFailedLogin(HostView& host);
+// Where those behind the first `before` were tried, up to the `now`th: "sshd from 192.0.2.7", "tty1". Of a
+// record that has become shorter, as when it was begun anew, all. Of a flood the newest 2,000 are read, and
+// 100 places are told apart; what is beyond has no place.
+std::vector<FailedLogins> ReadFailedLogins(HostView& host, std::uint64_t before, std::uint64_t now);
 
 }  // namespace zendrix::agent

@@ -60,7 +60,6 @@ Snapshot ObserveNumbers(HostView& host, std::int64_t now_ms) {
     seen.traffic_bytes = ParseTrafficBytes(*text);
   }
   seen.failed_logins = CountFailedLogins(host);
-  seen.last_failed_login = LastFailedLogin(host);
   return seen;
 }
 

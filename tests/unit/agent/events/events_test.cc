@@ -195,6 +195,27 @@ TEST(Measures, ManyFailedLoginsAreUnusualAndAFewAreOnlyTold) {
   EXPECT_EQ(events[0].change, 5);
   seen.failed_logins = 0;  // the record was begun anew
   EXPECT_TRUE(measures.Take(seen).empty());
+  seen.failed_logins = 9;
+  EXPECT_EQ(measures.Take(seen)[0].change, 9);
+  seen.failed_logins = 2;
+  EXPECT_EQ(measures.Take(seen)[0].change, 2);
+}
+
+TEST(Measures, FailedLoginsAreToldByThePlaceThatTheyCameFrom) {
+  Measures measures;
+  Snapshot seen;
+  seen.failed_logins = 1;
+  measures.Take(seen);
+  seen.failed_logins = 16;
+  seen.new_failed_logins = {{"sshd from 203.0.113.66", 12}, {"tty1", 1}};
+  const auto events = measures.Take(seen);
+  ASSERT_EQ(events.size(), 3U);
+  EXPECT_EQ(events[0].item.description, "failed logins 12 at sshd from 203.0.113.66");
+  EXPECT_EQ(events[0].item.subject, "failed logins at sshd from 203.0.113.66");
+  EXPECT_EQ(events[0].item.rules, RuleSet({Rule::kFailedLogins}));
+  EXPECT_EQ(events[1].item.description, "failed logins 1 at tty1");
+  EXPECT_TRUE(events[1].item.rules.empty());
+  EXPECT_EQ(events[2].item.description, "failed logins 2");
 }
 
 }  // namespace

@@ -51,17 +51,50 @@ TEST(ProgramOfAnItem, KnowsWhatStartedIt) {
   EXPECT_EQ(items[1].parent, "/sbin/init");
 }
 
-TEST(LastFailedLogin, TellsTheProgramAndTheComputer) {
-  FakeHost host;
-  EXPECT_EQ(LastFailedLogin(host), "");
+std::string FailureAt(const std::string& line, const std::string& from = "") {
   std::string record(kLoginRecordSize, '\0');
-  record.replace(8, 4, "tty1");
-  host.texts["/var/log/btmp"] = record + "half a record";
-  EXPECT_EQ(LastFailedLogin(host), "tty1");
-  record.replace(8, 9, "ssh:notty");
-  record.replace(76, 9, "192.0.2.7");
-  host.texts["/var/log/btmp"] = std::string(kLoginRecordSize, '\1') + record + "half a record";
-  EXPECT_EQ(LastFailedLogin(host), "sshd from 192.0.2.7");
+  record.replace(8, line.size(), line);
+  record.replace(76, from.size(), from);
+  return record;
+}
+
+std::vector<std::string> Failures(FakeHost& host, std::uint64_t before, std::uint64_t now) {
+  std::vector<std::string> texts;
+  for (const FailedLogins& place : ReadFailedLogins(host, before, now))
+    texts.push_back(std::to_string(place.count) + " " + place.where);
+  return texts;
+}
+
+// Only the last one was read: twelve guesses from one computer and then one from another were told as
+// thirteen of the other.
+TEST(FailedLogins, AreReadOneByOneAndToldByTheirPlace) {
+  FakeHost host;
+  std::string& record = host.texts["/var/log/btmp"];
+  record = FailureAt("tty1");
+  for (int i = 0; i < 12; ++i) record += FailureAt("ssh:notty", "203.0.113.66");
+  record += FailureAt("ssh:notty", "10.0.0.5") + "half a record";
+  EXPECT_THAT(Failures(host, 1, 14),
+              testing::ElementsAre("12 sshd from 203.0.113.66", "1 sshd from 10.0.0.5"));
+  EXPECT_THAT(Failures(host, 14, 14), testing::IsEmpty());
+  EXPECT_THAT(Failures(host, 20, 2), testing::ElementsAre("1 tty1", "1 sshd from 203.0.113.66"))
+      << "a record that was begun anew";
+}
+
+TEST(FailedLogins, OfAFloodTheNewestAreReadAndTheOthersCounted) {
+  FakeHost host;
+  std::string& record = host.texts["/var/log/btmp"];
+  for (int i = 0; i < 2100; ++i) record += FailureAt(i < 100 ? "tty1" : "tty2");
+  EXPECT_THAT(Failures(host, 0, 2100), testing::ElementsAre("2000 tty2", "100 "));
+  record.clear();
+  for (int i = 0; i < 150; ++i) record += FailureAt("tty" + std::to_string(i));
+  const auto places = Failures(host, 0, 150);
+  ASSERT_EQ(places.size(), 101U);
+  EXPECT_EQ(places.back(), "50 ");
+}
+
+TEST(FailedLogins, ThatCannotBeReadAreOnlyCounted) {
+  FakeHost host;
+  EXPECT_THAT(Failures(host, 1, 3), testing::ElementsAre("2 "));
 }
 
 }  // namespace

@@ -289,6 +289,14 @@ TEST_F(Observers, PreloadListIsUnusualByBeingThere) {
   EXPECT_EQ(ObserveFolders(host)[0].rules, RuleSet({Rule::kPreloadList}));
 }
 
+TEST_F(Observers, LineOfAccountsThatCannotBeReadIsAnItemWithoutRules) {
+  host.texts["/etc/passwd"] = "eve::zero:0::/:/bin/sh\n";
+  const auto items = ObserveAccounts(ReadAccounts(host));
+  ASSERT_EQ(items.size(), 1U);
+  EXPECT_EQ(items[0].description, "a line that cannot be read - eve__zero_0__/_/bin/sh");
+  EXPECT_TRUE(items[0].rules.empty());
+}
+
 TEST_F(Observers, HostThatShowsNothingGivesAnEmptyLook) {
   const auto seen = ObserveHost(host, 5, 1);
   EXPECT_EQ(seen.taken_ms, 5);

@@ -33,8 +33,40 @@ TEST(ParseAccounts, EmptyPasswordFieldMeansNoPassword) {
   EXPECT_TRUE(accounts[0].no_password);
 }
 
-TEST(ParseAccounts, DamagedLinesAreLeftOut) {
-  EXPECT_TRUE(ParseAccounts("\n::::::\na:x:b:0::/:\na:x:0:0:/root\na:x:-1:0::/:/bin/sh\n+\n").empty());
+// "toor::+0:0::/:/bin/sh" logs in as root, and no such account was listed.
+TEST(ParseAccounts, NumbersAreReadAsTheSystemReadsThem) {
+  const auto uid = [](const std::string& number) {
+    const auto accounts = ParseAccounts("a:x:" + number + ":0::/:/bin/sh\n");
+    return accounts.size() == 1 && !accounts[0].unreadable ? std::to_string(accounts[0].uid) : "none";
+  };
+  EXPECT_EQ(uid("+0"), "0");
+  EXPECT_EQ(uid(" 0"), "0");
+  EXPECT_EQ(uid("-0"), "0");
+  EXPECT_EQ(uid("007"), "7");
+  EXPECT_EQ(uid("-1"), "4294967295");
+  EXPECT_EQ(uid("-18446744073709551615"), "1");
+  EXPECT_EQ(uid("99999999999999999999999"), "4294967295");
+  for (const char* number : {"", "+", "0 ", "0x0", "+-0", "b"}) EXPECT_EQ(uid(number), "none") << number;
+}
+
+TEST(ParseAccounts, ShortAndLongLinesAreReadAsTheSystemReadsThem) {
+  const auto accounts = ParseAccounts("  a:x:0:0\nb:x:0:0:g:/h:/bin/sh:more\n#c:x:0:0::/:\n+::::::\n+\n\n");
+  ASSERT_EQ(accounts.size(), 2U);
+  EXPECT_EQ(accounts[0].name, "a");
+  EXPECT_EQ(accounts[0].shell, "");
+  EXPECT_EQ(accounts[1].shell, "/bin/sh:more");
+}
+
+TEST(ParseAccounts, LineThatCannotBeReadIsTold) {
+  const auto accounts = ParseAccounts("a:x:b:0::/:\n::::::\na:x:0:\nroot:x:0:0::/root:/bin/sh\n");
+  ASSERT_EQ(accounts.size(), 4U);
+  EXPECT_TRUE(accounts[0].unreadable);
+  EXPECT_EQ(accounts[0].name, "a:x:b:0::/:");
+  EXPECT_TRUE(accounts[2].unreadable);
+  EXPECT_FALSE(accounts[3].unreadable);
+  std::string many;
+  for (int i = 0; i < 500; ++i) many += "x" + std::to_string(i) + "\n";
+  EXPECT_EQ(ParseAccounts(many).size(), 20U);
 }
 
 TEST(IsLoginShell, NologinAndFalseAreNone) {

@@ -41,7 +41,8 @@ class Story : public testing::Test {
     pc.host.facts["/var/log/btmp"] = {EntryKind::kFile, 0600, static_cast<std::int64_t>(failures_.size()), 0};
     Snapshot seen;
     seen.failed_logins = CountFailedLogins(pc.host);
-    seen.last_failed_login = LastFailedLogin(pc.host);
+    seen.new_failed_logins =
+        ReadFailedLogins(pc.host, measures_.failed_logins().value_or(0), seen.failed_logins.value_or(0));
     pc.Turn(measures_.Take(seen));
   }
   void NoGuessesYet() {
