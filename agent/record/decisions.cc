@@ -56,10 +56,10 @@ DecisionFiles::DecisionFiles(platform::Files& files, const std::string& folder)
       activations_path_(platform::JoinPath(folder, kActivationsFile)),
       checked_path_(platform::JoinPath(folder, kCheckedAlertsFile)) {}
 
-// Empty when there is none.
+// Empty when there is none. A pipe, folder or device in its place is an error, which is told.
 platform::Result<std::string> DecisionFiles::Read(const std::string& path) {
-  if (!files_.Exists(path)) return std::string();
   const auto size = files_.Size(path);
+  if (!size && size.error().kind == platform::ErrorKind::kNotFound) return std::string();
   if (!size) return size.error();
   if (size.value() > kMostBytes) return platform::Error{platform::ErrorKind::kOther, "it is too large"};
   return files_.ReadAll(path);

@@ -1,6 +1,10 @@
 #include "agent/record/decisions.h"
 
+#include <sys/stat.h>
+
+#include "platform/linux/linux_files.h"
 #include "platform/memory/memory_files.h"
+#include "support/temporary_folder.h"
 #include "unit/agent/score/scored_host.h"
 
 namespace zendrix::agent {
@@ -124,6 +128,24 @@ TEST_F(DecisionFilesTest, LooksNoMoreOftenThanItShould) {
   files.Put("/z/KorvessaActivations.kvl", Line(0, "1"));
   EXPECT_THAT(decisions.Follow(pc.scorer(), now_ms + DecisionFiles::kEveryMs - 1), IsEmpty());
   EXPECT_THAT(decisions.Follow(pc.scorer(), now_ms + DecisionFiles::kEveryMs), SizeIs(1));
+}
+
+// Both were passed over in silence: no decision reached the Agent, and nobody was told.
+TEST(DecisionFilesOnDisk, PipeOrFolderInTheirPlaceIsToldOnce) {
+  for (const char* name : {kActivationsFile, kCheckedAlertsFile}) {
+    for (const bool is_pipe : {true, false}) {
+      const test::TemporaryFolder folder;
+      const std::string path = folder.path() + "/" + name;
+      ASSERT_EQ(is_pipe ? mkfifo(path.c_str(), 0600) : mkdir(path.c_str(), 0700), 0);
+      platform::LinuxFiles files;
+      ScoredHost pc;
+      DecisionFiles decisions(files, folder.path());
+      EXPECT_THAT(decisions.Follow(pc.scorer(), DecisionFiles::kEveryMs),
+                  ElementsAre(HasSubstr("Decisions cannot be kept")))
+          << path;
+      EXPECT_THAT(decisions.Follow(pc.scorer(), 2 * DecisionFiles::kEveryMs), IsEmpty());
+    }
+  }
 }
 
 }  // namespace
