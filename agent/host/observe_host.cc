@@ -41,7 +41,8 @@ std::vector<Item> ObserveItems(HostView& host, std::uint64_t own_pid,
   if (wanted(monitor::kFolders)) Append(items, ObserveFolders(host));
   const bool sockets = wanted(monitor::kPorts) || wanted(monitor::kConnections);
   if (!sockets && !wanted(monitor::kProcesses)) return items;
-  const auto processes = ReadProcesses(host, own_pid);
+  auto processes = ReadProcesses(host, own_pid);
+  TellForeignOnes(host, processes);
   if (wanted(monitor::kProcesses)) Append(items, ObserveProcesses(processes));
   if (!sockets) return items;
   auto found = ObserveSockets(host, processes);

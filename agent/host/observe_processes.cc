@@ -58,7 +58,45 @@ std::optional<Process> ReadProcess(HostView& host, std::uint64_t pid) {
   Process process;
   process.stat = std::move(*stat);
   if (target) process.program = ParseProgramFile(*target);
+  // The kernel appends the word to the name of a file that is gone, but a file may bear it in its own name.
+  const bool says_deleted = process.program.deleted && !process.program.in_memory;
+  if (says_deleted && IsSameFile(host, *target, FolderOf(pid) + "/exe")) {
+    process.program.path = *target;
+    process.program.deleted = false;
+  }
   return process;
+}
+
+// "mnt:[4026531841]"
+std::uint64_t ReadMountNamespace(HostView& host, const std::string& process) {
+  const auto target = host.ReadLink("/proc/" + process + "/ns/mnt");
+  std::uint64_t number = 0;
+  if (!target || !target->starts_with("mnt:[") || !target->ends_with("]")) return 0;
+  ReadNumber(std::string_view(*target).substr(5, target->size() - 6), number);
+  return number;
+}
+
+std::uint64_t ReadHostNamespace(HostView& host) {
+  const std::uint64_t number = ReadMountNamespace(host, "1");
+  return number != 0 ? number : ReadMountNamespace(host, "self");
+}
+
+bool IsSameFile(HostView& host, const std::string& path, const std::string& other) {
+  const auto facts = host.LookThrough(path);
+  const auto others = facts ? host.LookThrough(other) : std::nullopt;
+  return facts && others && facts->device == others->device && facts->inode == others->inode;
+}
+
+void TellForeignOnes(HostView& host, std::vector<Process>& processes) {
+  const std::uint64_t own = ReadHostNamespace(host);
+  if (own == 0) return;
+  for (Process& process : processes) {
+    if (process.program.path.empty() || process.program.in_memory) continue;
+    const std::uint64_t number = ReadMountNamespace(host, std::to_string(process.stat.pid));
+    if (number == 0 || number == own) continue;
+    if (!IsSameFile(host, process.program.path, FolderOf(process.stat.pid) + "/exe"))
+      process.foreign_namespace = number;
+  }
 }
 
 std::vector<Process> ReadProcesses(HostView& host, std::uint64_t own_pid) {
@@ -80,6 +118,12 @@ Program ProgramOf(const Process& process) {
   program.name = ProgramName(process);
   program.subject = program.name;
   program.file = process.program;
+  if (process.foreign_namespace != 0) {
+    // The number differs from one start of a container to the next. It is shown; what is known about the
+    // program does not hang on it.
+    program.name += " in mount namespace " + std::to_string(process.foreign_namespace);
+    program.subject += " in another mount namespace";
+  }
   return program;
 }
 

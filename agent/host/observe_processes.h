@@ -16,7 +16,21 @@ namespace zendrix::agent {
 struct Process {
   ProcessStat stat;
   ProgramFile program;  // path empty when it may not be read
+  // Of the mount namespace that the program's path belongs to; 0 where it is the host's, the file is the very
+  // one that the host has at this path, or nothing can be told.
+  std::uint64_t foreign_namespace = 0;
 };
+
+// Number of a process's mount namespace; 0 where it may not be seen. The host's is that of process 1, since
+// the Agent itself may be given one of its own; where that cannot be seen, the Agent's.
+std::uint64_t ReadMountNamespace(HostView& host, const std::string& process);
+std::uint64_t ReadHostNamespace(HostView& host);
+
+// Whether both paths lead to one file.
+bool IsSameFile(HostView& host, const std::string& path, const std::string& other);
+
+// Finds out which of these run files of other mount namespaces.
+void TellForeignOnes(HostView& host, std::vector<Process>& processes);
 
 // No value when it has ended, or is the kernel's own.
 std::optional<Process> ReadProcess(HostView& host, std::uint64_t pid);

@@ -26,7 +26,7 @@ class ProgramNamer {
   Program NameOf(const Process& process);
 
  private:
-  Program Named(const ProgramFile& file, std::uint64_t mount_namespace, const FileIdentity& identity);
+  Program Named(ProgramFile file, std::uint64_t mount_namespace, const FileIdentity& identity);
 
   HostView& host_;
   std::uint64_t host_namespace_ = 0;

@@ -297,6 +297,42 @@ TEST_F(Observers, LineOfAccountsThatCannotBeReadIsAnItemWithoutRules) {
   EXPECT_TRUE(items[0].rules.empty());
 }
 
+// A container's /usr/bin/tail was told as the host's when nobody but looks told of it.
+TEST_F(Observers, ProgramOfAnotherMountNamespaceDoesNotPassForTheHosts) {
+  host.AddProcess(1, "init", "/sbin/init");
+  host.AddProcess(10, "tail", "/usr/bin/tail");
+  host.AddProcess(11, "cat", "/usr/bin/cat");
+  host.AddProcess(12, "sh", "/usr/bin/sh");
+  host.links["/proc/1/ns/mnt"] = "mnt:[4]";
+  host.links["/proc/10/ns/mnt"] = "mnt:[5]";
+  host.links["/proc/11/ns/mnt"] = "mnt:[5]";
+  host.links["/proc/12/ns/mnt"] = "mnt:[4]";
+  host.facts["/usr/bin/tail"] = {EntryKind::kFile, 0755, 1, 1, 8, 100};
+  host.facts["/proc/10/exe"] = {EntryKind::kFile, 0755, 1, 1, 9, 100};
+  host.facts["/usr/bin/cat"] = {EntryKind::kFile, 0755, 1, 1, 8, 101};
+  host.facts["/proc/11/exe"] = {EntryKind::kFile, 0755, 1, 1, 8, 101};
+  GiveSocket(10, 77);
+  AddSocket("00000000:0016", "00000000:0000", "0A", 77);
+  const std::vector<std::string_view> monitors = {monitor::kProcesses, monitor::kPorts};
+  const auto items = ObserveItems(host, 1, monitors);
+  EXPECT_THAT(Descriptions(items),
+              ::testing::UnorderedElementsAre("/usr/bin/tail in mount namespace 5:10", "/usr/bin/cat:11",
+                                              "/usr/bin/sh:12", "22:/usr/bin/tail in mount namespace 5"));
+  EXPECT_EQ(Find(items, "/usr/bin/tail in mount namespace 5:10").program, "");
+}
+
+TEST_F(Observers, FileMayBearTheWordDeletedInItsName) {
+  host.AddProcess(10, "x", "/usr/bin/x (deleted)");
+  host.AddProcess(11, "y", "/usr/bin/y (deleted)");
+  host.facts["/usr/bin/x (deleted)"] = {EntryKind::kFile, 0755, 1, 1, 8, 100};
+  host.facts["/proc/10/exe"] = {EntryKind::kFile, 0755, 1, 1, 8, 100};
+  host.facts["/usr/bin/y (deleted)"] = {EntryKind::kFile, 0755, 1, 1, 8, 101};
+  host.facts["/proc/11/exe"] = {EntryKind::kFile, 0755, 1, 1, 8, 102};
+  const auto items = Processes();
+  EXPECT_TRUE(Find(items, "/usr/bin/x (deleted):10").rules.empty());
+  EXPECT_EQ(Find(items, "/usr/bin/y:11").rules, RuleSet({Rule::kProgramDeleted}));
+}
+
 TEST_F(Observers, HostThatShowsNothingGivesAnEmptyLook) {
   const auto seen = ObserveHost(host, 5, 1);
   EXPECT_EQ(seen.taken_ms, 5);
