@@ -13,10 +13,54 @@ bool BeginsWithAny(std::string_view text, std::initializer_list<std::string_view
   });
 }
 
+// With single slashes and without ".". Where `up`, each ".." takes the name in front of it away.
+std::string Tidied(std::string_view path, bool up) {
+  std::string tidy;
+  const bool is_absolute = path.starts_with("/");
+  while (!path.empty()) {
+    const std::size_t slash = std::min(path.find('/'), path.size());
+    const std::string_view name = path.substr(0, slash);
+    path.remove_prefix(std::min(slash + 1, path.size()));
+    if (name.empty() || name == ".") continue;
+    if (name == ".." && up && is_absolute) {
+      tidy.resize(tidy.empty() ? 0 : tidy.rfind('/'));
+      continue;
+    }
+    if (is_absolute || !tidy.empty()) tidy += '/';
+    tidy += name;
+  }
+  return tidy.empty() && is_absolute ? "/" : tidy;
+}
+
+bool HasStepUp(std::string_view path) {
+  for (std::size_t at = path.find(".."); at != std::string_view::npos; at = path.find("..", at + 1)) {
+    const bool begins = at == 0 || path[at - 1] == '/';
+    if (begins && (at + 2 == path.size() || path[at + 2] == '/')) return true;
+  }
+  return false;
+}
+
+bool IsTemporary(std::string_view tidy) {
+  return BeginsWithAny(tidy, {"/tmp/", "/var/tmp/", "/dev/shm/", "/run/shm/"});
+}
+
+// "base", or "base" with one of these characters or a digit behind it.
+bool IsThread(std::string_view name, std::string_view base, std::string_view ends) {
+  if (!name.starts_with(base)) return false;
+  if (name.size() == base.size()) return true;
+  const char next = name[base.size()];
+  return ends.find(next) != std::string_view::npos ||
+         (ends.find('0') != std::string_view::npos && next >= '0' && next <= '9');
+}
+
 }  // namespace
 
+std::string NormalPath(std::string_view path) {
+  return Tidied(path, true);
+}
+
 bool InTemporaryFolder(std::string_view path) {
-  return BeginsWithAny(path, {"/tmp/", "/var/tmp/", "/dev/shm/", "/run/shm/"});
+  return IsTemporary(Tidied(path, true)) || IsTemporary(Tidied(path, false));
 }
 
 bool IsHidden(std::string_view path) {
@@ -29,8 +73,9 @@ bool IsHidden(std::string_view path) {
 }
 
 bool InSystemFolder(std::string_view path) {
-  return BeginsWithAny(
-      path, {"/usr/", "/bin/", "/sbin/", "/lib/", "/lib64/", "/lib32/", "/opt/", "/snap/", "/nix/store/"});
+  return !HasStepUp(path) &&
+         BeginsWithAny(Tidied(path, false), {"/usr/", "/bin/", "/sbin/", "/lib/", "/lib64/", "/lib32/",
+                                             "/opt/", "/snap/", "/nix/store/"});
 }
 
 bool IsUsualPort(unsigned port) {
@@ -42,8 +87,22 @@ bool IsUsualPort(unsigned port) {
 }
 
 bool LooksLikeKernelThread(std::string_view process_name) {
-  return BeginsWithAny(process_name,
-                       {"[", "kworker", "ksoftirqd", "kthreadd", "migration/", "rcu_", "kswapd"});
+  const std::string_view name = process_name;
+  if (name.size() > 1 && name[0] == '[') return name[1] >= 'a' && name[1] <= 'z';
+  static constexpr std::string_view kWhole[] = {"kthreadd",  "khugepaged",  "khungtaskd", "kauditd",
+                                                "kdevtmpfs", "oom_reaper",  "ksmd",       "kblockd",
+                                                "kthrotld",  "kintegrityd", "rcu_gp",     "rcu_par_gp",
+                                                "rcu_sched", "rcu_bh",      "rcu_preempt"};
+  if (std::find(std::begin(kWhole), std::end(kWhole), name) != std::end(kWhole)) return true;
+  // A number or a name of the kernel's stands behind these.
+  static constexpr std::string_view kBeginnings[] = {
+      "migration/", "cpuhp/", "irq/",     "jbd2/",    "rcub/",     "rcuc/",    "rcuop/",
+      "rcuos/",     "rcuog/", "xfsaild/", "scsi_eh_", "rcu_tasks", "rcu_exp_", "idle_inject/"};
+  for (const std::string_view beginning : kBeginnings) {
+    if (name.size() > beginning.size() && name.starts_with(beginning)) return true;
+  }
+  return IsThread(name, "kworker", "/") || IsThread(name, "ksoftirqd", "/") ||
+         IsThread(name, "kswapd", "0") || IsThread(name, "kcompactd", "0");
 }
 
 }  // namespace zendrix::agent
