@@ -126,10 +126,14 @@ void Watch::Take(const Source& source, std::vector<Event>& events) {
         events.push_back(HappenedEvent(std::move(seen.item)));
         break;
       case Observation::Kind::kLost:
-        lost_ = seen.lost > std::numeric_limits<std::uint64_t>::max() - lost_ ? lost_ : lost_ + seen.lost;
+        NoteLost(seen.lost);
         break;
     }
   }
+}
+
+void Watch::NoteLost(std::uint64_t count) {
+  lost_ = count > std::numeric_limits<std::uint64_t>::max() - lost_ ? lost_ : lost_ + count;
 }
 
 void Watch::Note(const Source& source, Observation seen) {
@@ -157,14 +161,17 @@ void Watch::Look(std::vector<Event>& events) {
   seen_.clear();
   looks_->Drain(seen_);
   for (const Observation& seen : seen_) {
-    if (looks_are_new_) break;
+    if (seen.kind == Observation::Kind::kLost) NoteLost(seen.lost);
+    if (looks_are_new_) continue;
     if (seen.kind == Observation::Kind::kCame) ledger_.Came(seen.item, events);
     if (seen.kind == Observation::Kind::kWent) ledger_.Went(seen.item, events);
   }
   if (!std::exchange(looks_are_new_, false)) return;
   // The first look of new looks tells everything, also what another source told of before it failed.
   std::vector<Item> items;
-  for (Observation& seen : seen_) items.push_back(std::move(seen.item));
+  for (Observation& seen : seen_) {
+    if (seen.kind == Observation::Kind::kCame) items.push_back(std::move(seen.item));
+  }
   ledger_.Reconcile(looks_->Monitors(), items, events);
 }
 

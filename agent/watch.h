@@ -48,6 +48,7 @@ class Watch {
   bool Covers(const Source& source, std::string_view name) const;
   const Source* CoverOf(std::string_view name) const;
   void Note(const Source& source, Observation seen);
+  void NoteLost(std::uint64_t count);
   void Take(const Source& source, std::vector<Event>& events);
   void HandOver(std::vector<Event>& events);
   void Look(std::vector<Event>& events);

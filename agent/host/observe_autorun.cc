@@ -1,76 +1,151 @@
 #include "agent/host/observe_autorun.h"
 
+#include <algorithm>
+#include <utility>
+
+#include "agent/host/commands.h"
 #include "agent/host/parse_autorun.h"
 #include "agent/host/places.h"
 #include "agent/host/text.h"
+#include "agent/score/digest.h"
 
 namespace zendrix::agent {
 namespace {
 
 constexpr std::size_t kEntryLimit = 65536;  // bytes of one entry that are read
-constexpr std::size_t kFolderLimit = 2000;  // entries of one folder that are looked at
+// Whoever has an account may lay as many entries as the disk holds. A file, a folder of wanted units and each
+// command count as one, so that a look takes a bounded time and room whatever there is.
+constexpr std::size_t kOfSystem = 2000;
+constexpr std::size_t kOfAccount = 500;
+constexpr std::size_t kOfAll = 5000;
 
 constexpr const char* kDesktopFolder = "/etc/xdg/autostart";
-constexpr const char* kUnitFolders[] = {"/etc/systemd/system", "/run/systemd/system",
-                                        "/usr/local/lib/systemd/system", "/etc/systemd/user"};
+constexpr const char* kUnitFolders[] = {
+    "/etc/systemd/system", "/run/systemd/system", "/usr/local/lib/systemd/system",
+    "/etc/systemd/user",   "/run/systemd/user",   "/usr/local/lib/systemd/user"};
 constexpr const char* kOwnDesktopFolder = "/.config/autostart";
-constexpr const char* kOwnUnitFolder = "/.config/systemd/user";
+constexpr const char* kOwnUnitFolders[] = {"/.config/systemd/user", "/.local/share/systemd/user"};
 
-bool EndsWith(std::string_view text, std::string_view end) {
-  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+bool IsDesktopEntry(std::string_view name) {
+  return name.ends_with(".desktop");
+}
+bool IsUnit(std::string_view name) {
+  return name.ends_with(".service");
+}
+// A target's wanted units, as links.
+bool IsFolderOfWanted(std::string_view name) {
+  return name.ends_with(".wants") || name.ends_with(".requires");
+}
+// Drop-ins of one unit, of all whose name begins alike, or of all (systemd.unit(5)).
+bool IsFolderOfDropIns(std::string_view name) {
+  return name.ends_with(".service.d") || name == "service.d";
+}
+bool IsDropIn(std::string_view name) {
+  return name.ends_with(".conf");
+}
+bool IsFolderOfUnits(std::string_view name) {
+  return IsFolderOfWanted(name) || IsFolderOfDropIns(name);
 }
 
-Item MakeItem(const std::string& path, const std::string& command) {
+Item MakeItem(const std::string& path, const std::string& text) {
   Item item;
   item.monitor = monitor::kAutorun;
-  item.description = CleanName(path) + "=" + CleanName(command);
+  item.description = CleanName(path) + "=" + CleanName(text);
   item.subject = item.description;
-  const std::string program = ProgramOfCommand(command);
-  if (program.substr(0, 1) != "/") return item;  // a bare name is looked up in the system folders
-  item.subject = CleanName(program);
-  item.program = program;
-  if (InTemporaryFolder(program)) {
+  // What is written may be the same for two commands; a changed one counts as gone and come again.
+  item.identity = Sha256Of(path + "\n" + text);
+  item.place = path;
+  const Command command = ReadCommand(text);
+  if (!command.temporary.empty()) {
     item.rules.Add(Rule::kAutorunInTemporaryFolder);
-  } else if (!InSystemFolder(program)) {
+  } else if (command.is_outside) {
     item.rules.Add(Rule::kAutorunOutsideSystem);
   }
-  if (IsHidden(program)) item.rules.Add(Rule::kAutorunHidden);
+  if (!command.hidden.empty()) item.rules.Add(Rule::kAutorunHidden);
+  const std::string program = command.temporary.empty() ? NormalPath(command.program) : command.temporary;
+  if (!program.starts_with("/")) return item;  // a bare name is looked up in the system folders
+  item.subject = CleanName(program);
+  item.program = program;
   return item;
 }
 
-std::vector<std::string> ListSome(HostView& host, const std::string& folder) {
-  auto names = host.List(folder);
-  if (names.size() > kFolderLimit) names.resize(kFolderLimit);
-  return names;
-}
+// One look at everything that starts by itself, within its limits.
+class AutorunLook {
+ public:
+  AutorunLook(HostView& host, Shortfall* missed) : host_(host), missed_(missed) {}
 
-void AddDesktopEntries(HostView& host, const std::string& folder, std::vector<Item>& items) {
-  for (const std::string& name : ListSome(host, folder)) {
-    if (!EndsWith(name, ".desktop")) continue;
-    const std::string path = folder + "/" + name;
-    const auto text = host.ReadText(path, kEntryLimit);
-    const auto command = text ? ParseDesktopCommand(*text) : std::nullopt;
-    if (command) items.push_back(MakeItem(path, *command));
+  // What follows is one account's, or the system's.
+  void Begin(std::size_t limit) { left_of_owner_ = std::min(limit, left_of_all_); }
+
+  void AddDesktopEntries(const std::string& folder) {
+    ForEach(folder, IsDesktopEntry, [&](const std::string& path) { AddEntry(path, ParseDesktopCommands); });
   }
-}
 
-void AddUnit(HostView& host, const std::string& path, std::vector<Item>& items) {
-  const auto text = host.ReadText(path, kEntryLimit);
-  if (!text) return;
-  for (const std::string& command : ParseUnitCommands(*text)) items.push_back(MakeItem(path, command));
-}
+  // Units that lie in the folder itself, those that a target wants, and what is dropped in.
+  void AddUnits(const std::string& folder) {
+    ForEach(folder, IsUnit, [&](const std::string& path) { AddEntry(path, ParseUnitCommands); });
+    ForEach(folder, IsFolderOfUnits, [&](const std::string& below) {
+      const bool drop_ins = IsFolderOfDropIns(below.substr(below.rfind('/') + 1));
+      ForEach(below, drop_ins ? IsDropIn : IsUnit,
+              [&](const std::string& path) { AddEntry(path, ParseUnitCommands); });
+    });
+  }
 
-// Units that lie in the folder itself, and those that a target wants: a link in "NAME.wants".
-void AddUnits(HostView& host, const std::string& folder, std::vector<Item>& items) {
-  for (const std::string& name : ListSome(host, folder)) {
-    const std::string path = folder + "/" + name;
-    if (EndsWith(name, ".service")) AddUnit(host, path, items);
-    if (!EndsWith(name, ".wants") && !EndsWith(name, ".requires")) continue;
-    for (const std::string& wanted : ListSome(host, path)) {
-      if (EndsWith(wanted, ".service")) AddUnit(host, path + "/" + wanted, items);
+  std::vector<Item> items;
+
+ private:
+  using Parser = Commands (*)(std::string_view);
+
+  bool Spend() {
+    if (left_of_owner_ == 0 || left_of_all_ == 0) return false;
+    --left_of_owner_;
+    --left_of_all_;
+    return true;
+  }
+
+  void Miss(const std::string& place, std::uint64_t count) {
+    if (missed_ != nullptr && count > 0) missed_->Add(monitor::kAutorun, place, count);
+  }
+
+  template <class Visit>
+  void ForEach(const std::string& folder, bool (*wanted)(std::string_view), Visit visit) {
+    const NameList list = host_.ListSome(folder, left_of_owner_, wanted);
+    std::uint64_t left_out = list.left_out;
+    for (const std::string& name : list.names) {
+      if (Spend()) {
+        visit(folder + "/" + name);
+      } else {
+        ++left_out;
+      }
     }
+    Miss(folder, left_out);
   }
-}
+
+  void AddEntry(const std::string& path, Parser parse) {
+    const auto text = host_.ReadText(path, kEntryLimit + 1);
+    if (!text) {
+      // A unit that is switched off leads to /dev/null; only a plain file would be read by others.
+      const auto facts = host_.LookThrough(path);
+      if (facts && facts->kind == EntryKind::kFile) Miss(path, 1);
+      return;
+    }
+    Commands commands = parse(std::string_view(*text).substr(0, kEntryLimit));
+    bool is_first = true;  // paid for with the file
+    for (const std::string& command : commands.texts) {
+      if (!std::exchange(is_first, false) && !Spend()) {
+        ++commands.left_out;
+      } else {
+        items.push_back(MakeItem(path, command));
+      }
+    }
+    Miss(path, commands.left_out + (text->size() > kEntryLimit ? 1 : 0));
+  }
+
+  HostView& host_;
+  Shortfall* missed_;
+  std::size_t left_of_owner_ = 0;
+  std::size_t left_of_all_ = kOfAll;
+};
 
 bool IsPerson(const Account& account) {
   return IsLoginShell(account.shell) && account.home.size() > 1 && account.home[0] == '/';
@@ -78,31 +153,32 @@ bool IsPerson(const Account& account) {
 
 }  // namespace
 
-std::vector<Item> ObserveAutorun(HostView& host, const std::vector<Account>& accounts) {
-  std::vector<Item> items;
-  AddDesktopEntries(host, kDesktopFolder, items);
-  for (const char* folder : kUnitFolders) AddUnits(host, folder, items);
+std::vector<Item> ObserveAutorun(HostView& host, const std::vector<Account>& accounts, Shortfall* missed) {
+  AutorunLook look(host, missed);
+  look.Begin(kOfSystem);
+  look.AddDesktopEntries(kDesktopFolder);
+  for (const char* folder : kUnitFolders) look.AddUnits(folder);
   for (const Account& account : accounts) {
     if (!IsPerson(account)) continue;
-    AddDesktopEntries(host, account.home + kOwnDesktopFolder, items);
-    AddUnits(host, account.home + kOwnUnitFolder, items);
+    look.Begin(kOfAccount);
+    look.AddDesktopEntries(account.home + kOwnDesktopFolder);
+    for (const char* folder : kOwnUnitFolders) look.AddUnits(account.home + folder);
   }
-  return items;
+  return std::move(look.items);
 }
 
 std::vector<std::string> AutorunFolders(HostView& host, const std::vector<Account>& accounts) {
   std::vector<std::string> folders = {kDesktopFolder};
-  std::vector<std::string> units(std::begin(kUnitFolders), std::end(kUnitFolders));
-  for (const Account& account : accounts) {
-    if (!IsPerson(account)) continue;
-    folders.push_back(account.home + kOwnDesktopFolder);
-    units.push_back(account.home + kOwnUnitFolder);
-  }
-  for (const std::string& folder : units) {
+  const auto add = [&](const std::string& folder, std::size_t limit) {
     folders.push_back(folder);
-    for (const std::string& name : ListSome(host, folder)) {
-      if (EndsWith(name, ".wants") || EndsWith(name, ".requires")) folders.push_back(folder + "/" + name);
-    }
+    for (const std::string& name : host.ListSome(folder, limit, IsFolderOfUnits).names)
+      folders.push_back(folder + "/" + name);
+  };
+  for (const char* folder : kUnitFolders) add(folder, kOfSystem);
+  for (const Account& account : accounts) {
+    if (!IsPerson(account) || folders.size() >= kOfAll) continue;
+    folders.push_back(account.home + kOwnDesktopFolder);
+    for (const char* folder : kOwnUnitFolders) add(account.home + folder, kOfAccount);
   }
   return folders;
 }

@@ -1,13 +1,17 @@
 #include "agent/host/observe_folders.h"
 
 #include <algorithm>
+#include <functional>
+#include <iterator>
+#include <map>
 
 #include "agent/host/text.h"
 
 namespace zendrix::agent {
 namespace {
 
-constexpr std::size_t kWatchedFolderLimit = 5000;  // entries of one folder that are looked at
+constexpr std::size_t kWatchedFolderLimit = 5000;  // entries of one folder that are told
+constexpr std::size_t kMostLooks = 50000;          // names of one folder, whatever they turn out to be
 constexpr std::uint32_t kAnyExecute = 0111;
 constexpr std::uint32_t kSetUserId = 04000;
 constexpr const char* kPreloadList = "/etc/ld.so.preload";
@@ -15,9 +19,11 @@ constexpr std::size_t kPreloadLimit = 16384;
 constexpr std::size_t kMostPreloaded = 8;
 
 constexpr const char* kSystemFolders[] = {
-    "/etc/cron.d", "/etc/cron.daily", "/etc/cron.hourly", "/etc/cron.monthly", "/etc/cron.weekly",
-    "/etc/init.d", "/etc/profile.d",  "/etc/sudoers.d",   "/usr/local/bin",    "/usr/local/sbin",
+    "/etc/cron.d",      "/etc/cron.daily", "/etc/cron.hourly",         "/etc/cron.monthly",
+    "/etc/cron.weekly", "/etc/init.d",     "/etc/profile.d",           "/etc/sudoers.d",
+    "/usr/local/bin",   "/usr/local/sbin", "/var/spool/cron/crontabs",
 };
+constexpr const char* kSystemFiles[] = {"/etc/anacrontab", "/etc/crontab", "/etc/profile", "/etc/sudoers"};
 constexpr const char* kTemporaryFolders[] = {"/dev/shm", "/tmp", "/var/tmp"};
 
 Item MakeItem(std::string_view monitor_name, const std::string& path, const EntryFacts& facts) {
@@ -25,6 +31,7 @@ Item MakeItem(std::string_view monitor_name, const std::string& path, const Entr
   item.monitor = monitor_name;
   item.description = CleanName(path);
   item.subject = item.description;
+  item.place = path;
   // A file whose contents changed counts as gone and come again.
   item.identity =
       std::to_string(facts.size) + " " + std::to_string(facts.modified_ns) + " " + std::to_string(facts.mode);
@@ -38,15 +45,37 @@ RuleSet RulesOfTemporary(const std::string& name, const EntryFacts& facts) {
   return rules;
 }
 
-template <class Visit>
-void ForEachEntry(HostView& host, const std::string& folder, Visit visit) {
-  auto names = host.List(folder);
-  if (names.size() > kWatchedFolderLimit) names.resize(kWatchedFolderLimit);
-  for (const std::string& name : names) {
+bool IsProgramFile(const EntryFacts& facts) {
+  return facts.kind == EntryKind::kFile && (facts.mode & (kAnyExecute | kSetUserId)) != 0;
+}
+
+// What lies in the folder and is `wanted`; only that counts against the limit.
+template <class Wanted>
+void AddEntries(HostView& host, const std::string& folder, Wanted wanted, Shortfall* missed,
+                std::vector<Item>& items) {
+  std::map<std::string, EntryFacts, std::less<>> facts_of;
+  std::size_t looked_at = 0;
+  std::uint64_t unlooked = 0;
+  const auto list = host.ListSome(folder, kWatchedFolderLimit, [&](std::string_view name) {
+    if (++looked_at > kMostLooks) {
+      ++unlooked;
+      return false;
+    }
+    const auto facts = host.Look(folder + "/" + std::string(name));
+    if (!facts || name.empty() || !wanted(*facts)) return false;
+    if (facts_of.size() < 2 * kWatchedFolderLimit) facts_of.emplace(name, *facts);
+    return true;
+  });
+  for (const std::string& name : list.names) {
     const std::string path = folder + "/" + name;
-    const auto facts = host.Look(path);
-    if (facts && !name.empty()) visit(name, path, *facts);
+    const auto known = facts_of.find(name);
+    const auto facts = known != facts_of.end() ? known->second : host.Look(path);
+    if (!facts || !wanted(*facts)) continue;
+    items.push_back(MakeItem(monitor::kFolders, path, *facts));
+    if (IsTemporaryFolder(folder)) items.back().rules = RulesOfTemporary(name, *facts);
   }
+  const std::uint64_t left_out = list.left_out + unlooked;
+  if (missed != nullptr && left_out > 0) missed->Add(monitor::kFolders, folder, left_out);
 }
 
 // ld.so(8): names of libraries, separated by blanks, colons or line ends; "#" begins a comment. Each library
@@ -79,25 +108,30 @@ void AddPreloadList(HostView& host, std::vector<Item>& items) {
 
 }  // namespace
 
-std::vector<Item> ObserveFolders(HostView& host) {
+std::vector<Item> ObserveFolders(HostView& host, const std::set<std::string>& named, Shortfall* missed) {
   std::vector<Item> items;
-  for (const char* folder : kSystemFolders) {
-    ForEachEntry(host, folder, [&](const std::string&, const std::string& path, const EntryFacts& facts) {
-      if (facts.kind == EntryKind::kFile || facts.kind == EntryKind::kLink) {
-        items.push_back(MakeItem(monitor::kFolders, path, facts));
-      }
-    });
+  const auto is_file = [](const EntryFacts& facts) {
+    return facts.kind == EntryKind::kFile || facts.kind == EntryKind::kLink;
+  };
+  for (const char* folder : kSystemFolders) AddEntries(host, folder, is_file, missed, items);
+  for (const char* path : kSystemFiles) {
+    const auto facts = host.Look(path);
+    if (facts && is_file(*facts)) items.push_back(MakeItem(monitor::kFolders, path, *facts));
   }
   AddPreloadList(host, items);
-  for (const char* folder : kTemporaryFolders) {
-    ForEachEntry(host, folder,
-                 [&](const std::string& name, const std::string& path, const EntryFacts& facts) {
-                   if (facts.kind != EntryKind::kFile || (facts.mode & (kAnyExecute | kSetUserId)) == 0)
-                     return;
-                   items.push_back(MakeItem(monitor::kFolders, path, facts));
-                   items.back().rules = RulesOfTemporary(name, facts);
-                 });
+  const std::size_t first_temporary = items.size();
+  for (const char* folder : kTemporaryFolders) AddEntries(host, folder, IsProgramFile, missed, items);
+  std::set<std::string_view> there;
+  for (std::size_t i = first_temporary; i < items.size(); ++i) there.insert(items[i].place);
+  std::vector<Item> more;
+  for (const std::string& path : named) {
+    if (there.contains(path)) continue;
+    const auto facts = host.Look(path);
+    if (!facts || !IsProgramFile(*facts)) continue;
+    more.push_back(MakeItem(monitor::kFolders, path, *facts));
+    more.back().rules = RulesOfTemporary(path.substr(path.rfind('/') + 1), *facts);
   }
+  items.insert(items.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
   return items;
 }
 
@@ -105,6 +139,15 @@ std::vector<std::string> FoldersLookedAt() {
   std::vector<std::string> folders(std::begin(kSystemFolders), std::end(kSystemFolders));
   folders.insert(folders.end(), std::begin(kTemporaryFolders), std::end(kTemporaryFolders));
   return folders;
+}
+
+std::vector<std::string> FilesLookedAt() {
+  return {std::begin(kSystemFiles), std::end(kSystemFiles)};
+}
+
+bool IsTemporaryFolder(std::string_view folder) {
+  return std::find(std::begin(kTemporaryFolders), std::end(kTemporaryFolders), folder) !=
+         std::end(kTemporaryFolders);
 }
 
 }  // namespace zendrix::agent

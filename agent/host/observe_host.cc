@@ -28,7 +28,8 @@ Snapshot ObserveHost(HostView& host, std::int64_t now_ms, std::uint64_t own_pid)
 }
 
 std::vector<Item> ObserveItems(HostView& host, std::uint64_t own_pid,
-                               std::span<const std::string_view> monitors) {
+                               std::span<const std::string_view> monitors, const std::set<std::string>& named,
+                               Shortfall* missed) {
   const auto wanted = [&](std::string_view name) {
     return std::find(monitors.begin(), monitors.end(), name) != monitors.end();
   };
@@ -37,8 +38,8 @@ std::vector<Item> ObserveItems(HostView& host, std::uint64_t own_pid,
   if (wanted(monitor::kAccounts) || wanted(monitor::kAutorun)) accounts = ReadAccounts(host);
   if (wanted(monitor::kAccounts)) Append(items, ObserveAccounts(accounts));
   if (wanted(monitor::kLogins)) Append(items, ObserveLogins(host));
-  if (wanted(monitor::kAutorun)) Append(items, ObserveAutorun(host, accounts));
-  if (wanted(monitor::kFolders)) Append(items, ObserveFolders(host));
+  if (wanted(monitor::kAutorun)) Append(items, ObserveAutorun(host, accounts, missed));
+  if (wanted(monitor::kFolders)) Append(items, ObserveFolders(host, named, missed));
   const bool sockets = wanted(monitor::kPorts) || wanted(monitor::kConnections);
   if (!sockets && !wanted(monitor::kProcesses)) return items;
   auto processes = ReadProcesses(host, own_pid);

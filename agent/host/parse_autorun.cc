@@ -1,6 +1,7 @@
 #include "agent/host/parse_autorun.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "agent/host/text.h"
 
@@ -14,61 +15,78 @@ void SplitAssignment(std::string_view line, std::string_view& key, std::string_v
   value = sign == std::string_view::npos ? std::string_view() : Trim(line.substr(sign + 1));
 }
 
-// One word off the front; a quoted word may hold blanks.
-std::string TakeWord(std::string_view& text) {
-  text = Trim(text);
-  if (text.empty()) return {};
-  const char quote = text[0];
-  const bool quoted = quote == '"' || quote == '\'';
-  if (quoted) text.remove_prefix(1);
-  const std::size_t end = quoted ? text.find(quote) : text.find_first_of(" \t");
-  std::string word(text.substr(0, end));
-  text.remove_prefix(std::min(end == std::string_view::npos ? text.size() : end + 1, text.size()));
-  return word;
+void Add(std::string_view command, Commands& commands) {
+  if (command.empty()) return;
+  if (commands.texts.size() < kMostCommands) {
+    commands.texts.emplace_back(command);
+  } else {
+    ++commands.left_out;
+  }
 }
 
-bool IsEnv(std::string_view word) {
-  return word == "env" || word == "/usr/bin/env" || word == "/bin/env";
+bool IsComment(std::string_view line) {
+  return !line.empty() && (line[0] == '#' || line[0] == ';');
+}
+
+// Lines as the service manager joins them (systemd.syntax(7)): comments between the parts of one are passed
+// over, a blank stands for the line end.
+std::vector<std::string> JoinedLines(std::string_view text) {
+  std::vector<std::string> lines;
+  bool goes_on = false;
+  for (const std::string_view raw : SplitLines(text)) {
+    std::string_view line = Trim(raw);
+    if (IsComment(line)) continue;
+    const bool more = line.ends_with('\\');
+    if (more) line.remove_suffix(1);
+    if (goes_on) {
+      lines.back().append(" ").append(line);
+    } else {
+      lines.emplace_back(line);
+    }
+    goes_on = more;
+  }
+  return lines;
+}
+
+bool IsCommandKey(std::string_view key) {
+  static constexpr std::string_view kKeys[] = {"ExecStart",     "ExecStartPre",  "ExecStartPost",
+                                               "ExecReload",    "ExecStop",      "ExecStopPost",
+                                               "ExecCondition", "ExecReloadPost"};
+  return std::find(std::begin(kKeys), std::end(kKeys), key) != std::end(kKeys);
 }
 
 }  // namespace
 
-std::optional<std::string> ParseDesktopCommand(std::string_view text) {
+Commands ParseDesktopCommands(std::string_view text) {
   bool in_entry = false;
-  std::optional<std::string> command;
+  bool says_hidden = false;
+  bool says_shown = false;
+  Commands commands;
   for (std::string_view line : SplitLines(text)) {
     line = Trim(line);
-    if (!line.empty() && line[0] == '[') in_entry = line == "[Desktop Entry]";
-    if (!in_entry) continue;
+    if (!line.empty() && line[0] == '[') in_entry = line.starts_with("[Desktop Entry]");
+    if (!in_entry || IsComment(line)) continue;
     std::string_view key;
     std::string_view value;
     SplitAssignment(line, key, value);
-    if (key == "Hidden" && value == "true") return {};
-    if (key == "Exec" && !value.empty() && !command) command = std::string(value);
+    if (key == "Hidden") (value == "true" ? says_hidden : says_shown) = true;
+    // Some desktops read the key with a mark behind it: "Exec[$e]".
+    if (key.substr(0, key.find('[')) == "Exec") Add(value, commands);
   }
-  return command;
+  return says_hidden && !says_shown ? Commands() : commands;
 }
 
-std::vector<std::string> ParseUnitCommands(std::string_view text) {
-  std::vector<std::string> commands;
-  for (const std::string_view line : SplitLines(text)) {
+Commands ParseUnitCommands(std::string_view text) {
+  Commands commands;
+  for (const std::string& line : JoinedLines(text)) {
     std::string_view key;
     std::string_view value;
     SplitAssignment(line, key, value);
-    if (key != "ExecStart" && key != "ExecStartPre" && key != "ExecStartPost") continue;
-    value.remove_prefix(std::min(value.find_first_not_of("@-:+!"), value.size()));
-    if (!value.empty()) commands.emplace_back(value);
+    if (!IsCommandKey(key)) continue;
+    value.remove_prefix(std::min(value.find_first_not_of("@-:+!|"), value.size()));
+    Add(value, commands);
   }
   return commands;
-}
-
-std::string ProgramOfCommand(std::string_view command) {
-  std::string word = TakeWord(command);
-  if (!IsEnv(word)) return word;
-  do {
-    word = TakeWord(command);
-  } while (word.find('=') != std::string::npos || word.substr(0, 1) == "-");
-  return word;
 }
 
 }  // namespace zendrix::agent

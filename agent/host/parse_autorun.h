@@ -2,21 +2,29 @@
 // what cannot be read gives no command.
 #pragma once
 
-#include <optional>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace zendrix::agent {
 
-// Command of a desktop entry; no value when the entry has none or is switched off ("Hidden=true").
-std::optional<std::string> ParseDesktopCommand(std::string_view text);
+// No more commands than this are taken from one file.
+inline constexpr std::size_t kMostCommands = 16;
 
-// Commands that a service unit runs, "ExecStart=" and its neighbours, without systemd's prefix characters.
-std::vector<std::string> ParseUnitCommands(std::string_view text);
+// What one file starts.
+struct Commands {
+  std::vector<std::string> texts;
+  std::uint64_t left_out = 0;  // further ones than kMostCommands
+};
 
-// The program that a command line runs: its first word, quotes removed; behind "env" with assignments, the
-// first word that is none. Empty when there is none.
-std::string ProgramOfCommand(std::string_view command);
+// Commands of a desktop entry that any desktop would run; none when all would take it for switched off
+// ("Hidden=true"). Of a key that stands twice some take the first, others the last.
+Commands ParseDesktopCommands(std::string_view text);
+
+// Commands that a service unit, or a drop-in of one, runs at any time of its life ("ExecStart=" and its
+// neighbours, systemd.service(5)), without systemd's prefix characters. A line that ends in a backslash goes
+// on in the next one.
+Commands ParseUnitCommands(std::string_view text);
 
 }  // namespace zendrix::agent

@@ -13,7 +13,8 @@ namespace {
 
 constexpr std::array<std::string_view, 4> kNoticedMonitors = {monitor::kAccounts, monitor::kLogins,
                                                               monitor::kAutorun, monitor::kFolders};
-constexpr int kMostReads = 16;       // of one Drain, 64 KB each
+constexpr int kMostReads = 16;  // of one Drain, 64 KB each
+constexpr std::size_t kMostNamed = 5000;
 constexpr std::int64_t kShare = 50;  // a look is paid for by this many times its length without one
 
 }  // namespace
@@ -28,9 +29,15 @@ std::span<const std::string_view> NoticeSource::Monitors() const {
 
 SourceLevel NoticeSource::level() const {
   if (!stream_) return {Level::kNone, "inotify", refusal_};
-  if (unwatched_ == 0) return {Level::kNotices, "inotify", ""};
-  return {Level::kNotices, "inotify",
-          std::to_string(unwatched_) + " folders are looked at once a minute: " + why_unwatched_};
+  std::string reason;
+  const auto add = [&](const std::string& more) { reason += (reason.empty() ? "" : "; ") + more; };
+  if (unwatched_ > 0)
+    add(std::to_string(unwatched_) + " folders are looked at once a minute: " + why_unwatched_);
+  for (const std::string& folder : unreadable_) add(folder + " may not be read");
+  if (has_links_) add("what links among the autorun entries lead to is looked at once a minute");
+  if (differences_.left_out() > 0)
+    add(std::to_string(differences_.left_out()) + " entries are too many to look at, or may not be read");
+  return {Level::kNotices, "inotify", reason};
 }
 
 void NoticeSource::Drain(std::vector<Observation>& into) {
@@ -69,13 +76,16 @@ void NoticeSource::Take(const Notice& notice, std::int64_t now_ms) {
   const auto folder = watched_.find(notice.folder);
   if (folder == watched_.end()) return;
   for (const Wanted& wanted : folder->second) {
+    if (wanted.in_temporary && !notice.name.empty() && named_.size() < kMostNamed)
+      named_.insert(wanted.folder + "/" + notice.name);
     if (notice.moved || wanted.name.empty() || wanted.name == notice.name) {
       Note(wanted.monitor, now_ms);
       must_arm_ = must_arm_ || notice.moved || wanted.is_above;
     }
   }
   // Units that another one wants are links in folders of their own.
-  const bool is_units = notice.name.ends_with(".wants") || notice.name.ends_with(".requires");
+  const bool is_units = notice.name.ends_with(".wants") || notice.name.ends_with(".requires") ||
+                        notice.name.ends_with("service.d");
   must_arm_ = must_arm_ || is_units || notice.name == "passwd";
 }
 
@@ -87,9 +97,12 @@ void NoticeSource::Note(std::string_view monitor_name, std::int64_t now_ms) {
 void NoticeSource::Arm() {
   watched_.clear();
   unwatched_ = 0;
+  unreadable_.clear();
   Want("/etc", monitor::kAccounts, "passwd");
   Want("/etc", monitor::kFolders, "ld.so.preload");
   Want("/run", monitor::kLogins, "utmp");
+  for (const std::string& path : FilesLookedAt())
+    Want(path.substr(0, path.rfind('/')), monitor::kFolders, path.substr(path.rfind('/') + 1));
   for (const std::string& folder : FoldersLookedAt()) Want(folder, monitor::kFolders, "");
   for (const std::string& folder : AutorunFolders(host_, ReadAccounts(host_))) {
     Want(folder, monitor::kAutorun, "");
@@ -98,7 +111,7 @@ void NoticeSource::Arm() {
 
 void NoticeSource::Want(const std::string& folder, std::string_view monitor_name, const std::string& name) {
   std::string path = folder;
-  Wanted wanted = {monitor_name, name, false};
+  Wanted wanted = {monitor_name, name, folder, false, IsTemporaryFolder(folder) && name.empty()};
   for (;;) {
     const auto number = stream_->Watch(path);
     if (number) {
@@ -107,30 +120,35 @@ void NoticeSource::Want(const std::string& folder, std::string_view monitor_name
     }
     const std::size_t slash = path.rfind('/');
     if (number.error().kind != platform::ErrorKind::kNotFound || slash == 0 || slash == std::string::npos) {
-      // What may not be entered cannot be looked at either.
-      if (number.error().kind == platform::ErrorKind::kPermissionDenied) return;
+      // What may not be entered cannot be looked at either. Of a system folder that is worth a word; the
+      // folders of other people are closed on every computer.
+      if (number.error().kind == platform::ErrorKind::kPermissionDenied) {
+        if (monitor_name == monitor::kFolders) unreadable_.push_back(path);
+        return;
+      }
       ++unwatched_;
       why_unwatched_ = number.error().text;
       return;
     }
-    wanted = {monitor_name, path.substr(slash + 1), true};
+    wanted = {monitor_name, path.substr(slash + 1), path.substr(0, slash), true, false};
     path.resize(slash);
   }
 }
 
 void NoticeSource::Look(const std::vector<std::string_view>& monitors, std::vector<Observation>& into) {
-  std::map<std::string_view, std::vector<Item>> seen;
-  for (const std::string_view name : monitors) {
-    seen[name];
-    pending_.erase(name);
+  for (const std::string_view name : monitors) pending_.erase(name);
+  // What was named and is gone by now needs no further look.
+  std::erase_if(named_, [&](const std::string& path) { return !host_.Look(path); });
+  Shortfall missed;
+  auto items = ObserveItems(host_, 0, monitors, named_, &missed);
+  if (std::find(monitors.begin(), monitors.end(), monitor::kAutorun) != monitors.end()) {
+    has_links_ = std::any_of(items.begin(), items.end(), [&](const Item& item) {
+      const auto facts =
+          item.monitor == monitor::kAutorun ? host_.Look(item.place) : std::optional<EntryFacts>();
+      return facts && facts->kind == EntryKind::kLink;
+    });
   }
-  for (Item& item : ObserveItems(host_, 0, monitors)) seen[item.monitor].push_back(std::move(item));
-  for (auto& [name, items] : seen) {
-    auto difference = Compare(before_[name], items);
-    for (Item& item : difference.removed) into.push_back({Observation::Kind::kWent, 0, std::move(item), 0});
-    for (Item& item : difference.added) into.push_back({Observation::Kind::kCame, 0, std::move(item), 0});
-    before_[name] = std::move(items);
-  }
+  differences_.Take(host_, monitors, std::move(items), missed, into);
 }
 
 std::unique_ptr<NoticeSource> MakeNoticeSource(HostView& host, platform::Clock& clock) {

@@ -12,10 +12,12 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "agent/host/host_view.h"
+#include "agent/sources/differences.h"
 #include "agent/sources/notice_stream.h"
 #include "agent/sources/source.h"
 #include "platform/clock.h"
@@ -42,8 +44,10 @@ class NoticeSource : public Source {
  private:
   struct Wanted {
     std::string_view monitor;
-    std::string name;       // the only entry that matters; empty: all do
+    std::string name;  // the only entry that matters; empty: all do
+    std::string folder;
     bool is_above = false;  // the folder wanted lies below and does not exist yet
+    bool in_temporary = false;
   };
   struct Pending {
     std::int64_t first_ms = 0;
@@ -63,9 +67,13 @@ class NoticeSource : public Source {
   std::map<int, std::vector<Wanted>> watched_;
   std::size_t unwatched_ = 0;
   std::string why_unwatched_;
+  std::vector<std::string> unreadable_;  // system folders
+  bool has_links_ = false;  // of autorun entries: their files lie in folders that are not watched
   bool must_arm_ = true;
   std::map<std::string_view, Pending> pending_;  // by monitor
-  std::map<std::string_view, std::vector<Item>> before_;
+  Differences differences_;
+  std::set<std::string>
+      named_;  // files of temporary folders that notices named, for as long as they are there
   std::int64_t not_before_ms_ = 0;
   std::optional<std::int64_t> next_look_ms_;
 };

@@ -25,11 +25,9 @@ void PollingSource::Drain(std::vector<Observation>& into) {
   if (now < next_ms_) return;
   // After a look that took longer than the interval the beat starts anew.
   next_ms_ = std::max(next_ms_ + interval_ms_, now);
-  auto seen = ObserveItems(host_, own_pid_, monitors_);
-  auto difference = Compare(before_, seen);
-  for (Item& item : difference.removed) into.push_back({Observation::Kind::kWent, 0, std::move(item), 0});
-  for (Item& item : difference.added) into.push_back({Observation::Kind::kCame, 0, std::move(item), 0});
-  before_ = std::move(seen);
+  Shortfall missed;
+  auto items = ObserveItems(host_, own_pid_, monitors_, {}, &missed);
+  differences_.Take(host_, monitors_, std::move(items), missed, into);
 }
 
 std::string WhatLooksCannotTell(HostView& host) {

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "agent/host/host_view.h"
+#include "agent/sources/differences.h"
 #include "agent/sources/source.h"
 #include "platform/clock.h"
 
@@ -29,7 +30,7 @@ class PollingSource : public Source {
   const std::uint64_t own_pid_;
   const std::int64_t interval_ms_;
   const std::vector<std::string_view> monitors_;
-  std::vector<Item> before_;
+  Differences differences_;
   std::int64_t next_ms_;
 };
 

@@ -6,10 +6,12 @@
 #include <string>
 #include <string_view>
 
+#include "agent/host/commands.h"
 #include "agent/host/parse_accounts.h"
 #include "agent/host/parse_autorun.h"
 #include "agent/host/parse_network.h"
 #include "agent/host/parse_processes.h"
+#include "agent/host/places.h"
 #include "agent/host/text.h"
 #include "agent/record/lines.h"
 
@@ -60,7 +62,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (const auto percent = ParseMemoryPercent(text)) Require(*percent >= 0 && *percent <= 100);
   ParseAccounts(text);
   for (const Login& login : ParseLogins(text)) Require(login.user.size() <= 32 && login.host.size() <= 256);
-  ParseDesktopCommand(text);
-  for (const std::string& command : ParseUnitCommands(text)) ProgramOfCommand(command);
+  Require(ParseDesktopCommands(text).texts.size() <= kMostCommands);
+  for (const std::string& command : ParseUnitCommands(text).texts) ReadCommand(command);
+  const Command command = ReadCommand(text);
+  Require(command.program.size() <= text.size());
+  Require(NormalPath(text).find("//") == std::string::npos);
+  if (InSystemFolder(text)) Require(!InTemporaryFolder(text));
+  LooksLikeKernelThread(text);
   return 0;
 }

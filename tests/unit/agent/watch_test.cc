@@ -170,6 +170,23 @@ TEST_F(WatchTest, LossesAddUpUntilTheyAreTaken) {
   EXPECT_EQ(watch.TakeLost(), 0U);
 }
 
+// Both by the first look and by a later one.
+TEST_F(WatchTest, WhatLooksLeaveOutIsALoss) {
+  std::string commands;
+  for (int i = 0; i < 20; ++i) commands += "ExecStart=/usr/bin/a" + std::to_string(i) + "\n";
+  host.texts["/etc/systemd/system/a.service"] = commands;
+  Watch watch = Make({});
+  watch.Turn();
+  EXPECT_EQ(watch.TakeLost(), 4U);
+  host.texts["/etc/systemd/system/b.service"] = commands;
+  clock.Advance(60000);
+  watch.Turn();
+  EXPECT_EQ(watch.TakeLost(), 4U);
+  clock.Advance(60000);
+  watch.Turn();
+  EXPECT_EQ(watch.TakeLost(), 0U);
+}
+
 TEST_F(WatchTest, KernelThatTellsOfNoModulesIsNotSaidToTellOfThem) {
   events.SetLevel({Level::kEvents, "test", "it loads none"});
   Watch watch = Make({&events});

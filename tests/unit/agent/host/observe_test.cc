@@ -333,6 +333,15 @@ TEST_F(Observers, FileMayBearTheWordDeletedInItsName) {
   EXPECT_EQ(Find(items, "/usr/bin/y:11").rules, RuleSet({Rule::kProgramDeleted}));
 }
 
+TEST_F(Observers, FilesThatRuleCronShellsAndRightsAreLookedAt) {
+  for (const char* path :
+       {"/etc/anacrontab", "/etc/crontab", "/etc/profile", "/etc/sudoers", "/var/spool/cron/crontabs/ann"})
+    host.facts[path] = {EntryKind::kFile, 0600, 5, 1};
+  EXPECT_THAT(Descriptions(ObserveFolders(host)),
+              ::testing::UnorderedElementsAre("/etc/anacrontab", "/etc/crontab", "/etc/profile",
+                                              "/etc/sudoers", "/var/spool/cron/crontabs/ann"));
+}
+
 TEST_F(Observers, HostThatShowsNothingGivesAnEmptyLook) {
   const auto seen = ObserveHost(host, 5, 1);
   EXPECT_EQ(seen.taken_ms, 5);

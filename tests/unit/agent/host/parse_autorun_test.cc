@@ -3,42 +3,65 @@
 namespace zendrix::agent {
 namespace {
 
-TEST(ParseDesktopCommand, ReadsTheEntrysOwnCommand) {
-  EXPECT_EQ(ParseDesktopCommand("# c\n[Desktop Entry]\nName=x\nExec = /usr/bin/x --a=b\n"
-                                "[Desktop Action new]\nExec=/tmp/y\n"),
-            "/usr/bin/x --a=b");
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+TEST(ParseDesktopCommands, ReadsTheEntrysOwnCommand) {
+  EXPECT_THAT(ParseDesktopCommands("# c\n[Desktop Entry]\nName=x\nExec = /usr/bin/x --a=b\n"
+                                   "[Desktop Action new]\nExec=/tmp/y\n")
+                  .texts,
+              ElementsAre("/usr/bin/x --a=b"));
 }
 
-TEST(ParseDesktopCommand, SwitchedOffEntryGivesNothing) {
-  EXPECT_FALSE(ParseDesktopCommand("[Desktop Entry]\nExec=x\nHidden=true\n"));
+TEST(ParseDesktopCommands, SwitchedOffEntryGivesNothing) {
+  EXPECT_THAT(ParseDesktopCommands("[Desktop Entry]\nExec=x\nHidden=true\n").texts, IsEmpty());
 }
 
-TEST(ParseDesktopCommand, OnlyHiddenTrueSwitchesOff) {
-  EXPECT_EQ(ParseDesktopCommand("[Desktop Entry]\nHidden=false\nTerminal=true\nExec=x\n"), "x");
+// Of two keys one desktop takes the first and another the last, so both count.
+TEST(ParseDesktopCommands, WhateverAnyDesktopWouldRunIsTold) {
+  EXPECT_THAT(ParseDesktopCommands("[Desktop Entry]\nExec=/usr/bin/x\nExec=/tmp/evil\n").texts,
+              ElementsAre("/usr/bin/x", "/tmp/evil"));
+  EXPECT_THAT(ParseDesktopCommands("[Desktop Entry]\nHidden=true\nHidden=false\nExec=/tmp/evil\n").texts,
+              ElementsAre("/tmp/evil"));
+  EXPECT_THAT(ParseDesktopCommands("[Desktop Entry]\nExec[$e]=/tmp/evil\n").texts, ElementsAre("/tmp/evil"));
+  EXPECT_THAT(ParseDesktopCommands("[Desktop Entry]\nTryExec=/usr/bin/x\n").texts, IsEmpty());
 }
 
-TEST(ParseDesktopCommand, CommandOutsideTheEntryIsNone) {
-  EXPECT_FALSE(ParseDesktopCommand("Exec=/tmp/y\n[Other]\nExec=/tmp/z\n"));
-  EXPECT_FALSE(ParseDesktopCommand("[Desktop Entry]\nExec=\n"));
-  EXPECT_FALSE(ParseDesktopCommand(""));
+TEST(ParseDesktopCommands, OnlyHiddenTrueSwitchesOff) {
+  EXPECT_THAT(ParseDesktopCommands("[Desktop Entry]\nHidden=false\nTerminal=true\nExec=x\n").texts,
+              ElementsAre("x"));
+}
+
+TEST(ParseDesktopCommands, CommandOutsideTheEntryIsNone) {
+  EXPECT_THAT(ParseDesktopCommands("Exec=/tmp/y\n[Other]\nExec=/tmp/z\n").texts, IsEmpty());
+  EXPECT_THAT(ParseDesktopCommands("[Desktop Entry]\nExec=\n#Exec=/tmp/y\n").texts, IsEmpty());
+  EXPECT_THAT(ParseDesktopCommands("").texts, IsEmpty());
 }
 
 TEST(ParseUnitCommands, ReadsEveryCommandWithoutItsPrefix) {
-  EXPECT_THAT(ParseUnitCommands(
-                  "[Service]\nExecStartPre=-/bin/a\nExecStart=@+!/bin/b c\nExecStop=/bin/d\nExecStart=\n"),
-              ::testing::ElementsAre("/bin/a", "/bin/b c"));
+  EXPECT_THAT(ParseUnitCommands("[Service]\nExecStartPre=-/bin/a\nExecStart=@+!/bin/b c\nExecStart=\n").texts,
+              ElementsAre("/bin/a", "/bin/b c"));
 }
 
-TEST(ProgramOfCommand, IsTheFirstWord) {
-  EXPECT_EQ(ProgramOfCommand("/usr/bin/x --y"), "/usr/bin/x");
-  EXPECT_EQ(ProgramOfCommand("\"/opt/my app/x\" -z"), "/opt/my app/x");
-  EXPECT_EQ(ProgramOfCommand("\"/opt/open"), "/opt/open");
-  EXPECT_EQ(ProgramOfCommand("  "), "");
+TEST(ParseUnitCommands, EveryTimeOfAUnitsLifeCounts) {
+  for (const char* key : {"ExecStart", "ExecStartPre", "ExecStartPost", "ExecReload", "ExecStop",
+                          "ExecStopPost", "ExecCondition"}) {
+    EXPECT_THAT(ParseUnitCommands(std::string(key) + "=/tmp/x\n").texts, ElementsAre("/tmp/x")) << key;
+  }
+  EXPECT_THAT(ParseUnitCommands("ExecSearchPath=/tmp/x\n; ExecStart=/tmp/y\n").texts, IsEmpty());
 }
 
-TEST(ProgramOfCommand, LooksBehindEnv) {
-  EXPECT_EQ(ProgramOfCommand("env A=1 -i /tmp/x"), "/tmp/x");
-  EXPECT_EQ(ProgramOfCommand("/usr/bin/env"), "");
+TEST(ParseUnitCommands, LineGoesOnBehindABackslash) {
+  EXPECT_THAT(ParseUnitCommands("ExecStart=/bin/a \\\n# a word\n  /tmp/x \\\n y\nExecStop=/bin/b\\").texts,
+              ElementsAre("/bin/a  /tmp/x  y", "/bin/b"));
+}
+
+TEST(ParseUnitCommands, OfVeryManyTheFirstAreTakenAndTheOthersCounted) {
+  std::string text;
+  for (int i = 0; i < 20; ++i) text += "ExecStart=/bin/a" + std::to_string(i) + "\n";
+  const Commands commands = ParseUnitCommands(text);
+  EXPECT_EQ(commands.texts.size(), kMostCommands);
+  EXPECT_EQ(commands.left_out, 20 - kMostCommands);
 }
 
 }  // namespace

@@ -22,7 +22,8 @@ using ::testing::IsEmpty;
 class NoticeTest : public testing::Test {
  protected:
   NoticeTest() {
-    script.folders = {"/etc", "/run", "/tmp", "/var/tmp", "/dev/shm", "/usr", "/etc/cron.d", "/home/ann"};
+    script.folders = {"/etc", "/var/spool/cron", "/run",     "/tmp", "/var/tmp", "/dev/shm",
+                      "/usr", "/etc/cron.d",     "/home/ann"};
     host.texts["/etc/passwd"] = "ann:x:1000:1000::/home/ann:/bin/bash\n";
   }
 
@@ -31,8 +32,13 @@ class NoticeTest : public testing::Test {
     std::vector<Observation> seen;
     source.Drain(seen);
     std::vector<std::string> texts;
-    for (const Observation& one : seen)
+    for (const Observation& one : seen) {
+      if (one.kind == Observation::Kind::kLost) {
+        texts.push_back("lost " + std::to_string(one.lost));
+        continue;
+      }
       texts.push_back((one.kind == Observation::Kind::kCame ? "+" : "-") + one.item.description);
+    }
     return texts;
   }
   std::vector<std::string> DrainLater(std::int64_t milliseconds = NoticeSource::kQuietMs) {
@@ -134,6 +140,44 @@ TEST_F(NoticeTest, FolderThatCannotBeWatchedIsTold) {
   Drain();
   EXPECT_EQ(source.level().level, Level::kNotices);
   EXPECT_EQ(source.level().reason, "1 folders are looked at once a minute: too many watches");
+}
+
+TEST_F(NoticeTest, SystemFolderThatMayNotBeReadIsTold) {
+  script.refused["/var/spool/cron/crontabs"] = {platform::ErrorKind::kPermissionDenied, "refused"};
+  Drain();
+  EXPECT_EQ(source.level().reason, "/var/spool/cron/crontabs may not be read");
+}
+
+TEST_F(NoticeTest, FilesThatRuleCronAndRightsAreWatched) {
+  Drain();
+  for (const char* name : {"crontab", "anacrontab", "profile", "sudoers"}) {
+    AddJob(std::string("/etc/") + name);
+    script.Change("/etc", name, IN_CLOSE_WRITE);
+    EXPECT_THAT(DrainLater(), ElementsAre(std::string("+/etc/") + name));
+  }
+}
+
+TEST_F(NoticeTest, ProgramBehindTheLimitOfATemporaryFolderIsToldOnceItIsNamed) {
+  for (int i = 0; i < 5000; ++i) AddJob("/tmp/" + std::to_string(i));
+  Drain();
+  AddJob("/tmp/zz");
+  AddJob("/tmp/zy");
+  script.Change("/tmp", "zz", IN_CLOSE_WRITE);
+  EXPECT_THAT(DrainLater(), ::testing::UnorderedElementsAre("+/tmp/zz", "lost 2"));
+  EXPECT_THAT(source.level().reason, HasSubstr("2 entries are too many to look at"));
+  AddJob("/tmp/zz");
+  script.Change("/tmp", "0", IN_CLOSE_WRITE);
+  EXPECT_THAT(DrainLater(), IsEmpty()) << "it is still there";
+  host.facts.erase("/tmp/zz");
+  script.Change("/tmp", "zz", IN_DELETE);
+  EXPECT_THAT(DrainLater(), ElementsAre("-/tmp/zz"));
+}
+
+TEST_F(NoticeTest, LevelSaysThatFilesBehindLinksAreNotFollowed) {
+  host.texts["/etc/systemd/system/a.service"] = "ExecStart=/usr/bin/a\n";
+  host.facts["/etc/systemd/system/a.service"] = {EntryKind::kLink, 0777, 5, 1};
+  Drain();
+  EXPECT_EQ(source.level().reason, "what links among the autorun entries lead to is looked at once a minute");
 }
 
 TEST_F(NoticeTest, WithoutAStreamThereIsOnlyTheReason) {
