@@ -114,13 +114,31 @@ bool IsMeant(const Subject& subject, std::string_view local, std::string_view re
   return there.address == address && (there.port == port || EndpointOf(local).port == port);
 }
 
-// Sockets that the event may speak of: "socket:[4711]", as a process's list of open files names them.
-std::set<std::string> SocketsOf(const Subject& subject, const Outside& outside) {
+// Where the computer's tables of sockets are. A service with a sandbox may live in a network of its own,
+// whose tables are empty, so they are read as the first process sees them. Empty when none can be read.
+std::string FolderOfTables(const Outside& outside) {
+  for (const char* folder : {"/1/net", "/net"}) {
+    if (::access((outside.proc + folder + "/tcp").c_str(), R_OK) == 0) return outside.proc + folder;
+  }
+  return "";
+}
+
+// Sockets that the event may speak of: "socket:[4711]", as a process's list of open files names them. Nothing
+// when they cannot be read, which is not the same as none.
+std::optional<std::set<std::string>> SocketsOf(const Subject& subject, const Outside& outside) {
   const bool listening = subject.kind == DescriptionKind::kListeningPort;
+  const std::string folder = FolderOfTables(outside);
   std::set<std::string> sockets;
-  for (const char* table : {"/net/tcp", "/net/tcp6"}) {
-    const std::string text = TextOf(outside.proc + table).value_or("");
-    for (const auto line : LinesOf(text)) {
+  for (const char* table : {"/tcp", "/tcp6"}) {
+    const auto text = TextOf(folder + table);
+    if (!text) {
+      // A computer without IPv6 has no table of it.
+      const bool has_none =
+          !folder.empty() && ::access((folder + table).c_str(), F_OK) != 0 && errno == ENOENT;
+      if (!has_none) return std::nullopt;
+      continue;
+    }
+    for (const auto line : LinesOf(*text)) {
       // "0: 0100007F:1F90 00000000:0000 0A 00000000:00000000 00:00000000 00000000 1000 0 4711 ..."
       const auto words = WordsOf(line);
       if (words.size() < 10 || words[9] == "0" || (words[3] == kListening) != listening) continue;
@@ -234,8 +252,9 @@ void RequireTheProgram(const Subject& subject, const Event& told, const Outside&
   } else if (subject.kind == DescriptionKind::kListeningPort ||
              subject.kind == DescriptionKind::kConnection) {
     const auto sockets = SocketsOf(subject, outside);
-    if (!sockets.empty()) {
-      Holders holders = HoldersOf(sockets, outside);
+    if (!sockets) RefuseState(ProgramState::kUnknown, NameToTell(subject.file.place.path));
+    if (!sockets->empty()) {
+      Holders holders = HoldersOf(*sockets, outside);
       processes = std::move(holders.processes);
       unseen = std::move(holders.unseen);
     }

@@ -622,6 +622,40 @@ TEST_F(MayTakeTest, APortThatSomebodyHoldsWhoMayNotBeLookedAtProvesNothing) {
   ExpectKept(Of(kPorts, "8080:" + path), path, "It cannot be told whether the program of this event is");
 }
 
+// A service in a network of its own finds nothing in its own tables.
+TEST_F(MayTakeTest, PortsAreThoseOfTheFirstProcessesNetwork) {
+  const std::string path = Make("server");
+  std::filesystem::create_directory(proc_ + "/1/net");
+  Write(proc_ + "/1/net/tcp", "  sl\n" + Socket("00000000:1F90", "00000000:0000", "0A", "777") +
+                                  Socket("0100007F:A000", "0700000A:01BB", "01", "778"));
+  Write(proc_ + "/1/net/tcp6", "  sl\n");
+  Run("60", Make("other"));
+  Listen("60", "777");
+  std::filesystem::create_symlink("socket:[778]", proc_ + "/60/fd/8");
+  ExpectKept(Of(kPorts, "8080:" + path), path, "is not the file \"server\"");
+  ExpectKept(Of(kConnections, "10.0.0.7:443:" + path), path, "is not the file \"server\"");
+  ExpectTaken(Of(kPorts, "8081:" + path), path);
+  // Its own, where the first one's are out of sight.
+  std::filesystem::remove_all(proc_ + "/1/net");
+  ExpectTaken(Of(kPorts, "8080:" + path), path);
+}
+
+TEST_F(MayTakeTest, APortInATableThatCannotBeReadIsNotHeldByNobody) {
+  const std::string path = Make("server");
+  for (const char* description : {"8080:", "10.0.0.7:443:"}) {
+    const Event event = Of(*description == '8' ? kPorts : kConnections, description + path);
+    // No IPv6 on this computer.
+    std::filesystem::remove(proc_ + "/net/tcp6");
+    ExpectTaken(event, path);
+    std::filesystem::create_directory(proc_ + "/net/tcp6");
+    ExpectKept(event, path, "It cannot be told whether the program of this event is");
+    std::filesystem::remove(proc_ + "/net/tcp6");
+    std::filesystem::rename(proc_ + "/net/tcp", proc_ + "/net/elsewhere");
+    ExpectKept(event, path, "It cannot be told whether the program of this event is");
+    std::filesystem::rename(proc_ + "/net/elsewhere", proc_ + "/net/tcp");
+  }
+}
+
 TEST_F(MayTakeTest, WhenNobodyListensAnyMoreTheFileMustBeUnchanged) {
   const std::string path = Make("server");
   // A connection from that port, and a socket that is nobody's any more, are no listeners.

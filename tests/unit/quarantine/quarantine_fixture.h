@@ -122,6 +122,8 @@ class QuarantineTest : public testing::Test {
     std::filesystem::create_directories(records_ + "/info");
     std::filesystem::create_directories(proc_ + "/self/ns");
     std::filesystem::create_directories(proc_ + "/net");
+    for (const char* table : {"/net/tcp", "/net/tcp6"})
+      std::ofstream(proc_ + table) << "  sl  local_address\n";
     std::ofstream(proc_ + "/self/ns/mnt") << "own";
     std::filesystem::create_directories(proc_ + "/1");
     std::ofstream(proc_ + "/1/stat") << "1 (init) S 0\n";
