@@ -47,14 +47,22 @@ std::string KeyOf(const Item& item) {
   return IsSocket(item) ? key : key + "\n" + item.identity;
 }
 
+// Together kMostItems.
+std::size_t Ledger::MostOf(std::string_view monitor_name) {
+  if (monitor_name == monitor::kProcesses || monitor_name == monitor::kFolders ||
+      monitor_name == monitor::kAutorun)
+    return 5000;
+  if (monitor_name == monitor::kConnections) return 2500;
+  return monitor_name == monitor::kLogins ? 500 : 1000;
+}
+
 void Ledger::Came(Item item, std::vector<Event>& events) {
   std::string key = KeyOf(item);
   const auto known = entries_.find(key);
   if (known == entries_.end()) {
-    if (entries_.size() >= kMostItems) {
-      ++left_out_;
-      return;
-    }
+    Places& places = places_[item.monitor];
+    if (places.taken >= MostOf(item.monitor)) return LeaveOut(places, std::move(key), std::move(item));
+    ++places.taken;
     entries_.emplace(std::move(key), Entry{item, next_order_++});
     events.push_back(CameEvent(std::move(item)));
     return;
@@ -70,10 +78,42 @@ void Ledger::Came(Item item, std::vector<Event>& events) {
 }
 
 void Ledger::Went(const Item& item, std::vector<Event>& events) {
-  const auto known = entries_.find(KeyOf(item));
-  if (known == entries_.end()) return;
+  const std::string key = KeyOf(item);
+  Places& places = places_[item.monitor];
+  const auto known = entries_.find(key);
+  if (known == entries_.end()) return StopWaiting(places, key);
   events.push_back(WentEvent(std::move(known->second.item)));
   entries_.erase(known);
+  --places.taken;
+  FillPlaces(item.monitor, events);
+}
+
+void Ledger::LeaveOut(Places& places, std::string key, Item item) {
+  const auto waits = places.waits.find(key);
+  if (waits != places.waits.end()) {
+    places.waiting[waits->second] = std::move(item);
+    return;
+  }
+  ++left_out_;
+  if (places.waiting.size() >= kMostWaiting) return;
+  places.waits.emplace(std::move(key), next_order_);
+  places.waiting.emplace(next_order_++, std::move(item));
+}
+
+void Ledger::StopWaiting(Places& places, const std::string& key) {
+  const auto waits = places.waits.find(key);
+  if (waits == places.waits.end()) return;
+  places.waiting.erase(waits->second);
+  places.waits.erase(waits);
+}
+
+void Ledger::FillPlaces(std::string_view monitor_name, std::vector<Event>& events) {
+  Places& places = places_[monitor_name];
+  while (!places.waiting.empty() && places.taken < MostOf(monitor_name)) {
+    Item item = places.waiting.begin()->second;
+    StopWaiting(places, KeyOf(item));
+    Came(std::move(item), events);
+  }
 }
 
 void Ledger::Reconcile(std::span<const std::string_view> monitors, const std::vector<Item>& seen,
@@ -88,12 +128,18 @@ void Ledger::Reconcile(std::span<const std::string_view> monitors, const std::ve
     const bool looked_at = std::find(monitors.begin(), monitors.end(), entry.item.monitor) != monitors.end();
     if (looked_at && !there.contains(place)) {
       went.emplace(entry.order, entry.item);
+      --places_[entry.item.monitor].taken;
       return true;
     }
     told.insert(std::move(place));
     return false;
   });
   for (auto& [order, item] : went) events.push_back(WentEvent(std::move(item)));
+  // What waited and is still there is among what was seen.
+  for (const std::string_view name : monitors) {
+    places_[name].waiting.clear();
+    places_[name].waits.clear();
+  }
   for (const Item& item : seen) {
     if (!told.contains(PlaceKeyOf(item))) Came(item, events);
   }

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
@@ -23,8 +24,12 @@ std::string KeyOf(const Item& item);
 
 class Ledger {
  public:
-  // More is there on no ordinary computer, and a session of so many rows still fits into one file.
+  // More is there on no ordinary computer, and a session of so many rows still fits into one file. Each
+  // monitor has places of its own, so that many things of one kind take none from another.
   static constexpr std::size_t kMostItems = 20000;
+  static std::size_t MostOf(std::string_view monitor_name);
+  // So many of a monitor that found no place are remembered, and take the next that becomes free.
+  static constexpr std::size_t kMostWaiting = 1000;
 
   // Both add to `events` what changed by it. What comes again with more that is unusual about it came again.
   void Came(Item item, std::vector<Event>& events);
@@ -48,6 +53,16 @@ class Ledger {
     std::uint64_t order = 0;
   };
   std::unordered_map<std::string, Entry> entries_;  // by KeyOf
+  // Of one monitor.
+  struct Places {
+    std::size_t taken = 0;
+    std::map<std::uint64_t, Item> waiting;                 // oldest first
+    std::unordered_map<std::string, std::uint64_t> waits;  // by KeyOf
+  };
+  void LeaveOut(Places& places, std::string key, Item item);
+  static void StopWaiting(Places& places, const std::string& key);
+  void FillPlaces(std::string_view monitor_name, std::vector<Event>& events);
+  std::map<std::string_view, Places> places_;
   std::uint64_t next_order_ = 0;
   std::uint64_t left_out_ = 0;
 };

@@ -87,9 +87,9 @@ TEST_F(LedgerTest, EqualDescriptionsOfDifferentThingsAreBothKept) {
 }
 
 TEST_F(LedgerTest, FloodFindsAnEndAndIsCounted) {
-  for (std::size_t i = 0; i < Ledger::kMostItems + 7; ++i)
+  for (std::size_t i = 0; i < Ledger::MostOf(monitor::kProcesses) + 7; ++i)
     Came(monitor::kProcesses, "/tmp/x:" + std::to_string(i));
-  EXPECT_EQ(ledger.size(), Ledger::kMostItems);
+  EXPECT_EQ(ledger.size(), Ledger::MostOf(monitor::kProcesses));
   EXPECT_EQ(ledger.TakeLeftOut(), 7U);
   EXPECT_EQ(ledger.TakeLeftOut(), 0U);
 }
@@ -115,6 +115,52 @@ TEST_F(LedgerTest, ReconciledConnectionsAreComparedByAddressAndPort) {
   const std::vector<std::string_view> monitors = {monitor::kConnections};
   ledger.Reconcile(monitors, {MakeItem(monitor::kConnections, "10.0.0.1:443")}, events);
   EXPECT_THAT(Changes(), ElementsAre("-10.0.0.1:80:/bin/a"));
+}
+
+TEST_F(LedgerTest, ManyThingsOfOneMonitorTakeNoPlaceOfAnother) {
+  for (std::size_t i = 0; i < Ledger::kMostItems; ++i) Came(monitor::kFolders, "/tmp/" + std::to_string(i));
+  EXPECT_EQ(ledger.size(), Ledger::MostOf(monitor::kFolders));
+  EXPECT_EQ(ledger.TakeLeftOut(), Ledger::kMostItems - Ledger::MostOf(monitor::kFolders));
+  events.clear();
+  Came(monitor::kAccounts, "eve");
+  EXPECT_THAT(Changes(), ElementsAre("+eve"));
+}
+
+TEST_F(LedgerTest, PlacesOfAllMonitorsTogetherFitIntoAFile) {
+  std::size_t sum = 0;
+  for (const std::string_view name : ItemMonitors()) sum += Ledger::MostOf(name);
+  EXPECT_EQ(sum, Ledger::kMostItems);
+}
+
+TEST_F(LedgerTest, WhatFoundNoPlaceTakesTheNextThatBecomesFree) {
+  const std::size_t most = Ledger::MostOf(monitor::kLogins);
+  for (std::size_t i = 0; i < most + 3; ++i) Came(monitor::kLogins, "user" + std::to_string(i));
+  Came(monitor::kLogins, "user" + std::to_string(most));
+  EXPECT_EQ(ledger.TakeLeftOut(), 3U) << "each once";
+  Went(monitor::kLogins, "user" + std::to_string(most + 1));
+  events.clear();
+  Went(monitor::kLogins, "user0");
+  Went(monitor::kLogins, "user1");
+  Went(monitor::kLogins, "user2");
+  EXPECT_THAT(Changes(), ElementsAre("-user0", "+user" + std::to_string(most), "-user1",
+                                     "+user" + std::to_string(most + 2), "-user2"));
+  EXPECT_EQ(ledger.size(), most - 1);
+}
+
+TEST_F(LedgerTest, ComparisonFreesPlacesAndForgetsWhatWaited) {
+  const std::size_t most = Ledger::MostOf(monitor::kLogins);
+  for (std::size_t i = 0; i < most + 1; ++i) Came(monitor::kLogins, "user" + std::to_string(i));
+  events.clear();
+  const std::string_view name = monitor::kLogins;
+  ledger.Reconcile({&name, 1}, {MakeItem(monitor::kLogins, "user5"), MakeItem(monitor::kLogins, "new")},
+                   events);
+  EXPECT_EQ(ledger.size(), 2U);
+  events.clear();
+  for (std::size_t i = 0; i < most - 2; ++i) Came(monitor::kLogins, "other" + std::to_string(i));
+  EXPECT_EQ(ledger.size(), most);
+  events.clear();
+  Went(monitor::kLogins, "new");
+  EXPECT_THAT(Changes(), ElementsAre("-new"));
 }
 
 }  // namespace
