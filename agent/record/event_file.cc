@@ -134,6 +134,32 @@ platform::Result<std::string> EventFile::PutAside() {
   return name();
 }
 
+std::size_t EventFile::DropOldest() {
+  const std::size_t slash = path_.rfind('/');
+  const std::string folder = path_.substr(0, slash);
+  const std::string begin = path_.substr(slash + 1, path_.rfind('.') - slash - 1) + "-";
+  const auto names = files_.List(folder);
+  if (!names) return 0;
+  std::vector<std::uint64_t> seconds;
+  for (const std::string_view name : names.value()) {
+    constexpr std::string_view kEnd = ".kvl";
+    std::uint64_t second = 0;
+    if (!name.starts_with(begin) || !name.ends_with(kEnd) || name.size() < begin.size() + kEnd.size())
+      continue;
+    const auto digits = name.substr(begin.size(), name.size() - begin.size() - kEnd.size());
+    // Only names that are given here.
+    if (ReadNumber(digits, second) && std::to_string(second) == digits) seconds.push_back(second);
+  }
+  if (seconds.size() <= kMostAside) return 0;
+  std::sort(seconds.begin(), seconds.end());
+  seconds.resize(seconds.size() - kMostAside);
+  std::size_t count = 0;
+  for (const std::uint64_t second : seconds) {
+    if (files_.Remove(platform::JoinPath(folder, begin + std::to_string(second) + ".kvl"))) ++count;
+  }
+  return count;
+}
+
 void EventFile::Forget() {
   size_ = 0;
   rows_ = 0;

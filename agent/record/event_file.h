@@ -22,6 +22,7 @@ class EventFile {
  public:
   static constexpr std::size_t kMostRows = 30000;
   static constexpr std::int64_t kMostBytes = 16 << 20;
+  static constexpr std::size_t kMostAside = 50;
   // Seconds that a batch may begin ahead of the clock, so that what is urgent need not wait for the next one.
   static constexpr std::int64_t kMostLead = 2;
 
@@ -59,6 +60,9 @@ class EventFile {
   bool HasRoomFor(std::size_t rows) const { return rows_ == 0 || rows_ + rows <= kHighestNumber; }
   // Renames the file, so that the next Append begins a new one. The result is the new path.
   platform::Result<std::string> PutAside();
+  // Deletes the oldest of the files that were put aside when they are more than kMostAside. How many these
+  // were.
+  std::size_t DropOldest();
   // Takes the file for new; after WasReplaced().
   void Forget();
 

@@ -9,6 +9,7 @@ namespace zendrix::agent {
 namespace {
 
 constexpr std::int64_t kOnceASecond = 1000;
+constexpr char kOldLogFile[] = "KorvessaEventLog-old.kvl";
 
 std::string KeyOfRow(const Event& event) {
   return std::string(event.item.monitor) + "\n" + event.item.description;
@@ -72,6 +73,8 @@ void Recording::PutAside() {
   put_aside_failing_ = false;
   wants_session_ = true;
   Log("Monitoring file was nearly full and is now " + CleanName(aside.value()));
+  if (const std::size_t count = file_.DropOldest(); count > 0)
+    Log("Oldest files put aside were deleted; " + std::to_string(count));
 }
 
 void Recording::Begin(std::vector<Event> present) {
@@ -203,6 +206,11 @@ std::optional<std::int64_t> Recording::Write(const std::vector<Alert>& alerts) {
 void Recording::Log(const std::string& message) {
   const std::string line =
       std::to_string(clock_.NowUtc()) + "," + author_.host + "," + author_.thread + "," + message + "\r\n";
+  const auto size = files_.Size(log_path_);
+  if (size && size.value() >= kMostLogBytes) {
+    // What cannot be renamed grows on.
+    static_cast<void>(files_.Rename(log_path_, platform::JoinPath(folder_, kOldLogFile)));
+  }
   // A log that cannot be written stops nothing: the monitoring file is what counts.
   const auto status = files_.Append(log_path_, line);
   if (!status && !log_failing_) Complain("cannot write KorvessaEventLog.kvl: " + status.error().text);

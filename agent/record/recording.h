@@ -29,6 +29,8 @@ class Recording {
  public:
   static constexpr std::size_t kMostWaiting = 25000;  // events; one file bears so many rows
 
+  static constexpr std::int64_t kMostLogBytes = 4 << 20;  // then the log begins anew, beside the one before
+
   // The references outlive the object; `errors` is for the person who started the Agent.
   Recording(platform::Files& files, platform::Clock& clock, std::ostream& errors, std::string folder,
             Form form, Author author);

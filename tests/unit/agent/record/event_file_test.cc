@@ -234,5 +234,20 @@ TEST_F(EventFileTest, FullFileIsPutAsideUnderANameOfItsOwn) {
   EXPECT_EQ(file.NextSecond(), kNow + 1) << "a reader that still has the old file must take the new lines";
 }
 
+TEST_F(EventFileTest, OfTheFilesPutAsideTheNewestAreKept) {
+  for (int i = 100; i < 152; ++i) files.Put("/z/KorvessaMonitoring-" + std::to_string(i) + ".kvl", "x");
+  files.Put("/z/KorvessaMonitoring-1a.kvl", "somebody's");
+  files.Put("/z/KorvessaMonitoring-007.kvl", "somebody's");
+  files.Put("/z/KorvessaMonitoring.kvl", "now");
+  auto file = Opened();
+  EXPECT_EQ(file.DropOldest(), 2U);
+  EXPECT_FALSE(files.Exists("/z/KorvessaMonitoring-101.kvl"));
+  EXPECT_TRUE(files.Exists("/z/KorvessaMonitoring-102.kvl"));
+  EXPECT_TRUE(files.Exists("/z/KorvessaMonitoring-1a.kvl"));
+  EXPECT_TRUE(files.Exists("/z/KorvessaMonitoring-007.kvl"));
+  EXPECT_TRUE(files.Exists("/z/KorvessaMonitoring.kvl"));
+  EXPECT_EQ(file.DropOldest(), 0U);
+}
+
 }  // namespace
 }  // namespace zendrix::agent
