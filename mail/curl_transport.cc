@@ -3,7 +3,9 @@
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -13,6 +15,36 @@ namespace {
 
 constexpr long kFirstRefusal = 500;
 constexpr long kLastRefusal = 599;
+// Replies that ask for another login or for encryption, at whatever step (RFC 4954, 3207): they speak of the
+// connection and not of the mail.
+constexpr long kOfLogin[] = {530, 534, 535, 538};
+
+bool IsRefusal(long reply) {
+  return reply >= kFirstRefusal && reply <= kLastRefusal &&
+         std::find(std::begin(kOfLogin), std::end(kOfLogin), reply) == std::end(kOfLogin);
+}
+
+// What was said last, and whether the mail itself was refused. Only a reply to MAIL, RCPT or DATA speaks of
+// the mail; whoever stands in the road can forge the greeting, which comes before any encryption. Where
+// encryption is required libcurl says none of the three without it, so that such a reply is the server's own.
+struct Conversation {
+  bool is_about_mail = false;
+  bool is_refused = false;
+};
+
+int Listen(CURL*, curl_infotype type, char* bytes, std::size_t size, void* user) {
+  auto& conversation = *static_cast<Conversation*>(user);
+  const std::string_view text(bytes, size);
+  if (type == CURLINFO_HEADER_OUT) {
+    conversation.is_about_mail =
+        text.starts_with("MAIL FROM:") || text.starts_with("RCPT TO:") || text.starts_with("DATA\r\n");
+  } else if (type == CURLINFO_HEADER_IN && conversation.is_about_mail) {
+    long reply = 0;
+    const auto read = std::from_chars(text.data(), text.data() + std::min<std::size_t>(size, 3), reply);
+    if (read.ec == std::errc() && IsRefusal(reply)) conversation.is_refused = true;
+  }
+  return 0;
+}
 
 std::size_t GiveText(char* buffer, std::size_t size, std::size_t count, void* user) {
   auto& rest = *static_cast<std::string_view*>(user);
@@ -27,7 +59,7 @@ int AskWhetherToStop(void* user, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
   return options.stop_requested && options.stop_requested() ? 1 : 0;
 }
 
-std::string Reason(CURLcode result, long reply) {
+std::string Reason(CURLcode result, long reply, bool is_refused) {
   const std::string number = reply > 0 ? " (" + std::to_string(reply) + ")" : "";
   switch (result) {
     case CURLE_COULDNT_RESOLVE_HOST:
@@ -51,7 +83,9 @@ std::string Reason(CURLcode result, long reply) {
     default:
       break;
   }
-  if (reply >= kFirstRefusal && reply <= kLastRefusal) return "the mail server does not take it" + number;
+  if (is_refused) return "the mail server does not take it" + number;
+  if (reply >= kFirstRefusal && reply <= kLastRefusal)
+    return "the mail server turns this computer away" + number;
   return "the mail server did not take it; error " + std::to_string(static_cast<int>(result)) + number;
 }
 
@@ -71,6 +105,7 @@ CurlTransport::~CurlTransport() {
 }
 
 Delivery CurlTransport::Send(const MailSettings& settings, const std::string& text) {
+  Conversation conversation;  // outlives the handle, which may still say goodbye at its end
   const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> handle(curl_easy_init(), curl_easy_cleanup);
   const std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> recipients(
       curl_slist_append(nullptr, ("<" + settings.to + ">").c_str()), curl_slist_free_all);
@@ -107,6 +142,9 @@ Delivery CurlTransport::Send(const MailSettings& settings, const std::string& te
   set(CURLOPT_NOPROGRESS, 0L);
   set(CURLOPT_XFERINFOFUNCTION, AskWhetherToStop);
   set(CURLOPT_XFERINFODATA, const_cast<void*>(static_cast<const void*>(&options_)));
+  set(CURLOPT_DEBUGFUNCTION, Listen);
+  set(CURLOPT_DEBUGDATA, static_cast<void*>(&conversation));
+  set(CURLOPT_VERBOSE, 1L);  // to Listen alone, which keeps nothing of it
   // An option that this libcurl does not know must not be missing unnoticed: each of them guards something.
   if (!is_set) return {Delivery::Outcome::kLater, "libcurl lacks an option that is needed"};
 
@@ -114,12 +152,8 @@ Delivery CurlTransport::Send(const MailSettings& settings, const std::string& te
   if (result == CURLE_OK) return {Delivery::Outcome::kSent, ""};
   long reply = 0;
   curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &reply);
-  // A reply of an earlier step says nothing about a road that broke off later.
-  const bool is_answer = result == CURLE_LOGIN_DENIED || result == CURLE_SEND_ERROR ||
-                         result == CURLE_WEIRD_SERVER_REPLY || result == CURLE_RECV_ERROR ||
-                         result == CURLE_UPLOAD_FAILED || result == CURLE_REMOTE_ACCESS_DENIED;
-  const bool refused = is_answer && reply >= kFirstRefusal && reply <= kLastRefusal;
-  return {refused ? Delivery::Outcome::kRefused : Delivery::Outcome::kLater, Reason(result, reply)};
+  return {conversation.is_refused ? Delivery::Outcome::kRefused : Delivery::Outcome::kLater,
+          Reason(result, reply, conversation.is_refused)};
 }
 
 }  // namespace zendrix::mail

@@ -1,7 +1,9 @@
 // The real road: SMTP by libcurl (RFC 5321, STARTTLS by RFC 3207, login by RFC 4954). A server's certificate
 // is checked against the computer's own authorities, or those of a file, and against the server's name,
 // whenever anything is encrypted; nothing from the environment chooses a proxy, an account or another
-// protocol. What a server says is used as a number only.
+// protocol. What a server says is used as a number only. A mail counts as refused by a reply of 500 and above
+// to MAIL, RCPT or DATA alone; a greeting, which anybody in the road can forge, a refused login and whatever
+// else goes wrong is "later".
 #pragma once
 
 #include <cstdint>

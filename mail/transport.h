@@ -11,7 +11,7 @@ struct Delivery {
   enum class Outcome {
     kSent,     // the server has taken it
     kLater,    // it could not be handed over, or not safely: nothing says that it never can
-    kRefused,  // the server says that it will not take it
+    kRefused,  // the server says that it will not take this mail
   };
   Outcome outcome = Outcome::kLater;
   std::string reason;  // for the log, in this program's own words; never the server's, nor anything secret

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """A mail server for tests, on the loopback. It prints its port, then one line of JSON for each mail that it took.
 
-mail_server.py [--starttls | --tls] [--certificate FILE --key FILE] [--login USER PASSWORD] [--refuse rcpt|data CODE]
-               [--silent]
+mail_server.py [--starttls | --tls] [--certificate FILE --key FILE] [--login USER PASSWORD]
+               [--refuse greeting|ehlo|mail|rcpt|data CODE] [--silent]
 """
 import argparse
 import asyncio
@@ -29,6 +29,20 @@ class Handler:
     def __init__(self, options):
         self.refuse = options.refuse or ["", ""]
 
+    async def handle_EHLO(self, server, session, envelope, hostname, responses):
+        session.host_name = hostname
+        return [self.refuse[1] + " not you"] if self.refuse[0] == "ehlo" else responses
+
+    async def handle_HELO(self, server, session, envelope, hostname):
+        session.host_name = hostname
+        return self.refuse[1] + " not you" if self.refuse[0] == "ehlo" else "250 localhost"
+
+    async def handle_MAIL(self, server, session, envelope, address, options):
+        if self.refuse[0] == "mail":
+            return self.refuse[1] + " not from there"
+        envelope.mail_from = address
+        return "250 OK"
+
     async def handle_RCPT(self, server, session, envelope, address, options):
         if self.refuse[0] == "rcpt":
             return self.refuse[1] + " not here"
@@ -48,6 +62,16 @@ class Handler:
         return "250 OK"
 
 
+class TurnsAway(asyncio.Protocol):
+    """Anybody who stands in the road can say this, whatever the server encrypts later."""
+
+    def __init__(self, code):
+        self.code = code
+
+    def connection_made(self, transport):
+        transport.write((self.code + " go away\r\n").encode())
+
+
 async def main(options):
     context = None
     if options.certificate:
@@ -61,6 +85,8 @@ async def main(options):
     def make():
         if options.silent:
             return asyncio.Protocol()
+        if options.refuse and options.refuse[0] == "greeting":
+            return TurnsAway(options.refuse[1])
         return SMTP(Handler(options), hostname="localhost", tls_context=context if options.starttls else None,
                     require_starttls=options.starttls, authenticator=check if options.login else None,
                     auth_required=bool(options.login), auth_require_tls=not options.tls)

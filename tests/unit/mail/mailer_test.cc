@@ -184,6 +184,19 @@ TEST_F(Mailing, RefusedMailIsGivenUpAndToldInTheLog) {
   EXPECT_EQ(server.taken.size(), 1U) << "the next alert is a mail of its own";
 }
 
+TEST_F(Mailing, RefusedLoginIsToldOnceAndDropsNothing) {
+  Turn();
+  server.Always({Delivery::Outcome::kLater, "the mail server does not take user and password (535)"});
+  Raise();
+  Pass(24 * 3600);
+  EXPECT_GE(server.tries, 40);
+  EXPECT_THAT(log,
+              ElementsAre("E-mail of 1 alert waits: the mail server does not take user and password (535)"));
+  server.Always({Delivery::Outcome::kSent, ""});
+  Pass(1800);
+  EXPECT_EQ(server.taken.size(), 1U);
+}
+
 TEST_F(Mailing, RefusalsOutliveARestart) {
   Turn();
   server.Always(kNo);

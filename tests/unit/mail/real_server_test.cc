@@ -151,7 +151,7 @@ TEST_F(RealServer, StartTlsWithALogin) {
   EXPECT_EQ(mail["encrypted"], true);
   EXPECT_EQ(mail["login"], "me");
   const auto denied = Send(server, Security::kStartTls, "good.pem", "me", "wrong");
-  EXPECT_EQ(denied.outcome, Outcome::kRefused);
+  EXPECT_EQ(denied.outcome, Outcome::kLater) << "a password that is mended lets the mail through";
   EXPECT_THAT(denied.reason, HasSubstr("user and password (535)"));
   EXPECT_TRUE(server.Taken().is_null());
 }
@@ -182,7 +182,7 @@ TEST_F(RealServer, CertificateThatIsNotTrustedOrOfAnotherNameIsRefused) {
 }
 
 TEST_F(RealServer, AnswerSaysWhetherItIsWorthTryingAgain) {
-  for (const char* step : {"rcpt", "data"}) {
+  for (const char* step : {"mail", "rcpt", "data"}) {
     MailServer never({"--refuse", step, "550"});
     const auto refused = Send(never, Security::kNone);
     EXPECT_EQ(refused.outcome, Outcome::kRefused) << step;
@@ -191,6 +191,34 @@ TEST_F(RealServer, AnswerSaysWhetherItIsWorthTryingAgain) {
     const auto waits = Send(later, Security::kNone);
     EXPECT_EQ(waits.outcome, Outcome::kLater) << step;
     EXPECT_THAT(waits.reason, HasSubstr("(451)"));
+  }
+}
+
+TEST_F(RealServer, RefusalBehindEncryptionCounts) {
+  MakeCertificate("good", "IP:127.0.0.1");
+  for (const char* step : {"mail", "rcpt", "data"}) {
+    MailServer starttls(With("good", {"--starttls", "--refuse", step, "550"}));
+    EXPECT_EQ(Send(starttls, Security::kStartTls, "good.pem").outcome, Outcome::kRefused) << step;
+  }
+  MailServer tls(With("good", {"--tls", "--refuse", "rcpt", "550"}));
+  EXPECT_EQ(Send(tls, Security::kTls, "good.pem").outcome, Outcome::kRefused);
+}
+
+TEST_F(RealServer, ForgedGreetingOrHelloRefusesNoMail) {
+  for (const char* step : {"greeting", "ehlo"}) {
+    MailServer forged({"--refuse", step, "554"});
+    for (const Security security : {Security::kStartTls, Security::kWhereOffered, Security::kNone}) {
+      const auto waits = Send(forged, security);
+      EXPECT_EQ(waits.outcome, Outcome::kLater) << step;
+      EXPECT_THAT(waits.reason, HasSubstr("(554)")) << step;
+    }
+  }
+}
+
+TEST_F(RealServer, RequestToLogInRefusesNoMail) {
+  for (const char* code : {"530", "535"}) {
+    MailServer server({"--refuse", "mail", code});
+    EXPECT_EQ(Send(server, Security::kNone).outcome, Outcome::kLater) << code;
   }
 }
 
