@@ -44,6 +44,12 @@ for line in User=zendrix ProtectSystem=strict ProtectHome=read-only NoNewPrivile
 done
 has zendrix-act.service PrivateNetwork=yes
 has zendrix-mail.service CapabilityBoundingSet=
+# E-mail starts with the computer and with its settings, and a service that was stopped stays so: what starts it whenever a
+# file is there would start it again at once (systemd.path(5)).
+has zendrix-mail.service WantedBy=multi-user.target
+has zendrix-mail.path PathChanged=/etc/zendrix/KorvessaSMTPConfig.kvl
+restarting=$(grep -lE '^(PathExists|PathExistsGlob|DirectoryNotEmpty)=' systemd/*.path || true)
+[ -z "$restarting" ] || complain "cannot be stopped: $restarting"
 networked=$(grep -lE '^RestrictAddressFamilies=.*AF_INET' systemd/*.service)
 [ "$networked" = systemd/zendrix-mail.service ] || complain "the network is reached by: $networked"
 
