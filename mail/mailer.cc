@@ -60,12 +60,13 @@ void Mailer::Load() {
   is_dirty_ = true;
 }
 
-void Mailer::Save() {
+bool Mailer::Save() {
   const auto status = parts_.files.WriteAll(state_path_, outbox_.Text(parts_.family));
   is_dirty_ = !status.ok();
   has_moved_ = has_moved_ && is_dirty_;
-  if (!status && !save_fails_) parts_.tell("E-mail cannot write its state file; it is tried again");
+  if (!status && !save_fails_) parts_.tell("E-mail waits: its state file cannot be written");
   save_fails_ = !status.ok();
+  return status.ok();
 }
 
 void Mailer::LookAtSettings(std::int64_t now_ms) {
@@ -112,11 +113,13 @@ bool Mailer::ReadOn(std::int64_t now_ms) {
 }
 
 bool Mailer::SendNext(std::int64_t now_ms) {
+  // Turn tries to write it again before each mail.
+  if (save_fails_) return false;
   if (!settings_ || now_ms < not_before_ms_ || !outbox_.MaySend(parts_.clock.NowUtc())) return false;
   const std::int64_t now_utc = parts_.clock.NowUtc();
   auto mail = outbox_.Next(now_utc);
   // What is tried is written down first: after a kill the same mail goes out once more, not another one.
-  Save();
+  if (!Save()) return false;
   const std::uint64_t count = mail.alerts.size() + mail.unlisted;
   const std::string text =
       ComposeMail(*settings_, {std::move(mail.alerts), mail.unlisted}, now_utc, parts_.family);

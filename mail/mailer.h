@@ -11,7 +11,9 @@
 //    an hour apart; then its alerts are given up. Settings that changed are tried at once.
 //  - A mail is struck out when the server has taken it. Whoever ends this program between these two makes it
 //    come again, with the same Message-ID.
-//  - A disk that is full keeps no alert from being mailed.
+//  - Nothing is sent while the state cannot be written: a restart would send it again, and again. It is told,
+//  and
+//    sent when there is room.
 #pragma once
 
 #include <cstdint>
@@ -61,7 +63,7 @@ class Mailer {
 
  private:
   void Load();
-  void Save();
+  bool Save();
   void LookAtSettings(std::int64_t now_ms);
   bool ReadOn(std::int64_t now_ms);
   bool SendNext(std::int64_t now_ms);

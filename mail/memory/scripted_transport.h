@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,6 +20,7 @@ class ScriptedTransport : public Transport {
 
   Delivery Send(const MailSettings& settings, const std::string& text) override {
     ++tries;
+    if (sending) sending();
     Delivery delivery = always_;
     if (!next_.empty()) {
       delivery = next_.front();
@@ -28,6 +30,7 @@ class ScriptedTransport : public Transport {
     return delivery;
   }
 
+  std::function<void()> sending;  // called while a mail is under way
   int tries = 0;
   std::vector<std::pair<MailSettings, std::string>> taken;
 

@@ -262,20 +262,60 @@ TEST_F(Mailing, FileThatDoesNotFitItsSideFileKeepsTheAlerts) {
   EXPECT_EQ(server.taken.size(), 1U);
 }
 
-TEST_F(Mailing, FullDiskKeepsNoAlertFromBeingMailedAndMailsNoneTwice) {
+TEST_F(Mailing, WhileItsStateCannotBeWrittenNothingIsSent) {
   Turn();
   files.FailNext(platform::FileOp::kWriteAll, "/k/zendrix-mail.state", platform::ErrorKind::kNoSpace,
                  platform::MemoryFiles::kAlways);
   Raise();
   Pass(60);
-  EXPECT_EQ(server.taken.size(), 1U);
-  EXPECT_EQ(log.front(), "E-mail cannot write its state file; it is tried again");
-  EXPECT_EQ(log.size(), 2U);
+  Restart();  // what it would have sent it would send again
+  Pass(60);
+  EXPECT_EQ(server.tries, 0);
+  EXPECT_THAT(log, ElementsAre("E-mail waits: its state file cannot be written",
+                               "E-mail waits: its state file cannot be written"))
+      << "told once for each start";
   files.ClearFaults();
   Pass(10);
+  EXPECT_EQ(server.taken.size(), 1U);
   Restart();
   Turn();
   EXPECT_EQ(server.tries, 1);
+}
+
+// The first alert was written down as waiting; that it is being tried was not.
+TEST_F(Mailing, DiskThatFillsUpInFrontOfAMailHoldsItBack) {
+  Turn();
+  int writes = 0;
+  files.before = [&](platform::FileOp op, const std::string& path) {
+    if (op == platform::FileOp::kWriteAll && ++writes == 2)
+      files.FailNext(op, path, platform::ErrorKind::kNoSpace, platform::MemoryFiles::kAlways);
+  };
+  Raise();
+  Pass(30);
+  EXPECT_EQ(server.tries, 0);
+  EXPECT_THAT(log, ElementsAre("E-mail waits: its state file cannot be written"));
+  files.before = nullptr;
+  files.ClearFaults();
+  Pass(10);
+  EXPECT_EQ(server.taken.size(), 1U);
+}
+
+TEST_F(Mailing, DiskThatFillsUpBehindAMailLetsNoOtherOut) {
+  Turn();
+  server.sending = [&] {
+    files.FailNext(platform::FileOp::kWriteAll, "/k/zendrix-mail.state", platform::ErrorKind::kNoSpace,
+                   platform::MemoryFiles::kAlways);
+  };
+  Raise(2);
+  Pass(60);
+  EXPECT_EQ(server.taken.size(), 1U);
+  server.sending = nullptr;
+  files.ClearFaults();
+  Pass(10);
+  EXPECT_EQ(server.taken.size(), 2U) << "the first is struck out, and not sent twice";
+  Restart();
+  Turn();
+  EXPECT_EQ(server.tries, 2);
 }
 
 // The Agent writes rows all day; a disk is not to be woken for each.
