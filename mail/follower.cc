@@ -84,6 +84,22 @@ platform::Result<Position> Follower::End() {
   return position;
 }
 
+Position Follower::Begin(std::int64_t second) {
+  // A file bears the second in which it was put aside, behind its last line.
+  std::map<std::uint64_t, std::string> by_second;
+  if (const auto names = files_.List(folder_)) {
+    for (const std::string& name : names.value()) {
+      const auto aside = SecondOfName(name);
+      if (aside && *aside >= static_cast<std::uint64_t>(std::max<std::int64_t>(0, second)))
+        by_second[*aside] = platform::JoinPath(folder_, name);
+    }
+  }
+  for (const auto& [aside, path] : by_second) {
+    if (auto opened = Open(path)) return {opened.value().identity, 0, "", false};
+  }
+  return {};
+}
+
 bool Follower::IsThatOne(Opened& opened, const Position& position) {
   if (opened.identity != position.file || opened.size < position.offset) return false;
   const auto length = static_cast<std::int64_t>(position.before.size());

@@ -44,6 +44,10 @@ class Follower {
   // Behind what the file holds now, for a first start. An error when it cannot be read.
   platform::Result<Position> End();
 
+  // In front of every line that was written since `second`, for a start that reads again: lines before it may
+  // follow.
+  Position Begin(std::int64_t second);
+
   // Hands the whole lines behind `from` to `take`, and says how far it came. `replaced` lines are handed on
   // as well, from the new file's beginning; they may be old ones.
   using Take = std::function<void(std::string_view line, bool replaced)>;

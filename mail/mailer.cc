@@ -11,6 +11,8 @@ namespace {
 
 // Of a file that took the place of the one that was followed, older alerts are history.
 constexpr std::int64_t kOldOfReplaced = 86400;
+// As far back alerts are read again when the state is lost.
+constexpr std::int64_t kReadAgain = 86400;
 constexpr std::int64_t kMostStateBytes = 8 << 20;
 
 std::string Alerts(std::uint64_t count) {
@@ -22,7 +24,8 @@ std::string Alerts(std::uint64_t count) {
 Mailer::Mailer(MailerParts parts)
     : parts_(std::move(parts)),
       follower_(parts_.files, parts_.folder),
-      state_path_(platform::JoinPath(parts_.state_folder, kStateFile)) {}
+      state_path_(platform::JoinPath(parts_.state_folder, kStateFile)),
+      damaged_path_(platform::JoinPath(parts_.state_folder, kDamagedStateFile)) {}
 
 bool Mailer::Turn() {
   const std::int64_t now_ms = parts_.clock.MonotonicMs();
@@ -39,23 +42,38 @@ void Mailer::Finish() {
 }
 
 void Mailer::Load() {
-  if (parts_.files.Exists(state_path_)) {
-    const auto size = parts_.files.Size(state_path_);
-    if (size && size.value() <= kMostStateBytes) {
-      const auto text = parts_.files.ReadAll(state_path_);
-      // What cannot be read at this moment may be readable at the next one.
-      if (!text) return TellTrouble("E-mail waits: its state file cannot be read");
-      if (auto outbox = Outbox::Parse(text.value(), parts_.family)) {
-        outbox_ = std::move(*outbox);
-        loaded_ = true;
-        return;
-      }
+  if (!parts_.files.Exists(state_path_)) return Begin();
+  const auto size = parts_.files.Size(state_path_);
+  // What cannot be read at this moment may be readable at the next one.
+  if (!size) return TellTrouble("E-mail waits: its state file cannot be read");
+  if (size.value() <= kMostStateBytes) {
+    const auto text = parts_.files.ReadAll(state_path_);
+    if (!text) return TellTrouble("E-mail waits: its state file cannot be read");
+    if (auto outbox = Outbox::Parse(text.value(), parts_.family)) {
+      outbox_ = std::move(*outbox);
+      loaded_ = true;
+      return;
     }
-    parts_.tell("E-mail begins anew: its state file is damaged");
   }
-  auto end = follower_.End();
-  if (!end) return TellTrouble("E-mail waits: the monitoring file cannot be read");
-  outbox_.position = std::move(end.value());
+  if (!parts_.files.Rename(state_path_, damaged_path_))
+    return TellTrouble("E-mail waits: its damaged state file cannot be set aside");
+  Begin();
+}
+
+void Mailer::Begin() {
+  // Also after a kill between setting aside and the first new state.
+  if (parts_.files.Exists(damaged_path_)) {
+    parts_.tell(
+        "E-mail begins anew: its state file is damaged and was set aside; alerts of before may be missing "
+        "and "
+        "those of the last day may come again");
+    outbox_.since = parts_.clock.NowUtc() - kReadAgain;
+    outbox_.position = follower_.Begin(outbox_.since);
+  } else {
+    auto end = follower_.End();
+    if (!end) return TellTrouble("E-mail waits: the monitoring file cannot be read");
+    outbox_.position = std::move(end.value());
+  }
   loaded_ = true;
   is_dirty_ = true;
 }
@@ -98,11 +116,16 @@ bool Mailer::ReadOn(std::int64_t now_ms) {
   const auto reading = follower_.ReadOn(outbox_.position, [&](std::string_view line, bool replaced) {
     if (is_off_) return;
     const auto alert = ParseAlert(line);
-    if (!alert || (replaced && alert->second < now_utc - kOldOfReplaced)) return;
+    if (!alert || alert->second < outbox_.since || (replaced && alert->second < now_utc - kOldOfReplaced))
+      return;
     is_dirty_ = outbox_.Add(*alert) || is_dirty_;
   });
   if (!reading.error.empty() && !read_fails_) parts_.tell("E-mail cannot read the monitoring file");
   read_fails_ = !reading.error.empty();
+  if (outbox_.since != 0 && !reading.more && !read_fails_) {
+    outbox_.since = 0;
+    is_dirty_ = true;
+  }
   if (reading.position == outbox_.position) return false;
   // A file that was replaced is never read again from the old place.
   is_dirty_ = is_dirty_ || reading.replaced || now_ms >= next_position_ms_;

@@ -11,6 +11,9 @@
 //    an hour apart; then its alerts are given up. Settings that changed are tried at once.
 //  - A mail is struck out when the server has taken it. Whoever ends this program between these two makes it
 //    come again, with the same Message-ID.
+//  - A state file that is damaged is set aside and told, and the last day of the monitoring file is read
+//  again: what
+//    waited from before that day is lost, what was mailed in it comes again.
 //  - Nothing is sent while the state cannot be written: a restart would send it again, and again. It is told,
 //  and
 //    sent when there is room.
@@ -30,6 +33,7 @@
 namespace zendrix::mail {
 
 inline constexpr char kStateFile[] = "zendrix-mail.state";
+inline constexpr char kDamagedStateFile[] = "zendrix-mail.state.damaged";
 
 struct MailerParts {
   platform::Files& files;
@@ -63,6 +67,8 @@ class Mailer {
 
  private:
   void Load();
+  // Without a state: from the end of the file, or behind a damaged one from a day ago.
+  void Begin();
   bool Save();
   void LookAtSettings(std::int64_t now_ms);
   bool ReadOn(std::int64_t now_ms);
@@ -74,6 +80,7 @@ class Mailer {
   MailerParts parts_;
   Follower follower_;
   const std::string state_path_;
+  const std::string damaged_path_;
   Outbox outbox_;
   bool loaded_ = false;
   bool is_dirty_ = false;

@@ -114,6 +114,7 @@ std::string Outbox::Text(platform::FamilyLibraries& family) const {
   line("read", std::to_string(position.file.device) + " " + std::to_string(position.file.number) + " " +
                    std::to_string(position.offset) + " " + (position.mid_line ? "1 " : "0 ") +
                    Hex(position.before));
+  if (since != 0) line("since", std::to_string(since));
   line("unlisted", std::to_string(unlisted_));
   line("tried",
        std::to_string(tried_) + " " + std::to_string(tried_unlisted_) + " " + std::to_string(refusals_));
@@ -146,6 +147,7 @@ bool Outbox::TakeLine(std::string_view line) {
            ReadNumber(words[2], position.offset) && position.offset >= 0 &&
            ReadHex(words[4], position.before);
   }
+  if (name == "since") return words.size() == 1 && ReadNumber(words[0], since);
   if (name == "unlisted") return words.size() == 1 && ReadNumber(words[0], unlisted_);
   if (name == "tried") {
     return words.size() == 3 && ReadNumber(words[0], tried_) && ReadNumber(words[1], tried_unlisted_) &&

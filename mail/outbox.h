@@ -29,6 +29,8 @@ class Outbox {
   static constexpr std::int64_t kApart = 600;
 
   Position position;
+  // As long as a file is read again: alerts before this second are history. Zero otherwise.
+  std::int64_t since = 0;
 
   // False for an alert that was met before.
   bool Add(const Alert& alert);

@@ -350,15 +350,77 @@ TEST_F(Mailing, RowsThatAreNoAlertsCostAWriteAMinute) {
   EXPECT_EQ(server.taken.size(), 1U);
 }
 
-TEST_F(Mailing, DamagedStateIsToldAndBegunAnew) {
+TEST_F(Mailing, DamagedStateIsSetAsideAndTheLastDayIsReadAgain) {
+  const std::int64_t now = clock.NowUtc();
+  files.Put("/f/KorvessaMonitoring-" + std::to_string(now - 90000) + ".kvl",
+            AlertText(now - 90001, "AG,A,1"));
+  files.Put("/f/KorvessaMonitoring-" + std::to_string(now - 70000) + ".kvl",
+            AlertText(now - 86401, "AG,B,1") + AlertText(now - 86400, "AG,C,1"));
+  files.Put(kMonitored, AlertText(now - 50, "AG,D,1"));
   Turn();
+  EXPECT_EQ(server.tries, 0);
   files.Put("/k/zendrix-mail.state", "x");
   Restart();
   Turn();
-  EXPECT_THAT(log, ElementsAre("E-mail begins anew: its state file is damaged"));
-  Raise();
+  EXPECT_EQ(server.taken.size(), 2U) << "C and D";
+  EXPECT_EQ(
+      log.front(),
+      "E-mail begins anew: its state file is damaged and was set aside; alerts of before may be missing and "
+      "those of the last day may come again");
+  EXPECT_EQ(files.Get("/k/zendrix-mail.state.damaged"), "x");
+  Restart();
   Turn();
-  EXPECT_EQ(server.taken.size(), 1U);
+  EXPECT_EQ(server.tries, 2) << "once, though the damaged file is still there";
+  EXPECT_EQ(std::count(log.begin(), log.end(), log.front()), 1);
+  // What is read again ends; a clock that is put back afterwards makes nothing history.
+  files.PutMore(kMonitored, AlertText(now - 200000, "AG,E,1"));
+  Turn();
+  EXPECT_EQ(server.taken.size(), 3U);
+}
+
+TEST_F(Mailing, KillBehindSettingAsideLosesNothing) {
+  Turn();
+  for (int kill_at = 1, steps = 0;; ++kill_at) {
+    SCOPED_TRACE(kill_at);
+    files.Put("/k/zendrix-mail.state", "x");
+    files.Remove("/k/zendrix-mail.state.damaged").ok();
+    files.Put(kMonitored,
+              AlertText(clock.NowUtc() - 90000, "AG,A,1") + AlertText(clock.NowUtc() - 10, "AG,B,1"));
+    server = ScriptedTransport();
+    platform::FaultyFiles faulty(files);
+    faulty.KillAt(kill_at);
+    bool killed = false;
+    try {
+      Mailer first(Parts(faulty));
+      while (first.Turn()) {
+      }
+    } catch (const platform::ProcessEnded&) {
+      killed = true;
+    }
+    Restart();
+    Turn();
+    EXPECT_GE(server.taken.size(), 1U);
+    EXPECT_LE(server.taken.size(), killed ? 2U : 1U);
+    if (!killed) {
+      EXPECT_GE(steps, 3);
+      break;
+    }
+    ++steps;
+    clock.Advance(7'200'000);
+  }
+}
+
+TEST_F(Mailing, DamagedStateThatCannotBeSetAsideStaysAndIsTold) {
+  Turn();
+  files.Put("/k/zendrix-mail.state", "x");
+  files.FailNext(platform::FileOp::kRename, "/k/zendrix-mail.state", platform::ErrorKind::kPermissionDenied,
+                 platform::MemoryFiles::kAlways);
+  Restart();
+  Raise();
+  Pass(60);
+  EXPECT_EQ(server.tries, 0);
+  EXPECT_EQ(files.Get("/k/zendrix-mail.state"), "x");
+  EXPECT_THAT(log, ElementsAre("E-mail waits: its damaged state file cannot be set aside"));
 }
 
 TEST_F(Mailing, StateThatCannotBeReadNowIsNotBegunAnew) {

@@ -144,10 +144,12 @@ TEST_F(Boxed, TextBringsItAllBack) {
   box.Next(now);
   box.Refused();
   box.position = {{7, 9}, 12345, std::string("a\0\xFF\n", 4), true};
+  box.since = 77;
   const auto again = Outbox::Parse(box.Text(family), family);
   ASSERT_TRUE(again);
   EXPECT_EQ(again->Text(family), box.Text(family));
   EXPECT_EQ(again->position, box.position);
+  EXPECT_EQ(again->since, 77);
   Outbox copy = *again;
   EXPECT_EQ(copy.size(), 600U);
   EXPECT_EQ(copy.Next(now).alerts.size(), 500U);
@@ -186,6 +188,7 @@ TEST_F(Boxed, ForgedTextIsNothing) {
   EXPECT_TRUE(parse("read 1 2 3 0 x41\n"));
   EXPECT_FALSE(parse("waits no alert\n"));
   EXPECT_FALSE(parse("sent\n"));
+  EXPECT_FALSE(parse("since x\n"));
   EXPECT_FALSE(parse("else 1\n"));
 }
 
