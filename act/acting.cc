@@ -8,11 +8,13 @@
 #include "family/description_reading.h"
 #include "family/intermediate/named_file.h"
 #include "family/intermediate/quarantine.h"
+#include "platform/windows_1252.h"
 
 namespace zendrix::act {
 namespace {
 
 constexpr std::size_t kSentence = 255;
+constexpr std::size_t kPathAsked = 120;
 constexpr char kFolderMonitor[] = "Windows Folder";  // of events that mean a file and no process
 
 Answer Refusal(const std::string& why) {
@@ -46,6 +48,14 @@ pid_t ProcessShown(const ShownEvent& event) {
   return error == std::errc() && end == text.data() + text.size() ? process : 0;
 }
 
+// A dialog may read markup, and the bus takes no broken UTF-8.
+std::string PathToAsk(const std::string& path) {
+  std::string text = family::Fitting(family::NameToTell(path), kPathAsked);
+  std::replace_if(
+      text.begin(), text.end(), [](char c) { return c == '<' || c == '>' || c == '&'; }, '?');
+  return platform::Utf8FromBytes(text);
+}
+
 family::Event EventOf(const BlockRequest& request) {
   const ShownEvent& event = request.event;
   return {
@@ -62,10 +72,11 @@ std::string Acting::WhyNotNow(const Caller& caller) const {
   return "";
 }
 
-void Acting::Ask(const Caller& caller, std::string_view action, std::function<void(Verdict)> go_on) {
+void Acting::Ask(const Caller& caller, std::string_view action, const AskedAbout& about,
+                 std::function<void(Verdict)> go_on) {
   const std::uint64_t ticket = ++last_ticket_;
   pending_[ticket] = {caller.name, std::move(go_on)};
-  parts_.authority.Ask(caller, action, ticket, [this, ticket](Verdict verdict) {
+  parts_.authority.Ask(caller, action, about, ticket, [this, ticket](Verdict verdict) {
     const auto found = pending_.find(ticket);
     if (found == pending_.end()) return;
     const auto wanted = std::move(found->second.go_on);
@@ -105,7 +116,9 @@ void Acting::Block(const Caller& caller, const BlockRequest& request, Reply repl
   if (held->process && held->process->Is(held->shown) == Found::kAnother)
     return reply(Refusal("The program of this event is not the file " + family::NameToTell(looked.file.path) +
                          ". Nothing was changed."));
-  Ask(caller, kBlockAction,
+  AskedAbout about{PathToAsk(looked.file.path)};
+  if (held->process) about.process = std::to_string(held->shown.process);
+  Ask(caller, kBlockAction, about,
       [this, caller, meant, file = looked.file, held, reply = std::move(reply)](Verdict verdict) {
         reply(verdict == Verdict::kYes ? TakeShown(meant, caller, file, *held) : Refusal(WhyNot(verdict)));
       });
@@ -152,9 +165,10 @@ void Acting::Allow(const Caller& caller, const std::string& name, Reply reply) {
   const auto entry = std::find_if(list.entries.begin(), list.entries.end(),
                                   [&](const family::Entry& one) { return one.name == name; });
   if (entry == list.entries.end()) return reply(Refusal("There is no such entry in quarantine."));
-  Ask(caller, kAllowAction, [this, wanted = *entry, reply = std::move(reply)](Verdict verdict) {
-    reply(verdict == Verdict::kYes ? Restore(wanted) : Refusal(WhyNot(verdict)));
-  });
+  Ask(caller, kAllowAction, {PathToAsk(entry->manifest.path)},
+      [this, wanted = *entry, reply = std::move(reply)](Verdict verdict) {
+        reply(verdict == Verdict::kYes ? Restore(wanted) : Refusal(WhyNot(verdict)));
+      });
 }
 
 Answer Acting::Restore(const family::Entry& entry) {

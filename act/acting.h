@@ -83,7 +83,8 @@ class Acting {
     ShownProgram shown;
   };
 
-  void Ask(const Caller& caller, std::string_view action, std::function<void(Verdict)> go_on);
+  void Ask(const Caller& caller, std::string_view action, const AskedAbout& about,
+           std::function<void(Verdict)> go_on);
   std::string WhyNotNow(const Caller& caller) const;
   Answer TakeShown(const family::Event& event, const Caller& caller, const TakenFile& looked, Held& held);
   Answer Restore(const family::Entry& entry);

@@ -18,6 +18,12 @@ struct Caller {
 inline constexpr std::string_view kBlockAction = "com.korvessa.zendrix.block";
 inline constexpr std::string_view kAllowAction = "com.korvessa.zendrix.allow";
 
+// What the user reads in the question. Chosen by whoever is to be caught: cleaned and short.
+struct AskedAbout {
+  std::string path;              // UTF-8, quoted
+  std::string process = "none";  // that would be ended
+};
+
 enum class Verdict {
   kYes,
   kNo,
@@ -30,8 +36,8 @@ class Authority {
  public:
   virtual ~Authority() = default;
   // Answers once, now or later, unless the question was withdrawn. `ticket` names the question.
-  virtual void Ask(const Caller& caller, std::string_view action, std::uint64_t ticket,
-                   std::function<void(Verdict)> answer) = 0;
+  virtual void Ask(const Caller& caller, std::string_view action, const AskedAbout& about,
+                   std::uint64_t ticket, std::function<void(Verdict)> answer) = 0;
   virtual void Withdraw(std::uint64_t ticket) = 0;
 };
 

@@ -36,15 +36,17 @@ Polkit::Polkit(sdbus::IConnection& bus, std::chrono::milliseconds patience)
 
 Polkit::~Polkit() = default;
 
-void Polkit::Ask(const Caller& caller, std::string_view action, std::uint64_t ticket,
+void Polkit::Ask(const Caller& caller, std::string_view action, const AskedAbout& about, std::uint64_t ticket,
                  std::function<void(Verdict)> answer) {
   const Subject subject{"system-bus-name", {{"name", sdbus::Variant(caller.name)}}};
+  // The authority takes details from the superuser, who this is.
+  const Details details{{"path", about.path}, {"process", about.process}};
   const std::uint32_t flags = caller.may_ask ? kAllowUserInteraction : 0;
   try {
     proxy_->callMethodAsync("CheckAuthorization")
         .onInterface(kInterface)
         .withTimeout(patience_)
-        .withArguments(subject, std::string(action), Details(), flags, NameOf(ticket))
+        .withArguments(subject, std::string(action), details, flags, NameOf(ticket))
         .uponReplyInvoke([this, ticket, answer](const sdbus::Error* error, const Outcome& outcome) {
           if (!error) return answer(VerdictOf(outcome));
           // A question that goes on would be answered to nobody.

@@ -21,7 +21,7 @@ class Polkit : public Authority {
   Polkit(sdbus::IConnection& bus, std::chrono::milliseconds patience);
   ~Polkit() override;
 
-  void Ask(const Caller& caller, std::string_view action, std::uint64_t ticket,
+  void Ask(const Caller& caller, std::string_view action, const AskedAbout& about, std::uint64_t ticket,
            std::function<void(Verdict)> answer) override;
   void Withdraw(std::uint64_t ticket) override;
 

@@ -17,14 +17,15 @@ class ScriptedAuthority : public Authority {
   struct Question {
     Caller caller;
     std::string action;
+    AskedAbout about;
     std::uint64_t ticket = 0;
     std::function<void(Verdict)> answer;
     bool withdrawn = false;
   };
 
-  void Ask(const Caller& caller, std::string_view action, std::uint64_t ticket,
+  void Ask(const Caller& caller, std::string_view action, const AskedAbout& about, std::uint64_t ticket,
            std::function<void(Verdict)> answer) override {
-    questions.push_back({caller, std::string(action), ticket, std::move(answer)});
+    questions.push_back({caller, std::string(action), about, ticket, std::move(answer)});
     if (at_once) questions.back().answer(*at_once);
   }
   void Withdraw(std::uint64_t ticket) override {

@@ -97,6 +97,29 @@ TEST_F(ActingTest, BlockAsksTheAuthorityForTheRightActionAndCaller) {
   EXPECT_EQ(store_.takes.at(0).second, 1000U);
 }
 
+TEST_F(ActingTest, TheUserReadsWhichFileAndProcessHeIsAskedAbout) {
+  ASSERT_TRUE(Block().done);
+  EXPECT_EQ(authority_.questions.at(0).about.path, "\"/tmp/dropper\"");
+  EXPECT_EQ(authority_.questions.at(0).about.process, "4711");
+  ASSERT_TRUE(Allow(store_.entries.at(0).name).done);
+  EXPECT_EQ(authority_.questions.at(1).about.path, "\"/tmp/dropper\"");
+  EXPECT_EQ(authority_.questions.at(1).about.process, "none");
+}
+
+TEST_F(ActingTest, ANameInTheQuestionIsCleanedAndShort) {
+  const auto asked = [&](const std::string& path) {
+    store_.files[path] = {sum_, {1, 70}};
+    const BlockRequest request{{"Windows Folder", path, kMoment, kMoment + 3}, true};
+    agent_.told.push_back(request.event);
+    EXPECT_TRUE(Block(request, user_).done) << last_.sentence;
+    EXPECT_EQ(authority_.questions.back().about.process, "none");
+    return authority_.questions.back().about.path;
+  };
+  EXPECT_EQ(asked("/tmp/<b>a&\"b\nc"), "\"/tmp/?b?a?'b?c\"");
+  EXPECT_EQ(asked("/tmp/\xE9"), "\"/tmp/\xC3\xA9\"") << "no broken UTF-8 for the bus";
+  EXPECT_LE(asked("/tmp/" + std::string(2000, 'x')).size(), 120U);
+}
+
 TEST_F(ActingTest, AnEventWithoutAProcessOnlyMovesTheFile) {
   const BlockRequest folder{{"Windows Folder", kPath, kMoment, kMoment + 3}, true};
   agent_.told.push_back(folder.event);

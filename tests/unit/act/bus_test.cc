@@ -96,6 +96,7 @@ TEST(ActBusTest, BlockAsksThenMovesTheFileAndEndsTheProgramAndAllowBringsItBack)
   Computer computer;
   test::FakePolkit polkit;
   const std::string contents = computer.folder_.Read("dropper");
+  const std::string process = std::to_string(computer.dropper_.process());
   const ActAnswer blocked = computer.Block();
   EXPECT_TRUE(blocked.done) << blocked.sentence;
   EXPECT_NE(blocked.sentence.find("was moved to quarantine"), std::string::npos) << blocked.sentence;
@@ -106,6 +107,8 @@ TEST(ActBusTest, BlockAsksThenMovesTheFileAndEndsTheProgramAndAllowBringsItBack)
   EXPECT_EQ(polkit.questions()[0].kind, "system-bus-name");
   EXPECT_EQ(polkit.questions()[0].action, "com.korvessa.zendrix.block");
   EXPECT_EQ(polkit.questions()[0].flags, 1U) << "the user may be asked";
+  EXPECT_EQ(polkit.questions()[0].details.at("path"), "\"" + computer.dropper_.path() + "\"");
+  EXPECT_EQ(polkit.questions()[0].details.at("process"), process);
   const auto blocks = ParseBlocks(computer.folder_.Read("quarantine/blocks"));
   ASSERT_TRUE(blocks && blocks->size() == 1);
   EXPECT_EQ(blocks->front().path, computer.dropper_.path());

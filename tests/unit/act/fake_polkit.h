@@ -23,6 +23,7 @@ class FakePolkit {
     std::string caller;
     std::string action;
     std::uint32_t flags = 0;
+    std::map<std::string, std::string> details;
   };
   enum class Word { kYes, kNo, kChallenge, kDismissed, kNone };
 
@@ -32,10 +33,10 @@ class FakePolkit {
     object_->registerMethod("CheckAuthorization")
         .onInterface(kInterface)
         .implementedAs([this](Reply&& reply, const Subject& subject, const std::string& action,
-                              const Details&, std::uint32_t flags, const std::string&) {
+                              const Details& details, std::uint32_t flags, const std::string&) {
           const std::lock_guard guard(mutex_);
           const auto name = subject.get<1>().at("name").get<std::string>();
-          questions_.push_back({subject.get<0>(), name, action, flags});
+          questions_.push_back({subject.get<0>(), name, action, flags, details});
           if (word_ == Word::kNone) {
             waiting_.push_back(std::move(reply));
           } else {
