@@ -282,6 +282,19 @@ TEST_F(Mailing, WhileItsStateCannotBeWrittenNothingIsSent) {
   EXPECT_EQ(server.tries, 1);
 }
 
+TEST_F(Mailing, AlertsThatWaitedForRoomAreOneMail) {
+  Turn();
+  files.FailNext(platform::FileOp::kWriteAll, "/k/zendrix-mail.state", platform::ErrorKind::kNoSpace,
+                 platform::MemoryFiles::kAlways);
+  Raise();
+  Pass(10);
+  Raise(6);
+  Pass(10);
+  files.ClearFaults();
+  Pass(10);
+  EXPECT_THAT(Subjects(), ElementsAre("Zendrix: 7 alerts on desk"));
+}
+
 // The first alert was written down as waiting; that it is being tried was not.
 TEST_F(Mailing, DiskThatFillsUpInFrontOfAMailHoldsItBack) {
   Turn();
@@ -354,7 +367,7 @@ TEST_F(Mailing, DamagedStateIsSetAsideAndTheLastDayIsReadAgain) {
   const std::int64_t now = clock.NowUtc();
   files.Put("/f/KorvessaMonitoring-" + std::to_string(now - 90000) + ".kvl",
             AlertText(now - 90001, "AG,A,1"));
-  files.Put("/f/KorvessaMonitoring-" + std::to_string(now - 70000) + ".kvl",
+  files.Put("/f/KorvessaMonitoring-" + std::to_string(now - 86400) + ".kvl",
             AlertText(now - 86401, "AG,B,1") + AlertText(now - 86400, "AG,C,1"));
   files.Put(kMonitored, AlertText(now - 50, "AG,D,1"));
   Turn();
