@@ -118,7 +118,7 @@ void Acting::Block(const Caller& caller, const BlockRequest& request, Reply repl
                          ". Nothing was changed."));
   AskedAbout about{PathToAsk(looked.file.path)};
   if (held->process) about.process = std::to_string(held->shown.process);
-  Ask(caller, kBlockAction, about,
+  Ask(caller, looked.file.others ? kBlockOtherAction : kBlockAction, about,
       [this, caller, meant, file = looked.file, held, reply = std::move(reply)](Verdict verdict) {
         reply(verdict == Verdict::kYes ? TakeShown(meant, caller, file, *held) : Refusal(WhyNot(verdict)));
       });
@@ -128,6 +128,14 @@ Answer Acting::TakeShown(const family::Event& event, const Caller& caller, const
                          Held& held) {
   family::Event same = event;
   same.sha256 = looked.sha256;  // what the user was asked about
+  if (!looked.others) {
+    // A consent of the user's own covers nothing that became an administrator's affair meanwhile.
+    const StoreAnswer again = parts_.store.Look(same, caller.user);
+    if (!again.done) return Refusal(again.sentence);
+    if (again.file.others)
+      return Refusal(family::NameToTell(looked.path) +
+                     " is no longer the file that you were asked about. Nothing was changed.");
+  }
   const StoreAnswer taken = parts_.store.Take(same, caller.user);
   if (!taken.done) return Refusal(taken.sentence);
   bool done = true;

@@ -16,6 +16,8 @@ struct Caller {
 };
 
 inline constexpr std::string_view kBlockAction = "com.korvessa.zendrix.block";
+// Of a file that is not plainly the caller's affair (whose.h): an administrator's word each time.
+inline constexpr std::string_view kBlockOtherAction = "com.korvessa.zendrix.block-other";
 inline constexpr std::string_view kAllowAction = "com.korvessa.zendrix.allow";
 
 // What the user reads in the question. Chosen by whoever is to be caught: cleaned and short.

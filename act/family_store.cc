@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "act/whose.h"
+
 namespace zendrix::act {
 namespace {
 
@@ -31,7 +33,10 @@ StoreAnswer FamilyStore::PutAway(family::Quarantine& quarantine, const family::E
     quarantine.SetOutside(family::ThisComputerFor(user));
     const std::string sentence = quarantine.PutAway(event);
     const auto& taken = quarantine.taken();
-    return {true, sentence, {taken->manifest.path, taken->manifest.sha256, {taken->device, taken->number}}};
+    const auto& manifest = taken->manifest;
+    const bool others = IsOthers(manifest.path, manifest.owner,
+                                 {user, family::HomeOf(user), family::SharedAutostartPlaces()});
+    return {true, sentence, {manifest.path, manifest.sha256, {taken->device, taken->number}, others}};
   });
 }
 

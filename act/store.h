@@ -23,6 +23,7 @@ struct TakenFile {
   std::string path;  // absolute; the file system's bytes
   std::string sha256;
   FileId id;
+  bool others = true;  // not plainly the affair of the one who clicks (whose.h)
 };
 
 struct StoreAnswer {

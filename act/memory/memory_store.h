@@ -16,6 +16,7 @@ class MemoryStore : public Store {
   struct File {
     std::string sha256;
     FileId id;
+    bool others = false;
   };
 
   StoreAnswer Look(const family::Event& event, uid_t user) override {
@@ -69,7 +70,9 @@ class MemoryStore : public Store {
     const auto file = files.find(other == other_names.end() ? path : other->second);
     if (file == files.end()) return {false, "no file", {}};
     if (!event.sha256.empty() && event.sha256 != file->second.sha256) return {false, "other contents", {}};
-    return {true, "took " + file->first + ".", {file->first, file->second.sha256, file->second.id}};
+    return {true,
+            "took " + file->first + ".",
+            {file->first, file->second.sha256, file->second.id, file->second.others}};
   }
 };
 

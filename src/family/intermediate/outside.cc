@@ -14,30 +14,8 @@ namespace {
 
 constexpr std::size_t kPasswordBuffer = 16384;
 
-// From the accounts, not from the environment: what a program was started with is no proof of whose it is.
-std::string HomeOf(uid_t user) {
-  passwd entry = {};
-  passwd* found = nullptr;
-  std::array<char, kPasswordBuffer> buffer = {};
-  if (::getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found) != 0 || !found || !found->pw_dir)
-    return "";
-  return found->pw_dir;
-}
-
 std::vector<std::string> AutostartPlaces(uid_t user) {
-  std::vector<std::string> places = {"/etc/xdg/autostart",
-                                     "/etc/systemd/system",
-                                     "/etc/systemd/user",
-                                     "/run/systemd/system",
-                                     "/etc/cron.d",
-                                     "/etc/cron.hourly",
-                                     "/etc/cron.daily",
-                                     "/etc/cron.weekly",
-                                     "/etc/cron.monthly",
-                                     "/var/spool/cron/crontabs",
-                                     "/etc/init.d",
-                                     "/etc/profile.d",
-                                     "/usr/local/lib/systemd/system"};
+  std::vector<std::string> places = SharedAutostartPlaces();
   const std::string home = HomeOf(user);
   if (home.size() > 1) {
     places.push_back(home + "/.config/autostart");
@@ -68,6 +46,32 @@ std::string ExecutableFolder() {
 }
 
 }  // namespace
+
+// From the accounts, not from the environment: what a program was started with is no proof of whose it is.
+std::string HomeOf(uid_t user) {
+  passwd entry = {};
+  passwd* found = nullptr;
+  std::array<char, kPasswordBuffer> buffer = {};
+  if (::getpwuid_r(user, &entry, buffer.data(), buffer.size(), &found) != 0 || !found || !found->pw_dir)
+    return "";
+  return found->pw_dir;
+}
+
+std::vector<std::string> SharedAutostartPlaces() {
+  return {"/etc/xdg/autostart",
+          "/etc/systemd/system",
+          "/etc/systemd/user",
+          "/run/systemd/system",
+          "/etc/cron.d",
+          "/etc/cron.hourly",
+          "/etc/cron.daily",
+          "/etc/cron.weekly",
+          "/etc/cron.monthly",
+          "/var/spool/cron/crontabs",
+          "/etc/init.d",
+          "/etc/profile.d",
+          "/usr/local/lib/systemd/system"};
+}
 
 Outside ThisComputerFor(uid_t user) {
   Outside outside = ThisComputer();

@@ -52,6 +52,10 @@ struct Outside {
   std::uint64_t most_copied = std::uint64_t{256} << 20;
 };
 
+// Of the account; empty when it has none.
+std::string HomeOf(uid_t user);
+// Those whose entries start for everybody.
+std::vector<std::string> SharedAutostartPlaces();
 Outside ThisComputer();
 // The same for the superuser who acts for another user: that user's autostart places count as well, and
 // files of any owner may be taken.

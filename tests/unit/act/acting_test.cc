@@ -97,6 +97,20 @@ TEST_F(ActingTest, BlockAsksTheAuthorityForTheRightActionAndCaller) {
   EXPECT_EQ(store_.takes.at(0).second, 1000U);
 }
 
+TEST_F(ActingTest, AFileThatIsNotTheCallersAffairTakesAnAdministrator) {
+  store_.files[kPath].others = true;
+  EXPECT_TRUE(Block().done);
+  EXPECT_EQ(authority_.questions.at(0).action, "com.korvessa.zendrix.block-other");
+}
+
+TEST_F(ActingTest, AFileThatBecomesAnAdministratorsAffairMeanwhileStays) {
+  authority_.at_once.reset();
+  Block();
+  store_.files[kPath].others = true;
+  authority_.questions.at(0).answer(Verdict::kYes);
+  ExpectUntouched(last_, "is no longer the file that you were asked about");
+}
+
 TEST_F(ActingTest, TheUserReadsWhichFileAndProcessHeIsAskedAbout) {
   ASSERT_TRUE(Block().done);
   EXPECT_EQ(authority_.questions.at(0).about.path, "\"/tmp/dropper\"");
