@@ -20,7 +20,9 @@ struct Item {
   RuleSet rules;             // what is unusual about it, whenever it came
   std::string program = {};  // path of the program behind it, the host's bytes; empty when it cannot be told
   std::string parent = {};   // path of the program that started it, likewise; empty when it is not known
-  std::string place = {};  // file that a look found it in, the host's bytes; empty where no look can miss it
+  std::string place = {};   // file that a look found it in, the host's bytes; empty where no look can miss it
+  std::uint64_t inode = 0;  // of the file that the program was started from; 0: not told
+  std::uint64_t process = 0;  // number of the process that runs it; 0: none
 };
 
 // Failed logins that came from one place.

@@ -27,6 +27,7 @@ struct EntryFacts {
   std::int64_t modified_ns = 0;  // last change of contents, nanoseconds since 1970
   std::uint64_t device = 0;      // with the inode it tells files apart, whatever they are called
   std::uint64_t inode = 0;
+  std::int64_t changed_ns = 0;  // last change of contents or of these facts, which nobody can set
 };
 
 // Names of a folder's entries, the first ones in byte order.

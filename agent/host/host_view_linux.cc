@@ -43,6 +43,7 @@ EntryFacts FactsOf(const struct stat& facts) {
   seen.modified_ns = static_cast<std::int64_t>(facts.st_mtim.tv_sec) * 1000000000 + facts.st_mtim.tv_nsec;
   seen.device = facts.st_dev;
   seen.inode = facts.st_ino;
+  seen.changed_ns = static_cast<std::int64_t>(facts.st_ctim.tv_sec) * 1000000000 + facts.st_ctim.tv_nsec;
   return seen;
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "agent/host/commands.h"
+#include "agent/host/distinct_name.h"
 #include "agent/host/parse_autorun.h"
 #include "agent/host/places.h"
 #include "agent/host/text.h"
@@ -64,7 +65,7 @@ Item MakeItem(const std::string& path, const std::string& text) {
   if (!command.hidden.empty()) item.rules.Add(Rule::kAutorunHidden);
   const std::string program = command.temporary.empty() ? NormalPath(command.program) : command.temporary;
   if (!program.starts_with("/")) return item;  // a bare name is looked up in the system folders
-  item.subject = CleanName(program);
+  item.subject = DistinctName(program);
   item.program = program;
   return item;
 }

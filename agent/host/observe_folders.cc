@@ -5,6 +5,7 @@
 #include <iterator>
 #include <map>
 
+#include "agent/host/distinct_name.h"
 #include "agent/host/text.h"
 
 namespace zendrix::agent {
@@ -29,7 +30,7 @@ constexpr const char* kTemporaryFolders[] = {"/dev/shm", "/tmp", "/var/tmp"};
 Item MakeItem(std::string_view monitor_name, const std::string& path, const EntryFacts& facts) {
   Item item;
   item.monitor = monitor_name;
-  item.description = CleanName(path);
+  item.description = DistinctName(path);
   item.subject = item.description;
   item.place = path;
   // A file whose contents changed counts as gone and come again.

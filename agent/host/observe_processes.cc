@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "agent/host/distinct_name.h"
 #include "agent/host/places.h"
 #include "agent/host/text.h"
 
@@ -110,7 +111,10 @@ std::vector<Process> ReadProcesses(HostView& host, std::uint64_t own_pid) {
 }
 
 std::string ProgramName(const Process& process) {
-  return CleanName(process.program.path.empty() ? process.stat.name : process.program.path);
+  if (!process.program.path.empty()) return DistinctName(process.program.path);
+  // A process may call itself by any path.
+  return process.stat.name.find('/') == std::string::npos ? DistinctName(process.stat.name)
+                                                          : MarkedName(process.stat.name);
 }
 
 Program ProgramOf(const Process& process) {
@@ -129,7 +133,7 @@ Program ProgramOf(const Process& process) {
 
 std::string HostPathOf(const Program& program) {
   const ProgramFile& file = program.file;
-  const bool is_there = !file.in_memory && !file.deleted && program.subject == CleanName(file.path);
+  const bool is_there = !file.in_memory && !file.deleted && program.subject == DistinctName(file.path);
   return is_there ? file.path : "";
 }
 
@@ -149,6 +153,7 @@ RuleSet RulesOfProgram(const ProgramFile& program) {
     rules.Add(Rule::kProgramOutsideSystem);
   }
   if (IsHidden(program.path)) rules.Add(Rule::kProgramHidden);
+  if (IsLoader(program.path)) rules.Add(Rule::kStartedByLoader);
   return rules;
 }
 
@@ -166,6 +171,8 @@ Item ProcessItem(const Program& program, std::uint64_t pid, std::uint64_t start_
   item.identity = std::to_string(start_ticks);
   item.rules = rules;
   item.program = HostPathOf(program);
+  item.inode = program.inode;
+  item.process = pid;
   return item;
 }
 

@@ -38,9 +38,10 @@ std::vector<Process> ReadProcesses(HostView& host, std::uint64_t own_pid);
 
 // A program as lines call it.
 struct Program {
-  std::string name;     // clean: its path, and what tells it from the host's program of that path
-  std::string subject;  // what facts about it are weighed under; mostly the name
-  ProgramFile file;     // path empty when it is not known
+  std::string name;         // clean: its path, and what tells it from the host's program of that path
+  std::string subject;      // what facts about it are weighed under; mostly the name
+  ProgramFile file;         // path empty when it is not known
+  std::uint64_t inode = 0;  // of the file, as the kernel told it of the start; 0: not told
 };
 
 Program ProgramOf(const Process& process);

@@ -41,7 +41,7 @@ bool HasStepUp(std::string_view path) {
 }
 
 bool IsTemporary(std::string_view tidy) {
-  return BeginsWithAny(tidy, {"/tmp/", "/var/tmp/", "/dev/shm/", "/run/shm/"});
+  return BeginsWithAny(tidy, {"/tmp/", "/var/tmp/", "/dev/shm/", "/run/shm/", "/run/user/"});
 }
 
 // "base", or "base" with one of these characters or a digit behind it.
@@ -76,6 +76,24 @@ bool InSystemFolder(std::string_view path) {
   return !HasStepUp(path) &&
          BeginsWithAny(Tidied(path, false), {"/usr/", "/bin/", "/sbin/", "/lib/", "/lib64/", "/lib32/",
                                              "/opt/", "/snap/", "/nix/store/"});
+}
+
+bool IsInterpreter(std::string_view path) {
+  std::string_view name = path.substr(path.rfind('/') + 1);
+  // "python3.11"
+  const std::size_t end = name.find_last_not_of("0123456789.-");
+  if (end != std::string_view::npos) name = name.substr(0, end + 1);
+  static constexpr std::string_view kNames[] = {
+      "awk",     "bash", "busybox", "csh",    "dash", "deno", "fish",  "gawk",   "gjs",  "guile",
+      "java",    "ksh",  "lua",     "luajit", "mawk", "mono", "node",  "nodejs", "perl", "php",
+      "php-cgi", "pwsh", "pypy",    "python", "ruby", "sh",   "tclsh", "tcsh",   "wine", "zsh"};
+  return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
+}
+
+bool IsLoader(std::string_view path) {
+  const std::string_view name = path.substr(path.rfind('/') + 1);
+  return name.starts_with("ld") && (name.ends_with(".so") || name.find(".so.") != std::string_view::npos) &&
+         (name == "ld.so" || name.starts_with("ld-") || name.starts_with("ld64.so"));
 }
 
 bool IsUsualPort(unsigned port) {

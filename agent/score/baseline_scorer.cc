@@ -3,6 +3,7 @@
 #include <random>
 #include <utility>
 
+#include "agent/host/distinct_name.h"
 #include "agent/host/text.h"
 #include "agent/score/alert_book.h"
 #include "agent/score/baseline.h"
@@ -127,6 +128,7 @@ class BaselineScorer : public Scorer {
 
   std::vector<Alert> Weigh(const std::vector<Event>& events, Moment now) override {
     baseline_.Tick(now.utc);
+    for (const Event& event : evidence_.TakePutOff(now)) Take(event, now);
     for (const Event& event : events) Take(event, now);
     auto alerts = Due(now, now.monotonic_ms, Ration::kMostPutOff);
     Save(now.utc, false);
@@ -193,6 +195,7 @@ class BaselineScorer : public Scorer {
     AlertRecord record;
     std::string subject;
     std::optional<Decision> decision;
+    bool is_program = false;   // and no account, file or the like
     bool is_repeated = false;  // told again for a new file
     bool is_blocked_again = false;
 
@@ -203,23 +206,39 @@ class BaselineScorer : public Scorer {
 
   void Take(const Event& event, Moment now) {
     auto facts = evidence_.Of(event, now);
+    if (const auto guessed = evidence_.Guessed()) {
+      // Whoever guessed most is told of, not whoever did it last.
+      TakeFacts(guessed->item, guessed->subject, {guessed->fact}, event.kind, {}, now);
+    }
     const auto blocked = BlockedProcess(event, now.utc);
     if (facts.empty() && !blocked) return;
-    Subject* const subject = subjects_.At(event.item.subject, now.monotonic_ms);
+    // By the host's bytes where there are any: cleaned names of two programs may be equal.
+    const Item& item = event.item;
+    TakeFacts(item, item.program.empty() ? item.subject : DistinctName(item.program), std::move(facts),
+              event.kind, blocked, now);
+  }
+
+  void TakeFacts(const Item& item, const std::string& name, std::vector<Fact> facts, EventKind kind,
+                 std::optional<std::uint32_t> blocked, Moment now) {
+    Subject* const subject = subjects_.At(name, now.monotonic_ms);
     if (subject == nullptr) {
-      LeaveOut(std::move(facts), event.item);
+      LeaveOut(std::move(facts), item);
       return;
     }
-    if (!event.item.program.empty()) subject->program = event.item.program;
+    if (!item.program.empty()) subject->program = item.program;
+    if (item.process != 0) subject->running = {item.inode, item.process};
+    subject->is_program = subject->is_program || !item.program.empty() ||
+                          item.monitor == monitor::kProcesses || item.monitor == monitor::kPorts ||
+                          item.monitor == monitor::kConnections;
     subject->touched_ms = now.monotonic_ms;
-    subject->came = subject->came || event.kind != EventKind::kPresent;
-    const bool is_news = subject->Add(event.item, std::move(facts));
-    if (blocked) return TakeBlocked(*subject, event.item.subject, *blocked, now);
+    subject->came = subject->came || kind != EventKind::kPresent;
+    const bool is_news = subject->Add(item, std::move(facts));
+    if (blocked) return TakeBlocked(*subject, name, *blocked, now);
     if (!is_news || subject->waits) return;
     subject->waits = true;
     // What is there when a session begins has nothing to wait for.
-    subject->due_ms = now.monotonic_ms + (event.kind == EventKind::kPresent ? 0 : settle_ms_);
-    waiting_.insert(event.item.subject);
+    subject->due_ms = now.monotonic_ms + (kind == EventKind::kPresent ? 0 : settle_ms_);
+    waiting_.insert(name);
   }
 
   // The process of a program that the user blocked; where that could not be done lately, it is said and tried
@@ -378,7 +397,10 @@ class BaselineScorer : public Scorer {
 
   AlertState StateOf(const Offer& offer) const {
     const AlertRecord& record = offer.record;
-    if (offer.decision && !offer.decision->block && offer.decision->sha256 == record.sha256) {
+    // Contents that could not be had are nobody's equal.
+    const bool fits = offer.decision && offer.decision->sha256 == record.sha256 &&
+                      !(offer.is_program && record.sha256.empty());
+    if (fits && !offer.decision->block) {
       std::set<int> hard;
       for (const Fact& fact : record.facts) {
         if (fact.hard) hard.insert(fact.number);
@@ -410,7 +432,8 @@ class BaselineScorer : public Scorer {
     const auto said = said_.find(record.code);
     offer.is_repeated = said != said_.end() && now.utc - said->second.utc < kDay &&
                         Covers(said->second.facts, NumbersOf(record.facts));
-    const Contents contents = files_.Of(subject.program, now.monotonic_ms);
+    const Contents contents = files_.Of(subject.program, now.monotonic_ms, subject.running);
+    offer.is_program = subject.is_program;
     offer.is_blocked_again = !subject.blocked_processes.empty() && offer.decision && offer.decision->block &&
                              !contents.sha256.empty() && contents.sha256 == offer.decision->sha256;
     if (offer.is_repeated && said->second.in_file && !offer.is_blocked_again) return {};

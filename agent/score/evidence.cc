@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "agent/host/places.h"
 #include "agent/host/text.h"
 
 namespace zendrix::agent {
@@ -10,8 +11,10 @@ namespace {
 
 constexpr double kLeastWeight = 0.02;  // less changes nothing that a person would see
 constexpr double kGuessingWeight = 0.96;
+constexpr std::size_t kMostPutOff = 1000;
 constexpr std::size_t kMostTalking = 4000;
-constexpr std::size_t kMostFailing = 100;
+constexpr std::size_t kMostFailing = 5000;
+constexpr double kMostAtOnce = 1e9;
 constexpr std::size_t kShortName = 80;
 
 // No path holds a NUL.
@@ -57,6 +60,16 @@ std::string TextOf(Rule rule, const Item& item) {
   }
 }
 
+bool MayBeTalker(const Item& item) {
+  return !IsInterpreter(ProgramKey(item));
+}
+
+// Who talks with everybody at usual ports, as browsers do, need not do so at others, as file sharing does.
+std::string TalkerKey(const Item& item) {
+  const bool unusual = item.rules.Has(Rule::kConnectionToUnusualPort);
+  return unusual ? Pair(ProgramKey(item), "unusual ports") : ProgramKey(item);
+}
+
 bool IsOfProgram(Rule rule) {
   return FactsOf(rule).number / 100 == 1;
 }
@@ -99,9 +112,10 @@ std::optional<Evidence::Thing> Evidence::ThingOf(const Item& item) {
   return {};
 }
 
+// What an interpreter runs differs from one time to the next.
 bool Evidence::IsTalker(const Item& item) const {
-  return item.monitor == monitor::kConnections &&
-         baseline_.DaysBefore(Known::kTalker, ProgramKey(item)).has_value();
+  return item.monitor == monitor::kConnections && MayBeTalker(item) &&
+         baseline_.DaysBefore(Known::kTalker, TalkerKey(item)).has_value();
 }
 
 bool Evidence::IsKnown(const Item& item) const {
@@ -113,6 +127,7 @@ bool Evidence::IsKnown(const Item& item) const {
 
 std::vector<Fact> Evidence::Of(const Event& event, Moment now) {
   std::vector<Fact> facts;
+  OfGuessing(event, now);
   if (event.kind == EventKind::kRemoved) return facts;
   const Item& item = event.item;
   const bool is_process = item.monitor == monitor::kProcesses;
@@ -123,7 +138,6 @@ std::vector<Fact> Evidence::Of(const Event& event, Moment now) {
   std::optional<int> thing_days;
   if (const auto thing = ThingOf(item)) thing_days = OfThing(*thing, item, facts);
   OfRules(item, program_days, thing_days, facts);
-  OfGuessing(event, now, facts);
   return facts;
 }
 
@@ -135,22 +149,47 @@ std::string Evidence::SinceText() const {
 // On how many days before today this program, with these contents, was seen.
 int Evidence::OfProgram(const Item& item, Moment now, std::vector<Fact>& facts) {
   const std::string& path = ProgramKey(item);
-  const Contents contents = item.program.empty() ? Contents() : files_.Of(item.program, now.monotonic_ms);
-  auto days = baseline_.See(Known::kProgram, Pair(path, contents.sha256), contents.package);
+  const Contents contents = item.program.empty()
+                                ? Contents()
+                                : files_.Of(item.program, now.monotonic_ms, {item.inode, item.process});
   const auto path_days = baseline_.See(Known::kPath, path, contents.package);
-  // Contents that cannot be read now, or never could be before, are not called changed.
-  if (!days && (contents.sha256.empty() || baseline_.DaysBefore(Known::kProgram, Pair(path, "")))) {
-    days = path_days;
-  }
-  if (path_days && !days) {
-    AddIfItCounts(facts, NewsFact(kChangedProgram, Topic::kProgram, 0, "has changed since it was last seen"));
-    return 0;
+  auto days = path_days;
+  if (!contents.is_put_off || !PutOff(item)) {
+    // Contents that cannot be read are no others' equal: they are known only as far as they could not be read
+    // before, and what could not be read does not excuse what can.
+    days = baseline_.See(Known::kProgram, Pair(path, contents.sha256), contents.package);
+    if (path_days && !days) {
+      const char* const text = contents.sha256.empty()
+                                   ? "cannot be read and compared with what was seen before"
+                                   : "has changed since it was last seen";
+      AddIfItCounts(facts, NewsFact(kChangedProgram, Topic::kProgram, 0, text));
+      return 0;
+    }
   }
   const int count = days.value_or(0);
   std::string text = count == 0 ? SinceText() : "seen on " + std::to_string(count) + " days before";
   if (count == 1) text = "seen on 1 day before";
   AddIfItCounts(facts, NewsFact(kNewProgram, Topic::kProgram, count, std::move(text)));
   return count;
+}
+
+// False when too many wait.
+bool Evidence::PutOff(const Item& item) {
+  if (put_off_.size() >= kMostPutOff) return false;
+  put_off_.push_back(item);
+  return true;
+}
+
+std::vector<Event> Evidence::TakePutOff(Moment now) {
+  std::vector<Event> events;
+  if (put_off_.empty() || now.monotonic_ms / 1000 == put_off_second_) return events;
+  put_off_second_ = now.monotonic_ms / 1000;
+  for (Item& item : std::exchange(put_off_, {})) {
+    Event& event = events.emplace_back();
+    event.kind = EventKind::kAdded;
+    event.item = std::move(item);
+  }
+  return events;
 }
 
 void Evidence::OfParent(const Item& item, std::vector<Fact>& facts) {
@@ -165,11 +204,12 @@ std::optional<int> Evidence::OfThing(const Thing& thing, const Item& item, std::
   const auto days = baseline_.DaysBefore(thing.kind, thing.key);
   if (!days && thing.kind == Known::kConnection) {
     if (IsTalker(item)) {
-      baseline_.See(Known::kTalker, ProgramKey(item));
-      return baseline_.DaysBefore(Known::kTalker, ProgramKey(item));
+      baseline_.See(Known::kTalker, TalkerKey(item));
+      return baseline_.DaysBefore(Known::kTalker, TalkerKey(item));
     }
     if (addresses_.size() >= kMostTalking) addresses_.clear();
-    if (++addresses_[ProgramKey(item)] >= kTalkerAddresses) baseline_.See(Known::kTalker, ProgramKey(item));
+    if (MayBeTalker(item) && ++addresses_[TalkerKey(item)] >= kTalkerAddresses)
+      baseline_.See(Known::kTalker, TalkerKey(item));
   }
   baseline_.See(thing.kind, thing.key);
   AddIfItCounts(facts, NewsFact(thing.number, thing.topic, days.value_or(0), thing.text));
@@ -193,25 +233,47 @@ void Evidence::OfRules(const Item& item, int program_days, std::optional<int> th
   }
 }
 
-void Evidence::OfGuessing(const Event& event, Moment now, std::vector<Fact>& facts) {
+void Evidence::DropOldestFailure() {
+  const Failure& oldest = failures_.front();
+  failed_ -= oldest.count;
+  const auto source = sources_.find(oldest.subject);
+  source->second.count -= oldest.count;
+  if (source->second.count <= 0) sources_.erase(source);
+  failures_.pop_front();
+}
+
+void Evidence::OfGuessing(const Event& event, Moment now) {
+  guessed_.reset();
   const Item& item = event.item;
   if (event.kind != EventKind::kHappened || item.monitor != monitor::kSystem || event.change < 1) return;
-  if (!item.description.starts_with("failed logins")) return;
-  if (failures_.size() >= kMostFailing && !failures_.contains(item.subject)) failures_.clear();
-  auto& failures = failures_[item.subject];
-  failures.emplace_back(now.monotonic_ms, std::llround(std::min(event.change, 1e9)));
-  while (failures.front().first + kGuessingMs < now.monotonic_ms) failures.pop_front();
-  std::int64_t sum = 0;
-  for (const auto& [when, count] : failures) sum += count;
-  if (sum < kGuesses) return;
-  Fact fact;
+  if (!item.description.starts_with("failed login")) return;
+  const std::int64_t count = std::llround(std::min(event.change, kMostAtOnce));
+  failures_.push_back({now.monotonic_ms, count, item.subject});
+  Source& source = sources_[item.subject];
+  source.count += count;
+  source.item = item;
+  failed_ += count;
+  while (failures_.front().at_ms + kGuessingMs < now.monotonic_ms || failures_.size() > kMostFailing)
+    DropOldestFailure();
+  if (failed_ < kGuesses) return;
+  const auto most = std::max_element(sources_.begin(), sources_.end(), [](const auto& a, const auto& b) {
+    return a.second.count < b.second.count;
+  });
+  const bool is_one = most->second.count >= kGuesses;
+  const std::int64_t sum = is_one ? most->second.count : failed_;
+  Guessing guessing;
+  guessing.item = most->second.item;
+  guessing.subject = is_one ? most->first : "failed logins of many sources";
+  Fact& fact = guessing.fact;
   fact.number = kPasswordGuessing;
   fact.topic = Topic::kGuessing;
   fact.weight = fact.full_weight = kGuessingWeight;
   fact.hard = true;
   fact.count = static_cast<int>(std::min<std::int64_t>(sum, 1000000));
   fact.text = std::to_string(sum) + " logins failed in 10 minutes";
-  facts.push_back(std::move(fact));
+  if (!is_one)
+    fact.text += " - the most, " + std::to_string(most->second.count) + ", as " + CleanText(most->first);
+  guessed_ = std::move(guessing);
 }
 
 }  // namespace zendrix::agent

@@ -40,6 +40,7 @@ constexpr std::array<RuleFacts, kRuleCount> kRules = {{
     {801, 0.70, "system folder was changed while the Agent ran"},
     {802, 0.85, "library list is loaded into every program"},
     {901, 0.85, "many logins failed"},
+    {107, 0.75, "program is started by way of the loader so that its own file is not seen"},
 }};
 
 struct MonitorFacts {

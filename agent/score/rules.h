@@ -71,8 +71,9 @@ enum class Rule : std::uint32_t {
   kSystemFolderChanged,
   kPreloadList,
   kFailedLogins,
+  kStartedByLoader,
 };
-inline constexpr std::size_t kRuleCount = static_cast<std::size_t>(Rule::kFailedLogins) + 1;
+inline constexpr std::size_t kRuleCount = static_cast<std::size_t>(Rule::kStartedByLoader) + 1;
 
 class RuleSet {
  public:

@@ -10,6 +10,8 @@ namespace {
 constexpr double kDaysToHalf = 3;
 constexpr std::size_t kMostPhrases = 3;
 constexpr double kBudgetShare = 0.25;
+// What has the highest risk that a line can tell is an alert whatever was spent on decoys.
+constexpr double kLeastLimit = 1 - kMostRisk;
 
 // The phrase of a topic is that of its heaviest fact, but that a plain statement of what was done goes first.
 bool IsBetterPhrase(const Fact& a, const Fact& b) {
@@ -96,7 +98,8 @@ std::vector<std::string> Phrases(const std::vector<Fact>& facts) {
 double Budget::Limit(std::int64_t utc) const {
   double limit = kMostDoubt;
   for (const Spent& spent : spent_) {
-    if (utc - spent.utc < kDay && utc >= spent.utc) limit = std::min(limit, spent.doubt * kBudgetShare);
+    if (utc - spent.utc < kDay && utc >= spent.utc)
+      limit = std::min(limit, std::max(spent.doubt * kBudgetShare, kLeastLimit));
   }
   return limit;
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "agent/events/events.h"
+#include "agent/score/program_files.h"
 #include "agent/score/scoring.h"
 
 namespace zendrix::agent {
@@ -32,6 +33,8 @@ class Subject {
 
   std::string name;
   std::string program;  // the host's bytes; empty when there is none
+  Running running;      // of its process that came last
+  bool is_program = false;
   std::int64_t touched_ms = 0;
   std::int64_t due_ms = 0;
   bool came = false;          // more than being there when a session began

@@ -32,6 +32,7 @@ Program ProgramNamer::Named(ProgramFile file, std::uint64_t mount_namespace, con
   const bool is_hosts = named.in_memory || mount_namespace == host_namespace_ || host_namespace_ == 0;
   if (!is_hosts && !is_it(named.path)) process.foreign_namespace = mount_namespace;
   Program program = ProgramOf(process);
+  program.inode = identity.inode;
   if (!is_hosts && mount_namespace == 0 && !is_it(named.path)) {
     program.name += " in no mount namespace";
     program.subject = program.name;

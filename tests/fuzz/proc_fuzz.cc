@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "agent/host/commands.h"
+#include "agent/host/distinct_name.h"
 #include "agent/host/parse_accounts.h"
 #include "agent/host/parse_autorun.h"
 #include "agent/host/parse_network.h"
@@ -50,6 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string name = CleanName(text);
   RequireClean(name);
   RequireLine(name);
+  RequireClean(DistinctName(text));
   if (const auto stat = ParseProcessStat(text)) RequireClean(CleanName(stat->name));
   ParseResidentKb(text);
   ParseShareKb(text);

@@ -248,7 +248,7 @@ TEST_F(AgentTest, AdminFormBeginsWithASessionMarkerAndKeepsFiveFields) {
   const auto lines = Lines(kEvents);
   EXPECT_EQ(lines[0], "1700000000,vm,System,B,Begin Session Refresh.");
   for (const std::string& line : lines) EXPECT_EQ(SplitFields(line, ',').size(), 5U) << line;
-  EXPECT_EQ(Lines(kEvents, "Running Processes,A,/tmp/a_b:11").size(), 1U);
+  EXPECT_EQ(Lines(kEvents, "Running Processes,A,/tmp/a_b~4863e23ed9ce:11").size(), 1U);
   EXPECT_EQ(Lines(kEvents, "Memory Utilization,A,10.00 percent").size(), 1U);
 }
 

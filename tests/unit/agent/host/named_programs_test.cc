@@ -1,3 +1,4 @@
+#include "agent/host/distinct_name.h"
 #include "agent/host/observe_accounts.h"
 #include "agent/host/observe_folders.h"
 #include "agent/host/observe_processes.h"
@@ -28,7 +29,8 @@ TEST(PreloadList, WithLibrariesByTheThousandNamesAFew) {
 
 // What is kept about a program goes by its file, so the items have to name it.
 TEST(ProgramOfAnItem, IsItsFileOnThisHostWhereThereIsOne) {
-  Program program{"/opt/a_b", "/opt/a_b", {"/opt/a,b", false, false}};
+  const std::string name = DistinctName("/opt/a,b");
+  Program program{name, name, {"/opt/a,b", false, false}};
   EXPECT_EQ(HostPathOf(program), "/opt/a,b");
   EXPECT_EQ(ProcessItem(program, 7, 1, {}).program, "/opt/a,b");
   EXPECT_EQ(ParentKeyOf(program), "/opt/a,b");

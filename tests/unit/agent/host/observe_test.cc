@@ -96,7 +96,7 @@ TEST_F(Observers, PlaceOfAProgramIsJudged) {
 
 TEST_F(Observers, ProgramNameCannotBreakALine) {
   host.AddProcess(10, "a", "/usr/x|y * z;Autorun Registry=q\r\n1,h,1,System|");
-  EXPECT_EQ(Processes()[0].description, "/usr/x_y _ z_Autorun Registry_q__1_h_1_System_:10");
+  EXPECT_EQ(Processes()[0].description, "/usr/x_y _ z_Autorun Registry_q__1_h_1_System_~0c8be87885a7:10");
 }
 
 TEST_F(Observers, LargestProgramsComeFirstAndAddUp) {

@@ -47,6 +47,15 @@ class BaselineScorerTest : public testing::Test {
     return facts;
   }
 
+  // As a source tells one of them.
+  void Fail(const std::string& address) {
+    const std::string where = " at sshd from " + address;
+    Event event =
+        HappenedEvent(MakeItem(monitor::kSystem, "failed logins 1" + where, {}, "failed logins" + where));
+    event.change = 1;
+    pc.Turn({event});
+  }
+
   ScoredHost pc;
 
  private:
@@ -405,6 +414,137 @@ TEST_F(BaselineScorerTest, LogTellsOfTheLeftOutOnceAMinute) {
   EXPECT_THAT(pc.scorer().TakeMessages(), IsEmpty());
   pc.Wait(60);
   EXPECT_THAT(pc.scorer().TakeMessages(), ElementsAre(HasSubstr(" were left out")));
+}
+
+TEST_F(BaselineScorerTest, ProgramsOfEqualCleanedNamesAreTwoSubjects) {
+  Learn();
+  const auto run = [&](const std::string& program) {
+    Item item =
+        MakeItem(monitor::kProcesses, "/tmp/a_b:7", RulesOfProgram({program, false, false}), "/tmp/a_b");
+    item.rules.Add(Rule::kNamedLikeKernelThread);
+    item.program = program;
+    pc.Came(item);
+  };
+  pc.Put("/tmp/a|b", "one");
+  pc.Put("/tmp/a_b", "two");
+  run("/tmp/a|b");
+  run("/tmp/a_b");
+  pc.Wait(5);
+  ASSERT_THAT(pc.alerts, SizeIs(2));
+  const Alert& one = pc.alerts[0].alert;
+  const Alert& two = pc.alerts[1].alert;
+  EXPECT_NE(one.code, two.code);
+  EXPECT_NE(one.subject, two.subject);
+  EXPECT_THAT(one.members, SizeIs(1));
+  EXPECT_NE(one.members.at(0).program, two.members.at(0).program);
+  pc.scorer().Decide(one.code, true);
+  const auto decided = pc.scorer().Decided();
+  ASSERT_THAT(decided, SizeIs(1)) << "a decision is about one of them";
+}
+
+TEST_F(BaselineScorerTest, GuessingIsToldOfTheSourceThatGuessedMost) {
+  for (int i = 0; i < 12; ++i) Fail("203.0.113.66");
+  Fail("10.0.0.5");
+  pc.Wait(5);
+  ASSERT_THAT(pc.alerts, SizeIs(1));
+  EXPECT_EQ(pc.alerts[0].alert.subject, "failed logins at sshd from 203.0.113.66");
+  EXPECT_THAT(pc.alerts[0].alert.members.at(0).description, HasSubstr("203.0.113.66"));
+  EXPECT_THAT(pc.alerts[0].alert.facts, ElementsAre("12 logins failed in 10 minutes"));
+}
+
+TEST_F(BaselineScorerTest, GuessingFromEverOtherAddressesIsToldToo) {
+  for (int i = 0; i < 9; ++i) Fail("198.51.100." + std::to_string(i));
+  pc.Wait(5);
+  EXPECT_THAT(pc.alerts, IsEmpty());
+  Fail("198.51.100.3");
+  pc.Wait(5);
+  ASSERT_THAT(pc.alerts, SizeIs(1));
+  EXPECT_THAT(
+      pc.alerts[0].alert.facts,
+      ElementsAre(
+          "10 logins failed in 10 minutes - the most, 2, as failed logins at sshd from 198.51.100.3"));
+  pc.Wait(700);
+  Fail("198.51.100.3");
+  pc.Wait(5);
+  EXPECT_THAT(pc.alerts, SizeIs(1)) << "the others lie too far back";
+}
+
+TEST_F(BaselineScorerTest, InterpreterOrUnusualPortMakesNoTalker) {
+  for (int i = 1; i < 100; ++i) {
+    pc.Connect("/usr/bin/python3.11", "192.0.2." + std::to_string(i), 443);
+    pc.Connect("/usr/bin/web", "192.0.2." + std::to_string(i), 443);
+  }
+  const auto is_known = [&](const std::string& program, unsigned port) {
+    Item item =
+        MakeItem(monitor::kConnections, "203.0.113.9:" + std::to_string(port) + ":" + program, {}, program);
+    if (port == 4444) item.rules.Add(Rule::kConnectionToUnusualPort);
+    item.program = program;
+    return pc.scorer().IsKnown(item);
+  };
+  EXPECT_TRUE(is_known("/usr/bin/web", 443));
+  EXPECT_FALSE(is_known("/usr/bin/web", 4444));
+  EXPECT_FALSE(is_known("/usr/bin/python3.11", 443));
+}
+
+TEST_F(BaselineScorerTest, ProgramStartedByWayOfTheLoaderIsAnAlert) {
+  Learn();
+  pc.Start("/usr/lib/x86_64-linux-gnu/ld-linux-x86-64.so.2", "/usr/bin/bash");
+  pc.Wait(5);
+  ASSERT_THAT(pc.alerts, SizeIs(1));
+  EXPECT_THAT(pc.alerts[0].alert.facts.at(0), HasSubstr("by way of the loader"));
+}
+
+TEST_F(BaselineScorerTest, KnownProgramThatCannotBeReadAnyMoreIsNews) {
+  for (int day = 0; day < 8; ++day) {
+    pc.At(day, 12);
+    RunTool();
+  }
+  pc.At(9, 12);
+  pc.host.facts.erase("/home/ann/.x/tool");
+  RunTool();
+  ASSERT_THAT(pc.alerts, SizeIs(1));
+  EXPECT_THAT(pc.alerts[0].alert.facts, Contains(HasSubstr("cannot be read and compared")));
+}
+
+TEST_F(BaselineScorerTest, ProgramThatOnceCouldNotBeReadIsNotExcusedLater) {
+  for (int day = 0; day < 8; ++day) {
+    pc.At(day, 12);
+    if (day == 2) pc.host.facts.erase("/home/ann/.x/tool");
+    RunTool();
+    if (day == 2) pc.Put("/home/ann/.x/tool", "tool");
+  }
+  pc.At(9, 12);
+  pc.Put("/home/ann/.x/tool", "another");
+  RunTool();
+  ASSERT_THAT(pc.alerts, SizeIs(1));
+  EXPECT_THAT(pc.alerts[0].alert.facts, Contains("has changed since it was last seen"));
+}
+
+TEST_F(BaselineScorerTest, AllowOfContentsThatCouldNotBeHadFitsNothing) {
+  Learn();
+  pc.host.facts.erase("/home/ann/.x/tool");
+  RunTool();
+  ASSERT_THAT(pc.alerts, SizeIs(1));
+  pc.scorer().Decide(pc.alerts[0].alert.code, false);
+  pc.Wait(2 * ScoredHost::kDay);
+  pc.Connect("/home/ann/.x/tool", "203.0.113.1", 4444);
+  pc.Listen("/home/ann/.x/tool", 4444);
+  pc.Wait(5);
+  EXPECT_THAT(pc.alerts, SizeIs(2));
+}
+
+TEST_F(BaselineScorerTest, ContentsThatWereTooMuchToReadAreReadLater) {
+  for (int day = 0; day < 8; ++day) {
+    pc.At(day, 12);
+    RunTool();
+  }
+  pc.At(9, 12);
+  pc.Put("/home/ann/.x/tool", "another");
+  pc.Put("/usr/bin/large", std::string(64 << 20, 'x'));
+  pc.Start("/usr/bin/large", "/usr/bin/bash");
+  RunTool();
+  ASSERT_THAT(pc.alerts, SizeIs(1));
+  EXPECT_THAT(pc.alerts[0].alert.facts, Contains("has changed since it was last seen"));
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include <filesystem>
 #include <map>
 
+#include "agent/host/distinct_name.h"
 #include "agent/host/text.h"
 #include "agent/sources/bpf_source.h"
 #include "support/kernel_load.h"
@@ -140,7 +141,7 @@ TEST_F(RealKernel, NameWithALineEndAndSeparatorsIsCleaned) {
   WaitFor(pid);
   source->Drain(seen);
   ASSERT_TRUE(ProcessTold(pid));
-  EXPECT_EQ(ProcessTold(pid)->description, CleanName(program) + ":" + std::to_string(pid));
+  EXPECT_EQ(ProcessTold(pid)->description, DistinctName(program) + ":" + std::to_string(pid));
   EXPECT_THAT(ProcessTold(pid)->description, HasSubstr("a_b_c_d\x92"
                                                        "e"));
 }
