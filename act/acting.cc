@@ -66,7 +66,7 @@ family::Event EventOf(const BlockRequest& request) {
 
 std::string Acting::WhyNotNow(const Caller& caller) const {
   const bool waits = std::any_of(pending_.begin(), pending_.end(),
-                                 [&](const auto& one) { return one.second.caller == caller.name; });
+                                 [&](const auto& one) { return one.second.user == caller.user; });
   if (waits || pending_.size() >= kMostPending)
     return "Zendrix is waiting for an answer to another question. Nothing was changed.";
   return "";
@@ -75,7 +75,7 @@ std::string Acting::WhyNotNow(const Caller& caller) const {
 void Acting::Ask(const Caller& caller, std::string_view action, const AskedAbout& about,
                  std::function<void(Verdict)> go_on) {
   const std::uint64_t ticket = ++last_ticket_;
-  pending_[ticket] = {caller.name, std::move(go_on)};
+  pending_[ticket] = {caller.name, caller.user, std::move(go_on)};
   parts_.authority.Ask(caller, action, about, ticket, [this, ticket](Verdict verdict) {
     const auto found = pending_.find(ticket);
     if (found == pending_.end()) return;

@@ -76,6 +76,7 @@ class Acting {
  private:
   struct Pending {
     std::string caller;
+    std::uint32_t user = 0;
     std::function<void(Verdict)> go_on;
   };
   struct Held {

@@ -258,13 +258,15 @@ TEST_F(ActingTest, ACallerThatIsGoneGetsNothingDone) {
   ExpectUntouched(last_, "");
 }
 
-TEST_F(ActingTest, OneQuestionPerCallerAndEightInAll) {
+TEST_F(ActingTest, OneQuestionPerUserAndEightInAll) {
   authority_.at_once.reset();
   Block();
   EXPECT_NE(Block().sentence.find("waiting for an answer"), std::string::npos);
-  for (std::size_t i = 1; i < Acting::kMostPending; ++i)
-    EXPECT_EQ(Block(shown_, {":2." + std::to_string(i), 1000, true}).sentence, "no reply");
-  EXPECT_NE(Block(shown_, {":3.1", 1000, true}).sentence.find("waiting"), std::string::npos);
+  EXPECT_NE(Block(shown_, {":1.6", 1000, true}).sentence.find("waiting"), std::string::npos)
+      << "by another connection of his";
+  for (std::uint32_t i = 1; i < Acting::kMostPending; ++i)
+    EXPECT_EQ(Block(shown_, {":2." + std::to_string(i), 1000 + i, true}).sentence, "no reply");
+  EXPECT_NE(Block(shown_, {":3.1", 2000, true}).sentence.find("waiting"), std::string::npos);
   EXPECT_NE(Allow("x").sentence.find("waiting"), std::string::npos);
   EXPECT_EQ(authority_.questions.size(), Acting::kMostPending);
 }
