@@ -220,9 +220,16 @@ Answer Acting::BlockAgain(const Caller& caller, const std::string& path, const s
   return {done, family::Fitting(sentence, kSentence)};
 }
 
-Answer Acting::List() {
-  const StoreList list = parts_.store.List();
+Answer Acting::List(const Caller& caller) {
+  StoreList list = parts_.store.List();
   if (!list.known) return {false, list.sentence};
+  const bool all =
+      caller.user == 0 || caller.user == parts_.agent_user || parts_.is_administrator(caller.user);
+  if (!all)
+    std::erase_if(list.entries, [&](const family::Entry& entry) {
+      const auto noted = parts_.record.Find(entry.manifest.path, entry.manifest.sha256);
+      return entry.manifest.owner != caller.user && !(noted && noted->user == caller.user);
+    });
   return {true, family::LinesOf(list.entries)};
 }
 

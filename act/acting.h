@@ -52,6 +52,7 @@ struct ActingParts {
   BlockRecord& record;
   platform::Clock& clock;
   uid_t agent_user;
+  std::function<bool(uid_t)> is_administrator;
 };
 
 class Acting {
@@ -67,7 +68,8 @@ class Acting {
   Answer BlockAgain(const Caller& caller, const std::string& path, const std::string& sha256,
                     const std::vector<pid_t>& processes);
   // One line per entry, as the family library writes them; otherwise the sentence that says why not.
-  Answer List();
+  // Root, the Agent and administrators see all, anybody else what was his or was blocked by his consent.
+  Answer List(const Caller& caller);
 
   // Whoever is no longer there wants nothing any more: what he asked for is dropped without a reply.
   void CallerGone(const std::string& name);

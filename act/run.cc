@@ -13,6 +13,7 @@
 #include <optional>
 
 #include "act/acting.h"
+#include "act/administrators.h"
 #include "act/bus/polkit.h"
 #include "act/bus/service.h"
 #include "act/family_store.h"
@@ -97,7 +98,7 @@ int Run(const Settings& settings) {
   try {
     const auto bus = sdbus::createSystemBusConnection();
     Polkit authority(*bus, settings.patience);
-    Acting acting({word, store, processes, authority, record, clock, *agent});
+    Acting acting({word, store, processes, authority, record, clock, *agent, IsAdministrator});
     const Service service(*bus, acting);
     bus->requestName(platform::kActName);
     Serve(*bus, service, acting, settings.idle);

@@ -60,8 +60,8 @@ Service::Service(sdbus::IConnection& bus, Acting& acting)
         acting_.Allow(*caller, entry, reply);
       });
   object_->registerMethod("List").onInterface(platform::kActInterface).implementedAs([this](Result&& result) {
-    ++calls_;
-    Send(result, acting_.List());
+    const auto caller = CallerNow();
+    Send(result, caller ? acting_.List(*caller) : Answer{false, kGone});
   });
   object_->registerMethod("BlockAgain")
       .onInterface(platform::kActInterface)

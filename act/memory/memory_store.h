@@ -33,6 +33,7 @@ class MemoryStore : public Store {
     entry.manifest.path = answer.file.path;
     entry.manifest.sha256 = answer.file.sha256;
     entry.manifest.alert = event.alert;
+    entry.manifest.owner = owner;
     entries.insert(entries.begin(), entry);
     files.erase(answer.file.path);
     return answer;
@@ -58,6 +59,7 @@ class MemoryStore : public Store {
   std::map<std::string, File> files;               // by path
   std::map<std::string, std::string> other_names;  // what a description's path means here instead
   std::vector<family::Entry> entries;
+  uid_t owner = 0;  // of what is taken
   std::string refuse_look, refuse_take, refuse_restore, refuse_list;
   std::vector<std::pair<family::Event, uid_t>> looks, takes;
 

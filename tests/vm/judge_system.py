@@ -112,7 +112,7 @@ for name, what, wanted in [
 shown = " ".join(message["text"] for message in json.loads(read("click.json"))["messages"])
 clicked = acted("block_click")
 hold("so it is by a click on the alert's page", clicked[0] and clicked[3:] == GONE and "was moved to quarantine" in shown, (clicked, shown))
-hold("everybody may see the list, which names the program", "/var/tmp/.cache/updater" in acted("list")[2], acted("list"))
+hold("whoever had a program blocked sees it in the list", "/var/tmp/.cache/updater" in acted("list")[2], acted("list"))
 hold("only the Agent may have a block done again", read("again_by_user.txt").strip() == "Call failed: Access denied", read("again_by_user.txt"))
 hold("the helper ends when there is no more to do", read("helper.txt").split() == ["inactive"], read("helper.txt"))
 

@@ -72,7 +72,9 @@ class ActingTest : public testing::Test {
   platform::MemoryFiles files_;
   platform::FakeClock clock_;
   BlockRecord record_{files_, clock_, kRecordPath};
-  Acting acting_{{agent_, store_, processes_, authority_, record_, clock_, kAgentUser}};
+  const std::function<bool(uid_t)> administrators_ = [](uid_t user) { return user == 1007; };
+  const Caller root_{":1.1", 0, false};
+  Acting acting_{{agent_, store_, processes_, authority_, record_, clock_, kAgentUser, administrators_}};
   MemoryProcesses::Process* dropper_ = nullptr;
   Answer last_;
 };
@@ -329,17 +331,27 @@ TEST_F(ActingTest, AllowThatCannotBeNotedBringsNothingBack) {
 
 TEST_F(ActingTest, ADamagedStoreIsToldInListAndAllow) {
   store_.refuse_list = "The Quarantine folder of Zendrix cannot be used. Nothing was changed.";
-  EXPECT_FALSE(acting_.List().done);
-  EXPECT_EQ(acting_.List().sentence, store_.refuse_list);
+  EXPECT_FALSE(acting_.List(root_).done);
+  EXPECT_EQ(acting_.List(root_).sentence, store_.refuse_list);
   EXPECT_EQ(Allow(std::string(32, '0')).sentence, store_.refuse_list);
 }
 
 TEST_F(ActingTest, ListHasALineForEachEntry) {
-  EXPECT_TRUE(acting_.List().done);
-  EXPECT_EQ(acting_.List().sentence, "");
+  EXPECT_TRUE(acting_.List(root_).done);
+  EXPECT_EQ(acting_.List(root_).sentence, "");
   ASSERT_TRUE(Block().done);
-  EXPECT_EQ(acting_.List().sentence, store_.entries[0].name + "\t0\t" + sum_ + "\t0\t0\t" +
-                                         std::to_string(kMoment + 3) + "\t/tmp/dropper\n");
+  EXPECT_EQ(acting_.List(root_).sentence, store_.entries[0].name + "\t0\t" + sum_ + "\t0\t0\t" +
+                                              std::to_string(kMoment + 3) + "\t/tmp/dropper\n");
+}
+
+TEST_F(ActingTest, OrdinaryUsersSeeInTheListOnlyWhatIsTheirs) {
+  store_.owner = 1003;
+  ASSERT_TRUE(Block().done);
+  for (const std::uint32_t user : {0U, 990U, 1007U, 1003U, 1000U})
+    EXPECT_NE(acting_.List({":1.7", user, false}).sentence, "") << user;
+  const Answer stranger = acting_.List({":1.7", 1004, false});
+  EXPECT_TRUE(stranger.done);
+  EXPECT_EQ(stranger.sentence, "");
 }
 
 // Again, by itself.
@@ -433,7 +445,7 @@ TEST_F(ActingTest, ADamagedRecordBlocksNothing) {
   text[30] ^= 1;
   files_.Put(kRecordPath, text);
   BlockRecord anew(files_, clock_, kRecordPath);
-  Acting acting({agent_, store_, processes_, authority_, anew, clock_, kAgentUser});
+  Acting acting({agent_, store_, processes_, authority_, anew, clock_, kAgentUser, administrators_});
   EXPECT_FALSE(acting.BlockAgain(agent_caller_, kPath, sum_, {kProcess}).done);
   EXPECT_TRUE(store_.files.contains(kPath));
   EXPECT_TRUE(files_.Has(std::string(kRecordPath) + ".damaged-" + std::to_string(clock_.NowUtc())));
