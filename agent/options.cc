@@ -28,28 +28,9 @@ const char* const kHelpText =
 
 namespace {
 
-constexpr std::uint64_t kLongestInterval = 3600;
-constexpr std::uint64_t kLongestRun = 10ULL * 365 * 24 * 3600;
-
-bool ReadSeconds(const std::string& text, std::uint64_t most, std::int64_t& seconds) {
-  std::uint64_t number = 0;
-  if (!ReadNumber(text, number) || number < 1 || number > most) return false;
-  seconds = static_cast<std::int64_t>(number);
-  return true;
-}
-
 // Takes a value into the options; the error, or an empty text.
 std::string TakeValue(const std::string& name, const std::string& value, Options& options) {
-  if (name == "--interval") {
-    const bool fine = ReadSeconds(value, kLongestInterval, options.interval_seconds);
-    return fine ? "" : "--interval needs a number of seconds from 1 to 3600";
-  }
-  if (name == "--for") {
-    std::int64_t seconds = 0;
-    if (!ReadSeconds(value, kLongestRun, seconds)) return "--for needs a number of seconds, at least 1";
-    options.for_seconds = seconds;
-    return "";
-  }
+  if (const auto error = platform::TakeRunTime(name, value, options)) return *error;
   if (name == "--folder") {
     options.folder = value;
     return value.empty() ? "--folder needs a folder" : "";

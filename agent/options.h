@@ -1,12 +1,11 @@
 // The command line.
 #pragma once
 
-#include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "agent/record/lines.h"
+#include "platform/run_time_options.h"
 
 namespace zendrix::agent {
 
@@ -19,14 +18,14 @@ enum class Task {
   kExplain,  // say what an alert's risk is made of
 };
 
-struct Options {
+struct Options : platform::RunTime {
+  Options() : RunTime{5, {}} {}
+
   Task task = Task::kRecord;
   bool help = false;
   bool once = false;
-  std::int64_t interval_seconds = 5;
-  std::optional<std::int64_t> for_seconds;  // no value: until it is told to stop
-  std::string folder;                       // empty: the folder of the executable
-  std::string state;  // both forms at once, in folders of their own in this one; in place of folder and form
+  std::string folder;  // empty: the folder of the executable
+  std::string state;   // both forms at once, in folders of their own in this one; in place of folder and form
   Form form = Form::kHome;
   std::string alert;   // to be explained; empty: all are listed
   bool plain = false;  // nothing that takes a right or reaches into the kernel

@@ -1,6 +1,5 @@
 #include "mail/options.h"
 
-#include <charconv>
 #include <map>
 
 namespace zendrix::mail {
@@ -23,26 +22,9 @@ const char* const kHelpText =
 
 namespace {
 
-constexpr std::int64_t kLongestInterval = 3600;
-constexpr std::int64_t kLongestRun = 10LL * 365 * 24 * 3600;
-
-bool ReadSeconds(const std::string& text, std::int64_t most, std::int64_t& seconds) {
-  const auto read = std::from_chars(text.data(), text.data() + text.size(), seconds);
-  return read.ec == std::errc() && read.ptr == text.data() + text.size() && seconds >= 1 && seconds <= most;
-}
-
 // Takes a value into the options; the error, or an empty text.
 std::string TakeValue(const std::string& name, const std::string& value, Options& options) {
-  if (name == "--interval") {
-    const bool fine = ReadSeconds(value, kLongestInterval, options.interval_seconds);
-    return fine ? "" : "--interval needs a number of seconds from 1 to 3600";
-  }
-  if (name == "--for") {
-    std::int64_t seconds = 0;
-    if (!ReadSeconds(value, kLongestRun, seconds)) return "--for needs a number of seconds, at least 1";
-    options.for_seconds = seconds;
-    return "";
-  }
+  if (const auto error = platform::TakeRunTime(name, value, options)) return *error;
   const std::map<std::string, std::string*> texts = {{"--folder", &options.folder},
                                                      {"--settings", &options.settings},
                                                      {"--state", &options.state},

@@ -1,19 +1,19 @@
 // The command line.
 #pragma once
 
-#include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
+#include "platform/run_time_options.h"
+
 namespace zendrix::mail {
 
-struct Options {
+struct Options : platform::RunTime {
+  Options() : RunTime{2, {}} {}
+
   bool help = false;
   bool once = false;
-  bool trial = false;  // send a mail that says that mail arrives, and end
-  std::optional<std::int64_t> for_seconds;
-  std::int64_t interval_seconds = 2;
+  bool trial = false;       // send a mail that says that mail arrives, and end
   std::string folder;       // of the monitoring file; empty: that of the executable
   std::string settings;     // of the SMTP file; empty: `folder`
   std::string state;        // of the state file; empty: `folder`

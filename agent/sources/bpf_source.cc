@@ -35,7 +35,7 @@ Overloaded(Functions...) -> Overloaded<Functions...>;
 
 }  // namespace
 
-BpfSource::BpfSource(BpfParts parts, OpenedStream opened)
+BpfSource::BpfSource(SourceParts parts, OpenedStream opened)
     : parts_(std::move(parts)),
       stream_(std::move(opened.stream)),
       refusal_(std::move(opened.refusal)),
@@ -134,7 +134,7 @@ void BpfSource::Look(std::int64_t now_ns, std::vector<Observation>& into) {
 }
 
 std::unique_ptr<Source> MakeBpfSource(HostView& host, std::uint64_t own_pid) {
-  return std::make_unique<BpfSource>(BpfParts{host, own_pid, BootTimeNs}, OpenKernelStream());
+  return std::make_unique<BpfSource>(SourceParts{host, own_pid, BootTimeNs}, OpenKernelStream());
 }
 
 }  // namespace zendrix::agent

@@ -17,14 +17,9 @@
 #include "agent/sources/program_namer.h"
 #include "agent/sources/socket_table.h"
 #include "agent/sources/source.h"
+#include "agent/sources/source_parts.h"
 
 namespace zendrix::agent {
-
-struct BpfParts {
-  HostView& host;
-  std::uint64_t own_pid = 0;
-  std::function<std::int64_t()> now_ns;  // CLOCK_BOOTTIME
-};
 
 class BpfSource : public Source {
  public:
@@ -33,7 +28,7 @@ class BpfSource : public Source {
   static constexpr std::size_t kMostRecords = 16'384;           // of one Drain
 
   // What `parts` refers to outlives the object.
-  BpfSource(BpfParts parts, OpenedStream opened);
+  BpfSource(SourceParts parts, OpenedStream opened);
 
   std::span<const std::string_view> Monitors() const override;
   SourceLevel level() const override;
@@ -48,7 +43,7 @@ class BpfSource : public Source {
                 std::vector<Observation>& into);
   void Look(std::int64_t now_ns, std::vector<Observation>& into);
 
-  BpfParts parts_;
+  SourceParts parts_;
   std::unique_ptr<KernelStream> stream_;
   const std::string refusal_;
   ProgramNamer namer_;

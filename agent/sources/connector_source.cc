@@ -90,7 +90,7 @@ OpenedConnector OpenConnector(HostView& host) {
 
 }  // namespace
 
-ConnectorSource::ConnectorSource(ConnectorParts parts, OpenedConnector opened)
+ConnectorSource::ConnectorSource(SourceParts parts, OpenedConnector opened)
     : parts_(std::move(parts)),
       opened_(std::move(opened)),
       namer_(parts_.host),
@@ -307,7 +307,7 @@ void ConnectorSource::Look(std::int64_t now_ns, std::vector<Observation>& into) 
 }
 
 std::unique_ptr<Source> MakeConnectorSource(HostView& host, std::uint64_t own_pid) {
-  return std::make_unique<ConnectorSource>(ConnectorParts{host, own_pid, BootTimeNs}, OpenConnector(host));
+  return std::make_unique<ConnectorSource>(SourceParts{host, own_pid, BootTimeNs}, OpenConnector(host));
 }
 
 }  // namespace zendrix::agent

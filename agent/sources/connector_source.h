@@ -23,6 +23,7 @@
 #include "agent/sources/program_index.h"
 #include "agent/sources/program_namer.h"
 #include "agent/sources/source.h"
+#include "agent/sources/source_parts.h"
 
 namespace zendrix::agent {
 
@@ -33,12 +34,6 @@ struct OpenedConnector {
   std::uint16_t family = 0;                // of taskstats
 };
 
-struct ConnectorParts {
-  HostView& host;
-  std::uint64_t own_pid = 0;
-  std::function<std::int64_t()> now_ns;  // CLOCK_BOOTTIME
-};
-
 class ConnectorSource : public Source {
  public:
   static constexpr std::int64_t kLookEveryNs = 30'000'000'000;
@@ -46,7 +41,7 @@ class ConnectorSource : public Source {
   static constexpr std::size_t kMostNotices = 16'384;           // of one Drain
 
   // What `parts` refers to outlives the object.
-  ConnectorSource(ConnectorParts parts, OpenedConnector opened);
+  ConnectorSource(SourceParts parts, OpenedConnector opened);
 
   std::span<const std::string_view> Monitors() const override;
   SourceLevel level() const override;
@@ -76,7 +71,7 @@ class ConnectorSource : public Source {
   const LastProgram* EndOf(std::uint64_t pid) const;
   void Look(std::int64_t now_ns, std::vector<Observation>& into);
 
-  ConnectorParts parts_;
+  SourceParts parts_;
   OpenedConnector opened_;
   ProgramNamer namer_;
   ProgramIndex index_;

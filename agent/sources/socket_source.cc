@@ -22,7 +22,7 @@ constexpr std::uint32_t kEndsOfTcp =
 
 }  // namespace
 
-SocketSource::SocketSource(SocketParts parts, std::unique_ptr<NetlinkStream> ends, std::string refusal)
+SocketSource::SocketSource(SourceParts parts, std::unique_ptr<NetlinkStream> ends, std::string refusal)
     : parts_(std::move(parts)),
       ends_(std::move(ends)),
       refusal_(std::move(refusal)),
@@ -78,7 +78,7 @@ void SocketSource::TellLost(std::uint64_t count, std::int64_t now_ns, std::vecto
 }
 
 std::unique_ptr<Source> MakeSocketSource(HostView& host, std::uint64_t own_pid) {
-  const SocketParts parts = {host, own_pid, BootTimeNs};
+  const SourceParts parts = {host, own_pid, BootTimeNs};
   if (!host.Sockets()) return std::make_unique<SocketSource>(parts, nullptr, "the kernel does not answer");
   auto ends = OpenNetlink(NETLINK_SOCK_DIAG, kEndsOfTcp, kEndRoom);
   if (!ends) return std::make_unique<SocketSource>(parts, nullptr, ends.error().text);

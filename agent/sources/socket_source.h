@@ -18,14 +18,9 @@
 #include "agent/sources/program_namer.h"
 #include "agent/sources/socket_table.h"
 #include "agent/sources/source.h"
+#include "agent/sources/source_parts.h"
 
 namespace zendrix::agent {
-
-struct SocketParts {
-  HostView& host;
-  std::uint64_t own_pid = 0;
-  std::function<std::int64_t()> now_ns;  // CLOCK_BOOTTIME
-};
 
 class SocketSource : public Source {
  public:
@@ -33,7 +28,7 @@ class SocketSource : public Source {
   static constexpr std::size_t kMostNotices = 16'384;  // of one Drain
 
   // `ends` is null when it was refused. What `parts` refers to outlives the object.
-  SocketSource(SocketParts parts, std::unique_ptr<NetlinkStream> ends, std::string refusal);
+  SocketSource(SourceParts parts, std::unique_ptr<NetlinkStream> ends, std::string refusal);
 
   std::span<const std::string_view> Monitors() const override;
   SourceLevel level() const override;
@@ -43,7 +38,7 @@ class SocketSource : public Source {
  private:
   void TellLost(std::uint64_t count, std::int64_t now_ns, std::vector<Observation>& into) const;
 
-  SocketParts parts_;
+  SourceParts parts_;
   std::unique_ptr<NetlinkStream> ends_;
   const std::string refusal_;
   ProgramNamer namer_;

@@ -3,30 +3,16 @@
 // that never came.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <set>
 #include <string>
 #include <string_view>
-#include <tuple>
 
 #include "agent/sources/bpf_source.h"
 #include "agent/sources/memory/recorded_kernel_stream.h"
-#include "unit/agent/fake_host.h"
+#include "fuzz/sound_source.h"
 
 namespace {
 
 using namespace zendrix::agent;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
-void RequireClean(std::string_view text) {
-  for (const char byte : text) {
-    const auto code = static_cast<unsigned char>(byte);
-    Require(code >= 32 && code != 127 && std::string_view("|,;=*'\"\\").find(byte) == std::string_view::npos);
-  }
-}
 
 std::unique_ptr<RecordedKernelStream> StreamOf(std::string_view bytes) {
   auto stream = std::make_unique<RecordedKernelStream>();
@@ -43,30 +29,11 @@ std::unique_ptr<RecordedKernelStream> StreamOf(std::string_view bytes) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  FakeHost host;
-  host.AddProcess(1, "init", "/usr/sbin/init");
-  host.AddProcess(100, "x", "/usr/bin/true", 7);
-  host.links["/proc/1/ns/mnt"] = "mnt:[4026531841]";
-  host.links["/proc/self/ns/net"] = "net:[4026531840]";
+  FakeHost host = HostOfTwo();
   OpenedStream opened;
   opened.stream = StreamOf({reinterpret_cast<const char*>(data), size});
   std::int64_t now_ns = 1'000'000'000;
   BpfSource source({host, 50, [&] { return now_ns; }}, std::move(opened));
-  std::vector<Observation> seen;
-  // The second turn tells copies that live on and looks again.
-  for (int turn = 0; turn < 2; ++turn) {
-    source.Drain(seen);
-    now_ns += BpfSource::kLookEveryNs;
-  }
-  std::set<std::tuple<std::string_view, std::string, std::string>> there;
-  for (const Observation& observation : seen) {
-    const Item& item = observation.item;
-    RequireClean(item.description);
-    RequireClean(item.subject);
-    if (observation.kind == Observation::Kind::kCame)
-      there.emplace(item.monitor, item.description, item.identity);
-    if (observation.kind == Observation::Kind::kWent)
-      Require(there.erase({item.monitor, item.description, item.identity}) == 1);
-  }
+  RequireSound(source, now_ns, BpfSource::kLookEveryNs);
   return 0;
 }

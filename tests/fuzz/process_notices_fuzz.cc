@@ -3,30 +3,16 @@
 // and nothing may go that never came.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <set>
 #include <string>
 #include <string_view>
-#include <tuple>
 
 #include "agent/sources/connector_source.h"
 #include "agent/sources/memory/recorded_netlink.h"
-#include "unit/agent/fake_host.h"
+#include "fuzz/sound_source.h"
 
 namespace {
 
 using namespace zendrix::agent;
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
-void RequireClean(std::string_view text) {
-  for (const char byte : text) {
-    const auto code = static_cast<unsigned char>(byte);
-    Require(code >= 32 && code != 127 && std::string_view("|,;=*'\"\\").find(byte) == std::string_view::npos);
-  }
-}
 
 void Share(std::string_view bytes, NetlinkScript& notices, NetlinkScript& ends) {
   while (bytes.size() > 3) {
@@ -41,10 +27,7 @@ void Share(std::string_view bytes, NetlinkScript& notices, NetlinkScript& ends) 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  FakeHost host;
-  host.AddProcess(1, "init", "/usr/sbin/init");
-  host.AddProcess(100, "x", "/usr/bin/true", 7);
-  host.links["/proc/1/ns/mnt"] = "mnt:[4026531841]";
+  FakeHost host = HostOfTwo();
   NetlinkScript notices;
   NetlinkScript ends;
   Share({reinterpret_cast<const char*>(data), size}, notices, ends);
@@ -54,21 +37,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   opened.family = 31;
   std::int64_t now_ns = 1'000'000'000;
   ConnectorSource source({host, 50, [&] { return now_ns; }}, std::move(opened));
-  std::vector<Observation> seen;
-  // The second turn tells copies that live on and looks again.
-  for (int turn = 0; turn < 2; ++turn) {
-    source.Drain(seen);
-    now_ns += ConnectorSource::kLookEveryNs;
-  }
-  std::set<std::tuple<std::string_view, std::string, std::string>> there;
-  for (const Observation& observation : seen) {
-    const Item& item = observation.item;
-    RequireClean(item.description);
-    RequireClean(item.subject);
-    if (observation.kind == Observation::Kind::kCame)
-      there.emplace(item.monitor, item.description, item.identity);
-    if (observation.kind == Observation::Kind::kWent)
-      Require(there.erase({item.monitor, item.description, item.identity}) == 1);
-  }
+  RequireSound(source, now_ns, ConnectorSource::kLookEveryNs);
   return 0;
 }

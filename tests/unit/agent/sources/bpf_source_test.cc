@@ -48,7 +48,7 @@ class RecordedKernel : public testing::Test {
     stream = made.get();
     opened.stream = std::move(made);
     source =
-        std::make_unique<BpfSource>(BpfParts{host, kOwnPid, [this] { return now_ns; }}, std::move(opened));
+        std::make_unique<BpfSource>(SourceParts{host, kOwnPid, [this] { return now_ns; }}, std::move(opened));
   }
 
   // What one turn tells, as lines.

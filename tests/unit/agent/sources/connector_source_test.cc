@@ -49,7 +49,7 @@ class ConnectorTest : public ::testing::Test {
     opened.notices = std::make_unique<RecordedNetlink>(notices);
     if (with_ends) opened.ends = std::make_unique<RecordedNetlink>(ends);
     opened.family = test::kFamily;
-    source = std::make_unique<ConnectorSource>(ConnectorParts{host, 50, [this] { return now_ns; }},
+    source = std::make_unique<ConnectorSource>(SourceParts{host, 50, [this] { return now_ns; }},
                                                std::move(opened));
     source->Drain(seen);
     seen.clear();

@@ -48,7 +48,7 @@ class SocketSourceTest : public ::testing::Test {
     host.links["/proc/60/fd/3"] = "socket:[600]";
     host.links["/proc/60/fd/4"] = "socket:[601]";
     host.Add(SocketState::kListening, 22, "", 0, 600);
-    source = std::make_unique<SocketSource>(SocketParts{host, 50, [this] { return now_ns; }},
+    source = std::make_unique<SocketSource>(SourceParts{host, 50, [this] { return now_ns; }},
                                             std::make_unique<RecordedNetlink>(ends), "");
   }
 
