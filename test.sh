@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
 # Builds and tests everything on Debian 12: installs what is missing, runs the rooms' own tests, the inspector and the
 # fuzz targets under the address and undefined-behaviour sanitizers, builds the rooms without Qt and tries the inspector
-# there, checks names, then runs the hostile texts, the quarantine, the windows and the real program without them. Each
-# test is built and run once; only inspector, hostile texts and quarantine serve twice. No display needed.
+# there, checks names, then runs the hostile texts, the quarantine, the windows and the real program without them, and
+# the Agent with its services on Debian's own kernel and service manager, in a virtual machine (tests/vm/run). Each test is
+# built and run once; only inspector, hostile texts and quarantine serve twice. No display needed.
 #
 #   ./test.sh              everything
-#   ./test.sh quick        every test in one build: no sanitizers, no build without Qt, no check of names
+#   ./test.sh quick        every test in one build: no sanitizers, no build without Qt, no check of names, no machine
 #
-# With VM=1 the Agent and its services are tried on Debian's own kernel and service manager as well, in a virtual machine
-# (tests/vm/run; 2 to 4 minutes more).
-# FUZZ_SECONDS (default 10) bounds each fuzz target; JOBS (default: number of processors) the parallel build.
+# VM=0 leaves the virtual machine out. FUZZ_SECONDS (default 10) bounds each fuzz target; JOBS (default: number of
+# processors) the parallel build.
 set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/prerequisites.sh
@@ -47,11 +47,30 @@ run() {
   echo "Ran $preset in $((SECONDS - started)) s"
 }
 
+# beside NAME COMMAND...: runs it while others wait; what it says goes to build/NAME.log.
+beside() {
+  local name=$1
+  shift
+  "$@" >"build/$name.log" 2>&1 &
+  others[$name]=$!
+}
+declare -A others=()
+trap 'kill "${others[@]}" 2>/dev/null || true' EXIT
+
+# joined NAME LINES: waits for it and says the last of what it said, all when it failed. A part that this computer cannot
+# run (77) says so loudly, and that is no failure.
+joined() {
+  local status=0
+  wait "${others[$1]}" || status=$?
+  unset "others[$1]"
+  [ $status -eq 0 ] || [ $status -eq 77 ] || { cat "build/$1.log"; exit 1; }
+  tail -n "$2" "build/$1.log"
+}
+
 packaging/house-rules.sh
 if [ "${1:-}" = quick ]; then
   build dev
   run dev
-  built=dev
 else
   build asan
   run asan -LE '^fuzz$'
@@ -60,13 +79,11 @@ else
   ZENDRIX_TEST_INSPECTOR=$PWD/build/whole-core/bin/zendrix-inspect build/asan/bin/test_cli --gtest_brief=1
   packaging/tidy.sh
   build whole programs zendrix-vm-service tests_{hostile,quarantine,qt,e2e,desktop}
-  # Tests of windows wait for much of their time: the fuzz targets have the processors meanwhile.
-  run asan -L '^fuzz$' >build/fuzz.log 2>&1 &
-  trap 'kill $! 2>/dev/null || true' EXIT
+  # Tests of windows wait for much of their time: the fuzz targets and the virtual machine, whose clock counts its own
+  # instructions, have the processors meanwhile.
+  beside fuzz run asan -L '^fuzz$'
+  [ "${VM:-1}" = 0 ] || beside vm tests/vm/run --build build/whole
   run whole -j "$((jobs + 1))" -L '^(hostile|quarantine|qt|e2e|desktop)$'
-  wait $! || { cat build/fuzz.log; exit 1; }
-  tail -n 4 build/fuzz.log
-  built=whole
+  joined fuzz 4
+  [ "${VM:-1}" = 0 ] || joined vm 20
 fi
-# A computer that can have no virtual machine says so, and that is no failure.
-[ "${VM:-0}" != 1 ] || tests/vm/run --build build/$built || [ $? -eq 77 ]
