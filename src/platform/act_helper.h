@@ -32,6 +32,10 @@ class ActHelper {
   // processes that run it. Nobody is asked.
   virtual Result<ActAnswer> BlockAgain(const std::string& path, const std::string& sha256,
                                        const std::vector<std::uint32_t>& processes) = 0;
+  // Files the user's decision on the alert of this second (UTC) with this code with the Agent.
+  virtual Result<ActAnswer> Decide(std::int64_t alert_second, const std::string& code, bool block) = 0;
+  // Lays down the settings of e-mail, the contents of the SMTP file, for the mailer; none take them away.
+  virtual Result<ActAnswer> SetMail(const std::string& settings) = 0;
 };
 
 }  // namespace zendrix::platform

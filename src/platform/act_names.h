@@ -5,6 +5,8 @@
 //   Allow(s entry) -> (b done, ay sentence)
 //   List() -> (b known, ay entries or sentence)
 //   BlockAgain(ay path, s sha256, au processes) -> (b done, ay sentence)
+//   Decide(x alert_second, ay code, b block) -> (b done, ay sentence)
+//   SetMail(ay settings) -> (b done, ay sentence)
 #pragma once
 
 namespace zendrix::platform {

@@ -101,4 +101,14 @@ Result<ActAnswer> LinuxActHelper::BlockAgain(const std::string& path, const std:
   });
 }
 
+Result<ActAnswer> LinuxActHelper::Decide(std::int64_t alert_second, const std::string& code, bool block) {
+  return Ask("Decide", deadlines_.asked, [alert_second, code, block](sdbus::MethodCall& call) {
+    call << alert_second << BytesOf(code) << block;
+  });
+}
+
+Result<ActAnswer> LinuxActHelper::SetMail(const std::string& settings) {
+  return Ask("SetMail", deadlines_.asked, [settings](sdbus::MethodCall& call) { call << BytesOf(settings); });
+}
+
 }  // namespace zendrix::platform

@@ -25,6 +25,8 @@ class LinuxActHelper : public ActHelper {
   Result<ActAnswer> List() override;
   Result<ActAnswer> BlockAgain(const std::string& path, const std::string& sha256,
                                const std::vector<std::uint32_t>& processes) override;
+  Result<ActAnswer> Decide(std::int64_t alert_second, const std::string& code, bool block) override;
+  Result<ActAnswer> SetMail(const std::string& settings) override;
 
  private:
   ActDeadlines deadlines_;

@@ -24,10 +24,18 @@ class MemoryActHelper : public ActHelper {
     for (const std::uint32_t process : processes) text += " " + std::to_string(process);
     return Note(text, again);
   }
+  Result<ActAnswer> Decide(std::int64_t alert_second, const std::string& code, bool block) override {
+    return Note("Decide " + std::to_string(alert_second) + " " + code + (block ? " block" : " allow"),
+                decide);
+  }
+  Result<ActAnswer> SetMail(const std::string& settings) override {
+    return Note("SetMail " + settings, mail);
+  }
 
   static Result<ActAnswer> Absent() { return Error{ErrorKind::kUnavailable, "no helper"}; }
 
-  Result<ActAnswer> block = Absent(), allow = Absent(), list = Absent(), again = Absent();
+  Result<ActAnswer> block = Absent(), allow = Absent(), list = Absent(), again = Absent(), decide = Absent(),
+                    mail = Absent();
   std::vector<std::string> asked;
 
  private:
