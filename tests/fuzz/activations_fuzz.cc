@@ -16,13 +16,14 @@ namespace {
 
 constexpr std::size_t kMostDecisions = 12;
 
-// Lines without their ends; what stands behind the last end is a line unless it is empty.
+// Lines without their ends; what stands behind the last end is a line unless it is empty. A carriage return
+// there ends no line: it is the line's own.
 std::vector<std::string> LinesOf(const std::string& text) {
   std::vector<std::string> lines;
   for (std::size_t start = 0; start < text.size();) {
     const std::size_t end = std::min(text.find('\n', start), text.size());
     std::string line = text.substr(start, end - start);
-    if (line.ends_with('\r')) line.pop_back();
+    if (end < text.size() && line.ends_with('\r')) line.pop_back();
     lines.push_back(line);
     start = end + 1;
   }
