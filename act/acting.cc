@@ -8,6 +8,7 @@
 #include "family/description_reading.h"
 #include "family/intermediate/named_file.h"
 #include "family/intermediate/quarantine.h"
+#include "family/intermediate/sha256.h"
 #include "platform/windows_1252.h"
 
 namespace zendrix::act {
@@ -15,6 +16,9 @@ namespace {
 
 constexpr std::size_t kSentence = 255;
 constexpr std::size_t kPathAsked = 120;
+constexpr std::int64_t kEndMs = 2000;  // for all that are ended at once
+constexpr char kTooOften[] =
+    "Zendrix was asked too much in too short a time. Nothing was changed; try again in a moment.";
 constexpr char kFolderMonitor[] = "Windows Folder";  // of events that mean a file and no process
 
 Answer Refusal(const std::string& why) {
@@ -49,11 +53,25 @@ pid_t ProcessShown(const ShownEvent& event) {
 }
 
 // A dialog may read markup, and the bus takes no broken UTF-8.
-std::string PathToAsk(const std::string& path) {
-  std::string text = family::Fitting(family::NameToTell(path), kPathAsked);
+std::string TextToAsk(const std::string& clean) {
+  std::string text = family::Fitting(clean, kPathAsked);
   std::replace_if(
       text.begin(), text.end(), [](char c) { return c == '<' || c == '>' || c == '&'; }, '?');
   return platform::Utf8FromBytes(text);
+}
+
+std::string PathToAsk(const std::string& path) {
+  return TextToAsk(family::NameToTell(path));
+}
+
+std::string SideFileOf(const std::string& path) {
+  return path.substr(0, path.rfind('.')) + ".kvh";
+}
+
+platform::Status RemoveIfThere(platform::Files& files, const std::string& path) {
+  auto removed = files.Remove(path);
+  if (!removed && removed.error().kind == platform::ErrorKind::kNotFound) return platform::Done{};
+  return removed;
 }
 
 family::Event EventOf(const BlockRequest& request) {
@@ -64,7 +82,12 @@ family::Event EventOf(const BlockRequest& request) {
 
 }  // namespace
 
-std::string Acting::WhyNotNow(const Caller& caller) const {
+bool Acting::AsksTooOften(const Caller& caller) {
+  return !allowance_.Take(caller.user, parts_.clock.MonotonicMs());
+}
+
+std::string Acting::WhyNotNow(const Caller& caller) {
+  if (AsksTooOften(caller)) return kTooOften;
   const bool waits = std::any_of(pending_.begin(), pending_.end(),
                                  [&](const auto& one) { return one.second.user == caller.user; });
   if (waits || pending_.size() >= kMostPending)
@@ -96,6 +119,16 @@ void Acting::CallerGone(const std::string& name) {
   }
 }
 
+void Acting::GiveUp() {
+  while (!pending_.empty()) {
+    const auto ticket = pending_.begin()->first;
+    const auto wanted = std::move(pending_.begin()->second.go_on);
+    pending_.erase(pending_.begin());
+    parts_.authority.Withdraw(ticket);
+    wanted(Verdict::kUnavailable);
+  }
+}
+
 void Acting::Block(const Caller& caller, const BlockRequest& request, Reply reply) {
   const ShownEvent& event = request.event;
   if (event.description.size() > kLongestText || event.monitor.size() > kLongestText)
@@ -120,6 +153,7 @@ void Acting::Block(const Caller& caller, const BlockRequest& request, Reply repl
   if (held->process) about.process = std::to_string(held->shown.process);
   Ask(caller, looked.file.others ? kBlockOtherAction : kBlockAction, about,
       [this, caller, meant, file = looked.file, held, reply = std::move(reply)](Verdict verdict) {
+        if (verdict == Verdict::kYes) Consented(caller, meant.alert, true);
         reply(verdict == Verdict::kYes ? TakeShown(meant, caller, file, *held) : Refusal(WhyNot(verdict)));
       });
 }
@@ -136,26 +170,38 @@ Answer Acting::TakeShown(const family::Event& event, const Caller& caller, const
       return Refusal(family::NameToTell(looked.path) +
                      " is no longer the file that you were asked about. Nothing was changed.");
   }
+  // In front of the move: should this end in between, what was consented to is still done when the program is
+  // seen again.
+  const auto before = parts_.record.Find(looked.path, looked.sha256);
+  const auto noted = parts_.record.Add({looked.path, looked.sha256, parts_.clock.NowUtc(), caller.user});
   const StoreAnswer taken = parts_.store.Take(same, caller.user);
-  if (!taken.done) return Refusal(taken.sentence);
+  if (!taken.done) {
+    if (noted && before) static_cast<void>(parts_.record.Add(*before).ok());
+    if (noted && !before) static_cast<void>(parts_.record.Forget(looked.path, looked.sha256).ok());
+    return Refusal(taken.sentence);
+  }
   bool done = true;
   std::vector<Held> all;
   all.push_back(std::move(held));
   std::string sentence = taken.sentence + EndAll(all, done);
-  const auto noted =
-      parts_.record.Add({taken.file.path, taken.file.sha256, parts_.clock.NowUtc(), caller.user});
   if (!noted) sentence += " This could not be noted, so it is not blocked by itself when it comes again.";
   return {done, family::Fitting(sentence, kSentence)};
 }
 
 std::string Acting::EndAll(std::vector<Held>& held, bool& done) {
+  std::erase_if(held,
+                [](const Held& one) { return !one.process || one.process->Is(one.shown) == Found::kGone; });
+  const auto is_it = [](const Held& one) { return one.process->Is(one.shown) == Found::kIt; };
+  for (Held& one : held) {
+    if (is_it(one)) one.process->Kill();
+  }
   std::string ended;
   std::string going_on;
+  std::int64_t left_ms = kEndMs;
   for (Held& one : held) {
-    if (!one.process) continue;
-    const Found found = one.process->Is(one.shown);
-    if (found == Found::kGone) continue;
-    const bool is_ended = found == Found::kIt && one.process->End() == Ending::kEnded;
+    const std::int64_t began_ms = parts_.clock.MonotonicMs();
+    const bool is_ended = one.process->HasEnded(left_ms);
+    left_ms = std::max<std::int64_t>(0, left_ms - (parts_.clock.MonotonicMs() - began_ms));
     std::string& list = is_ended ? ended : going_on;
     list += (list.empty() ? "" : ", ") + std::to_string(one.shown.process);
   }
@@ -174,7 +220,8 @@ void Acting::Allow(const Caller& caller, const std::string& name, Reply reply) {
                                   [&](const family::Entry& one) { return one.name == name; });
   if (entry == list.entries.end()) return reply(Refusal("There is no such entry in quarantine."));
   Ask(caller, kAllowAction, {PathToAsk(entry->manifest.path)},
-      [this, wanted = *entry, reply = std::move(reply)](Verdict verdict) {
+      [this, caller, wanted = *entry, reply = std::move(reply)](Verdict verdict) {
+        if (verdict == Verdict::kYes) Consented(caller, wanted.manifest.alert, false);
         reply(verdict == Verdict::kYes ? Restore(wanted) : Refusal(WhyNot(verdict)));
       });
 }
@@ -194,9 +241,76 @@ Answer Acting::Restore(const family::Entry& entry) {
   return Refusal(answer.sentence);
 }
 
+void Acting::Consented(const Caller& caller, const std::string& alert_second, bool block) {
+  Consent consent{caller.user, 0, block, parts_.clock.MonotonicMs() + kConsentMs};
+  const char* const last = alert_second.data() + alert_second.size();
+  const auto [end, error] = std::from_chars(alert_second.data(), last, consent.alert_second);
+  if (error != std::errc() || end != last) return;
+  if (consents_.size() >= kMostPending) consents_.erase(consents_.begin());
+  consents_.push_back(consent);
+}
+
+bool Acting::HasConsented(const Caller& caller, std::int64_t alert_second, bool block) {
+  std::erase_if(consents_,
+                [now_ms = parts_.clock.MonotonicMs()](const Consent& one) { return one.until_ms < now_ms; });
+  return std::any_of(consents_.begin(), consents_.end(), [&](const Consent& one) {
+    return one.user == caller.user && one.alert_second == alert_second && one.block == block;
+  });
+}
+
+void Acting::Decide(const Caller& caller, const ShownAlert& alert, bool block, Reply reply) {
+  if (!IsAlertCode(alert.code)) return reply(Refusal("This is no alert of the Agent's. Nothing was noted."));
+  if (const auto why = WhyNotNow(caller); !why.empty()) return reply(Refusal(why));
+  std::string description;
+  const Told told = parts_.agent.TellsAlert(alert, description);
+  if (told == Told::kUnreadable)
+    return reply(Refusal("What the Agent wrote cannot be read. Nothing was changed."));
+  if (told == Told::kNo)
+    return reply(Refusal("The Agent has not told of this alert in its present file. Nothing was changed."));
+  if (HasConsented(caller, alert.second, block)) return reply(FileDecision(alert, block));
+  Ask(caller, block ? kDecideBlockAction : kDecideAllowAction, {TextToAsk(family::NameToTell(description))},
+      [this, alert, block, reply = std::move(reply)](Verdict verdict) {
+        reply(verdict == Verdict::kYes ? FileDecision(alert, block) : Refusal(WhyNot(verdict)));
+      });
+}
+
+Answer Acting::FileDecision(const ShownAlert& alert, bool block) {
+  const auto filed = parts_.decisions.File(alert.code, block);
+  if (!filed) return Refusal("The decision could not be noted for the Agent: " + filed.error().text);
+  return {true, "The Agent follows this decision from now on."};
+}
+
+void Acting::SetMail(const Caller& caller, const std::string& settings, Reply reply) {
+  if (settings.size() > kLongestMail || settings.find('\0') != std::string::npos)
+    return reply(Refusal("These are no settings of e-mail. Nothing was changed."));
+  if (const auto why = WhyNotNow(caller); !why.empty()) return reply(Refusal(why));
+  Ask(caller, kMailAction, {}, [this, settings, reply = std::move(reply)](Verdict verdict) {
+    reply(verdict == Verdict::kYes ? LayDownMail(settings) : Refusal(WhyNot(verdict)));
+  });
+}
+
+Answer Acting::LayDownMail(const std::string& settings) {
+  // The mailer uses no settings that do not fit their side file, and starts when the settings change: the
+  // side file is there first, and goes last.
+  platform::Files& files = parts_.mail_files;
+  const std::string side_file = SideFileOf(parts_.mail_settings);
+  platform::Status done = platform::Done{};
+  if (settings.empty()) {
+    done = RemoveIfThere(files, parts_.mail_settings);
+    if (done) done = RemoveIfThere(files, side_file);
+  } else {
+    done = files.WriteAll(side_file, family::Sha256Of(settings) + "\r\n");
+    if (done) done = files.WriteAll(parts_.mail_settings, settings);
+  }
+  if (!done) return Refusal("The settings of e-mail could not be laid down: " + done.error().text);
+  return {true, settings.empty() ? "No alerts are mailed from now on."
+                                 : "Alerts are mailed by these settings from now on."};
+}
+
 Answer Acting::BlockAgain(const Caller& caller, const std::string& path, const std::string& sha256,
                           const std::vector<pid_t>& processes) {
   if (caller.user != parts_.agent_user) return Refusal("Only the Agent may ask for this.");
+  if (AsksTooOften(caller)) return Refusal(kTooOften);
   if (path.size() > kLongestText || processes.size() > kMostProcesses || !IsSha256(sha256))
     return Refusal("This names no program that was blocked.");
   const auto known = parts_.record.Find(path, sha256);
@@ -221,6 +335,7 @@ Answer Acting::BlockAgain(const Caller& caller, const std::string& path, const s
 }
 
 Answer Acting::List(const Caller& caller) {
+  if (AsksTooOften(caller)) return Refusal(kTooOften);
   StoreList list = parts_.store.List();
   if (!list.known) return {false, list.sentence};
   const bool all =

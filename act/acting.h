@@ -6,6 +6,12 @@
 //              behind the answer; the contents must be the same then.
 //  Allow       an entry of the quarantine put back, with an administrator's consent. It is no longer blocked
 //              by itself from then on.
+//  Decide      a user's decision on an alert that the Agent told of, filed where the Agent follows it: a
+//  Block
+//              with the caller's consent, an Allow with an administrator's. It moves no file. Whoever has
+//              just blocked or allowed a file for the same alert has consented.
+//  SetMail     the settings of e-mail laid down for the mailer with their side file, with an administrator's
+//              consent.
 //  BlockAgain  for the Agent alone, without asking: a program whose path and contents are both those of a
 //              Block that was authorised (block_record.h).
 //
@@ -24,8 +30,10 @@
 #include <vector>
 
 #include "act/agent_word.h"
+#include "act/allowance.h"
 #include "act/authority.h"
 #include "act/block_record.h"
+#include "act/decision_record.h"
 #include "act/processes.h"
 #include "act/store.h"
 #include "platform/clock.h"
@@ -50,6 +58,9 @@ struct ActingParts {
   Processes& processes;
   Authority& authority;
   BlockRecord& record;
+  DecisionRecord& decisions;
+  platform::Files& mail_files;
+  std::string mail_settings;  // the file that the mailer reads
   platform::Clock& clock;
   uid_t agent_user;
   std::function<bool(uid_t)> is_administrator;
@@ -60,11 +71,16 @@ class Acting {
   static constexpr std::size_t kMostPending = 8;
   static constexpr std::size_t kLongestText = 8192;
   static constexpr std::size_t kMostProcesses = 16;
+  static constexpr std::size_t kLongestMail = std::size_t{64} << 10;
+  // A consent covers the decision of the same click for so long.
+  static constexpr std::int64_t kConsentMs = 120'000;
 
   explicit Acting(const ActingParts& parts) : parts_(parts) {}
 
   void Block(const Caller& caller, const BlockRequest& request, Reply reply);
   void Allow(const Caller& caller, const std::string& entry, Reply reply);
+  void Decide(const Caller& caller, const ShownAlert& alert, bool block, Reply reply);
+  void SetMail(const Caller& caller, const std::string& settings, Reply reply);
   Answer BlockAgain(const Caller& caller, const std::string& path, const std::string& sha256,
                     const std::vector<pid_t>& processes);
   // One line per entry, as the family library writes them; otherwise the sentence that says why not.
@@ -73,6 +89,8 @@ class Acting {
 
   // Whoever is no longer there wants nothing any more: what he asked for is dropped without a reply.
   void CallerGone(const std::string& name);
+  // Nobody is waited for any more: every question ends unanswered, and whoever asked is told.
+  void GiveUp();
   bool IsBusy() const { return !pending_.empty(); }
 
  private:
@@ -81,6 +99,12 @@ class Acting {
     std::uint32_t user = 0;
     std::function<void(Verdict)> go_on;
   };
+  struct Consent {
+    std::uint32_t user = 0;
+    std::int64_t alert_second = 0;
+    bool block = false;
+    std::int64_t until_ms = 0;
+  };
   struct Held {
     std::unique_ptr<HeldProcess> process;
     ShownProgram shown;
@@ -88,9 +112,15 @@ class Acting {
 
   void Ask(const Caller& caller, std::string_view action, const AskedAbout& about,
            std::function<void(Verdict)> go_on);
-  std::string WhyNotNow(const Caller& caller) const;
+  // Counts as a call of his.
+  std::string WhyNotNow(const Caller& caller);
+  bool AsksTooOften(const Caller& caller);
   Answer TakeShown(const family::Event& event, const Caller& caller, const TakenFile& looked, Held& held);
   Answer Restore(const family::Entry& entry);
+  Answer FileDecision(const ShownAlert& alert, bool block);
+  Answer LayDownMail(const std::string& settings);
+  void Consented(const Caller& caller, const std::string& alert_second, bool block);
+  bool HasConsented(const Caller& caller, std::int64_t alert_second, bool block);
   // What is to be said behind the move of the file; empty when there is nothing to say. `done` becomes false
   // where a process goes on.
   std::string EndAll(std::vector<Held>& held, bool& done);
@@ -98,6 +128,8 @@ class Acting {
   const ActingParts parts_;
   std::uint64_t last_ticket_ = 0;
   std::map<std::uint64_t, Pending> pending_;
+  std::vector<Consent> consents_;
+  Allowance allowance_;
 };
 
 }  // namespace zendrix::act

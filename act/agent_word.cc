@@ -11,7 +11,7 @@
 
 namespace zendrix::act {
 
-Told AgentFile::Tells(const ShownEvent& event) {
+Told AgentFile::Search(RowSearch& search) const {
   constexpr std::size_t kBlock = std::size_t{64} << 10;
   const platform::FileDescriptor file(
       ::open(path_.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
@@ -20,7 +20,6 @@ Told AgentFile::Tells(const ShownEvent& event) {
   const bool believed = S_ISREG(status.st_mode) && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0 &&
                         (status.st_uid == agent_ || status.st_uid == 0);
   if (!believed) return Told::kUnreadable;
-  AlertSearch search(event);
   std::vector<char> block(kBlock);
   for (std::size_t whole = 0; whole < kLargest && !search.Found();) {
     const ssize_t got = ::read(file.get(), block.data(), block.size());
@@ -31,6 +30,18 @@ Told AgentFile::Tells(const ShownEvent& event) {
     search.Take({block.data(), static_cast<std::size_t>(got)});
   }
   return search.Found() ? Told::kYes : Told::kNo;
+}
+
+Told AgentFile::Tells(const ShownEvent& event) {
+  AlertSearch search(event);
+  return Search(search);
+}
+
+Told AgentFile::TellsAlert(const ShownAlert& alert, std::string& description) {
+  CodeSearch search(alert);
+  const Told told = Search(search);
+  description = search.description();
+  return told;
 }
 
 }  // namespace zendrix::act

@@ -20,6 +20,8 @@ class AgentWord {
  public:
   virtual ~AgentWord() = default;
   virtual Told Tells(const ShownEvent& event) = 0;
+  // `description` becomes the alert's own.
+  virtual Told TellsAlert(const ShownAlert& alert, std::string& description) = 0;
 };
 
 // The Agent's monitoring file. It is believed when it is a plain file of the Agent's user or of the
@@ -31,8 +33,11 @@ class AgentFile : public AgentWord {
 
   AgentFile(std::string path, uid_t agent) : path_(std::move(path)), agent_(agent) {}
   Told Tells(const ShownEvent& event) override;
+  Told TellsAlert(const ShownAlert& alert, std::string& description) override;
 
  private:
+  Told Search(RowSearch& search) const;
+
   const std::string path_;
   const uid_t agent_;
 };

@@ -18,16 +18,10 @@ std::string_view Cut(std::string_view& text, std::string_view separator) {
   return part;
 }
 
-struct Row {
-  std::int64_t second = 0;
-  std::string_view monitor;
-  std::string_view change;
-  std::string_view description;
-};
-
-std::optional<Row> RowOf(std::string_view text) {
+std::optional<ToldRow> RowOf(std::string_view text) {
   constexpr std::size_t kFields = 7;
-  Row row;
+  constexpr std::size_t kCode = 5;
+  ToldRow row;
   const std::string_view stamp = Cut(text, ",");
   const auto [end, error] = std::from_chars(stamp.data(), stamp.data() + stamp.size(), row.second);
   if (error != std::errc() || end != stamp.data() + stamp.size()) return std::nullopt;
@@ -41,6 +35,7 @@ std::optional<Row> RowOf(std::string_view text) {
   row.monitor = fields[0];
   row.change = fields[2];
   row.description = fields[3];
+  row.code = fields[kCode];
   return row;
 }
 
@@ -62,7 +57,7 @@ bool HoldsPair(std::string_view pairs, const ShownEvent& wanted) {
 
 }  // namespace
 
-void AlertSearch::Take(std::string_view bytes) {
+void RowSearch::Take(std::string_view bytes) {
   while (!bytes.empty() && !found_) {
     const std::size_t end = bytes.find('\n');
     const std::string_view part = bytes.substr(0, end);
@@ -74,21 +69,29 @@ void AlertSearch::Take(std::string_view bytes) {
     }
     if (end == std::string_view::npos) return;
     if (begun_.ends_with('\r')) begun_.pop_back();
-    if (!too_long_) TakeRow(begun_);
+    if (const auto row = too_long_ ? std::nullopt : RowOf(begun_)) found_ = IsIt(*row);
     begun_.clear();
     too_long_ = false;
     bytes.remove_prefix(end + 1);
   }
 }
 
-void AlertSearch::TakeRow(std::string_view text) {
-  const auto row = RowOf(text);
-  if (!row) return;
-  if (row->second == wanted_.second && row->monitor == wanted_.monitor)
-    has_event_ = has_event_ || HoldsDescription(row->description, wanted_.description);
-  const bool is_alert = row->monitor == kAggregation && !row->change.starts_with('-');
-  if (has_event_ && is_alert && row->second == wanted_.alert_second)
-    found_ = HoldsPair(row->description, wanted_);
+bool ToldRow::IsAlert() const {
+  return monitor == kAggregation && !change.starts_with('-');
+}
+
+bool AlertSearch::IsIt(const ToldRow& row) {
+  if (row.second == wanted_.second && row.monitor == wanted_.monitor)
+    has_event_ = has_event_ || HoldsDescription(row.description, wanted_.description);
+  return has_event_ && row.IsAlert() && row.second == wanted_.alert_second &&
+         HoldsPair(row.description, wanted_);
+}
+
+bool CodeSearch::IsIt(const ToldRow& row) {
+  const bool is_it = row.IsAlert() && row.second == wanted_.second &&
+                     row.code.substr(0, row.code.rfind(',')) == wanted_.code;
+  if (is_it) description_ = row.description;
+  return is_it;
 }
 
 }  // namespace zendrix::act

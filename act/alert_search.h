@@ -5,7 +5,8 @@
 // " * "); the alert is an "Aggregation" row behind it with its own second, no negative Change (those are
 // stored, but no alerts), and the event among its pairs "Monitor=description". A row is
 //   seconds,host,thread,Monitor|Original|Change|Description|Reaction|Code|x
-// Everything else is passed over.
+// Everything else is passed over. Of a decision the alert alone is named, by its second and its code, which
+// is the code field without its last part.
 #pragma once
 
 #include <cstddef>
@@ -23,25 +24,69 @@ struct ShownEvent {
   std::int64_t alert_second = 0;  // UTC, of the alert's row: what decisions call its DateUTC
 };
 
-class AlertSearch {
+// An alert as a decision names it.
+struct ShownAlert {
+  std::int64_t second = 0;  // UTC, of the alert's row
+  std::string code;         // "AG," and its digits
+};
+
+// A row of the file; the texts live as long as the row's own.
+struct ToldRow {
+  std::int64_t second = 0;
+  std::string_view monitor;
+  std::string_view change;
+  std::string_view description;
+  std::string_view code;
+
+  bool IsAlert() const;
+};
+
+// Cuts what it is given into rows and looks at them one by one until it has found what it looks for.
+class RowSearch {
  public:
   // A row is never nearly that long; of a longer one nothing is believed.
   static constexpr std::size_t kLongestRow = std::size_t{1} << 20;
 
-  explicit AlertSearch(ShownEvent wanted) : wanted_(std::move(wanted)) {}
+  RowSearch() = default;
+  virtual ~RowSearch() = default;
+  RowSearch(const RowSearch&) = delete;
+  RowSearch& operator=(const RowSearch&) = delete;
 
   // The next bytes of the file, cut anywhere. A last row without its line end is not complete and not read.
   void Take(std::string_view bytes);
   bool Found() const { return found_; }
 
  private:
-  void TakeRow(std::string_view row);
+  // Whether this row is the one.
+  virtual bool IsIt(const ToldRow& row) = 0;
 
-  const ShownEvent wanted_;
   std::string begun_;      // a row whose end is still to come
   bool too_long_ = false;  // that row is passed over
-  bool has_event_ = false;
   bool found_ = false;
+};
+
+class AlertSearch : public RowSearch {
+ public:
+  explicit AlertSearch(ShownEvent wanted) : wanted_(std::move(wanted)) {}
+
+ private:
+  bool IsIt(const ToldRow& row) override;
+
+  const ShownEvent wanted_;
+  bool has_event_ = false;
+};
+
+class CodeSearch : public RowSearch {
+ public:
+  explicit CodeSearch(ShownAlert wanted) : wanted_(std::move(wanted)) {}
+  // Of the alert that was found.
+  const std::string& description() const { return description_; }
+
+ private:
+  bool IsIt(const ToldRow& row) override;
+
+  const ShownAlert wanted_;
+  std::string description_;
 };
 
 }  // namespace zendrix::act

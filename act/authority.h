@@ -19,10 +19,14 @@ inline constexpr std::string_view kBlockAction = "com.korvessa.zendrix.block";
 // Of a file that is not plainly the caller's affair (whose.h): an administrator's word each time.
 inline constexpr std::string_view kBlockOtherAction = "com.korvessa.zendrix.block-other";
 inline constexpr std::string_view kAllowAction = "com.korvessa.zendrix.allow";
+// What is filed with the Agent, and moves no file: see acting.h.
+inline constexpr std::string_view kDecideBlockAction = "com.korvessa.zendrix.decide-block";
+inline constexpr std::string_view kDecideAllowAction = "com.korvessa.zendrix.decide-allow";
+inline constexpr std::string_view kMailAction = "com.korvessa.zendrix.mail";
 
 // What the user reads in the question. Chosen by whoever is to be caught: cleaned and short.
 struct AskedAbout {
-  std::string path;              // UTF-8, quoted
+  std::string path;              // UTF-8, quoted; of a decision what the alert is about
   std::string process = "none";  // that would be ended
 };
 

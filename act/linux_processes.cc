@@ -15,8 +15,6 @@
 namespace zendrix::act {
 namespace {
 
-constexpr int kEndMs = 2000;
-
 class LinuxHeldProcess : public HeldProcess {
  public:
   LinuxHeldProcess(pid_t process, platform::FileDescriptor handle)
@@ -33,20 +31,20 @@ class LinuxHeldProcess : public HeldProcess {
     return state == family::ProgramState::kThisFile ? Found::kIt : Found::kAnother;
   }
 
-  Ending End() override {
-    const long sent = ::syscall(SYS_pidfd_send_signal, handle_.get(), SIGKILL, nullptr, 0);
-    return (sent == 0 && HasEnded(kEndMs)) || HasEnded(0) ? Ending::kEnded : Ending::kGoesOn;
+  void Kill() override {
+    killed_ = ::syscall(SYS_pidfd_send_signal, handle_.get(), SIGKILL, nullptr, 0) == 0;
+  }
+
+  // A handle can be read once its process has ended. One that got no signal has no reason to.
+  bool HasEnded(std::int64_t milliseconds) override {
+    pollfd waiting = {handle_.get(), POLLIN, 0};
+    return ::poll(&waiting, 1, killed_ ? static_cast<int>(milliseconds) : 0) > 0;
   }
 
  private:
-  // A handle can be read once its process has ended.
-  bool HasEnded(int milliseconds) const {
-    pollfd waiting = {handle_.get(), POLLIN, 0};
-    return ::poll(&waiting, 1, milliseconds) > 0;
-  }
-
   const pid_t process_;
   const platform::FileDescriptor handle_;
+  bool killed_ = false;
 };
 
 }  // namespace

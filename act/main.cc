@@ -12,13 +12,17 @@
 namespace {
 
 constexpr char kHelp[] =
-    "zendrix-act [--folder DIR] [--file FILE] [--agent USER] [--idle MS] [--patience MS]\n"
+    "zendrix-act [--folder DIR] [--file FILE] [--decisions FILE] [--mail FILE] [--agent USER] [--idle MS]\n"
+    "            [--patience MS]\n"
     "\n"
     "Puts files in quarantine and brings them back, for the console and the Agent. The system bus starts\n"
     "it; it ends by itself when nobody has asked for anything for a while.\n"
     "\n"
     "  --folder DIR    where the quarantine is (/var/lib/zendrix/quarantine)\n"
     "  --file FILE     the Agent's monitoring file (/var/lib/zendrix/home/KorvessaMonitoring.kvl)\n"
+    "  --decisions FILE  where it files decisions for the Agent "
+    "(/var/lib/zendrix/decisions/KorvessaActivations.kvl)\n"
+    "  --mail FILE     the mailer's settings (/etc/zendrix/KorvessaSMTPConfig.kvl)\n"
     "  --agent USER    the Agent's user (zendrix)\n"
     "  --idle MS       milliseconds without work before it ends (60000)\n"
     "  --patience MS   milliseconds that a user may take to answer (120000)\n";
@@ -36,8 +40,11 @@ bool Take(const std::string& name, const std::string& value, zendrix::act::Setti
   if (value.empty()) return false;
   if (name == "--folder") settings.folder = value;
   if (name == "--file") settings.monitoring_file = value;
+  if (name == "--decisions") settings.decisions_file = value;
+  if (name == "--mail") settings.mail_file = value;
   if (name == "--agent") settings.agent = value;
-  return name == "--folder" || name == "--file" || name == "--agent";
+  return name == "--decisions" || name == "--mail" || name == "--folder" || name == "--file" ||
+         name == "--agent";
 }
 
 }  // namespace

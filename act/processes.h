@@ -25,15 +25,15 @@ enum class Found {
   kAnother,  // runs another file, or in a container of its own, or cannot be looked at
 };
 
-enum class Ending { kEnded, kGoesOn };
-
 class HeldProcess {
  public:
   virtual ~HeldProcess() = default;
   // Looked at anew with every call, and only ever this very process.
   virtual Found Is(const ShownProgram& shown) = 0;
-  // Ends it and waits for its end for a moment.
-  virtual Ending End() = 0;
+  // Has it ended; its end comes a moment later.
+  virtual void Kill() = 0;
+  // Waits for its end for so long; 0: only looks.
+  virtual bool HasEnded(std::int64_t milliseconds) = 0;
 };
 
 class Processes {

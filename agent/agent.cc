@@ -63,6 +63,7 @@ Agent::Agent(AgentParts parts, Options options)
       recordings_(MakeRecordings(parts_, options_)),
       enforcement_(parts_.helper),
       decisions_(parts_.files,
+                 options_.state.empty() ? options_.folder : platform::JoinPath(options_.state, "decisions"),
                  options_.state.empty() ? options_.folder : platform::JoinPath(options_.state, "home")),
       watch_(parts_.host, parts_.clock, parts_.own_pid, options_.interval_seconds * 1000, parts_.sources,
              parts_.numbers),

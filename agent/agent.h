@@ -89,7 +89,7 @@ class Agent {
   const std::string status_path_;
   std::vector<Recording> recordings_;
   Enforcement enforcement_;
-  DecisionFiles decisions_;  // in the first folder
+  DecisionFiles decisions_;  // its own in the first folder
   Watch watch_;
   Pace pace_;
   Measures measures_;

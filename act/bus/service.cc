@@ -72,6 +72,22 @@ Service::Service(sdbus::IConnection& bus, Acting& acting)
         const std::vector<pid_t> numbers(processes.begin(), processes.end());
         Send(result, acting_.BlockAgain(*caller, TextOf(path), sha256, numbers));
       });
+  object_->registerMethod("Decide")
+      .onInterface(platform::kActInterface)
+      .implementedAs([this](Result&& result, std::int64_t alert_second, const Bytes& code, bool block) {
+        const auto caller = CallerNow();
+        const Reply reply = ReplyTo(std::move(result));
+        if (!caller) return reply({false, kGone});
+        acting_.Decide(*caller, {alert_second, TextOf(code)}, block, reply);
+      });
+  object_->registerMethod("SetMail")
+      .onInterface(platform::kActInterface)
+      .implementedAs([this](Result&& result, const Bytes& settings) {
+        const auto caller = CallerNow();
+        const Reply reply = ReplyTo(std::move(result));
+        if (!caller) return reply({false, kGone});
+        acting_.SetMail(*caller, TextOf(settings), reply);
+      });
   object_->finishRegistration();
   // Names that nobody has any more.
   bus_.addMatch(

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "act/processes.h"
+#include "platform/memory/fake_clock.h"
 
 namespace zendrix::act {
 
@@ -17,6 +18,7 @@ class MemoryProcesses : public Processes {
     bool lives = true;
     bool resists = false;  // goes on in spite of being ended
     bool elsewhere = false;
+    platform::FakeClock* clock = nullptr;  // that goes on while its end is waited for
   };
 
   // A new process with this number; one that had it before has ended.
@@ -41,10 +43,12 @@ class MemoryProcesses : public Processes {
       if (!process_->lives || (shown.moment && process_->began > *shown.moment)) return Found::kGone;
       return process_->file == shown.file && !process_->elsewhere ? Found::kIt : Found::kAnother;
     }
-    Ending End() override {
-      if (process_->lives && process_->resists) return Ending::kGoesOn;
-      process_->lives = false;
-      return Ending::kEnded;
+    void Kill() override {
+      if (!process_->resists) process_->lives = false;
+    }
+    bool HasEnded(std::int64_t milliseconds) override {
+      if (process_->lives && process_->clock) process_->clock->Sleep(milliseconds);
+      return !process_->lives;
     }
 
    private:

@@ -26,6 +26,7 @@ class MemoryStore : public Store {
 
   StoreAnswer Take(const family::Event& event, uid_t user) override {
     takes.push_back({event, user});
+    if (on_take) on_take();
     StoreAnswer answer = Find(event, refuse_take);
     if (!answer.done) return answer;
     family::Entry entry;
@@ -61,6 +62,7 @@ class MemoryStore : public Store {
   std::vector<family::Entry> entries;
   uid_t owner = 0;  // of what is taken
   std::string refuse_look, refuse_take, refuse_restore, refuse_list;
+  std::function<void()> on_take;  // in front of the move
   std::vector<std::pair<family::Event, uid_t>> looks, takes;
 
  private:

@@ -19,7 +19,19 @@ class ToldEvents : public AgentWord {
     return Told::kNo;
   }
 
+  Told TellsAlert(const ShownAlert& wanted, std::string& description) override {
+    if (!readable) return Told::kUnreadable;
+    for (const ShownAlert& alert : told_alerts) {
+      if (alert.second != wanted.second || alert.code != wanted.code) continue;
+      description = alert_description;
+      return Told::kYes;
+    }
+    return Told::kNo;
+  }
+
   std::vector<ShownEvent> told;
+  std::vector<ShownAlert> told_alerts;
+  std::string alert_description = "Running Processes=/tmp/dropper:4711;";
   bool readable = true;
 };
 

@@ -51,9 +51,10 @@ std::string CheckedAlertsText(std::string_view old_text, const std::vector<Decid
   return text;
 }
 
-DecisionFiles::DecisionFiles(platform::Files& files, const std::string& folder)
+DecisionFiles::DecisionFiles(platform::Files& files, const std::string& activations_folder,
+                             const std::string& folder)
     : files_(files),
-      activations_path_(platform::JoinPath(folder, kActivationsFile)),
+      activations_path_(platform::JoinPath(activations_folder, kActivationsFile)),
       checked_path_(platform::JoinPath(folder, kCheckedAlertsFile)) {}
 
 // Empty when there is none. A pipe, folder or device in its place is an error, which is told.

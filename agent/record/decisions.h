@@ -3,11 +3,12 @@
 // KorvessaActivations.kvl is the console's: "code,1" for a Block, "code,0" for an Allow, one line for each
 // code (see identity.h). KorvessaAlr.kvl is the Agent's: the second of each alert that is decided, with "A"
 // behind it when it is blocked; the console reads it at its start, so that a decision outlives it. No second
-// stands twice, because the console's reading ends at the second line with it. Both lie in the folder of the
-// Home form.
+// stands twice, because the console's reading ends at the second line with it. It lies in the folder of the
+// Home form, and so does the first, but that of a service, which the helper that acts writes with the user's
+// consent.
 //
-// The first file belongs to a desktop user and holds whatever that user, or a program of his, put there: it
-// is bounded, and a line that is not exactly of this form is no decision.
+// Otherwise the first file belongs to a desktop user and holds whatever that user, or a program of his, put
+// there: it is bounded, and a line that is not exactly of this form is no decision.
 #pragma once
 
 #include <cstdint>
@@ -41,7 +42,7 @@ class DecisionFiles {
   static constexpr std::int64_t kEveryMs = 2000;
 
   // `files` outlives the object.
-  DecisionFiles(platform::Files& files, const std::string& folder);
+  DecisionFiles(platform::Files& files, const std::string& activations_folder, const std::string& folder);
 
   // Hands new decisions to the scorer and writes what the console is to read. Reads no more often than it
   // should. What is to be told in the log; each refusal once.

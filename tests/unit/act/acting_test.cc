@@ -2,82 +2,10 @@
 // processes, the authority and the Agent.
 #include "act/acting.h"
 
-#include <gtest/gtest.h>
-
-#include "act/memory/memory_processes.h"
-#include "act/memory/memory_store.h"
-#include "act/memory/scripted_authority.h"
-#include "act/memory/told_events.h"
-#include "platform/memory/fake_clock.h"
-#include "platform/memory/memory_files.h"
+#include "unit/act/acting_fixture.h"
 
 namespace zendrix::act {
 namespace {
-
-constexpr char kPath[] = "/tmp/dropper";
-constexpr char kRecordPath[] = "/q/blocks";
-constexpr FileId kFile{1, 7};
-constexpr std::int64_t kMoment = 1'700'000'000;
-constexpr pid_t kProcess = 4711;
-constexpr uid_t kAgentUser = 990;
-
-class ActingTest : public testing::Test {
- protected:
-  ActingTest() {
-    store_.files[kPath] = {sum_, kFile};
-    agent_.told = {shown_.event};
-    dropper_ = &processes_.Start(kProcess, kFile, kMoment - 10);
-  }
-
-  // The reply; "no reply" while it waits.
-  Answer Block(const BlockRequest& request, const Caller& caller) {
-    const auto answer = std::make_shared<Answer>(Answer{false, "no reply"});
-    acting_.Block(caller, request, [answer, this](const Answer& said) {
-      *answer = said;
-      last_ = said;
-    });
-    return *answer;
-  }
-  Answer Block() { return Block(shown_, user_); }
-  Answer Allow(const std::string& entry) {
-    last_ = {false, "no reply"};
-    acting_.Allow(user_, entry, [this](const Answer& said) { last_ = said; });
-    return last_;
-  }
-  Answer Again(const std::string& path = kPath, const std::string& sum = std::string(64, 'a')) {
-    return acting_.BlockAgain(agent_caller_, path, sum, {kProcess});
-  }
-  void ExpectUntouched(const Answer& answer, const std::string& why) {
-    EXPECT_FALSE(answer.done);
-    EXPECT_NE(answer.sentence.find(why), std::string::npos) << answer.sentence;
-    EXPECT_TRUE(store_.files.contains(kPath));
-    EXPECT_TRUE(store_.entries.empty());
-    EXPECT_TRUE(dropper_->lives);
-    EXPECT_FALSE(files_.Has(kRecordPath));
-  }
-  // As it comes again after a Block.
-  void ComeAgain() {
-    store_.files[kPath] = {sum_, {1, 8}};
-    dropper_ = &processes_.Start(kProcess, {1, 8}, kMoment + 100);
-  }
-
-  const std::string sum_ = std::string(64, 'a');
-  const BlockRequest shown_{{"Running Processes", "/tmp/dropper:4711", kMoment, kMoment + 3}, true};
-  const Caller user_{":1.5", 1000, true};
-  const Caller agent_caller_{":1.9", kAgentUser, false};
-  ToldEvents agent_;
-  MemoryStore store_;
-  MemoryProcesses processes_;
-  ScriptedAuthority authority_;
-  platform::MemoryFiles files_;
-  platform::FakeClock clock_;
-  BlockRecord record_{files_, clock_, kRecordPath};
-  const std::function<bool(uid_t)> administrators_ = [](uid_t user) { return user == 1007; };
-  const Caller root_{":1.1", 0, false};
-  Acting acting_{{agent_, store_, processes_, authority_, record_, clock_, kAgentUser, administrators_}};
-  MemoryProcesses::Process* dropper_ = nullptr;
-  Answer last_;
-};
 
 TEST_F(ActingTest, BlockTakesTheFileEndsTheProcessAndNotesIt) {
   const Answer answer = Block();
@@ -245,6 +173,26 @@ TEST_F(ActingTest, ABlockThatCannotBeNotedIsDoneAndSaysSo) {
   EXPECT_NE(answer.sentence.find("could not be noted"), std::string::npos);
   ComeAgain();
   EXPECT_FALSE(Again().done);
+}
+
+// A helper that was killed behind the move left a program that would never have been blocked again by itself.
+TEST_F(ActingTest, TheNoteIsThereBeforeTheFileMoves) {
+  bool was_noted = false;
+  store_.on_take = [&] {
+    was_noted = BlockRecord(files_, clock_, kRecordPath).Find(kPath, sum_).has_value();
+  };
+  ASSERT_TRUE(Block().done);
+  EXPECT_TRUE(was_noted);
+}
+
+TEST_F(ActingTest, ABlockThatFailsLeavesTheNoteOfTheOneBefore) {
+  ASSERT_TRUE(Block().done);
+  const auto before = record_.Find(kPath, sum_);
+  ComeAgain();
+  clock_.Sleep(5000);
+  store_.refuse_take = "The disk did not take the change.";
+  EXPECT_FALSE(Block(shown_, {":1.6", 1001, true}).done);
+  EXPECT_EQ(record_.Find(kPath, sum_), before);
 }
 
 TEST_F(ActingTest, ACallerThatIsGoneGetsNothingDone) {
@@ -427,6 +375,24 @@ TEST_F(ActingTest, ABlockAgainThatLeavesAProcessIsNoSuccess) {
   EXPECT_FALSE(Again().done);
 }
 
+TEST_F(ActingTest, AllProcessesAreEndedAtOnceAndWaitedForTogether) {
+  ASSERT_TRUE(Block().done);
+  ComeAgain();
+  dropper_->resists = true;
+  std::vector<MemoryProcesses::Process*> more;
+  std::vector<pid_t> numbers = {kProcess};
+  for (pid_t number = 100; number < 108; ++number) {
+    more.push_back(&processes_.Start(number, {1, 8}, 0));
+    more.back()->clock = &clock_;
+    more.back()->resists = true;
+    numbers.push_back(number);
+  }
+  dropper_->clock = &clock_;
+  const std::int64_t before_ms = clock_.MonotonicMs();
+  EXPECT_FALSE(acting_.BlockAgain(agent_caller_, kPath, sum_, numbers).done);
+  EXPECT_EQ(clock_.MonotonicMs() - before_ms, 2000) << "one wait for all";
+}
+
 TEST_F(ActingTest, WhatNamesNoProgramIsRefused) {
   ASSERT_TRUE(Block().done);
   ComeAgain();
@@ -445,7 +411,8 @@ TEST_F(ActingTest, ADamagedRecordBlocksNothing) {
   text[30] ^= 1;
   files_.Put(kRecordPath, text);
   BlockRecord anew(files_, clock_, kRecordPath);
-  Acting acting({agent_, store_, processes_, authority_, anew, clock_, kAgentUser, administrators_});
+  Acting acting({agent_, store_, processes_, authority_, anew, decisions_, files_, kMailPath, clock_,
+                 kAgentUser, administrators_});
   EXPECT_FALSE(acting.BlockAgain(agent_caller_, kPath, sum_, {kProcess}).done);
   EXPECT_TRUE(store_.files.contains(kPath));
   EXPECT_TRUE(files_.Has(std::string(kRecordPath) + ".damaged-" + std::to_string(clock_.NowUtc())));

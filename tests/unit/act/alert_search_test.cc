@@ -149,5 +149,30 @@ TEST_F(AgentFileTest, AFileOfAnotherUserIsNotBelieved) {
   EXPECT_EQ(AgentFile(path_, 1234).Tells(kDropper), Told::kYes);
 }
 
+// The description of the alert with this code; "-" when there is none.
+std::string FindsCode(const std::string& text, const ShownAlert& alert) {
+  CodeSearch search(alert);
+  for (const char byte : text) search.Take(std::string_view(&byte, 1));
+  return search.Found() ? search.description() : "-";
+}
+
+TEST(CodeSearchTest, AnAlertIsFoundByItsSecondAndItsCode) {
+  const ShownAlert alert{100, "AG,0123456789ABCDEF01234567"};
+  EXPECT_NE(FindsCode(Written(), alert).find("Running Processes=/tmp/dropper:4711"), std::string::npos);
+  EXPECT_EQ(FindsCode(Written(), {101, alert.code}), "-");
+  EXPECT_EQ(FindsCode(Written(), {100, "AG,0123456789ABCDEF01234568"}), "-");
+  EXPECT_EQ(FindsCode(Written(), {100, "AG,0123456789ABCDEF0123456"}), "-");
+  EXPECT_EQ(FindsCode(Written(), {100, ""}), "-");
+}
+
+TEST(CodeSearchTest, WhatIsStoredAndIsNoAlertIsNotFound) {
+  EXPECT_EQ(FindsCode(Written("-0.4"), {100, "AG,0123456789ABCDEF01234567"}), "-");
+}
+
+TEST(CodeSearchTest, AnotherMonitorsRowIsNoAlert) {
+  const std::string row = "100,h,1,Running Processes|1|1|x||AG,0123456789ABCDEF01234567,1|0\r\n";
+  EXPECT_EQ(FindsCode(row, {100, "AG,0123456789ABCDEF01234567"}), "-");
+}
+
 }  // namespace
 }  // namespace zendrix::act

@@ -1,6 +1,9 @@
 // The real helper, started by a bus of the test's own for a real caller, with a stand-in for the computer's
 // authority on that bus, and real files and processes.
 #include <gtest/gtest.h>
+#include <sdbus-c++/sdbus-c++.h>
+#include <signal.h>
+#include <sys/stat.h>
 
 #include <cstring>
 #include <ctime>
@@ -34,7 +37,8 @@ std::string ServiceFolder(const test::TemporaryFolder& folder, const std::string
                std::string("[D-BUS Service]\nName=") + platform::kActName +
                    "\nExec=/bin/sh -c 'DBUS_SYSTEM_BUS_ADDRESS=$DBUS_STARTER_ADDRESS exec " ZENDRIX_ACT
                    " --folder " +
-                   folder.Path("quarantine") + " --file " + folder.Path("monitoring") + " " + more + "'\n");
+                   folder.Path("quarantine") + " --file " + folder.Path("monitoring") + " --decisions " +
+                   folder.Path("decisions") + " --mail " + folder.Path("mail.kvl") + " " + more + "'\n");
   return services;
 }
 
@@ -54,7 +58,7 @@ class Computer {
     agent::Alert alert;
     alert.subject = item.subject;
     alert.risk = 0.98;
-    alert.code = "AG,0123456789ABCDEF01234567";
+    alert.code = code_;
     alert.change = "0.98";
     alert.members = {item};
     event_ = {"Running Processes", description, std::to_string(now_), std::to_string(now_), true};
@@ -63,6 +67,7 @@ class Computer {
                                     .bytes);
     chmod(folder_.Path("monitoring").c_str(), 0640);
   }
+  const std::string code_ = "AG,0123456789ABCDEF01234567";
   // The program was there before the Agent told of it, as the files' times say.
   const std::int64_t now_ = std::time(nullptr) + 1;
 
@@ -123,6 +128,56 @@ TEST(ActBusTest, BlockAsksThenMovesTheFileAndEndsTheProgramAndAllowBringsItBack)
   EXPECT_EQ(polkit.questions().back().action, "com.korvessa.zendrix.allow");
   EXPECT_EQ(computer.folder_.Read("dropper"), contents);
   EXPECT_EQ(computer.List().sentence, "");
+}
+
+TEST(ActBusTest, ADecisionIsFiledForTheAgentsGroupToRead) {
+  Computer computer;
+  test::FakePolkit polkit;
+  const ActAnswer decided = Computer::Told(computer.helper_.Decide(computer.now_, computer.code_, true));
+  EXPECT_TRUE(decided.done) << decided.sentence;
+  EXPECT_EQ(polkit.questions().at(0).action, "com.korvessa.zendrix.decide-block");
+  EXPECT_NE(polkit.questions().at(0).details.at("path").find(computer.dropper_.path().substr(0, 40)),
+            std::string::npos);
+  EXPECT_EQ(computer.folder_.Read("decisions"), computer.code_ + ",1\r\n");
+  struct stat status = {};
+  ASSERT_EQ(stat(computer.folder_.Path("decisions").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0640U);
+  const ActAnswer unknown = Computer::Told(computer.helper_.Decide(computer.now_ + 1, computer.code_, false));
+  EXPECT_FALSE(unknown.done);
+  EXPECT_EQ(computer.folder_.Read("decisions"), computer.code_ + ",1\r\n");
+}
+
+TEST(ActBusTest, MailSettingsAreLaidDownForTheMailersGroupAndTakenAway) {
+  Computer computer;
+  test::FakePolkit polkit;
+  const std::string settings("Address=a@b;Server=mx;Name=\xE4");
+  const ActAnswer laid = Computer::Told(computer.helper_.SetMail(settings));
+  EXPECT_TRUE(laid.done) << laid.sentence;
+  EXPECT_EQ(polkit.questions().at(0).action, "com.korvessa.zendrix.mail");
+  EXPECT_EQ(computer.folder_.Read("mail.kvl"), settings);
+  struct stat status = {};
+  ASSERT_EQ(stat(computer.folder_.Path("mail.kvl").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777U, 0640U);
+  EXPECT_TRUE(Computer::Told(computer.helper_.SetMail("")).done);
+  EXPECT_FALSE(std::filesystem::exists(computer.folder_.Path("mail.kvl")));
+}
+
+// The service manager ends the helper while somebody is being asked: he was left waiting for his whole time.
+TEST(ActBusTest, AHelperThatIsEndedTellsWhoeverWaits) {
+  Computer computer;
+  test::FakePolkit polkit(Word::kNone);
+  auto answer = std::async(std::launch::async, [&] { return computer.Block(); });
+  ASSERT_TRUE(polkit.WaitForQuestion());
+  const auto bus = sdbus::createSystemBusConnection();
+  const auto daemon = sdbus::createProxy(*bus, "org.freedesktop.DBus", "/org/freedesktop/DBus");
+  std::uint32_t process = 0;
+  daemon->callMethod("GetConnectionUnixProcessID")
+      .onInterface("org.freedesktop.DBus")
+      .withArguments(std::string(platform::kActName))
+      .storeResultsTo(process);
+  ASSERT_EQ(kill(static_cast<pid_t>(process), SIGTERM), 0);
+  computer.ExpectUntouched(answer.get(), "The computer did not say");
+  EXPECT_TRUE(computer.List().done) << "the next question starts a new helper";
 }
 
 TEST(ActBusTest, TheAuthoritysRefusalsChangeNothing) {

@@ -75,7 +75,7 @@ class DecisionFilesTest : public testing::Test {
 
   ScoredHost pc;
   platform::MemoryFiles files;
-  DecisionFiles decisions{files, "/z"};
+  DecisionFiles decisions{files, "/z", "/z"};
   std::int64_t now_ms = 0;
 };
 
@@ -139,7 +139,7 @@ TEST(DecisionFilesOnDisk, PipeOrFolderInTheirPlaceIsToldOnce) {
       ASSERT_EQ(is_pipe ? mkfifo(path.c_str(), 0600) : mkdir(path.c_str(), 0700), 0);
       platform::LinuxFiles files;
       ScoredHost pc;
-      DecisionFiles decisions(files, folder.path());
+      DecisionFiles decisions(files, folder.path(), folder.path());
       EXPECT_THAT(decisions.Follow(pc.scorer(), DecisionFiles::kEveryMs),
                   ElementsAre(HasSubstr("Decisions cannot be kept")))
           << path;
