@@ -28,9 +28,9 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "zendrix: %s\n%s", options.error.c_str(), app::Usage().c_str());
     return 2;
   }
-  app::BeforeApplication();
+  app::BeforeApplication(options.edition);
   QApplication application(argc, argv);
-  app::AfterApplication();
+  app::AfterApplication(options.edition);
   // The toolkit has taken its own arguments out of the list by now.
   options = app::ParseOptions(std::vector<std::string>(argv + 1, argv + argc), options.exe_path);
   app::Console console(options);

@@ -59,6 +59,12 @@ TEST_F(AdminAccessibleTest, GridTreeStatusBarAndSplitterTellAllThatTheyShow) {
   EXPECT_TRUE(Eventually([&] { return splitter.Value() == place + 10; }));
 }
 
+TEST_F(AdminAccessibleTest, DesktopFindsItsEntryByTheNameOfTheWindow) {
+  const auto window = console_.screen().WithTitle(AdminConsole::kTitle);
+  ASSERT_TRUE(window);
+  EXPECT_EQ(console_.screen().EntryOf(*window), "com.korvessa.zendrix.administrator");
+}
+
 TEST_F(AdminAccessibleTest, WhateverTheKeyboardReachesHasARoleAndAName) {
   int reached = 0;
   console_.Tree().Walk([&](const Accessible& thing) {

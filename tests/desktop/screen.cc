@@ -210,13 +210,22 @@ bool Screen::HasMenu() const {
   return false;
 }
 
-std::string Screen::ClassOf(WindowId window) const {
+std::pair<std::string, std::string> Screen::ClassPartsOf(WindowId window) const {
   XClassHint hint = {};
   if (!XGetClassHint(display_, window, &hint)) return {};
-  const std::string name = hint.res_class ? hint.res_class : "";
+  std::pair<std::string, std::string> parts(hint.res_name ? hint.res_name : "",
+                                            hint.res_class ? hint.res_class : "");
   XFree(hint.res_name);
   XFree(hint.res_class);
-  return name;
+  return parts;
+}
+
+std::string Screen::EntryOf(WindowId window) const {
+  return ClassPartsOf(window).first;
+}
+
+std::string Screen::ClassOf(WindowId window) const {
+  return ClassPartsOf(window).second;
 }
 
 std::vector<unsigned long> Screen::Property(WindowId window, const char* name) const {

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct _XDisplay;
@@ -40,6 +41,8 @@ class Screen {
   // The windows that the window manager has, oldest first.
   std::vector<WindowId> Windows() const;
   std::string TitleOf(WindowId window) const;
+  // The first part of its class, by which a desktop finds its entry in the menu.
+  std::string EntryOf(WindowId window) const;
   bool IsMinimised(WindowId window) const;
   // Inside the window manager's frame.
   std::optional<Place> PlaceOf(WindowId window) const;
@@ -55,6 +58,7 @@ class Screen {
  private:
   std::vector<WindowId> Children(WindowId window) const;
   std::optional<Place> IconIn(WindowId window, bool in_tray) const;
+  std::pair<std::string, std::string> ClassPartsOf(WindowId window) const;
   std::string ClassOf(WindowId window) const;
   void AskManager(WindowId window, const char* message, long first, long second);
   std::vector<unsigned long> Property(WindowId window, const char* name) const;

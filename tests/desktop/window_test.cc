@@ -52,6 +52,11 @@ TEST_F(WindowTest, CloseBoxHidesItAndTheIconBringsItBack) {
   EXPECT_TRUE(Eventually([&] { return console_.IsActive(); }));
 }
 
+TEST_F(WindowTest, DesktopFindsItsEntryByTheNameOfTheWindow) {
+  console_.StartAndWait();
+  EXPECT_EQ(screen().EntryOf(console_.MainWindow()), "com.korvessa.zendrix");
+}
+
 // Where a page is drawn by the graphics processor, the toolkit takes the window down for its first browser
 // and puts it up again: it flickered, and stood in the middle of the screen then, wherever the user had put
 // it.

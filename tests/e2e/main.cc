@@ -8,8 +8,8 @@
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   ::testing::InitGoogleMock(&argc, argv);
-  zendrix::app::BeforeApplication();
+  zendrix::app::BeforeApplication("Home");
   QApplication application(argc, argv);
-  zendrix::app::AfterApplication();
+  zendrix::app::AfterApplication("Home");
   return RUN_ALL_TESTS();
 }

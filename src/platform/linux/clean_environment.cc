@@ -29,8 +29,8 @@ bool SteersTheBrowser(std::string_view name) {
     if (name.starts_with(family)) return true;
   }
   const std::string upper = Upper(name);
-  return name == "QT_PLUGIN_PATH" || upper.ends_with("_PROXY") || upper == "SOCKS_SERVER" ||
-         upper == "SOCKS_VERSION";
+  return name == "QT_PLUGIN_PATH" || name == "RESOURCE_NAME" || upper.ends_with("_PROXY") ||
+         upper == "SOCKS_SERVER" || upper == "SOCKS_VERSION";
 }
 
 void CleanEnvironment() {

@@ -8,6 +8,7 @@
 //   CHROMIUM_..., CHROME_... the same for the browser inside
 //   QT_PLUGIN_PATH, QT_QPA_... (but QT_QPA_PLATFORM, the name of the screen system): code to load
 //   QML..., QT_QUICK_...     import paths and plugins of the scripting layer that the browser is drawn with
+//   RESOURCE_NAME            the name by which a desktop knows the windows; the console sets its own
 //   ..._proxy, SOCKS_SERVER, SOCKS_VERSION: the console's pages have no business with any host
 // Left alone is what only changes looks, language, input method or accessibility (QT_STYLE_OVERRIDE,
 // QT_SCALE_FACTOR, QT_IM_MODULE, QT_LINUX_ACCESSIBILITY_ALWAYS_ON, ...): it names plugins, but they are

@@ -22,6 +22,7 @@ TEST(SteersTheBrowserTest, FamiliesOfBrowserAndToolkitDo) {
                            "CHROMIUM_FLAGS",
                            "CHROME_DEVEL_SANDBOX",
                            "QT_PLUGIN_PATH",
+                           "RESOURCE_NAME",
                            "QT_QPA_PLATFORM_PLUGIN_PATH",
                            "QT_QPA_PLATFORMTHEME",
                            "QT_QPA_GENERIC_PLUGINS",
