@@ -25,7 +25,8 @@ constexpr char kHelp[] =
     "  --mail FILE     the mailer's settings (/etc/zendrix/KorvessaSMTPConfig.kvl)\n"
     "  --agent USER    the Agent's user (zendrix)\n"
     "  --idle MS       milliseconds without work before it ends (60000)\n"
-    "  --patience MS   milliseconds that a user may take to answer (120000)\n";
+    "  --patience MS   milliseconds that a user may take to answer (120000)\n"
+    "  --help          this text\n";
 
 bool ReadMilliseconds(const std::string& text, std::chrono::milliseconds& into) {
   int number = 0;

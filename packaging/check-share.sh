@@ -6,7 +6,7 @@ share=$(realpath "$1") version=$2
 cd "$(dirname "$0")"
 broken=0
 complain() { echo "share: $1" >&2; broken=1; }
-for tool in desktop-file-validate:desktop-file-utils appstreamcli:appstream python3:python3; do
+for tool in desktop-file-validate:desktop-file-utils appstreamcli:appstream man:man-db mandoc:mandoc python3:python3; do
   command -v "${tool%:*}" >/dev/null || { complain "${tool%:*} is missing (package ${tool#*:})"; exit 1; }
 done
 # silent WHAT COMMAND...: a tool that ends well and says nothing.
@@ -63,4 +63,26 @@ for icon in icons:
 if not {16, 22, 24, 32, 48, 64, 128, 256} <= edges:
     sys.exit(f"sizes: {sorted(edges)}")
 EOF
+for page in "$share"/man/man?/*; do
+  name=$(basename "$page")
+  # Two formatters, and what makes the index of all pages (apropos). Lines of sources may be long.
+  said=$(LC_ALL=C.UTF-8 MANWIDTH=80 man --warnings -E UTF-8 -Tutf8 -Z -l "$page" 2>&1 >/dev/null) || true
+  [ -z "$said" ] || complain "$name: $said"
+  silent "$name" mandoc -T lint -W warning "$page"
+  said=$(lexgrog "$page") || complain "$name: no line that tells its name and purpose"
+  # What is told of a page is the name of its file.
+  [[ "$said" == *"\"${name%.*} - "* ]] || complain "$name calls itself otherwise: $said"
+  grep -qE "^\.TH [^ ]+ ${name##*.} " "$page" || complain "$name is of another section"
+  # Pages of this product that it names are there.
+  while read -r other; do
+    [ -e "$share/man/man${other##* }/${other% *}.${other##* }" ] || complain "$name names a page that there is not: $other"
+  done < <(sed -n 's/^\.BR \([A-Za-z\\.-]*\) (\([158]\)).*/\1 \2/p' "$page" | tr -d '\\' | grep -iE '^(zendrix|korvessa)')
+done
+while IFS='()' read -r name section _; do
+  [ -e "$share/man/man$section/$name.$section" ] || complain "a unit names a page that there is not: $name($section)"
+done < <(sed -n 's/^Documentation=man://p' systemd/*)
+for program in zendrix zendrix-inspect zendrix-agent zendrix-act zendrix-mail; do
+  pages=("$share"/man/man[18]/$program.?)
+  [ -e "${pages[0]}" ] || complain "$program has no manual page"
+done
 exit $broken

@@ -5,7 +5,8 @@ build_packages="g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-charts-
   libssl-dev libsqlite3-dev libcli11-dev nlohmann-json3-dev librsvg2-bin clang libbpf-dev bpftool libcurl4-openssl-dev libsystemd-dev"
 screen_packages="xvfb xauth imagemagick fonts-dejavu-core libqt6svg6 x11-utils dbus"
 desktop_packages="at-spi2-core libatspi2.0-dev libx11-dev libxtst-dev openbox trayer"
-test_packages="libclang-rt-14-dev clang-format clang-tidy libgtest-dev libgmock-dev locales python3 python3-aiosmtpd openssl systemd appstream desktop-file-utils $screen_packages
+test_packages="libclang-rt-14-dev clang-format clang-tidy libgtest-dev libgmock-dev locales python3 python3-aiosmtpd openssl systemd appstream desktop-file-utils man-db mandoc
+  bash-completion zsh fish $screen_packages
   $desktop_packages"
 
 # need_packages NAME...: installs those that are missing, as root or through sudo.

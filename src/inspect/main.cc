@@ -37,6 +37,9 @@ class CommandLine {
         "Commands: events, follow, log, desc, hash, risk, settings, ini, smtp, valid, token,\n"
         "          alerts, status, alert, decide, act, wizard, checked, link, portal,\n"
         "          quarantine, grid (sort, save, follow, filter, find, replay, state, slots).\n"
+        "Options of commands: follow --live; grid --file FILE, filter --host --monitor --change --desc "
+        "--from --to,\n"
+        "          find --match-case --times, slots --nslots --tslots --tchart.\n"
         "Arguments that begin with \"-\" stand behind \"--\".");
     app_.allow_extras();
   }
