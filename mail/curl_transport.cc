@@ -152,7 +152,8 @@ Delivery CurlTransport::Send(const MailSettings& settings, const std::string& te
   if (result == CURLE_OK) return {Delivery::Outcome::kSent, ""};
   long reply = 0;
   curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &reply);
-  return {conversation.is_refused ? Delivery::Outcome::kRefused : Delivery::Outcome::kLater,
+  const auto waits = result == CURLE_LOGIN_DENIED ? Delivery::Outcome::kNoLogin : Delivery::Outcome::kLater;
+  return {conversation.is_refused ? Delivery::Outcome::kRefused : waits,
           Reason(result, reply, conversation.is_refused)};
 }
 

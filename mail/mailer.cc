@@ -91,7 +91,11 @@ void Mailer::LookAtSettings(std::int64_t now_ms) {
   if (next_look_ms_ && now_ms < *next_look_ms_) return;
   next_look_ms_ = now_ms + kSettingsEveryMs;
   auto read = ReadMailSettings(parts_.files, parts_.family, parts_.settings_folder);
-  is_off_ = !read.settings && read.error.empty();
+  // A file that went away while this runs may come back; only one that names nobody turns e-mail off.
+  const bool is_gone = read.missing && (settings_ || is_gone_);
+  if (is_gone && !is_gone_) parts_.tell("E-mail waits: the SMTP file is gone");
+  is_gone_ = is_gone;
+  is_off_ = !read.settings && read.error.empty() && !is_gone;
   if (!read.error.empty()) {
     // One look may fall between the file and its side file.
     if (read.error == settings_error_) TellTrouble("E-mail waits: " + read.error);
@@ -162,8 +166,11 @@ void Mailer::Put(const Delivery& delivery, std::uint64_t count, std::int64_t now
       trouble_.clear();
       return;
     case Delivery::Outcome::kLater:
+    case Delivery::Outcome::kNoLogin:
       not_before_ms_ = now_ms + pause_ms_;
-      pause_ms_ = std::min(2 * pause_ms_, kLongestPauseMs);
+      pause_ms_ =
+          std::min(2 * pause_ms_,
+                   delivery.outcome == Delivery::Outcome::kNoLogin ? kLongestLoginPauseMs : kLongestPauseMs);
       TellTrouble("E-mail of " + Alerts(count) + " waits: " + delivery.reason);
       return;
     case Delivery::Outcome::kRefused:

@@ -52,6 +52,8 @@ class Mailer {
   static constexpr std::int64_t kSettingsEveryMs = 10'000;
   static constexpr std::int64_t kFirstPauseMs = 60'000;
   static constexpr std::int64_t kLongestPauseMs = 1'800'000;
+  // A server that was shown a wrong password too often may shut the account: ever more rarely, up to a day.
+  static constexpr std::int64_t kLongestLoginPauseMs = 86'400'000;
   static constexpr std::int64_t kRefusedPauseMs = 3'600'000;
   static constexpr int kMostRefusals = 3;
   // How far the file was read is kept with every alert, and this often without one: what is read again after
@@ -90,6 +92,7 @@ class Mailer {
   bool read_fails_ = false;
   std::optional<MailSettings> settings_;
   bool is_off_ = true;
+  bool is_gone_ = false;        // the SMTP file, since a look that found it
   std::string settings_error_;  // of the last look
   std::optional<std::int64_t> next_look_ms_;
   std::int64_t not_before_ms_ = 0;

@@ -122,7 +122,7 @@ SettingsRead ParseMailSettings(std::string_view text) {
 SettingsRead ReadMailSettings(platform::Files& files, platform::FamilyLibraries& family,
                               const std::string& folder) {
   const std::string path = platform::JoinPath(folder, settings::kSmtpFileName);
-  if (!files.Exists(path)) return {};
+  if (!files.Exists(path)) return {std::nullopt, "", true};
   const auto size = files.Size(path);
   if (!size || size.value() > kMostBytes) return Refused("the SMTP file cannot be read");
   const auto bytes = files.ReadAll(path);

@@ -41,7 +41,8 @@ struct MailSettings {
 // Neither settings nor an error: e-mail is off, which is how the console leaves an empty address.
 struct SettingsRead {
   std::optional<MailSettings> settings;
-  std::string error;  // for the log; holds nothing of the file's own text
+  std::string error;     // for the log; holds nothing of the file's own text
+  bool missing = false;  // there is no such file
 };
 
 SettingsRead ParseMailSettings(std::string_view text);

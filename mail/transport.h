@@ -11,6 +11,7 @@ struct Delivery {
   enum class Outcome {
     kSent,     // the server has taken it
     kLater,    // it could not be handed over, or not safely: nothing says that it never can
+    kNoLogin,  // likewise, because the server does not take user and password: only the user can mend that
     kRefused,  // the server says that it will not take this mail
   };
   Outcome outcome = Outcome::kLater;

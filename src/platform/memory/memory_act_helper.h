@@ -24,8 +24,8 @@ class MemoryActHelper : public ActHelper {
     for (const std::uint32_t process : processes) text += " " + std::to_string(process);
     return Note(text, again);
   }
-  Result<ActAnswer> Decide(std::int64_t alert_second, const std::string& code, bool block) override {
-    return Note("Decide " + std::to_string(alert_second) + " " + code + (block ? " block" : " allow"),
+  Result<ActAnswer> Decide(std::int64_t alert_second, const std::string& code, bool blocks) override {
+    return Note("Decide " + std::to_string(alert_second) + " " + code + (blocks ? " block" : " allow"),
                 decide);
   }
   Result<ActAnswer> SetMail(const std::string& settings) override {

@@ -129,6 +129,20 @@ TEST_F(LoopTest, ServiceWritesBothFormsWithTheSameAlerts) {
   EXPECT_TRUE(files.Has("/s/zendrix-agent.status"));
 }
 
+// What lies in the folder of the form is a desktop user's word; a service goes by what the helper filed.
+TEST_F(LoopTest, ServiceFollowsTheDecisionsInTheirOwnFolderAlone) {
+  const std::string too_large(2 << 20, '\n');
+  options.folder.clear();
+  options.state = "/s";
+  files.Put("/s/admin/x", "");
+  files.Put("/s/home/KorvessaActivations.kvl", too_large);
+  EXPECT_EQ(Run(5000, [](std::int64_t) {}), 0);
+  EXPECT_THAT(Lines("/s/home/KorvessaEventLog.kvl", "Decisions cannot be kept"), IsEmpty());
+  files.Put("/s/decisions/KorvessaActivations.kvl", too_large);
+  EXPECT_EQ(Run(5000, [](std::int64_t) {}), 0);
+  EXPECT_THAT(Lines("/s/home/KorvessaEventLog.kvl", "Decisions cannot be kept"), SizeIs(1));
+}
+
 TEST_F(LoopTest, FormThatCannotBeWrittenDoesNotHoldUpTheOther) {
   files.Put("/s/home/x", "");
   files.Put("/s/admin/x", "");

@@ -1,6 +1,7 @@
 // The mailer between a file system in memory and a mail server that answers as the test wants.
 #include "mail/mailer.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -184,17 +185,62 @@ TEST_F(Mailing, RefusedMailIsGivenUpAndToldInTheLog) {
   EXPECT_EQ(server.taken.size(), 1U) << "the next alert is a mail of its own";
 }
 
-TEST_F(Mailing, RefusedLoginIsToldOnceAndDropsNothing) {
+// It was tried every half hour for ever; providers shut an account for that.
+TEST_F(Mailing, RefusedLoginIsTriedEverMoreRarelyToldOnceAndDropsNothing) {
   Turn();
-  server.Always({Delivery::Outcome::kLater, "the mail server does not take user and password (535)"});
+  server.Always({Delivery::Outcome::kNoLogin, "the mail server does not take user and password (535)"});
   Raise();
   Pass(24 * 3600);
-  EXPECT_GE(server.tries, 40);
+  EXPECT_EQ(server.tries, 11);
+  Pass(24 * 3600);
+  EXPECT_EQ(server.tries, 12);
   EXPECT_THAT(log,
               ElementsAre("E-mail of 1 alert waits: the mail server does not take user and password (535)"));
   server.Always({Delivery::Outcome::kSent, ""});
-  Pass(1800);
-  EXPECT_EQ(server.taken.size(), 1U);
+  SaveSettings(kSettings + "User=me;Password=mended;");
+  Pass(10);
+  EXPECT_EQ(server.taken.size(), 1U) << "a changed password is tried at once";
+}
+
+TEST_F(Mailing, AServerThatIsDownIsTriedEveryHalfHour) {
+  Turn();
+  server.Always(kDown);
+  Raise();
+  Pass(24 * 3600);
+  EXPECT_GE(server.tries, 48);
+}
+
+TEST_F(Mailing, WhatWaitsOutlivesASettingsFileThatIsGoneForAWhile) {
+  Turn();
+  server.Always(kDown);
+  Raise(2);
+  Turn();
+  server.Always({Delivery::Outcome::kSent, ""});
+  ASSERT_TRUE(files.Remove("/s/KorvessaSMTPConfig.kvl").ok());
+  Pass(3600);
+  Raise();
+  Pass(3600);
+  EXPECT_THAT(server.taken, IsEmpty());
+  EXPECT_EQ(std::count(log.begin(), log.end(), "E-mail waits: the SMTP file is gone"), 1);
+  SaveSettings(kSettings);
+  Pass(60);
+  EXPECT_EQ(server.taken.size(), 3U);
+}
+
+// With what it had sent went the memory of it: nothing of the history is mailed again.
+TEST_F(Mailing, WithoutItsStateItBeginsAtTheEnd) {
+  Turn();
+  Raise(3);
+  Turn();
+  const auto sent = server.taken.size();
+  mailer.reset();
+  ASSERT_TRUE(files.Remove("/k/zendrix-mail.state").ok());
+  Restart();
+  Pass(3600);
+  EXPECT_EQ(server.taken.size(), sent);
+  Raise();
+  Pass(60);
+  EXPECT_EQ(server.taken.size(), sent + 1);
 }
 
 TEST_F(Mailing, RefusalsOutliveARestart) {

@@ -151,7 +151,7 @@ TEST_F(RealServer, StartTlsWithALogin) {
   EXPECT_EQ(mail["encrypted"], true);
   EXPECT_EQ(mail["login"], "me");
   const auto denied = Send(server, Security::kStartTls, "good.pem", "me", "wrong");
-  EXPECT_EQ(denied.outcome, Outcome::kLater) << "a password that is mended lets the mail through";
+  EXPECT_EQ(denied.outcome, Outcome::kNoLogin) << "a password that is mended lets the mail through";
   EXPECT_THAT(denied.reason, HasSubstr("user and password (535)"));
   EXPECT_TRUE(server.Taken().is_null());
 }
