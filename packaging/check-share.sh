@@ -81,6 +81,9 @@ done
 while IFS='()' read -r name section _; do
   [ -e "$share/man/man$section/$name.$section" ] || complain "a unit names a page that there is not: $name($section)"
 done < <(sed -n 's/^Documentation=man://p' systemd/*)
+while read -r action; do
+  grep -qxF ".B ${action//-/\\-}" "$share/man/man8/zendrix-act.8" || complain "zendrix-act(8) does not tell of $action"
+done < <(sed -n 's/.*<action id="\([^"]*\)".*/\1/p' polkit/*.policy)
 for program in zendrix zendrix-inspect zendrix-agent zendrix-act zendrix-mail; do
   pages=("$share"/man/man[18]/$program.?)
   [ -e "${pages[0]}" ] || complain "$program has no manual page"
