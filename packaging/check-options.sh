@@ -21,14 +21,18 @@ for program in "${programs[@]}"; do
   page=$(echo man/"$name".[18])
   [ -e "$page" ] || { complain "$name has no manual page"; continue; }
   # Examples and other programs' options stand in the other parts.
-  text=$(MANWIDTH=200 man --nh --nj -E ascii -l "$page" | col -b | awk '/^[A-Z]/ {part = $1} part ~ /^(SYNOPSIS|OPTIONS|COMMANDS)$/')
-  same "$page" "$options" "$(options_in <<<"$text")"
+  text=$(MANWIDTH=200 man --nh --nj -E ascii -l "$page" | col -b)
+  parts() { awk -v parts="^($1)\$" '/^[A-Z]/ {part = $1} part ~ parts' <<<"$text" | options_in; }
+  same "$page" "$options" "$(parts "OPTIONS|COMMANDS")"
+  # The synopsis leaves out what only informs.
+  same "$page, SYNOPSIS," "$options" "$({ parts "SYNOPSIS|COMMANDS"; printf '%s\n' --help; } | sort -u)"
   for file in completion/bash/"$name" completion/zsh/_"$name" completion/fish/"$name".fish; do
     # Nobody types the name of a program that the system starts.
     [ -e "$file" ] || [ "$name" = zendrix-act ] || [ "$name" = zendrix-mail ] || complain "$file is missing"
     [ -e "$file" ] || continue
     written=$(sed -E '/^complete -c/{s/ -l ([a-z-]+)/ --\1/g; s/ -o (n[sv])/ -\1/g}' "$file")
-    same "$file" "$options" "$(grep -v '^#' <<<"$written" | options_in)"
+    # Not what only says which values an option takes.
+    same "$file" "$options" "$(grep -vE '^(#| *--[^"]*\))' <<<"$written" | options_in)"
   done
   commands=$(sed -n '/^Commands:/,/\.$/p' <<<"$help" | sed 's/^Commands://; s/(.*)//' | tr -cs 'a-z\n' ' ')
   for command in $commands; do
