@@ -2,9 +2,14 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <fstream>
+#include <iomanip>
+#include <sstream>
 #include <utility>
 
 namespace zendrix::platform {
@@ -28,6 +33,18 @@ std::optional<pid_t> HolderOfRecord(const FileDescriptor& file, off_t record) {
   struct flock lock = WriteLockOn(record);
   if (fcntl(file.get(), F_GETLK, &lock) != 0 || lock.l_type == F_UNLCK) return std::nullopt;
   return lock.l_pid > 0 ? lock.l_pid : 0;
+}
+
+std::optional<LockHolder> HolderToldByTheKernel(const std::string& path) {
+  struct stat status {};
+  if (lstat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  std::ifstream table("/proc/locks");
+  std::ostringstream text;
+  text << table.rdbuf();
+  std::ostringstream file;
+  file << std::hex << std::setfill('0') << std::setw(2) << major(status.st_dev) << ':' << std::setw(2)
+       << minor(status.st_dev) << ':' << std::dec << status.st_ino;
+  return HolderInTable(text.str(), file.str());
 }
 
 }  // namespace
@@ -59,9 +76,26 @@ bool ProcessLock::CanBeFound() const {
   return fstat(file_.get(), &status) == 0 && status.st_nlink > 0;
 }
 
+std::optional<LockHolder> HolderInTable(std::string_view table, std::string_view file) {
+  std::istringstream lines{std::string(table)};
+  for (std::string line; std::getline(lines, line);) {
+    // "1: POSIX  ADVISORY  WRITE 4711 fe:00:12345 0 1"; one that waits has "->" in the second place.
+    std::istringstream fields(line);
+    std::string number, kind, strictness, access, place;
+    pid_t process = 0;
+    off_t first = -1, last = -1;
+    fields >> number >> kind >> strictness >> access >> process >> place >> first >> last;
+    if (!fields || kind != "POSIX" || access != "WRITE" || place != file) continue;
+    // Neighbouring records of one process are one.
+    if (first <= kHeld && last >= kHeld) return LockHolder{std::max(process, 0), last >= kReady};
+  }
+  return std::nullopt;
+}
+
 std::optional<LockHolder> HolderOf(const std::string& path) {
   if (HasNul(path)) return std::nullopt;
   const FileDescriptor file(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  if (!file && errno == EACCES) return HolderToldByTheKernel(path);
   const auto holder = HolderOfRecord(file, kHeld);
   if (!holder) return std::nullopt;
   return LockHolder{*holder, HolderOfRecord(file, kReady) == holder};

@@ -14,6 +14,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/linux/lock_file.h"
 #include "platform/linux/posix.h"
@@ -40,8 +41,12 @@ struct LockHolder {
   bool ready = false;
 };
 
-// Who holds the lock; nothing when nobody does, when it is this process itself, or when the file cannot be
-// read.
+// Who holds the lock; nothing when nobody does, or when it is this process itself. Of a file that may not be
+// read the kernel's table of locks tells.
 std::optional<LockHolder> HolderOf(const std::string& path);
+
+// The same from the table (proc_locks(5)): the records of this file, which the table names as
+// "major:minor:inode".
+std::optional<LockHolder> HolderInTable(std::string_view table, std::string_view file);
 
 }  // namespace zendrix::platform

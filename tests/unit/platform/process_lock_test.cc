@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "child_process.h"
 #include "support/temporary_folder.h"
@@ -104,6 +105,55 @@ TEST_F(ProcessLockTest, RemovedFileCannotBeFound) {
   EXPECT_TRUE(lock.CanBeFound());
   ASSERT_EQ(unlink(Path().c_str()), 0);
   EXPECT_FALSE(lock.CanBeFound());
+}
+
+// Somebody of the group may know that the Agent runs, but not open its lock, which he could then take.
+TEST_F(ProcessLockTest, HolderOfAFileThatMayNotBeReadIsToldByTheKernel) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can become somebody else";
+  ChildProcess holder = Child();
+  ASSERT_EQ(holder.Hear(), kHeld);
+  ASSERT_EQ(chmod(folder_.path().c_str(), 0711), 0);
+  ChildProcess viewer([path = Path()](const ChildProcess::Line& parent) {
+    constexpr uid_t kNobody = 65534;
+    if (setgid(kNobody) != 0 || setuid(kNobody) != 0) return 1;
+    while (parent.Hear() == 'l') {
+      const auto found = HolderOf(path);
+      parent.Tell(!found ? '-' : found->ready ? 'r' : found->process == 0 ? '0' : 'h');
+    }
+    return 0;
+  });
+  viewer.Tell('l');
+  EXPECT_EQ(viewer.Hear(), 'h');
+  holder.Tell('g');
+  ASSERT_EQ(holder.Hear(), 'r');
+  viewer.Tell('l');
+  EXPECT_EQ(viewer.Hear(), 'r');
+  holder.Tell('g');
+  holder.Wait();
+  viewer.Tell('l');
+  EXPECT_EQ(viewer.Hear(), '-');
+  viewer.Tell('e');
+  viewer.Wait();
+}
+
+TEST(LockTableTest, OnlyARecordOfThisFileThatIsHeldForWritingIsTheLock) {
+  const std::string_view table =
+      "1: POSIX  ADVISORY  WRITE 10 fe:00:5 0 0\n"
+      "1: -> POSIX  ADVISORY  WRITE 11 fe:00:7 0 0\n"
+      "2: FLOCK  ADVISORY  WRITE 12 fe:00:7 0 EOF\n"
+      "3: POSIX  ADVISORY  READ 13 fe:00:7 0 0\n"
+      "4: POSIX  ADVISORY  WRITE 14 fe:00:7 1 1\n"
+      "rubbish\n"
+      "5: POSIX  ADVISORY  WRITE 15 fe:00:7 0 0\n"
+      "6: POSIX  ADVISORY  WRITE 16 fe:00:8 0 1\n"
+      "7: POSIX  ADVISORY  WRITE -1 fe:00:9 0 0\n";
+  ASSERT_TRUE(HolderInTable(table, "fe:00:7"));
+  EXPECT_EQ(HolderInTable(table, "fe:00:7")->process, 15);
+  EXPECT_FALSE(HolderInTable(table, "fe:00:7")->ready);
+  EXPECT_TRUE(HolderInTable(table, "fe:00:8")->ready);
+  EXPECT_EQ(HolderInTable(table, "fe:00:9")->process, 0);
+  EXPECT_FALSE(HolderInTable(table, "fe:00:70"));
+  EXPECT_FALSE(HolderInTable("", "fe:00:7"));
 }
 
 }  // namespace
