@@ -36,7 +36,7 @@ bool IsAddress(std::string_view text) {
   return !text.empty() && text.size() <= kLongestAddress && core::IsValidEmail(text) &&
          std::all_of(text.begin(), text.end(), [](char byte) {
            return byte > ' ' && byte <= '~' &&
-                  std::string_view("\\|:;'`").find(byte) == std::string_view::npos;
+                  std::string_view("\\|:;`").find(byte) == std::string_view::npos;
          });
 }
 
@@ -44,7 +44,7 @@ bool IsServer(std::string_view text) {
   return text.size() <= kLongestServer && text.front() != '.' && text.front() != '-' &&
          std::all_of(text.begin(), text.end(), [](char byte) {
            return (Lower(byte) >= 'a' && Lower(byte) <= 'z') || (byte >= '0' && byte <= '9') || byte == '.' ||
-                  byte == '-';
+                  byte == '-' || byte == '_';
          });
 }
 
@@ -93,7 +93,9 @@ SettingsRead ParseMailSettings(std::string_view text) {
   MailSettings result;
   result.to = core::Trim(data.Address);
   result.server = core::Trim(data.Server);
-  if (result.to.empty() || result.server.empty()) return {};
+  if (result.to.empty()) return {};
+  // Also what two addresses look like, which the console takes: the second stands where the server is read.
+  if (result.server.empty()) return Refused("the SMTP file names no mail server behind one single address");
   if (!IsAddress(result.to)) return Refused("the SMTP file's address is none that mail can go to");
   if (!IsServer(result.server)) return Refused("the SMTP file's server is no name of a computer");
   const auto port = PortOf(core::Trim(data.Port));

@@ -22,6 +22,8 @@ FOLDERS = {
     "home": "drwxr-s--- zendrix:zendrix",
     "admin": "drwxr-s--- zendrix:zendrix",
     "quarantine": "drwx------ root:root",
+    "decisions": "drwxr-s--- root:zendrix",
+    "decisions/KorvessaActivations.kvl": "-rw-r----- root:zendrix",
     "mail": "drwx------ zendrix-mail:zendrix-mail",
     "home/KorvessaMonitoring.kvl": "-rw-r----- zendrix:zendrix",
     "admin/KorvessaMonitoring.kvl": "-rw-r----- zendrix:zendrix",
@@ -113,9 +115,19 @@ shown = " ".join(message["text"] for message in json.loads(read("click.json"))["
 clicked = acted("block_click")
 hold("so it is by a click on the alert's page", clicked[0] and clicked[3:] == GONE and "was moved to quarantine" in shown, (clicked, shown))
 hold("whoever had a program blocked sees it in the list", "/var/tmp/.cache/updater" in acted("list")[2], acted("list"))
+hold("so does an administrator, and nobody else", "/var/tmp/.cache/updater" in acted("list_bea")[2]
+     and acted("list_mallory")[1:3] == (True, ""), (acted("list_bea"), acted("list_mallory")))
+hold("an alert is not decided when nobody can be asked", acted("decide_unasked")[:2] == (False, False), read("decide_unasked.txt"))
+for name in ("block", "allow"):
+    hold(f"a decision to {name} takes an administrator from afar, and the Agent follows it",
+         acted(f"decide_{name}")[:2] == (True, True) and f"followed: {name}" in lines(f"decide_{name}.txt"), read(f"decide_{name}.txt"))
 hold("only the Agent may have a block done again", read("again_by_user.txt").strip() == "Call failed: Access denied", read("again_by_user.txt"))
 hold("the helper ends when there is no more to do", read("helper.txt").split() == ["inactive"], read("helper.txt"))
 
+hold("settings of e-mail are not laid down when nobody can be asked",
+     not acted("mail_unasked")[1] and "KorvessaSMTPConfig" not in read("mail_unasked.txt"), read("mail_unasked.txt"))
+hold("with an administrator's password they are, for the mailer alone to read", acted("set_mail")[:2] == (True, True) and lines("mail_files.txt")
+     == [f"/etc/zendrix/KorvessaSMTPConfig.{end} -rw-r----- root:zendrix-mail" for end in ("kvh", "kvl")], (acted("set_mail"), read("mail_files.txt")))
 rights = dict(line.split(":", 1) for line in lines("mail_rights.txt"))
 hold("the mailer begins when its settings are laid down, without any right",
      {value.strip() for name, value in rights.items() if name.startswith("Cap")} == {"0" * 16} and rights["NoNewPrivs"].strip() == "1", rights)

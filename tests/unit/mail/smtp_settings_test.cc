@@ -37,14 +37,32 @@ TEST(ParseMailSettings, PasswordNeverGoesOutUnencrypted) {
   EXPECT_THAT(read.error, HasSubstr("unencrypted"));
 }
 
-TEST(ParseMailSettings, NoAddressOrServerIsOff) {
+TEST(ParseMailSettings, NoAddressIsOff) {
   for (const std::string text :
-       {"", ";", "Send Alerts To=;SMTP Server=:25;", "Send Alerts To=me@example.org;",
-        "Send Alerts To=me@example.org;SMTP Server=:25", "Send Alerts To=;SMTP Server=a.b.c:25"}) {
+       {"", ";", "Send Alerts To=;SMTP Server=:25;", "Send Alerts To=;SMTP Server=a.b.c:25"}) {
     const auto read = ParseMailSettings(text);
     EXPECT_FALSE(read.settings) << text;
     EXPECT_EQ(read.error, "") << text;
   }
+}
+
+// The console takes two addresses with a ";" between them and saves them as they are; the second one then
+// stands where the server is read. E-mail was off in silence, and what waited was given up.
+TEST(ParseMailSettings, AnAddressWithoutAServerIsAnErrorAndNotOff) {
+  for (const std::string text :
+       {"Send Alerts To=me@example.org;", "Send Alerts To=me@example.org;SMTP Server=:25",
+        "Send Alerts To=a@example.org;b@example.org;SMTP Server=mail.example.org:25;"}) {
+    const auto read = ParseMailSettings(text);
+    EXPECT_FALSE(read.settings) << text;
+    EXPECT_THAT(read.error, HasSubstr("names no mail server")) << text;
+  }
+}
+
+TEST(ParseMailSettings, WhatTheConsoleTakesAndMailCanReachIsTaken) {
+  const auto read = ParseMailSettings("a=o'neil.x_y@example.org;b=mail.ex_ample.org:25;");
+  ASSERT_TRUE(read.settings) << read.error;
+  EXPECT_EQ(read.settings->to, "o'neil.x_y@example.org");
+  EXPECT_EQ(read.settings->server, "mail.ex_ample.org");
 }
 
 TEST(ParseMailSettings, WhatMeansSomethingElsewhereIsRefused) {
