@@ -72,6 +72,12 @@ hold("a program of the computer has its own name, from inside the sandbox",
 hold("a new account", ("System Users", "mallory") in came, came)
 hold("an autostart entry in somebody's home", any(monitor == "Autorun Registry" and text.startswith("/home/ann/.config/autostart/own.desktop=")
                                                    for monitor, text in came), came)
+began, raised = map(float, read("newprog.txt").split())
+named = [row for row in rows if row["Monitor"] == "Aggregation" and "/tmp/newprog" in row["Description"]]
+facts = "; ".join(row["Reaction"] for row in named)
+hold("a new program from /tmp that listens and has itself started is an alert with these three facts within 10 s",
+     raised - began < 10 and any(float(row["Change"]) >= 0.95 for row in named) and "/tmp" in facts and "4444" in facts and "starts by itself" in facts,
+     (raised - began, facts))
 strangers = [row["Description"] for row in rows if row["Monitor"] == "Running Processes" and "mount namespace" in row["Description"]]
 hold("no program of the computer is taken for one of a container", not strangers, strangers)
 
