@@ -319,6 +319,8 @@ void Agent::WriteFirst(bool at_end) {
     unweighed_.clear();
     return;
   }
+  // They are weighed again in the next turn, and nothing of what comes meanwhile is missed.
+  if (!at_end && !enforcement_.IsAnswered(alerts)) return;
   for (const std::string& message : enforcement_.React(alerts)) Log(message);
   const auto second = First().Write(alerts);
   if (!second && First().IsFailing()) return;

@@ -2,10 +2,14 @@
 // helper that acts is asked to block it again. The Agent itself changes nothing; the helper has a record of
 // its own of what it blocked with a user's consent, and goes by that alone.
 //
+// The helper is asked beside the Agent's loop, which goes on looking meanwhile; the alerts wait for the
+// answer, which has a deadline of its own.
+//
 // What became of it stands in the Community row behind the alert, in words of the Agent's own: a sentence of
 // the helper's holds the program's name, which could read like a success. The sentence goes into the log.
 #pragma once
 
+#include <future>
 #include <map>
 #include <string>
 #include <vector>
@@ -17,10 +21,12 @@ namespace zendrix::agent {
 
 class Enforcement {
  public:
-  // Null: there is nobody to ask. Outlives the object.
+  // Null: there is nobody to ask. Outlives the object, and takes calls from another thread, one at a time.
   explicit Enforcement(platform::ActHelper* helper) : helper_(helper) {}
 
-  // Asks for each that is to be blocked again, and says in the alert what became of it. The lines for the
+  // Asks for each that is to be blocked again. True when there is an answer to all; otherwise come again.
+  bool IsAnswered(const std::vector<Alert>& alerts);
+  // Says in the alerts what became of it, and waits for that where there is no answer yet. The lines for the
   // log. Alerts that could not be written come again; nobody is asked twice for one.
   std::vector<std::string> React(std::vector<Alert>& alerts);
   // The alerts stand in the file: the next ones are new.
@@ -32,10 +38,20 @@ class Enforcement {
     std::string reaction;
   };
 
-  Outcome Ask(const BlockedAgain& blocked, std::vector<std::string>& log);
+  using Answer = platform::Result<platform::ActAnswer>;
+  struct Question {
+    BlockedAgain blocked;
+    std::shared_future<Answer> answer;
+  };
+
+  static bool IsToBeBlocked(const Alert& alert) { return alert.blocked && !alert.IsQuiet(); }
+  void Ask(const Alert& alert);
+  static Outcome OutcomeOf(const Question& question, std::vector<std::string>& log);
 
   platform::ActHelper* const helper_;
-  std::map<std::string, Outcome> outcomes_;  // by code
+  std::shared_future<Answer> last_;            // that was asked
+  std::map<std::string, Question> questions_;  // by code, until their answer is taken
+  std::map<std::string, Outcome> outcomes_;    // by code
 };
 
 }  // namespace zendrix::agent

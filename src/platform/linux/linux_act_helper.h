@@ -12,7 +12,7 @@ struct ActDeadlines {
   // Long enough for a user who has to type a password.
   std::chrono::milliseconds asked = std::chrono::seconds(120);
   std::chrono::milliseconds list = std::chrono::seconds(5);
-  // The Agent sees nothing while it waits.
+  // An alert waits so long at most.
   std::chrono::milliseconds again = std::chrono::seconds(4);
 };
 

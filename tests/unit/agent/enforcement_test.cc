@@ -3,6 +3,12 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
+#include <future>
+#include <thread>
+#include <utility>
+
+#include "agent/sources/memory/recorded_source.h"
 #include "platform/memory/memory_act_helper.h"
 #include "unit/agent/agent_fixture.h"
 
@@ -89,6 +95,61 @@ TEST_F(EnforcementTest, OtherAlertsAreLeftAlone) {
   EXPECT_FALSE(alerts[0].acted.has_value());
 }
 
+// Answers when the test lets it.
+class SilentHelper : public platform::MemoryActHelper {
+ public:
+  platform::Result<platform::ActAnswer> BlockAgain(const std::string&, const std::string&,
+                                                   const std::vector<std::uint32_t>&) override {
+    ++calls;
+    spoken_.wait();
+    return answer;
+  }
+  void Speak() { speak_.set_value(); }
+
+  platform::Result<platform::ActAnswer> answer = platform::ActAnswer{true, "moved"};
+  std::atomic<int> calls = 0;
+
+ private:
+  std::promise<void> speak_;
+  std::shared_future<void> spoken_ = speak_.get_future().share();
+};
+
+TEST(EnforcementAside, TheAlertsWaitForTheAnswerAndNobodyElseDoes) {
+  SilentHelper silent;
+  Enforcement enforcement(&silent);
+  std::vector<Alert> alerts = {Blocked()};
+  EXPECT_FALSE(enforcement.IsAnswered(alerts));
+  EXPECT_FALSE(enforcement.IsAnswered(alerts));
+  silent.Speak();
+  while (!enforcement.IsAnswered(alerts)) std::this_thread::yield();
+  EXPECT_THAT(enforcement.React(alerts), SizeIs(1));
+  EXPECT_EQ(alerts[0].acted, true);
+  EXPECT_TRUE(enforcement.IsAnswered(alerts));
+  EXPECT_EQ(silent.calls, 1);
+}
+
+TEST(EnforcementAside, BehindAHelperThatIsSilentNobodyWaitsAgain) {
+  SilentHelper silent;
+  silent.answer = platform::Error{platform::ErrorKind::kOther, "late"};
+  Enforcement enforcement(&silent);
+  std::vector<Alert> alerts = {Blocked("AG,1"), Blocked("AG,2"), Blocked("AG,3")};
+  EXPECT_FALSE(enforcement.IsAnswered(alerts));
+  silent.Speak();
+  EXPECT_THAT(enforcement.React(alerts), SizeIs(3));
+  for (const Alert& alert : alerts) EXPECT_THAT(alert.reaction, HasSubstr("did not answer"));
+  EXPECT_EQ(silent.calls, 1);
+}
+
+TEST(EnforcementAside, OthersNeedNoAnswer) {
+  SilentHelper silent;
+  Enforcement enforcement(&silent);
+  Alert plain = Blocked();
+  plain.blocked.reset();
+  EXPECT_TRUE(enforcement.IsAnswered({plain}));
+  EXPECT_EQ(silent.calls, 0);
+  EXPECT_TRUE(Enforcement(nullptr).IsAnswered({Blocked()}));
+}
+
 // A scorer whose every alert is one of a blocked program.
 class BlockedScorer : public EagerScorer {
  public:
@@ -136,6 +197,32 @@ TEST_F(EnforcingAgent, AFailureStandsThereAsOne) {
   EXPECT_EQ(RunOnce(), 0);
   EXPECT_THAT(Lines(kEvents, "Running Processes=failed (blocked before"), SizeIs(1));
   EXPECT_THAT(blocking.acted, ElementsAre(false));
+}
+
+// The Agent saw nothing for four seconds whenever the helper did not answer.
+TEST_F(EnforcingAgent, WhileTheHelperIsSilentTheAgentGoesOnLooking) {
+  SilentHelper silent;
+  RecordedSource source({monitor::kProcesses, monitor::kSystem}, {Level::kEvents, "test", ""});
+  AgentParts parts{host, files, clock, blocking, errors, {}, "vm", 42};
+  parts.helper = &silent;
+  parts.sources = {&source};
+  const std::int64_t start_ms = clock.MonotonicMs();
+  int looks = 0;
+  bool came = false;
+  parts.stop_requested = [&] {
+    const std::int64_t passed_ms = clock.MonotonicMs() - start_ms;
+    if (passed_ms >= 1000 && !std::exchange(came, true))
+      source.Came(MakeItem(monitor::kProcesses, "/tmp/x:7", {Rule::kProgramInTemporaryFolder}, "/tmp/x"));
+    if (silent.calls == 1 && ++looks == 20) {
+      EXPECT_THAT(Lines(kEvents, ",Community|"), IsEmpty());
+      silent.Speak();
+    }
+    return passed_ms >= 60'000 || !Lines(kEvents, ",Community|").empty();
+  };
+  EXPECT_EQ(Agent(std::move(parts), options).Run(), 0);
+  EXPECT_GE(looks, 20);
+  EXPECT_THAT(Lines(kEvents, "Running Processes=success (moved to quarantine again)"), SizeIs(1));
+  EXPECT_EQ(silent.calls, 1);
 }
 
 }  // namespace
