@@ -124,9 +124,10 @@ hold("whoever had a program blocked sees it in the list", "/var/tmp/.cache/updat
 hold("so does an administrator, and nobody else", "/var/tmp/.cache/updater" in acted("list_bea")[2]
      and acted("list_mallory")[1:3] == (True, ""), (acted("list_bea"), acted("list_mallory")))
 hold("an alert is not decided when nobody can be asked", acted("decide_unasked")[:2] == (False, False), read("decide_unasked.txt"))
-for name in ("block", "allow"):
-    hold(f"a decision to {name} takes an administrator from afar, and the Agent follows it",
-         acted(f"decide_{name}")[:2] == (True, True) and f"followed: {name}" in lines(f"decide_{name}.txt"), read(f"decide_{name}.txt"))
+for name, what, asked in [("block", "who has just blocked its program is not asked for the decision", False),
+                          ("allow", "an administrator decides to allow it", True)]:
+    hold(f"{what}, and the Agent follows it",
+         acted(f"decide_{name}")[:2] == (asked, True) and f"followed: {name}" in lines(f"decide_{name}.txt"), read(f"decide_{name}.txt"))
 hold("only the Agent may have a block done again", read("again_by_user.txt").strip() == "Call failed: Access denied", read("again_by_user.txt"))
 hold("the helper ends when there is no more to do", read("helper.txt").split() == ["inactive"], read("helper.txt"))
 
