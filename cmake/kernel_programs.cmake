@@ -33,7 +33,7 @@ set(source ${PROJECT_SOURCE_DIR}/agent/bpf)
 file(MAKE_DIRECTORY ${made})
 # bpftool's linking also leaves out what only a debugger reads.
 add_custom_command(OUTPUT ${made}/zendrix.skel.h
-  COMMAND ${ZENDRIX_BPF_CLANG} -target bpf -O2 -g -Wall -Werror -c ${source}/zendrix.bpf.c -o ${made}/zendrix.raw.o
+  COMMAND ${ZENDRIX_BPF_CLANG} -target bpf -O2 -g -ffile-prefix-map=${PROJECT_SOURCE_DIR}/= -Wall -Werror -c ${source}/zendrix.bpf.c -o ${made}/zendrix.raw.o
   COMMAND ${ZENDRIX_BPFTOOL} gen object ${made}/zendrix.bpf.o ${made}/zendrix.raw.o
   COMMAND ${ZENDRIX_BPFTOOL} gen skeleton ${made}/zendrix.bpf.o name zendrix_bpf > ${made}/zendrix.skel.h
   DEPENDS ${source}/zendrix.bpf.c ${source}/kernel_types.h ${source}/records.h

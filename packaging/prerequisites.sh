@@ -5,6 +5,8 @@ build_packages="g++ cmake ninja-build ccache pkg-config qt6-base-dev qt6-charts-
   libssl-dev libsqlite3-dev libcli11-dev nlohmann-json3-dev librsvg2-bin clang libbpf-dev bpftool libcurl4-openssl-dev libsystemd-dev"
 screen_packages="xvfb xauth imagemagick fonts-dejavu-core libqt6svg6 x11-utils dbus"
 desktop_packages="at-spi2-core libatspi2.0-dev libx11-dev libxtst-dev openbox trayer"
+# What puts Debian packages together and looks at them; a tree of its own is installed into.
+package_packages="build-essential debhelper lintian debootstrap"
 test_packages="libclang-rt-14-dev clang-format clang-tidy libgtest-dev libgmock-dev locales python3 python3-aiosmtpd openssl systemd appstream desktop-file-utils man-db mandoc
   bash-completion zsh fish $screen_packages
   $desktop_packages"
