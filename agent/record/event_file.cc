@@ -8,9 +8,8 @@
 namespace zendrix::agent {
 namespace {
 
-// A file whose last line is further ahead than this was written by a clock that went wrong, and going on
-// from there would give every later event a wrong time.
-constexpr std::int64_t kMostAhead = 24 * 60 * 60;
+// The slowest reader looks every five seconds.
+constexpr std::int64_t kReadersLookMs = 6000;
 
 // Nothing for a file that holds no whole line, such as one whose first line a kill cut. Only lines of the
 // Home form have a "|", and only those of the other a code of one letter for their fourth field.
@@ -34,12 +33,14 @@ std::size_t RowsOf(std::string_view bytes, Form form) {
   return rows;
 }
 
-// The second of the last line that has one.
+// The second of the last line that has one. A number without a comma behind it may be cut.
 std::int64_t LastSecond(std::string_view bytes) {
   const auto lines = SplitLines(bytes);
   for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
+    const std::size_t comma = line->find(',');
     std::uint64_t second = 0;
-    if (ReadNumber(line->substr(0, line->find(',')), second) && second < (1ULL << 31U)) {
+    if (comma == std::string_view::npos) continue;
+    if (ReadNumber(line->substr(0, comma), second) && second < (1ULL << 31U)) {
       return static_cast<std::int64_t>(second);
     }
   }
@@ -75,7 +76,6 @@ void EventFile::TakeUp(std::string_view bytes) {
 }
 
 std::int64_t EventFile::NextSecond(std::int64_t more) {
-  if (last_second_ > clock_.NowUtc() + kMostAhead) last_second_ = 0;
   first_second_ = std::max(clock_.NowUtc() - more, last_second_ + 1);
   return first_second_;
 }
@@ -86,28 +86,37 @@ platform::Status EventFile::Append(const BatchText& batch) {
   const std::string bytes = (line_open_ ? ",\r\n" : "") + batch.bytes;
   auto status = files_.Append(path_, bytes);
   if (!status) {
-    NoteWhatIsThere();
+    NotePart(bytes);
     return status;
   }
   if (size_ == 0) identity_ = IdentityNow();
   line_open_ = false;
-  last_second_ = batch.last_second;
   size_ += static_cast<std::int64_t>(bytes.size());
   rows_ += batch.rows;
+  EndAt(batch.last_second);
+  return status;
+}
+
+void EventFile::EndAt(std::int64_t second) {
+  last_second_ = second;
   const std::int64_t now = clock_.NowUtc();
   const bool clock_was_put_back = first_second_ > now + kMostLead;
   const std::int64_t seconds =
       clock_was_put_back ? last_second_ - first_second_ + 1 : last_second_ + 1 - kMostLead - now;
   wait_until_ms_ = clock_.MonotonicMs() + std::max<std::int64_t>(seconds, 0) * 1000;
-  return status;
 }
 
-// A full disk takes a part of a batch. The batch will be told again; only its last line has to be ended.
-void EventFile::NoteWhatIsThere() {
+// A full disk takes a part of a batch. The batch will be told again, with later seconds: a reader may have
+// the part already. Its last line has to be ended first.
+void EventFile::NotePart(std::string_view bytes) {
   const auto size = files_.Size(path_);
   if (!size || size.value() <= size_) return;
+  const std::string_view part = bytes.substr(0, static_cast<std::size_t>(size.value() - size_));
+  if (size_ == 0) identity_ = IdentityNow();
   size_ = size.value();
+  rows_ += RowsOf(part, form_);
   line_open_ = true;
+  if (const std::int64_t second = LastSecond(part); second > last_second_) EndAt(second);
 }
 
 bool EventFile::WasReplaced() const {
@@ -125,12 +134,20 @@ std::optional<platform::FileIdentity> EventFile::IdentityNow() const {
 
 platform::Result<std::string> EventFile::PutAside() {
   const std::string stem = path_.substr(0, path_.rfind('.'));
-  std::int64_t second = std::max(last_second_, clock_.NowUtc());
+  const bool is_ahead = IsFarAhead();
+  std::int64_t second = is_ahead ? clock_.NowUtc() : std::max(last_second_, clock_.NowUtc());
   const auto name = [&] { return stem + "-" + std::to_string(second) + ".kvl"; };
   while (files_.Exists(name())) ++second;
   const auto status = files_.Rename(path_, name());
   if (!status) return status.error();
   Forget();
+  if (is_ahead) {
+    last_second_ = 0;
+    // A reader knows a new file by its being shorter, and the new one may soon be as long as the old one was.
+    // So it is left empty for as long as a reader may need to look at it.
+    static_cast<void>(files_.Append(path_, ""));
+    wait_until_ms_ = clock_.MonotonicMs() + kReadersLookMs;
+  }
   return name();
 }
 

@@ -3,7 +3,9 @@
 //  - A reader that follows the file drops new lines as long as their second is not later than that of the
 //    last line it has. So a batch never begins with the second that the batch before it ended with, but with
 //    a later one, if need be a little ahead of the clock; the writer then waits until the clock has caught
-//    up. When the computer's clock was put back it goes on from the last second written.
+//    up. When the computer's clock was put back it goes on from the last second written; when that lies more
+//    than a day ahead, the file is to be put aside, and a reader that follows loads the new one from its
+//    beginning.
 //  - The Home console numbers rows in 16 bits and cannot load a file of 21 MB. So a file that is nearly full
 //    is put aside, under a name with its last second, and a new one begins.
 #pragma once
@@ -25,6 +27,9 @@ class EventFile {
   static constexpr std::size_t kMostAside = 50;
   // Seconds that a batch may begin ahead of the clock, so that what is urgent need not wait for the next one.
   static constexpr std::int64_t kMostLead = 2;
+  // A file whose last line is further ahead was written by a clock that went wrong, and going on from there
+  // would give every later event a wrong time.
+  static constexpr std::int64_t kMostAhead = 24 * 60 * 60;
 
   // `path` ends in ".kvl". Both references outlive the object.
   EventFile(platform::Files& files, platform::Clock& clock, std::string path, Form form);
@@ -49,16 +54,19 @@ class EventFile {
     return MayWrite() && (last_second_ < clock_.NowUtc() || last_second_ > clock_.NowUtc() + kMostLead);
   }
 
-  // Appends a batch that begins with NextSecond()'s result. When it fails, nothing is taken for written.
+  // Appends a batch that begins with NextSecond()'s result. When it fails, nothing is taken for written, but
+  // a part that is in the file all the same has its seconds.
   platform::Status Append(const BatchText& batch);
 
   // True when the file is gone, shorter than it was left, or another one: somebody began anew.
   bool WasReplaced() const;
 
   bool IsFull() const { return rows_ >= kMostRows || size_ >= kMostBytes; }
+  bool IsFarAhead() const { return size_ > 0 && last_second_ > clock_.NowUtc() + kMostAhead; }
   // Whether the file bears a batch of so many rows: a row's number has 15 bits.
   bool HasRoomFor(std::size_t rows) const { return rows_ == 0 || rows_ + rows <= kHighestNumber; }
-  // Renames the file, so that the next Append begins a new one. The result is the new path.
+  // Renames the file, so that the next Append begins a new one. The result is the new path. After one that
+  // was far ahead MayWrite is false until every reader has seen that the new file is short.
   platform::Result<std::string> PutAside();
   // Deletes the oldest of the files that were put aside when they are more than kMostAside. How many these
   // were.
@@ -70,7 +78,8 @@ class EventFile {
   static constexpr std::size_t kHighestNumber = 32000;
 
   void TakeUp(std::string_view bytes);
-  void NoteWhatIsThere();
+  void EndAt(std::int64_t second);
+  void NotePart(std::string_view bytes);
   std::optional<platform::FileIdentity> IdentityNow() const;
 
   platform::Files& files_;

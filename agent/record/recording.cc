@@ -9,6 +9,7 @@ namespace zendrix::agent {
 namespace {
 
 constexpr std::int64_t kOnceASecond = 1000;
+constexpr std::int64_t kSecondsOfHour = 3600;
 constexpr char kOldLogFile[] = "KorvessaEventLog-old.kvl";
 
 std::string KeyOfRow(const Event& event) {
@@ -54,7 +55,7 @@ bool Recording::WantsSession() {
   }
   // An event makes at most two rows, an alert three.
   const std::size_t rows = 2 * waiting_.events.size() + 3 * waiting_.alerts.size();
-  if ((file_.IsFull() || !file_.HasRoomFor(rows)) && now >= next_put_aside_ms_) {
+  if ((file_.IsFull() || file_.IsFarAhead() || !file_.HasRoomFor(rows)) && now >= next_put_aside_ms_) {
     next_put_aside_ms_ = now + kOnceASecond;
     PutAside();
   }
@@ -62,19 +63,34 @@ bool Recording::WantsSession() {
 }
 
 void Recording::PutAside() {
+  const std::int64_t ahead = file_.IsFarAhead() ? file_.LastSecondWritten() - clock_.NowUtc() : 0;
+  const std::string reason = ahead > 0 ? "is far ahead of the clock" : "is nearly full";
   const auto aside = file_.PutAside();
   if (!aside) {
     if (!put_aside_failing_) {
-      Log("Monitoring file is nearly full and cannot be put aside; " + CleanText(aside.error().text));
+      Log("Monitoring file " + reason + " and cannot be put aside; " + CleanText(aside.error().text));
     }
     put_aside_failing_ = true;
     return;
   }
   put_aside_failing_ = false;
   wants_session_ = true;
-  Log("Monitoring file was nearly full and is now " + CleanName(aside.value()));
+  Log("Monitoring file " + reason + " and is now " + CleanName(aside.value()));
+  if (ahead > 0) {
+    TellInSession("a new file begins - the last time in the one before was " +
+                  std::to_string(ahead / kSecondsOfHour) + " h ahead of the clock");
+  }
   if (const std::size_t count = file_.DropOldest(); count > 0)
     Log("Oldest files put aside were deleted; " + std::to_string(count));
+}
+
+void Recording::TellInSession(const std::string& message) {
+  Item item;
+  item.monitor = monitor::kAgent;
+  item.subject = message;
+  item.description = message;
+  own_.push_back(HappenedEvent(item));
+  Log(message);
 }
 
 void Recording::Begin(std::vector<Event> present) {
@@ -101,14 +117,10 @@ void Recording::Begin(std::vector<Event> present) {
   came_.clear();
   in_later_.clear();
   if (given_up_ > 0) {
-    Item item;
-    item.monitor = monitor::kAgent;
-    item.subject = "given up";
-    item.description = std::to_string(given_up_) + " events could not be written and were given up";
-    waiting_.events.push_back(HappenedEvent(item));
-    Log(item.description);
-    given_up_ = 0;
+    TellInSession(std::to_string(std::exchange(given_up_, 0)) +
+                  " events could not be written and were given up");
   }
+  Append(waiting_.events, std::exchange(own_, {}));
   Add(untold);
 }
 

@@ -39,7 +39,8 @@ class Recording {
   bool Open();
 
   // Whether the file has to begin with a session: at the start, after it was taken away or replaced, and when
-  // it is full, which puts it aside. Looks at the file when there is something to write, and every second.
+  // it is full or its last line far ahead of the clock, which puts it aside. Looks at the file when there is
+  // something to write, and every second.
   bool WantsSession();
   // What is there now, in place of everything that waits and is told by it.
   void Begin(std::vector<Event> present);
@@ -74,6 +75,7 @@ class Recording {
  private:
   void Complain(const std::string& message);
   void PutAside();
+  void TellInSession(const std::string& message);
   void GiveUpWaiting();
 
   platform::Files& files_;
@@ -88,6 +90,7 @@ class Recording {
   std::vector<Event> later_;  // for the batch behind that
   std::set<std::string> in_later_;
   std::set<std::string> came_;  // what came in waiting_
+  std::vector<Event> own_;      // what the session that begins says of the writing itself
   std::uint64_t given_up_ = 0;
   std::uint64_t rows_ = 0;
   bool hurry_ = false;

@@ -13,6 +13,7 @@
 namespace zendrix::agent {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::SizeIs;
@@ -56,6 +57,15 @@ class ConsoleReads : public test::AlertFixture {
     cursor.SetFilter("Monitor = '" + name + "' ");
     for (cursor.MoveFirst(); !cursor.Eof(); cursor.MoveNext()) ids.push_back(cursor.ID());
     return ids;
+  }
+
+  std::vector<std::string> DescriptionsOf(const std::string& name) {
+    std::vector<std::string> texts;
+    auto cursor = reader_.EventTable->Clone();
+    cursor.SetFilter("Monitor = '" + name + "' ");
+    for (cursor.MoveFirst(); !cursor.Eof(); cursor.MoveNext())
+      texts.emplace_back(cursor.Text(store::kDescription));
+    return texts;
   }
 
   FakeHost host;
@@ -281,6 +291,53 @@ TEST_F(ConsoleReads, ReaderThatFollowsTakesTheNewFileWhenTheOldOneIsPutAside) {
   });
   EXPECT_LT(reader_.EventTable->RowCount(), 20U);
   EXPECT_GT(reader_.EventTable->RowCount(), 3U);
+}
+
+// A clock put back by more than a day hid every alert of that day from a console that was running.
+TEST_F(ConsoleReads, ReaderThatFollowsSeesWhatComesAfterTheClockIsPutBackByDays) {
+  bool loaded = false;
+  Record(40, [&](std::int64_t second) {
+    if (second == 10) platform().clock.SetUtc(1700000000 - 200000);
+    if (second == 30) host.AddProcess(11, "x", "/tmp/x");
+    if (second % 5 != 3 || !platform().files.Has(EventsPath())) return;
+    if (loaded) reader_.LoadNewEvents();
+    if (!loaded) LoadRecording();
+    loaded = true;
+  });
+  reader_.LoadNewEvents();
+  EXPECT_THAT(RowsOf("Aggregation"), SizeIs(2));
+  EXPECT_THAT(DescriptionsOf("Monitoring Agent"), Contains(HasSubstr("a new file begins - the last time")));
+  EXPECT_THAT(DescriptionsOf("Monitoring Agent"), Contains(HasSubstr("the clock was set back by 55 h")));
+  EXPECT_THAT(platform().files.Get(world_.InFolder("KorvessaEventLog.kvl")),
+              HasSubstr("Monitoring file is far ahead of the clock and is now "));
+}
+
+// What a full disk had taken of a batch made a console that follows pass over the rest when it was told
+// again.
+TEST_F(ConsoleReads, ReaderThatFollowsMissesNothingOfABatchThatAFullDiskTookAPartOf) {
+  EventFile file(platform().files, platform().clock, EventsPath(), Form::kHome);
+  const auto append = [&](const std::string& rest) {
+    const std::string second = std::to_string(file.NextSecond());
+    return file.Append({second + rest, std::stoll(second), 1});
+  };
+  ASSERT_TRUE(append(",vm,1,System|0|0|Begin|r|c|0\r\n").ok());
+  LoadRecording();
+  const std::string batch = ",vm,1,Running Processes|0|1|/bin/a:1|r|c|0\r\n";
+  const std::string port =
+      std::to_string(file.NextSecond()) + ",vm,1,Listening Ports|0|1|4444:/bin/a|r|c|0\r\n";
+  platform().files.before = [&](platform::FileOp op, const std::string& path) {
+    if (op == platform::FileOp::kAppend && path == EventsPath())
+      platform().files.PutMore(path, (std::to_string(file.NextSecond()) + batch + port).substr(0, 90));
+  };
+  platform().files.FailNext(platform::FileOp::kAppend, EventsPath(), platform::ErrorKind::kNoSpace);
+  EXPECT_FALSE(append(batch + port).ok());
+  platform().files.before = {};
+  reader_.LoadNewEvents();
+  EXPECT_THAT(RowsOf("Running Processes"), SizeIs(1));
+  ASSERT_TRUE(append(batch + std::to_string(file.NextSecond()) + port.substr(10)).ok());
+  reader_.LoadNewEvents();
+  EXPECT_THAT(RowsOf("Listening Ports"), SizeIs(1));
+  EXPECT_THAT(RowsOf("Running Processes"), SizeIs(2));
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "agent/record/event_file.h"
 
+#include <map>
+
 #include "platform/memory/fake_clock.h"
 #include "platform/memory/memory_files.h"
 
@@ -98,10 +100,40 @@ TEST_F(EventFileTest, ClockThatWasPutBackDoesNotHideEvents) {
   EXPECT_EQ(file.NextSecond(), kNow + 1);
 }
 
-TEST_F(EventFileTest, SecondFarAheadIsNotBelieved) {
+// Times a day back in the same file were passed over by a console that follows it.
+TEST_F(EventFileTest, FileThatEndsFarAheadOfTheClockIsPutAsideAndItsTimesWithIt) {
   auto file = Opened();
-  ASSERT_TRUE(file.Append(Text(kNow + 100000)).ok());
-  EXPECT_EQ(file.NextSecond(), kNow);
+  ASSERT_TRUE(file.Append(Text(kNow + EventFile::kMostAhead)).ok());
+  EXPECT_FALSE(file.IsFarAhead());
+  EXPECT_EQ(file.NextSecond(), kNow + EventFile::kMostAhead + 1);
+  clock.SetUtc(kNow - 1);
+  EXPECT_TRUE(file.IsFarAhead());
+  EXPECT_EQ(file.NextSecond(), kNow + EventFile::kMostAhead + 1) << "in that file never an earlier one";
+  const auto aside = file.PutAside();
+  ASSERT_TRUE(aside.ok());
+  EXPECT_EQ(aside.value(), "/z/KorvessaMonitoring-1699999999.kvl") << "or it would be the newest for long";
+  EXPECT_FALSE(file.IsFarAhead());
+  EXPECT_EQ(file.NextSecond(), kNow - 1);
+}
+
+TEST_F(EventFileTest, FileBehindOneFarAheadStaysEmptyUntilEveryReaderHasSeenIt) {
+  files.Put(kPath, "1700100000,h,1,M|0|0|d|r|c|0\r\n");
+  auto file = Opened();
+  ASSERT_TRUE(file.PutAside().ok());
+  EXPECT_TRUE(files.Has(kPath));
+  EXPECT_EQ(files.Get(kPath), "");
+  clock.Advance(5000);
+  EXPECT_FALSE(file.MayWrite()) << "the administrator's console looks every five seconds";
+  clock.Advance(1000);
+  EXPECT_TRUE(file.MayWrite());
+  EXPECT_FALSE(file.WasReplaced());
+  ASSERT_TRUE(file.Append(Text(file.NextSecond())).ok());
+  EXPECT_FALSE(file.WasReplaced());
+}
+
+TEST_F(EventFileTest, NumberThatAKillCutIsNoSecond) {
+  files.Put(kPath, "1700000500,h,1,M|0|0|d|r|c|0\r\n170000");
+  EXPECT_EQ(Opened().LastSecondWritten(), kNow + 500);
 }
 
 TEST_F(EventFileTest, FileThatIsThereIsGoneOnWithAfterItsLastSecond) {
@@ -134,6 +166,49 @@ TEST_F(EventFileTest, PartThatAFullDiskTookIsEndedBeforeTheBatchIsToldAgain) {
   EXPECT_FALSE(file.WasReplaced());
   ASSERT_TRUE(file.Append(Text(kNow, "1700000000,h,1\r\n")).ok());
   EXPECT_EQ(files.Get(kPath), "1700000000,h,\r\n1700000000,h,1\r\n");
+}
+
+// The batch was told again with the seconds of the part, which a reader that had the part passed over.
+TEST_F(EventFileTest, PartThatAFullDiskTookHasItsSeconds) {
+  const std::string whole = "1700000000,h,1\r\n1700000001,h,1\r\n1700000002,h,1\r\n";
+  for (const auto& [part, second] : std::map<std::string, std::int64_t>{
+           {"17000", kNow}, {"1700000000,h", kNow + 1}, {whole.substr(0, 27), kNow + 2}, {whole, kNow + 3}}) {
+    files.Vanish(kPath);
+    EventFile fresh(files, clock, kPath, Form::kHome);
+    files.before = [&](platform::FileOp op, const std::string&) {
+      if (op == platform::FileOp::kAppend) files.PutMore(kPath, part);
+    };
+    files.FailNext(platform::FileOp::kAppend, kPath, platform::ErrorKind::kNoSpace);
+    EXPECT_FALSE(fresh.Append({whole, kNow + 2, 3}).ok());
+    files.before = {};
+    EXPECT_EQ(fresh.NextSecond(), second) << part;
+  }
+}
+
+TEST_F(EventFileTest, PartsOfAFullDiskDoNotRunAwayFromTheClock) {
+  auto file = Opened();
+  EXPECT_EQ(file.NextSecond(), kNow);
+  files.before = [&](platform::FileOp op, const std::string&) {
+    if (op == platform::FileOp::kAppend) files.PutMore(kPath, "1700000020,h,1\r\n");
+  };
+  files.FailNext(platform::FileOp::kAppend, kPath, platform::ErrorKind::kNoSpace);
+  EXPECT_FALSE(file.Append(Text(kNow + 20, "1700000020,h,1\r\n1700000020,h,1\r\n")).ok());
+  clock.Advance(18000);
+  EXPECT_FALSE(file.MayWrite());
+  clock.Advance(1000);
+  EXPECT_TRUE(file.MayWrite());
+}
+
+TEST_F(EventFileTest, RowsOfThePartsThatAFullDiskTookCount) {
+  auto file = Opened();
+  std::string part;
+  for (std::size_t i = 0; i < EventFile::kMostRows; ++i) part += "1700000000,h\r\n";
+  files.before = [&](platform::FileOp op, const std::string&) {
+    if (op == platform::FileOp::kAppend) files.PutMore(kPath, part);
+  };
+  files.FailNext(platform::FileOp::kAppend, kPath, platform::ErrorKind::kNoSpace);
+  EXPECT_FALSE(file.Append({part + part, kNow, 2 * EventFile::kMostRows}).ok());
+  EXPECT_TRUE(file.IsFull());
 }
 
 TEST_F(EventFileTest, FileOfTheOtherFormIsRefused) {
