@@ -19,6 +19,8 @@
 #include "platform/linux/linux_service_manager.h"
 #include "platform/linux/linux_shell.h"
 #include "platform/linux/local_service_manager.h"
+#include "platform/linux/user_folders.h"
+#include "platform/program_places.h"
 #include "qt/admin/frm_main.h"
 #include "qt/bind_screen.h"
 #include "qt/qt_dialogs.h"
@@ -41,7 +43,9 @@ struct Console::Parts {
   void WatchLock();
 
   Options options;
-  platform::LinuxFiles files;
+  platform::ProgramPlaces places;
+  platform::LinuxFiles disk;
+  platform::LayeredFiles layered;
   platform::LinuxClock clock;
   platform::LinuxLocale users_locale;
   core::LegibleLocale locale{users_locale, clock};
@@ -76,13 +80,20 @@ struct Console::Parts {
 
 Console::Parts::Parts(const Options& the_options)
     : options(the_options),
-      agent(platform::AgentBeside(FolderOf(options.exe_path), control::kServiceName, options.folder,
+      places(platform::PlacesOf(
+          FolderOf(options.exe_path), options.chosen ? std::optional(options.folder) : std::nullopt,
+          options.edition == "Home", platform::BuiltInRoots(), platform::FindUserFolders())),
+      layered(disk, places.layers, platform::MakePrivateFolder),
+      agent(platform::AgentBeside(FolderOf(options.exe_path), control::kServiceName, places.folder,
                                   options.edition == "Home")),
-      pictures(options.folder),
+      pictures(places.pictures),
       theme(pictures),
-      family(FolderOf(options.exe_path)),
-      seams{files, clock,  locale,        host,         shell,          instance_lock, services,
-            loop,  timers, message_boxes, file_dialogs, colour_dialogs, family,        process},
+      family(places.libraries),
+      seams{places.installed ? static_cast<platform::Files&>(layered) : disk, clock, locale, host, shell,
+            instance_lock,
+            // The program that lies beside an installed console is the service's.
+            places.installed ? static_cast<platform::ServiceManager&>(service_manager) : services, loop,
+            timers, message_boxes, file_dialogs, colour_dialogs, family, process},
       state(seams),
       log(state),
       guard(log),
@@ -94,9 +105,12 @@ Console::Parts::Parts(const Options& the_options)
   qt::BindScreen(console.screen(), &anchor);
   state.UseHost(form_host);
   state.ProductEdition = options.edition;
-  state.ProgramFolder = options.folder;
-  family.ConfigureQuarantine(options.folder, false);
+  state.ProgramFolder = places.folder;
+  state.Installed = places.installed;
+  state.FirstStart = places.installed && layered.SettingsAreNew();
+  family.ConfigureQuarantine(places.quarantine, false);
   family.SetHelper(&act_helper);
+  if (places.installed) family.PreferHelper();
   state.ExeName = options.exe_name;
   // The same executable is the same program, whoever starts it and from wherever; its namesake in another
   // folder is another one.

@@ -43,6 +43,7 @@ Options ParseOptions(const std::vector<std::string>& arguments, const std::strin
         options.error = "--folder: \"" + *folder + "\": " + error.message();
       else
         options.folder = path.string();
+      options.chosen = true;
     } else if (arguments[i] == "--help" || arguments[i] == "-h") {
       options.help = true;
     } else if (arguments[i] == "--version") {
@@ -61,7 +62,8 @@ std::string Usage() {
          "\n"
          "  --edition=EDITION  console to open: Home (default) or Administrator\n"
          "  --folder=DIR       program folder with the monitoring file and its side files\n"
-         "                     (default: the folder of the executable)\n"
+         "                     (default: the folder of the executable; where the program is\n"
+         "                     installed, the folders of the system and of the user)\n"
          "  -ns                no splash window\n"
          "  -nv                first start after an update: greets, and stays in the notification area\n"
          "  --version          prints the version\n"

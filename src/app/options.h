@@ -11,6 +11,7 @@ namespace zendrix::app {
 struct Options {
   std::string edition = "Home";
   std::string folder;        // program folder; no closing separator
+  bool chosen = false;       // the folder was named; otherwise it is the executable's
   std::string exe_name;      // the executable's name without extension
   std::string exe_path;      // canonical
   std::string command_line;  // the other arguments, joined by blanks

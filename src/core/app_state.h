@@ -50,6 +50,11 @@ class AppState {
   std::string MonitoringFilePath;
   std::string ProgramFolder;  // no closing separator
   std::string ExeName = "zendrix";
+  // Whether the program came with the system's packages: its folder is then several ones, the Agent is the
+  // system's service, and nothing in that folder is ever started.
+  bool Installed = false;
+  // Whether this user of an installed program has no settings yet.
+  bool FirstStart = false;
   // The portal endpoint's address up to and with "/redir.asp".
   std::string PortalBase = "http://portal.example.com/redir.asp";
 

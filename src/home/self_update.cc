@@ -1,5 +1,7 @@
 #include "home/self_update.h"
 
+#include <utility>
+
 #include "core/guards.h"
 #include "core/initial.h"
 #include "core/path_text.h"
@@ -11,6 +13,7 @@ constexpr char kCheckPlace[] = "CheckUpdate";
 
 void SelfUpdate::CheckUpdate() {
   core::OrLog(needs_.log, "frmNewUI:CheckUpdate", [&] {
+    if (needs_.state.Installed) return TellOfPackages();
     if (installing_ || (offer() && offer()->Installing()) || !file_.IsThere()) return;
     const std::string version = file_.Version();
     if (version == RunningVersion()) {
@@ -25,6 +28,11 @@ void SelfUpdate::CheckUpdate() {
     needs_.log.WriteLog(kCheckPlace, "About to automatically install new version " + version);
     Install();
   });
+}
+
+void SelfUpdate::TellOfPackages() {
+  if (!std::exchange(told_of_packages_, true))
+    needs_.log.WriteLog(kCheckPlace, "New versions of this program come with the system's package manager.");
 }
 
 void SelfUpdate::Offer() {

@@ -1,4 +1,6 @@
-// Looks for a new version of the program in its folder, and offers or starts its installer.
+// Looks for a new version of the program in its folder, and offers or starts its installer. Where the program
+// was installed by the system's package manager, that brings new versions: the log says so, and no file is
+// looked at, let alone started.
 #pragma once
 
 #include "home/frm_new_update.h"
@@ -20,6 +22,7 @@ class SelfUpdate {
   frmNewUpdate* offer() { return offer_.get(); }
 
  private:
+  void TellOfPackages();
   void Offer();
   void Install();
 
@@ -27,6 +30,7 @@ class SelfUpdate {
   UpdateFile file_;
   widgets::Reopened<frmNewUpdate> offer_;
   bool installing_ = false;
+  bool told_of_packages_ = false;
 };
 
 }  // namespace zendrix::home

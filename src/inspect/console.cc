@@ -15,12 +15,14 @@
 #include "platform/linux/linux_locale.h"
 #include "platform/linux/linux_service_manager.h"
 #include "platform/linux/local_service_manager.h"
+#include "platform/linux/user_folders.h"
 #include "platform/memory/fake_service_manager.h"
 #include "platform/memory/fake_timers.h"
 #include "platform/memory/memory_instance_lock.h"
 #include "platform/memory/overlay_files.h"
 #include "platform/memory/recording_shell.h"
 #include "platform/memory/throwing_process.h"
+#include "platform/program_places.h"
 
 namespace zendrix::inspect {
 namespace {
@@ -109,18 +111,25 @@ void SetAgent(platform::FakeServiceManager& services, const std::string& agent_s
 
 struct Console::Parts {
   Parts(const Options& options, bool live)
-      : overlay(disk),
-        agent(platform::AgentBeside(ExecutableFolder(), control::kServiceName, options.folder,
+      : places(platform::PlacesOf(
+            ExecutableFolder(), options.chosen ? std::optional(options.folder) : std::nullopt,
+            options.edition == "Home", platform::BuiltInRoots(), platform::FindUserFolders())),
+        layered(disk, places.layers, platform::MakePrivateFolder),
+        real(places.installed ? static_cast<platform::Files&>(layered) : disk),
+        overlay(real),
+        agent(platform::AgentBeside(ExecutableFolder(), control::kServiceName, places.folder,
                                     options.edition == "Home")),
-        family(ExecutableFolder()),
+        family(places.libraries),
         boxes(options.answer_yes),
-        seams{options.write ? static_cast<platform::Files&>(disk) : overlay,
+        seams{options.write ? real : overlay,
               clock,
               locale,
               host,
               shell,
               instance_lock,
-              options.agent ? static_cast<platform::ServiceManager&>(scripted_services) : services,
+              options.agent      ? static_cast<platform::ServiceManager&>(scripted_services)
+              : places.installed ? static_cast<platform::ServiceManager&>(service_manager)
+                                 : services,
               live ? static_cast<platform::MessageLoop&>(poll_loop) : still_timers,
               live ? static_cast<platform::TimerMaker&>(live_timers) : still_timers,
               boxes,
@@ -131,9 +140,12 @@ struct Console::Parts {
         state(seams),
         log(state) {
     if (options.agent) SetAgent(scripted_services, *options.agent);
-    family.ConfigureQuarantine(options.folder, !options.write);
+    family.ConfigureQuarantine(places.quarantine, !options.write);
     family.SetHelper(&act_helper);
-    state.ProgramFolder = options.folder;
+    if (places.installed) family.PreferHelper();
+    state.ProgramFolder = places.folder;
+    state.Installed = places.installed;
+    state.FirstStart = places.installed && layered.SettingsAreNew();
     state.ProductEdition = options.edition;
     state.ProductName = state.IsHome() ? "Korvessa Zendrix Home Edition" : "Korvessa Zendrix Administrator";
     log.on_line = [this](const std::string& line) { lines.push_back(Text(line)); };
@@ -144,7 +156,10 @@ struct Console::Parts {
     };
   }
 
+  platform::ProgramPlaces places;
   platform::LinuxFiles disk;
+  platform::LayeredFiles layered;
+  platform::Files& real;
   platform::OverlayFiles overlay;
   platform::LinuxClock clock;
   platform::LinuxLocale users_locale;
@@ -177,8 +192,8 @@ struct Console::Parts {
 
 Console::Console(const Options& options, bool live)
     : options_(options), parts_(std::make_unique<Parts>(options, live)) {
-  if (!parts_->disk.FolderExists(options.folder))
-    throw NoSuchThing("Folder " + options.folder + " not found.");
+  const std::string& folder = parts_->places.folder;
+  if (!parts_->real.FolderExists(folder)) throw NoSuchThing("Folder " + folder + " not found.");
 }
 
 Console::~Console() = default;
@@ -241,7 +256,7 @@ Json Console::FatalDocument() const {
 std::string Console::ResolveFile(const std::string& path) {
   auto& files = parts_->seams.files;
   if (path.starts_with('/') || files.Exists(path)) return path;
-  const std::string inside = platform::JoinPath(options_.folder, path);
+  const std::string inside = platform::JoinPath(parts_->places.folder, path);
   return files.Exists(inside) ? inside : path;
 }
 

@@ -1,6 +1,5 @@
 // zendrix-inspect: the console's logic on a terminal.
 #include <CLI/CLI.hpp>
-#include <filesystem>
 #include <iostream>
 
 #include "core/run_time_error.h"
@@ -13,17 +12,13 @@ namespace {
 
 enum ExitStatus { kDone = 0, kFatal = 1, kWrongUsage = 2, kNotFound = 3 };
 
-std::string ExecutableFolder() {
-  std::error_code error;
-  const auto path = std::filesystem::read_symlink("/proc/self/exe", error);
-  return error ? std::string(".") : path.parent_path().string();
-}
-
 // The program's own options, wherever they stand in front of a "--"; everything else is left in `arguments`.
 class CommandLine {
  public:
   explicit CommandLine(Options& options) : options_(options) {
-    app_.add_option("--folder", options.folder, "Program folder (default: the executable's)")
+    app_.add_option(
+            "--folder", options.folder,
+            "Program folder (default: the executable's; where installed, the system's and the user's)")
         ->type_name("DIR");
     app_.add_flag("--write", options.write, "Let changes reach the folder");
     app_.add_option("--edition", options.edition, "Home (default) or Administrator")
@@ -48,7 +43,7 @@ class CommandLine {
     app_.parse(argc, argv);
     options_.answer_yes = answer_ == "yes";
     if (!agent_.empty()) options_.agent = agent_;
-    if (app_.count("--folder") == 0) options_.folder = ExecutableFolder();
+    options_.chosen = app_.count("--folder") > 0;
     while (options_.folder.size() > 1 && options_.folder.back() == '/') options_.folder.pop_back();
     options_.arguments = app_.remaining();
   }

@@ -8,8 +8,9 @@
 namespace zendrix::inspect {
 
 struct Options {
-  std::string folder;  // the program folder, no closing separator
-  bool write = false;  // changes reach the folder; otherwise they stay in memory
+  std::string folder;   // the program folder, no closing separator
+  bool chosen = false;  // the folder was named; otherwise it is this program's own
+  bool write = false;   // changes reach the folder; otherwise they stay in memory
   std::string edition = "Home";
   std::optional<std::string> agent;  // "running", "stopped", "missing": instead of the real service layer
   bool answer_yes = true;            // to every question

@@ -125,10 +125,13 @@ std::string RegIni::IniPath() const {
 
 void RegIni::ReadRegInfo() {
   core::OrFatal(log_, "RegIni:ReadRegInfo", [&] {
-    const Contents contents = ReadVerified();
+    const bool first = std::exchange(state_.FirstStart, false);
+    const Contents contents = first ? state_.seams.files.ReadAll(IniPath()) : ReadVerified();
     CSetting file = File();
     file.Hold(contents);
     const auto write_back = [&] {
+      // What was never there is no loss to tell of, and the next start finds a pair that fits.
+      if (first) return Replace(contents, file);
       if (IsChanged(contents, file)) (void)state_.seams.files.WriteAll(IniPath(), file.Held()).ok();
     };
     try {

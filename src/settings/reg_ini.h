@@ -52,7 +52,9 @@ class RegIni {
 
   // Fills AppState::settings from the bytes that were verified, with defaults, write-backs and thresholds. A
   // file that does not match its hash is deleted after a message. Does not refresh the hash: the next write
-  // through one of the operations below does. A run-time error is fatal ("RegIni:ReadRegInfo").
+  // through one of the operations below does. On the first start of an
+  // installed console there is nothing to verify: the pair is made, and nothing said. A run-time error is
+  // fatal ("RegIni:ReadRegInfo").
   void ReadRegInfo();
   // Writes the whole catalogue but for the sensitivity and its thresholds, then refreshes the hash. More than
   // kMostNewMonitors new names are left out.

@@ -167,16 +167,20 @@ Result<std::int32_t> LinuxFamily::Quarantine(const char* function, const Quarant
 }
 
 Status LinuxFamily::QuarantineExport(const QuarantineEvent& event, std::string& message) {
+  const bool asked_first = prefer_helper_ && MayAskHelper();
+  if (asked_first && HelperBlocks(event, message)) return Done{};
   const auto number = Quarantine("QuarantineEventExport", event, message);
   if (!number) return number.error();
-  if (number.value() != family::kForWantOfRights || !MayAskHelper()) return Done{};
-  const auto answer = helper_->Block(event);
-  if (answer) {
-    FillMessage(message, answer.value().sentence);
-  } else if (answer.error().kind != ErrorKind::kUnavailable) {
-    FillMessage(message, kNoAnswer);
-  }
+  if (number.value() == family::kForWantOfRights && MayAskHelper() && !asked_first)
+    HelperBlocks(event, message);
   return Done{};
+}
+
+bool LinuxFamily::HelperBlocks(const QuarantineEvent& event, std::string& message) {
+  const auto answer = helper_->Block(event);
+  if (!answer && answer.error().kind == ErrorKind::kUnavailable) return false;
+  FillMessage(message, answer ? answer.value().sentence : kNoAnswer);
+  return true;
 }
 
 Status LinuxFamily::UnquarantineExport(const QuarantineEvent& event, std::string& message) {

@@ -29,6 +29,19 @@ TEST_F(SelfUpdateTest, WithoutAFileThereIsNothingToDo) {
   EXPECT_EQ(update_.offer(), nullptr);
 }
 
+TEST_F(SelfUpdateTest, AnInstalledConsoleLeavesNewVersionsToThePackageManagerAndSaysSoOnce) {
+  world_.state.Installed = true;
+  HaveVersion({9, 1, 0, 2});
+  world_.state.settings.DontAsk = true;
+  world_.quiet.Expect("'CheckUpdate': New versions of this program come with the system's package manager.");
+  update_.CheckUpdate();
+  update_.CheckUpdate();
+  EXPECT_TRUE(FileIsThere());
+  EXPECT_THAT(world_.host.shown, IsEmpty());
+  EXPECT_THAT(Started(), IsEmpty());
+  EXPECT_EQ(AgentState(), "Running");
+}
+
 TEST_F(SelfUpdateTest, FileOfTheRunningVersionIsDeletedWithoutAQuestion) {
   HaveRunningVersion();
   ExpectDeleted();

@@ -35,6 +35,39 @@ TEST_F(FamilyHelperTest, WantOfRightsGoesToTheHelperAndItsSentenceToTheUser) {
   EXPECT_EQ(message_.size(), 256U);
 }
 
+TEST_F(FamilyHelperTest, WhereItIsPreferredItPutsAwayTheUsersOwnFiles) {
+  family_.PreferHelper();
+  helper_.block = ActAnswer{true, "moved"};
+  ASSERT_TRUE(family_.QuarantineExport(Of("/own:4"), message_).ok());
+  EXPECT_EQ(helper_.asked, std::vector<std::string>{"Block Running Processes /own:4 17 42"});
+  EXPECT_EQ(Said(), "moved");
+}
+
+TEST_F(FamilyHelperTest, APreferredHelperThatIsNotThereIsAskedOnceAndTheLibraryActs) {
+  ASSERT_TRUE(family_.QuarantineExport(Of("/others:4"), message_).ok());
+  const std::string without = Said();
+  helper_.asked.clear();
+  family_.PreferHelper();
+  helper_.block = Error{ErrorKind::kUnavailable, "no bus"};
+  ASSERT_TRUE(family_.QuarantineExport(Of("/others:4"), message_).ok());
+  EXPECT_EQ(helper_.asked.size(), 1U);
+  EXPECT_EQ(Said(), without);
+}
+
+TEST_F(FamilyHelperTest, APreferredHelperThatMayHaveActedIsNotActedBehind) {
+  family_.PreferHelper();
+  helper_.block = Error{ErrorKind::kOther, "no reply"};
+  ASSERT_TRUE(family_.QuarantineExport(Of("/own:4"), message_).ok());
+  EXPECT_TRUE(Said().starts_with("No answer came in time.")) << Said();
+}
+
+TEST_F(FamilyHelperTest, APreferredHelperIsNotAskedForAPretence) {
+  family_.PreferHelper();
+  family_.ConfigureQuarantine("/p", true);
+  ASSERT_TRUE(family_.QuarantineExport(Of("/own:4"), message_).ok());
+  EXPECT_TRUE(helper_.asked.empty());
+}
+
 TEST_F(FamilyHelperTest, ARefusalOfTheUsersIsTold) {
   helper_.block = ActAnswer{false, "The question for permission was closed. Nothing was changed."};
   ASSERT_TRUE(family_.QuarantineExport(Of("/others:4"), message_).ok());

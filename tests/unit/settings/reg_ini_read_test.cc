@@ -72,6 +72,36 @@ TEST_F(ReadRegInfoTest, AFirstStartWritesTheDefaultsThatAreWrittenBackAndNoOther
             "No=90.90909\r\nSu=95.45454\r\nPopOrigHigh=1\r\nPopNotifyMs=1\r\n");
 }
 
+TEST_F(ReadRegInfoTest, TheFirstStartOfAnInstalledConsoleMakesThePairAndSaysNothing) {
+  state_.FirstStart = true;
+  reg_ini_.ReadRegInfo();
+  EXPECT_TRUE(Verifies());
+  EXPECT_EQ(Stored("Grid", "SelColor"), "8421631");
+  EXPECT_EQ(state_.settings.NSlots, 30);
+  reg_ini_.ReadRegInfo();
+  EXPECT_TRUE(Boxes().empty());
+  EXPECT_FALSE(platform_.files.Has("/program/zendrix.ini.pending"));
+}
+
+TEST_F(ReadRegInfoTest, OnlyTheFirstReadingOfTheFirstStartIsSilent) {
+  state_.FirstStart = true;
+  reg_ini_.ReadRegInfo();
+  platform_.files.PutMore(kIni, "[Tampered]\r\n");
+  reg_ini_.ReadRegInfo();
+  EXPECT_EQ(Boxes(), std::vector<std::string>{kInvalid});
+  EXPECT_EQ(TakeLog().size(), 1U);
+}
+
+TEST_F(ReadRegInfoTest, AFirstStartThatCannotWriteHasTheDefaultsAllTheSame) {
+  state_.FirstStart = true;
+  platform_.files.FailNext(platform::FileOp::kWriteAll, "*", platform::ErrorKind::kPermissionDenied,
+                           platform::MemoryFiles::kAlways);
+  reg_ini_.ReadRegInfo();
+  EXPECT_EQ(state_.settings.SelColor, 0x8080FF);
+  EXPECT_TRUE(Boxes().empty());
+  EXPECT_EQ(Ini(), "");
+}
+
 TEST_F(ReadRegInfoTest, TheFileThatItWroteDoesNotVerifyUntilAnotherWriteRefreshesTheHash) {
   reg_ini_.ReadRegInfo();
   TakeLog();
