@@ -137,6 +137,34 @@ class HomeText {
   BatchText& out_;
 };
 
+bool EqualLetters(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [&](char x, char y) { return lower(x) == lower(y); });
+}
+
+bool NamesAMonitor(std::string_view word) {
+  const auto& names = AllMonitors();
+  return std::any_of(names.begin(), names.end(), [&](std::string_view name) {
+    return EqualLetters(word, name.substr(name.rfind(' ') + 1));
+  });
+}
+
+// The console marks the events behind a notable line: those of each monitor whose name's last word stands in
+// the line, in any letters, with blanks around it. So such a word that means something else stands in
+// brackets, also one in a path, whoever chose it.
+std::string NamingNoMonitor(std::string_view text) {
+  std::string result;
+  for (;;) {
+    const std::size_t end = std::min(text.find(' '), text.size());
+    const std::string_view word = text.substr(0, end);
+    result += NamesAMonitor(word) ? "(" + std::string(word) + ")" : std::string(word);
+    if (end == text.size()) return result;
+    result += ' ';
+    text.remove_prefix(end + 1);
+  }
+}
+
 class AdminText {
  public:
   AdminText(const Stamp& stamp, BatchText& out) : stamp_(stamp), out_(out) {
@@ -203,19 +231,18 @@ class AdminText {
     }
   }
 
-  // The monitors' names stand as words of their own: the console finds the events behind a notable line by
-  // the last words of these names.
   static std::string Sentence(const Alert& alert) {
     std::string text = "Risk " + Decimal(alert.risk, kRiskDecimals) + " from";
     std::string_view separator = " ";
     for (const std::string_view name : MonitorsOf(alert.members)) {
-      text.append(separator).append(name);
+      const std::size_t last = name.rfind(' ') + 1;  // 0 where the name is one word
+      text.append(separator).append(NamingNoMonitor(name.substr(0, last))).append(name.substr(last));
       separator = " and ";
     }
-    text += " - " + alert.subject;
+    text += " - " + NamingNoMonitor(alert.subject);
     separator = " - ";
     for (const std::string& fact : alert.facts) {
-      text.append(separator).append(fact);
+      text.append(separator).append(NamingNoMonitor(fact));
       separator = "; ";
     }
     return text;

@@ -12,6 +12,8 @@
 //
 // Admin form, fields separated by ",":
 //   seconds,host,monitor,code,description     code A came, R went, N notable, B marker of a session
+// In the notable line of an alert the last words of its monitors' names stand as words of their own, and
+// those of no other monitor do: the console marks the newest row of each monitor that is named so.
 #pragma once
 
 #include <cstdint>

@@ -81,6 +81,15 @@ const std::vector<std::string_view>& ItemMonitors() {
   return kNames;
 }
 
+const std::vector<std::string_view>& AllMonitors() {
+  static const std::vector<std::string_view> kNames = [] {
+    std::vector<std::string_view> names = {monitor::kAnalysis};
+    for (const MonitorFacts& facts : kMonitors) names.push_back(facts.name);
+    return names;
+  }();
+  return kNames;
+}
+
 const RuleFacts& FactsOf(Rule rule) {
   return kRules.at(static_cast<std::size_t>(rule));
 }

@@ -37,6 +37,8 @@ inline constexpr std::string_view kAnalysis = "Monitor Analysis Agent #1";
 
 // The monitors that report items, in the order in which a baseline lists them.
 const std::vector<std::string_view>& ItemMonitors();
+// Every monitor that a line may name.
+const std::vector<std::string_view>& AllMonitors();
 
 // A rule's value is its position in a rule set.
 enum class Rule : std::uint32_t {

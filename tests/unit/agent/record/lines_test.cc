@@ -1,5 +1,8 @@
 #include "agent/record/lines.h"
 
+#include <set>
+#include <sstream>
+
 #include "unit/agent/fake_host.h"
 
 namespace zendrix::agent {
@@ -230,6 +233,60 @@ TEST(AdminLines, AlertIsANotableLineThatNamesItsMonitorsAsWords) {
       Admin(batch),
       "1700000000,vm,Monitor Analysis Agent #1,N,Risk 0.9560 from Running Processes and Listening Ports - "
       "/tmp/x - runs from /tmp; opened port 4444\r\n");
+}
+
+// The monitors whose rows the console marks for a line: those whose last word stands in it between blanks.
+std::set<std::string_view> NamedIn(const std::string& line) {
+  const auto upper = [](std::string_view text) {
+    std::string result(text);
+    for (char& c : result) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    return result;
+  };
+  std::set<std::string> words;
+  std::istringstream stream(upper(line.substr(line.find(",N,") + 3)));
+  for (std::string word; stream >> word;) words.insert(word);
+  std::set<std::string_view> named;
+  for (const std::string_view name : AllMonitors()) {
+    if (words.contains(upper(name.substr(name.rfind(' ') + 1)))) named.insert(name);
+  }
+  return named;
+}
+
+// "Users" is the last word of two monitors.
+std::set<std::string_view> WithOneWord(std::set<std::string_view> names) {
+  if (names.contains(monitor::kAccounts) || names.contains(monitor::kLogins))
+    names.insert({monitor::kAccounts, monitor::kLogins});
+  return names;
+}
+
+// "while the Agent ran" marked the Monitoring Agent's newest row, "system folders" one of System.
+TEST(AdminLines, NoRuleAndNoNameMarksARowThatTheAlertIsNotAbout) {
+  std::vector<std::string> facts = {"ran while the agent ran in the SYSTEM folder",
+                                    "processes  users rate #1", "System"};
+  for (std::size_t i = 0; i < kRuleCount; ++i) facts.emplace_back(FactsOf(static_cast<Rule>(i)).text);
+  for (const std::string_view name : AllMonitors()) facts.emplace_back(name);
+  for (const std::string_view name : AllMonitors()) {
+    for (const std::string& fact : facts) {
+      Batch batch;
+      batch.alerts = {SampleAlert()};
+      batch.alerts[0].members = {MakeItem(name, "x")};
+      batch.alerts[0].subject = "/tmp/my System folder";
+      batch.alerts[0].facts = {fact, "between", fact};
+      const std::string line = Admin(batch);
+      EXPECT_EQ(NamedIn(line), WithOneWord({name})) << line;
+    }
+  }
+}
+
+TEST(AdminLines, WordThatIsNoMonitorStandsInBrackets) {
+  Batch batch;
+  batch.alerts = {SampleAlert()};
+  batch.alerts[0].members = {MakeItem(monitor::kAccounts, "eve")};
+  batch.alerts[0].subject = "eve";
+  batch.alerts[0].facts = {"account was added while the Agent ran", "Agents are not meant"};
+  EXPECT_TRUE(Admin(batch).ends_with(
+      "from (System) Users - eve - account was added while the (Agent) ran; Agents are not meant\r\n"))
+      << Admin(batch);
 }
 
 TEST(AdminLines, FailedLoginsAreNotable) {
