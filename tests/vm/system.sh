@@ -20,6 +20,20 @@ debian_root() {
   echo "$root/tree"
 }
 
+# install_product TREE: the packages, as their own scripts lay them. The console's needs are not in the machine, which has no
+# screen: of its package only the inspector and its library are taken.
+install_product() {
+  local tree=$1 unpacked=$1/unpacked
+  mkdir "$tree/packages"
+  cp "$packages"/zendrix-agent_*.deb "$packages"/zendrix-common_*.deb "$tree/packages/"
+  chroot "$tree" dpkg --install /packages/zendrix-common_*.deb /packages/zendrix-agent_*.deb >"$work/install.log" 2>&1 ||
+    { cat "$work/install.log" >&2; return 1; }
+  dpkg -x "$packages"/zendrix_*.deb "$unpacked"
+  cp -a "$unpacked"/usr/bin/zendrix-inspect "$tree/usr/bin/"
+  cp -a "$unpacked"/usr/lib/. "$tree/usr/lib/"
+  rm -r "$unpacked" "$tree/packages"
+}
+
 # lay_product TREE: programs, units, users and folders where a package lays them.
 lay_product() {
   local tree=$1 program
@@ -51,13 +65,17 @@ stage_system() {
   pack "$folder/root" "$folder/initramfs"
 
   cp -a "$base/." "$folder/disk"
-  lay_product "$folder/disk"
+  if [ -n "$packages" ]; then
+    install_product "$folder/disk" || return 1
+  else
+    lay_product "$folder/disk"
+    # As a package's own script does: the Agent starts with the computer.
+    mkdir -p "$folder/disk/etc/systemd/system/multi-user.target.wants"
+    ln -s /lib/systemd/system/zendrix.service "$folder/disk/etc/systemd/system/multi-user.target.wants/"
+  fi
   install -D -t "$folder/disk/trial" tests/vm/system_trial tests/vm/sandbox_probe tests/vm/ask_expect tests/vm/alert_of tests/vm/{acting,mail}_trial tests/vm/mail_server \
     "$build/bin/zendrix-vm-service" "$build/bin/zendrix-bench-nothing"
   install -D -m 644 tests/vm/trial.service "$folder/disk/etc/systemd/system/trial.service"
-  # As a package's own script does: the Agent starts with the computer.
-  mkdir -p "$folder/disk/etc/systemd/system/multi-user.target.wants"
-  ln -s /lib/systemd/system/zendrix.service "$folder/disk/etc/systemd/system/multi-user.target.wants/"
   mke2fs -q -F -t ext4 -O ^has_journal -d "$folder/disk" "$folder/disk.ext4" 500M >/dev/null
   rm -rf "$folder/disk"
   run_machine 1200 "$(kernel_of "$work")" "$folder/initramfs" \
