@@ -26,7 +26,7 @@ install_product() {
   local tree=$1 unpacked=$1/unpacked
   mkdir "$tree/packages"
   cp "$packages"/zendrix-agent_*.deb "$packages"/zendrix-common_*.deb "$tree/packages/"
-  chroot "$tree" dpkg --install /packages/zendrix-common_*.deb /packages/zendrix-agent_*.deb >"$work/install.log" 2>&1 ||
+  chroot "$tree" sh -c "dpkg --install /packages/*.deb" >"$work/install.log" 2>&1 ||
     { cat "$work/install.log" >&2; return 1; }
   dpkg -x "$packages"/zendrix_*.deb "$unpacked"
   cp -a "$unpacked"/usr/bin/zendrix-inspect "$tree/usr/bin/"
