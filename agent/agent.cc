@@ -13,7 +13,6 @@ namespace {
 
 constexpr std::size_t kMostAlerts = 50;  // of one batch; a person cannot read more
 constexpr std::size_t kMostUnweighed = 50000;
-constexpr std::int64_t kToldTurnMs = 50;   // between two drains of what the kernel told
 constexpr std::int64_t kLookTurnMs = 100;  // how long a request to stop may wait
 constexpr std::int64_t kMinuteMs = 60000;
 constexpr std::int64_t kPressedTurnMs = 1000;
@@ -344,8 +343,16 @@ void Agent::End() {
   WriteStatus(false);
 }
 
+// For a moment that no source tells of: rows that may be written soon, an alert that comes due.
+bool Agent::IsWaiting() const {
+  return !unweighed_.empty() || parts_.scorer.IsWaiting() ||
+         std::any_of(recordings_.begin(), recordings_.end(),
+                     [](const Recording& recording) { return recording.HasWaiting(); });
+}
+
 void Agent::Rest() {
-  std::int64_t most = watch_.IsTold() ? kToldTurnMs : kLookTurnMs;
+  std::int64_t most = watch_.IsTold() ? watch_.RestMs() : kLookTurnMs;
+  if (IsWaiting()) most = std::min(most, kDrainMs);
   if (options_.for_seconds) {
     const std::int64_t left = started_ms_ + *options_.for_seconds * 1000 - parts_.clock.MonotonicMs();
     most = std::clamp<std::int64_t>(left, 1, most);

@@ -80,6 +80,7 @@ class Agent {
 
   void End();
   void Rest();
+  bool IsWaiting() const;
   void WriteStatus(bool running);
   void Log(const std::string& message);
   Moment Now() const;

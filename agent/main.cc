@@ -1,5 +1,4 @@
 // zendrix-agent: the command line, the signals, the folder's lock and the real host around the Agent.
-#include <sys/epoll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,6 +21,7 @@
 #include "agent/sources/notice_source.h"
 #include "agent/sources/numbers.h"
 #include "agent/sources/socket_source.h"
+#include "agent/waiting.h"
 #include "platform/linux/linux_act_helper.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_files.h"
@@ -89,31 +89,6 @@ int Complain(const std::string& message, int status) {
   return status;
 }
 
-// Rests until a source has something. What follows at once is waited for a little, so that a source that is
-// told of thousands of changes wakes the Agent no more than a hundred times a second.
-class Waiting {
- public:
-  explicit Waiting(const Sources& sources) : epoll_(epoll_create1(EPOLL_CLOEXEC)) {
-    for (const auto& source : sources) {
-      if (source->Handle() < 0) continue;
-      epoll_event wanted = {};
-      wanted.events = EPOLLIN;
-      epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, source->Handle(), &wanted);
-    }
-  }
-
-  void Rest(std::int64_t milliseconds) {
-    constexpr std::int64_t kTogetherMs = 10;
-    epoll_event ready = {};
-    const int woken = epoll_wait(epoll_.get(), &ready, 1, static_cast<int>(milliseconds));
-    if (woken > 0) clock_.Sleep(std::min(kTogetherMs, milliseconds));
-  }
-
- private:
-  zendrix::platform::FileDescriptor epoll_;
-  zendrix::platform::LinuxClock clock_;
-};
-
 const std::string& FolderOfLock(const Options& options) {
   return options.state.empty() ? options.folder : options.state;
 }
@@ -160,7 +135,7 @@ int Record(const Options& options, zendrix::agent::HostView& host) {
     if (!MakeFolders(options)) return Complain("cannot have the folders home and admin", 1);
   }
   const Sources sources = options.once ? Sources() : MakeSources(options, host, clock);
-  Waiting waiting(sources);
+  zendrix::agent::Waiting waiting(sources, clock);
   const auto numbers = options.once ? nullptr : zendrix::agent::MakeNumbers();
   const auto scorer = zendrix::agent::MakeBaselineScorer(
       {host, BaselineOf(options), static_cast<std::int64_t>(clock.NowUtc())});

@@ -57,6 +57,14 @@ bool Watch::IsTold() const {
   });
 }
 
+std::int64_t Watch::RestMs() const {
+  std::int64_t rest = kQuietRestMs;
+  for (std::size_t i = 0; i < sources_.size(); ++i) {
+    if (source_levels_[i].level != Level::kNone) rest = std::min(rest, sources_[i]->RestMs());
+  }
+  return rest;
+}
+
 // Not in the turn in which it takes over: what it tells then is compared with what is known.
 bool Watch::Covers(const Source& source, std::string_view name) const {
   if (std::find(taken_over_.begin(), taken_over_.end(), name) != taken_over_.end()) return false;

@@ -42,6 +42,8 @@ class Watch {
   const std::vector<WatchLevel>& levels() const { return levels_; }
   // Whether any source is told of events or changes, so that it is worth draining many times a second.
   bool IsTold() const;
+  // How long the next Turn may wait while nothing is ready at the sources' handles, in milliseconds.
+  std::int64_t RestMs() const;
 
  private:
   void ShareOut();

@@ -123,11 +123,19 @@ class BpfStream : public KernelStream {
 
   bool Read(std::size_t most, const std::function<void(std::string_view)>& take) override {
     if (most == 0) return true;
+    // In front of the reading, so that no record comes unnoticed between the two. One that was being written
+    // at this very moment waits for the next, or for the end of the Agent's rest.
+    wakes_ = !was_busy_;
+    if (wakes_) __atomic_store_n(&programs_->bss->must_wake, 1, __ATOMIC_SEQ_CST);
     reader_ = {&take, most};
     ring_buffer__consume(ring_.get());
     reader_.take = nullptr;
+    was_busy_ = most - reader_.left >= kBusy;
     return reader_.left == 0;
   }
+
+  int Handle() const override { return bpf_map__fd(programs_->maps.ring); }
+  bool Wakes() const override { return wakes_; }
 
   std::vector<std::uint64_t> Lost() const override {
     std::vector<std::uint64_t> lost;
@@ -139,11 +147,17 @@ class BpfStream : public KernelStream {
   std::string Lacks() const override { return lacks_; }
 
  private:
+  // With so many records in one reading there will be some in the next one, and to be woken for them is a
+  // waste.
+  static constexpr std::size_t kBusy = 8;
+
   struct Freed {
     void operator()(zendrix_bpf* programs) const { zendrix_bpf__destroy(programs); }
     void operator()(ring_buffer* ring) const { ring_buffer__free(ring); }
   };
   Reader reader_;
+  bool was_busy_ = false;
+  bool wakes_ = false;
   std::string lacks_;
   std::unique_ptr<zendrix_bpf, Freed> programs_;
   std::unique_ptr<ring_buffer, Freed> ring_;

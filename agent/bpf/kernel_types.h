@@ -17,7 +17,7 @@ typedef __u32 __wsum;
 
 // As include/uapi/linux/bpf.h numbers them
 enum bpf_map_type { BPF_MAP_TYPE_PERCPU_ARRAY = 6, BPF_MAP_TYPE_RINGBUF = 27 };
-enum { BPF_RB_NO_WAKEUP = 1 };
+enum { BPF_RB_NO_WAKEUP = 1, BPF_RB_FORCE_WAKEUP = 2 };
 
 #pragma clang attribute push(__attribute__((preserve_access_index)), apply_to = record)
 

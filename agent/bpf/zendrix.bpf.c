@@ -1,6 +1,7 @@
 // The programs that run in the kernel. They only read; what they see goes into one ring buffer, from which
-// the Agent takes it when it comes by (BPF_RB_NO_WAKEUP: waking the Agent for each event costs the program
-// that is just starting ten times as much). A record that finds no room is counted in `lost`.
+// the Agent takes it when it comes by. When little happens the first record behind its last visit wakes it; a
+// wake-up for each event would cost the program that is just starting ten times as much. A record that finds
+// no room is counted in `lost`.
 //
 // A program's path is put together here, name by name from the file up to the root of its mount namespace.
 // That holds on every kernel, also where the hooks that may ask for a path are switched off, and a process
@@ -26,6 +27,10 @@ char free_license[] SEC("license") = "GPL";
 // Read by the Agent in its own memory.
 __u64 lost[kRecordKinds];
 
+// Set by the Agent when it begins to read and little happens. Two processors that see it at once wake it
+// twice, which does no harm.
+__u32 must_wake;
+
 struct {
   __uint(type, BPF_MAP_TYPE_RINGBUF);
   __uint(max_entries, 4 * 1024 * 1024);
@@ -45,7 +50,10 @@ struct {
 } rooms SEC(".maps");
 
 static __always_inline void Tell(const struct RecordHead* record, __u64 size) {
-  if (bpf_ringbuf_output(&ring, (void*)record, size, BPF_RB_NO_WAKEUP) != 0 && record->kind < kRecordKinds)
+  const __u32 wakes = must_wake;
+  if (wakes) must_wake = 0;
+  const __u64 flags = wakes ? BPF_RB_FORCE_WAKEUP : BPF_RB_NO_WAKEUP;
+  if (bpf_ringbuf_output(&ring, (void*)record, size, flags) != 0 && record->kind < kRecordKinds)
     __sync_fetch_and_add(&lost[record->kind], 1);
 }
 

@@ -32,6 +32,15 @@ std::string Tidied(std::string_view path, bool up) {
   return tidy.empty() && is_absolute ? "/" : tidy;
 }
 
+// Whether Tidied would change nothing, as of nearly every path: the kernel writes them so.
+bool IsTidy(std::string_view path) {
+  if (!path.starts_with("/") || path.ends_with("/")) return false;
+  for (std::size_t at = path.find('/', 1); at != std::string_view::npos; at = path.find('/', at + 1)) {
+    if (path[at + 1] == '/' || path[at + 1] == '.') return false;
+  }
+  return path.size() > 1 && path[1] != '.' && path[1] != '/';
+}
+
 bool HasStepUp(std::string_view path) {
   for (std::size_t at = path.find(".."); at != std::string_view::npos; at = path.find("..", at + 1)) {
     const bool begins = at == 0 || path[at - 1] == '/';
@@ -42,6 +51,11 @@ bool HasStepUp(std::string_view path) {
 
 bool IsTemporary(std::string_view tidy) {
   return BeginsWithAny(tidy, {"/tmp/", "/var/tmp/", "/dev/shm/", "/run/shm/", "/run/user/"});
+}
+
+bool IsOfSystem(std::string_view tidy) {
+  return BeginsWithAny(
+      tidy, {"/usr/", "/bin/", "/sbin/", "/lib/", "/lib64/", "/lib32/", "/opt/", "/snap/", "/nix/store/"});
 }
 
 // "base", or "base" with one of these characters or a digit behind it.
@@ -60,6 +74,7 @@ std::string NormalPath(std::string_view path) {
 }
 
 bool InTemporaryFolder(std::string_view path) {
+  if (IsTidy(path)) return IsTemporary(path);
   return IsTemporary(Tidied(path, true)) || IsTemporary(Tidied(path, false));
 }
 
@@ -73,9 +88,8 @@ bool IsHidden(std::string_view path) {
 }
 
 bool InSystemFolder(std::string_view path) {
-  return !HasStepUp(path) &&
-         BeginsWithAny(Tidied(path, false), {"/usr/", "/bin/", "/sbin/", "/lib/", "/lib64/", "/lib32/",
-                                             "/opt/", "/snap/", "/nix/store/"});
+  if (IsTidy(path)) return IsOfSystem(path);
+  return !HasStepUp(path) && IsOfSystem(Tidied(path, false));
 }
 
 bool IsInterpreter(std::string_view path) {

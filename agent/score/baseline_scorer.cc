@@ -135,6 +135,8 @@ class BaselineScorer : public Scorer {
     return alerts;
   }
 
+  bool IsWaiting() const override { return !waiting_.empty() || evidence_.HasPutOff(); }
+
   std::vector<Alert> Rest(Moment now) override {
     // What was put off is not told any more, but counted.
     auto alerts = Due(now, std::numeric_limits<std::int64_t>::max(), 0);

@@ -34,6 +34,7 @@ class Evidence {
   std::vector<Fact> Of(const Event& event, Moment now);
   // Events of programs that could not be read at once because there was too much to read. Once a second.
   std::vector<Event> TakePutOff(Moment now);
+  bool HasPutOff() const { return !put_off_.empty(); }
   // Passwords that are guessed, when what Of was asked about last was one of the guesses: by the source with
   // ten or more of its own, else by all sources together.
   struct Guessing {

@@ -39,6 +39,9 @@ class Scorer {
   // went (EventKind::kRemoved) is not among them.
   virtual std::vector<Alert> Weigh(const std::vector<Event>& events, Moment now) = 0;
 
+  // Whether there is anything that time alone makes due.
+  virtual bool IsWaiting() const { return false; }
+
   // What still waits, at the end of a run.
   virtual std::vector<Alert> Rest(Moment now) = 0;
 

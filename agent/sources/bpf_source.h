@@ -32,7 +32,9 @@ class BpfSource : public Source {
 
   std::span<const std::string_view> Monitors() const override;
   SourceLevel level() const override;
-  int Handle() const override { return -1; }
+  int Handle() const override { return stream_ ? stream_->Handle() : -1; }
+  std::int64_t RestMs() const override { return stream_ && stream_->Wakes() ? kQuietRestMs : kDrainMs; }
+  std::int64_t GatherMs() const override { return kDrainMs; }
   void Drain(std::vector<Observation>& into) override;
 
  private:

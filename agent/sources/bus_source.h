@@ -31,6 +31,7 @@ class BusSource : public Source {
   std::span<const std::string_view> Monitors() const override;
   SourceLevel level() const override;
   int Handle() const override { return -1; }
+  std::int64_t RestMs() const override { return kQuietRestMs; }
   void Drain(std::vector<Observation>& into) override;
 
  private:

@@ -37,6 +37,8 @@ class NoticeSource : public Source {
   std::span<const std::string_view> Monitors() const override;
   SourceLevel level() const override;
   int Handle() const override { return stream_ ? stream_->Handle() : -1; }
+  // What was noticed is looked at when it has been quiet, which nothing tells.
+  std::int64_t RestMs() const override { return pending_.empty() ? kQuietRestMs : kDrainMs; }
   void Drain(std::vector<Observation>& into) override;
   // Somebody else says that a monitor's things changed; it is looked at soon, as after a notice.
   void LookSoon(std::string_view monitor_name) { Note(monitor_name, clock_.MonotonicMs()); }

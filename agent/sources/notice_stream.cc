@@ -31,16 +31,15 @@ class InotifyStream : public NoticeStream {
   }
 
   std::string Read() override {
-    std::string bytes(65536, '\0');
-    const ssize_t got = read(file_.get(), bytes.data(), bytes.size());
-    bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
-    return bytes;
+    const ssize_t got = read(file_.get(), room_.data(), room_.size());
+    return std::string(room_.data(), got > 0 ? static_cast<std::size_t>(got) : 0);
   }
 
   int Handle() const override { return file_.get(); }
 
  private:
   platform::FileDescriptor file_;
+  std::vector<char> room_ = std::vector<char>(65536);
 };
 
 }  // namespace

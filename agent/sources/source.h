@@ -21,6 +21,11 @@
 
 namespace zendrix::agent {
 
+inline constexpr std::int64_t kDrainMs = 50;  // between two drains of what is told of many events
+inline constexpr std::int64_t kQuietRestMs =
+    250;                                       // the longest rest of a source that says when it has something
+inline constexpr std::int64_t kGatherMs = 10;  // what is told at once comes in twos and threes
+
 struct Observation {
   enum class Kind {
     kCame,
@@ -58,6 +63,11 @@ class Source {
   virtual SourceLevel level() const = 0;
   // What epoll may wait for; -1 for a source that is drained at each turn only.
   virtual int Handle() const = 0;
+  // How long its Drain may wait while nothing is ready at Handle(), in milliseconds. Each time that the Agent
+  // wakes costs more than an empty Drain, because by then others used the processor.
+  virtual std::int64_t RestMs() const { return kDrainMs; }
+  // How long after a Drain what is ready at Handle() may gather, in milliseconds.
+  virtual std::int64_t GatherMs() const { return kGatherMs; }
   // Adds what was seen since the last call, in the order in which it was seen. Never waits. A flood is told
   // in parts: one call adds a bounded number, and the next goes on.
   virtual void Drain(std::vector<Observation>& into) = 0;

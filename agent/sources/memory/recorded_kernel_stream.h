@@ -28,12 +28,15 @@ class RecordedKernelStream : public KernelStream {
     return !waiting_.empty();
   }
   std::vector<std::uint64_t> Lost() const override { return lost_; }
+  bool Wakes() const override { return wakes_; }
+  void SetWakes(bool wakes) { wakes_ = wakes; }
   std::string Lacks() const override { return lacks_; }
 
  private:
   std::deque<std::string> waiting_;
   std::vector<std::uint64_t> lost_;
   std::string lacks_;
+  bool wakes_ = false;
 };
 
 }  // namespace zendrix::agent

@@ -26,7 +26,14 @@ class RecordedSource : public Source {
 
   std::span<const std::string_view> Monitors() const override { return monitors_; }
   SourceLevel level() const override { return level_; }
-  int Handle() const override { return -1; }
+  int Handle() const override { return handle_; }
+  std::int64_t RestMs() const override { return rest_ms_; }
+  std::int64_t GatherMs() const override { return gather_ms_; }
+  void SetHandle(int handle) { handle_ = handle; }
+  void SetTimes(std::int64_t rest_ms, std::int64_t gather_ms) {
+    rest_ms_ = rest_ms;
+    gather_ms_ = gather_ms;
+  }
   void Drain(std::vector<Observation>& into) override {
     into.insert(into.end(), std::make_move_iterator(waiting_.begin()),
                 std::make_move_iterator(waiting_.end()));
@@ -37,6 +44,9 @@ class RecordedSource : public Source {
   std::vector<std::string_view> monitors_;
   SourceLevel level_;
   std::vector<Observation> waiting_;
+  int handle_ = -1;
+  std::int64_t rest_ms_ = kDrainMs;
+  std::int64_t gather_ms_ = kGatherMs;
 };
 
 }  // namespace zendrix::agent

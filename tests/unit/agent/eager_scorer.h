@@ -15,7 +15,10 @@ namespace zendrix::agent {
 
 class EagerScorer : public Scorer {
  public:
+  bool is_waiting = false;
+
   bool IsKnown(const Item&) const override { return false; }
+  bool IsWaiting() const override { return is_waiting; }
 
   std::vector<Alert> Weigh(const std::vector<Event>& events, Moment) override {
     for (const Event& event : events) {

@@ -39,12 +39,14 @@ class LoopTest : public AgentFixture {
       return passed >= milliseconds;
     };
     parts.sources = {&source};
+    parts.wait = waits;
     parts.boot_ms = [this] { return clock.MonotonicMs() + slept_ms; };
     return Agent(std::move(parts), options).Run();
   }
 
   RecordedSource source{{monitor::kProcesses, monitor::kSystem}, {Level::kEvents, "test", ""}};
   std::int64_t slept_ms = 0;
+  std::function<void(std::int64_t)> waits;  // in place of the clock's sleep
 };
 
 TEST_F(LoopTest, NewsStandsInTheFileWithinTheFifthOfASecond) {
@@ -55,6 +57,26 @@ TEST_F(LoopTest, NewsStandsInTheFileWithinTheFifthOfASecond) {
   });
   EXPECT_GE(seen_at, 1500);
   EXPECT_LE(seen_at, 1700);
+}
+
+TEST_F(LoopTest, RestsLongWhenNothingWaitsAndShortWhileARowOrAnAlertDoes) {
+  std::vector<std::int64_t> rests;
+  source.SetTimes(kQuietRestMs, kGatherMs);
+  waits = [&](std::int64_t most) {
+    rests.push_back(most);
+    clock.Advance(most);
+  };
+  Run(5000);
+  EXPECT_EQ(rests.back(), kQuietRestMs);
+  eager.is_waiting = true;
+  rests.clear();
+  Run(1000);
+  EXPECT_EQ(*std::max_element(rests.begin(), rests.end()), kDrainMs);
+  eager.is_waiting = false;
+  files.FailNext(platform::FileOp::kAppend, kEvents, platform::ErrorKind::kNoSpace, 100);
+  rests.clear();
+  Run(1000);
+  EXPECT_EQ(*std::max_element(rests.begin(), rests.end()), kDrainMs);
 }
 
 TEST_F(LoopTest, ThreePiecesOfNewsOfOneSecondNeedNotWaitForTheNext) {

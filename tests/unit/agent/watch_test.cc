@@ -56,6 +56,16 @@ TEST_F(WatchTest, MonitorsWithoutASourceAreLookedAt) {
   EXPECT_FALSE(watch.IsTold());
 }
 
+TEST_F(WatchTest, RestsAsLongAsTheMostEagerSourceThatCanDoAnything) {
+  RecordedSource other{{monitor::kLogins}, {Level::kNotices, "test", ""}};
+  events.SetTimes(kQuietRestMs, kGatherMs);
+  Watch watch = Make({&events, &other});
+  EXPECT_EQ(watch.RestMs(), kDrainMs);
+  other.SetLevel({Level::kNone, "test", "gone"});
+  watch.Turn();
+  EXPECT_EQ(watch.RestMs(), kQuietRestMs);
+}
+
 TEST_F(WatchTest, MonitorOfASourceIsNotLookedAt) {
   Watch watch = Make({&events});
   events.Came(MakeItem(monitor::kProcesses, "/bin/a:7"));

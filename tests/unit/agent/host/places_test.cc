@@ -22,6 +22,22 @@ TEST(PlacesTest, LoadersAreKnownByName) {
     EXPECT_FALSE(IsLoader(path)) << path;
 }
 
+TEST(PlacesTest, SpellingsOfATemporaryFolderAreSeenThrough) {
+  for (const char* path : {"/tmp/x", "/tmp/a/b", "//tmp/x", "/tmp//x", "/./tmp/x", "/tmp/./x",
+                           "/usr/../tmp/x", "/tmp/../usr/bin/x", "/tmp/.x", "/tmp/x/../y"})
+    EXPECT_TRUE(InTemporaryFolder(path)) << path;
+  for (const char* path : {"/usr/bin/x", "/tmp", "/tmp/", "/tmpx/y", "tmp/x", "/", "", "/usr/tmp/x"})
+    EXPECT_FALSE(InTemporaryFolder(path)) << path;
+}
+
+TEST(PlacesTest, SystemFolderIsNoneBehindAStepUp) {
+  for (const char* path :
+       {"/usr/bin/x", "//usr/bin/x", "/usr/./bin/x", "/./usr/bin/x", "/usr/lib/.x", "/opt/a/b"})
+    EXPECT_TRUE(InSystemFolder(path)) << path;
+  for (const char* path : {"/usr/../home/x", "/usr", "/usr/", "/usrx/y", "usr/bin/x", "/home/usr/x", "", "/"})
+    EXPECT_FALSE(InSystemFolder(path)) << path;
+}
+
 TEST(PlacesTest, FolderOfALogInIsTemporary) {
   EXPECT_TRUE(InTemporaryFolder("/run/user/1000/x"));
   EXPECT_FALSE(InTemporaryFolder("/run/systemd/x"));

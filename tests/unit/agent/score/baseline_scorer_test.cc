@@ -76,6 +76,14 @@ TEST_F(BaselineScorerTest, InTheWeekOfLearningSoftFactsAreStoredAndNoAlert) {
   EXPECT_DOUBLE_EQ(pc.quiet[0].alert.risk, 1 - 0.4 * 0.4 * 0.5 * 0.5);
 }
 
+TEST_F(BaselineScorerTest, WaitsForTimeToPassOnlyUntilAnAlertIsTold) {
+  EXPECT_FALSE(pc.scorer().IsWaiting());
+  pc.Account("toor", {Rule::kSecondRoot});
+  EXPECT_TRUE(pc.scorer().IsWaiting());
+  pc.Wait(5);
+  EXPECT_FALSE(pc.scorer().IsWaiting());
+}
+
 TEST_F(BaselineScorerTest, WhatWasThereAllAlongIsNotStoredLineByLine) {
   Item item = MakeItem(monitor::kProcesses, "/home/ann/.x/tool:7",
                        RulesOfProgram({"/home/ann/.x/tool", false, false}), "/home/ann/.x/tool");

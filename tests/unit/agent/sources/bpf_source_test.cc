@@ -84,6 +84,13 @@ TEST_F(RecordedKernel, BeginsWithWhatIsThere) {
   EXPECT_THAT(Drain(), IsEmpty());
 }
 
+TEST_F(RecordedKernel, RestsOnlyWhileTheKernelWouldWakeIt) {
+  EXPECT_EQ(source->RestMs(), kDrainMs);
+  EXPECT_EQ(source->GatherMs(), kDrainMs);
+  stream->SetWakes(true);
+  EXPECT_EQ(source->RestMs(), kQuietRestMs);
+}
+
 TEST_F(RecordedKernel, ProgramComesAndGoes) {
   Drain();
   EXPECT_THAT(DrainOf({Fork(100, 7, 1, 900), Exec{}.Bytes(), Exit(100, 7)}),

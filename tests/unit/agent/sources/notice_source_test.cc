@@ -74,6 +74,17 @@ TEST_F(NoticeTest, ChangeIsToldWhenItHasBeenQuietForAMoment) {
   EXPECT_THAT(DrainLater(), ElementsAre("-/etc/cron.d/job"));
 }
 
+TEST_F(NoticeTest, RestsUnlessSomethingIsToBeLookedAtSoon) {
+  Drain();
+  EXPECT_EQ(source.RestMs(), kQuietRestMs);
+  script.Change("/etc/cron.d", "job", IN_CLOSE_WRITE);
+  Drain();
+  EXPECT_EQ(source.RestMs(), kDrainMs) << "no notice tells that it has been quiet";
+  clock.Advance(NoticeSource::kQuietMs);
+  Drain();
+  EXPECT_EQ(source.RestMs(), kQuietRestMs);
+}
+
 TEST_F(NoticeTest, FolderThatIsNeverQuietIsLookedAtAllTheSame) {
   Drain();
   AddJob("/tmp/x");
