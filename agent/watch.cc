@@ -9,6 +9,8 @@
 namespace zendrix::agent {
 namespace {
 
+constexpr char kModules[] = "System (kernel modules)";
+
 std::string Joined(const std::string& first, const std::string& second) {
   return first.empty() || second.empty() ? first + second : first + "; " + second;
 }
@@ -22,7 +24,8 @@ Watch::Watch(HostView& host, platform::Clock& clock, std::uint64_t own_pid, std:
       own_pid_(own_pid),
       interval_ms_(interval_ms),
       sources_(std::move(sources)),
-      numbers_(numbers) {
+      numbers_(numbers),
+      module_looks_(host, clock) {
   ShareOut();
 }
 
@@ -33,6 +36,7 @@ std::vector<Event> Watch::Turn() {
   for (WatchLevel& level : levels_) {
     if (level.watched == monitor::kMemory || level.watched == monitor::kTraffic)
       level.level = LevelOfNumber(level.watched);
+    if (level.watched == kModules) level.level = LevelOfModules();
   }
   std::vector<Event> events;
   for (Source* source : sources_) {
@@ -42,6 +46,7 @@ std::vector<Event> Watch::Turn() {
   }
   HandOver(events);
   Look(events);
+  LookAtModules(events);
   return events;
 }
 
@@ -196,6 +201,28 @@ SourceLevel Watch::LevelOfNumber(std::string_view name) const {
   return level;
 }
 
+void Watch::LookAtModules(std::vector<Event>& events) {
+  seen_.clear();
+  module_looks_.Drain(seen_);
+  if (LevelOfModules().level != Level::kPolling) return;
+  for (Observation& seen : seen_) events.push_back(HappenedEvent(std::move(seen.item)));
+}
+
+SourceLevel Watch::LevelOfModules() const {
+  std::string reason;
+  for (std::size_t i = 0; i < sources_.size(); ++i) {
+    const auto names = sources_[i]->Monitors();
+    if (std::find(names.begin(), names.end(), monitor::kSystem) == names.end()) continue;
+    const SourceLevel& level = source_levels_[i];
+    // What a source lacks although the kernel tells it every event is what only this kernel does not tell.
+    if (level.level == Level::kEvents && level.reason.empty()) return level;
+    reason = Joined(reason, "no " + level.how + ": " + level.reason);
+  }
+  SourceLevel looks = module_looks_.level();
+  looks.reason = Joined(looks.reason, reason);
+  return looks;
+}
+
 std::vector<WatchLevel> Watch::LevelsNow() const {
   std::vector<WatchLevel> levels;
   const auto reason_of = [&](std::string_view name) {
@@ -222,14 +249,7 @@ std::vector<WatchLevel> Watch::LevelsNow() const {
   for (const std::string_view name : {monitor::kMemory, monitor::kTraffic}) {
     levels.push_back({std::string(name), LevelOfNumber(name)});
   }
-  for (std::size_t i = 0; i < sources_.size(); ++i) {
-    const auto names = sources_[i]->Monitors();
-    if (std::find(names.begin(), names.end(), monitor::kSystem) == names.end()) continue;
-    // What a source lacks although the kernel tells it every event is what only this kernel does not tell.
-    SourceLevel modules = source_levels_[i];
-    if (modules.level == Level::kEvents && !modules.reason.empty()) modules.level = Level::kNone;
-    levels.push_back({"System (kernel modules)", modules});
-  }
+  levels.push_back({kModules, LevelOfModules()});
   const bool logins = CountFailedLogins(host_).has_value();
   const SourceLevel none = {Level::kNone, "", "the record of failed logins cannot be seen"};
   levels.push_back({"System (failed logins)", logins ? looks_->level() : none});

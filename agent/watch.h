@@ -13,6 +13,7 @@
 
 #include "agent/events/ledger.h"
 #include "agent/host/host_view.h"
+#include "agent/sources/module_looks.h"
 #include "agent/sources/numbers.h"
 #include "agent/sources/polling_source.h"
 #include "agent/sources/source.h"
@@ -54,8 +55,10 @@ class Watch {
   void Take(const Source& source, std::vector<Event>& events);
   void HandOver(std::vector<Event>& events);
   void Look(std::vector<Event>& events);
+  void LookAtModules(std::vector<Event>& events);
   std::vector<WatchLevel> LevelsNow() const;
   SourceLevel LevelOfNumber(std::string_view name) const;
+  SourceLevel LevelOfModules() const;
 
   HostView& host_;
   platform::Clock& clock_;
@@ -70,6 +73,7 @@ class Watch {
   std::vector<std::string_view> taken_over_;  // monitors that another source covers since this turn
   std::unique_ptr<PollingSource> looks_;
   bool looks_are_new_ = false;
+  ModuleLooks module_looks_;
   std::vector<Observation> seen_;
   Ledger ledger_;
   std::vector<WatchLevel> levels_;

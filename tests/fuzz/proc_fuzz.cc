@@ -10,6 +10,7 @@
 #include "agent/host/distinct_name.h"
 #include "agent/host/parse_accounts.h"
 #include "agent/host/parse_autorun.h"
+#include "agent/host/parse_modules.h"
 #include "agent/host/parse_network.h"
 #include "agent/host/parse_processes.h"
 #include "agent/host/places.h"
@@ -60,6 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   for (const Socket& socket : ParseSocketTable(text)) {
     Require(socket.remote.address.find(':') == std::string::npos);
   }
+  for (const std::string& module : ParseModules(text)) Require(module.find_first_of(" \t\n") == module.npos);
   ParseTrafficBytes(text);
   if (const auto percent = ParseMemoryPercent(text)) Require(*percent >= 0 && *percent <= 100);
   ParseAccounts(text);

@@ -43,6 +43,7 @@ TEST_F(AgentTest, OneLookWritesASession) {
             "Listening Ports - a look every 5 s - programs of other users cannot be told * "
             "TCP Connections - a look every 5 s - programs of other users cannot be told * "
             "Memory Utilization - a look every 5 s * Network Transmission Rate - a look every 5 s * "
+            "System (kernel modules) - not watched - the list of loaded modules cannot be read * "
             "System (failed logins) - not watched - the record of failed logins cannot be seen"
             "|observed|MA,950,1|0\r\n"
             "1700000000,vm,42,System Users|1|0|root|observed|SU,500,1|0\r\n"
@@ -115,6 +116,7 @@ TEST_F(AgentTest, LogHasNumericSecondsHostThreadAndAMessageWithoutCommas) {
               ::testing::ElementsAre("1700000000,vm,42,Agent started; form home; it only observes",
                                      ::testing::HasSubstr("and Windows Folder and Memory Utilization and"),
                                      ::testing::HasSubstr("programs of other users cannot be told"),
+                                     ::testing::HasSubstr("System (kernel modules) - not watched"),
                                      ::testing::HasSubstr("System (failed logins) - not watched"),
                                      "1700000000,vm,42,Session began; 2 items; 0 alerts",
                                      "1700000000,vm,42,Agent stopped"));

@@ -8,10 +8,14 @@
 namespace zendrix::agent {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using ::testing::UnorderedElementsAre;
+
+constexpr char kModules[] = "System (kernel modules)";
 
 class WatchTest : public ::testing::Test {
  protected:
@@ -75,7 +79,7 @@ TEST_F(WatchTest, MonitorOfASourceIsNotLookedAt) {
   EXPECT_THAT(Texts(watch.Turn()), ElementsAre("-/bin/a:7", "!kernel module x"));
   EXPECT_TRUE(watch.IsTold());
   EXPECT_EQ(LevelOf(watch, "Running Processes").level, events.level());
-  EXPECT_EQ(LevelOf(watch, "System (kernel modules)").level.how, "test");
+  EXPECT_EQ(LevelOf(watch, kModules).level.how, "test");
 }
 
 TEST_F(WatchTest, ThingThatComesAndGoesBetweenTwoTurnsIsToldInItsOrder) {
@@ -201,8 +205,58 @@ TEST_F(WatchTest, KernelThatTellsOfNoModulesIsNotSaidToTellOfThem) {
   events.SetLevel({Level::kEvents, "test", "it loads none"});
   Watch watch = Make({&events});
   EXPECT_EQ(LevelOf(watch, "Running Processes").level, (SourceLevel{Level::kEvents, "test", ""}));
-  EXPECT_EQ(LevelOf(watch, "System (kernel modules)").level,
-            (SourceLevel{Level::kNone, "test", "it loads none"}));
+  EXPECT_EQ(
+      LevelOf(watch, kModules).level,
+      (SourceLevel{Level::kNone, "", "the list of loaded modules cannot be read; no test: it loads none"}));
+}
+
+// Where no source told of modules nothing was seen of them, and not a word of it.
+TEST_F(WatchTest, ModulesThatNoSourceTellsOfAreLookedAtOnceAMinute) {
+  host.texts["/proc/modules"] = "ext4 1011712 1 - Live 0x0000000000000000\nloop 40960 0 - Live 0x0\n";
+  Watch watch = Make({});
+  EXPECT_EQ(LevelOf(watch, kModules).level, (SourceLevel{Level::kPolling, "a look every 60 s", ""}));
+  EXPECT_THAT(Texts(watch.Turn()), Not(Contains(HasSubstr("module")))) << "those were there";
+  host.texts["/proc/modules"] = "evil|x 1 0 - Live 0x0\next4 1011712 1 - Live 0x0\ncut 1";
+  clock.Advance(59000);
+  EXPECT_THAT(Texts(watch.Turn()), IsEmpty());
+  clock.Advance(1000);
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("!kernel module evil_x loaded"));
+  clock.Advance(60000);
+  EXPECT_THAT(Texts(watch.Turn()), IsEmpty());
+  host.texts["/proc/modules"] += " 0 - Live 0x0\nloop 40960 0 - Live 0x0\n";
+  clock.Advance(60000);
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("!kernel module cut loaded", "!kernel module loop loaded"));
+}
+
+TEST_F(WatchTest, ListOfModulesThatCannotBeReadForAWhileLosesNothingAndIsTold) {
+  host.texts["/proc/modules"] = "loop 1\n";
+  Watch watch = Make({});
+  watch.Turn();
+  host.texts.erase("/proc/modules");
+  clock.Advance(60000);
+  EXPECT_THAT(Texts(watch.Turn()), IsEmpty());
+  clock.Advance(5000);
+  watch.Turn();
+  EXPECT_EQ(LevelOf(watch, kModules).level.level, Level::kNone);
+  host.texts["/proc/modules"] = "loop 1\ndummy 1\n";
+  clock.Advance(60000);
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("!kernel module dummy loaded"));
+}
+
+TEST_F(WatchTest, ModulesThatASourceTellsOfAreNotToldTwiceAndLookedAtWhenItFails) {
+  host.texts["/proc/modules"] = "loop 1\n";
+  Watch watch = Make({&events});
+  watch.Turn();
+  host.texts["/proc/modules"] = "loop 1\ntold 1\n";
+  events.Happened(MakeItem(monitor::kSystem, "kernel module told"));
+  clock.Advance(60000);
+  EXPECT_THAT(Texts(watch.Turn()), ElementsAre("!kernel module told"));
+  events.SetLevel({Level::kNone, "test", "it broke"});
+  host.texts["/proc/modules"] += "untold 1\n";
+  clock.Advance(60000);
+  EXPECT_THAT(Texts(watch.Turn()), Contains("!kernel module untold loaded"));
+  EXPECT_EQ(LevelOf(watch, kModules).level,
+            (SourceLevel{Level::kPolling, "a look every 60 s", "no test: it broke"}));
 }
 
 TEST_F(WatchTest, WhatCannotBeSeenHasAReason) {
