@@ -41,7 +41,7 @@ std::vector<Recording> MakeRecordings(const AgentParts& parts, const Options& op
   const Author author = {CleanName(parts.host_name, kHostNameLimit), std::to_string(parts.own_pid)};
   std::vector<Recording> recordings;
   const auto add = [&](const std::string& folder, Form form) {
-    recordings.emplace_back(parts.files, parts.clock, parts.errors, folder, form, author);
+    recordings.emplace_back(parts.files, parts.clock, parts.errors, folder, form, author, parts.make_like);
   };
   if (options.state.empty()) {
     add(options.folder, options.form);

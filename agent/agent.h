@@ -47,6 +47,7 @@ struct AgentParts {
   std::function<void(std::int64_t)> wait = {};
   platform::ActHelper* helper = nullptr;       // blocks again what was blocked before; nullptr: nobody does
   std::function<std::int64_t()> boot_ms = {};  // CLOCK_BOOTTIME; nothing: the clock that never goes back
+  MakeLike make_like = {};                     // for a log that begins anew; nothing: with its usual rights
 };
 
 class Agent {

@@ -151,6 +151,7 @@ int Record(const Options& options, zendrix::agent::HostView& host) {
   zendrix::platform::LinuxActHelper helper;
   if (!options.state.empty()) parts.helper = &helper;
   parts.boot_ms = [] { return zendrix::agent::BootTimeNs() / 1'000'000; };
+  parts.make_like = zendrix::agent::MakeFileLike;
   return zendrix::agent::Agent(std::move(parts), options).Run();
 }
 

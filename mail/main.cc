@@ -25,6 +25,7 @@ using zendrix::platform::LockOutcome;
 constexpr char kLock[] = "zendrix-mail.lock";
 constexpr char kLog[] = "KorvessaEventLog.kvl";
 constexpr int kFolderTaken = 3;
+constexpr std::size_t kMostUnwritten = 65536;  // bytes for the log
 
 // The only thing that a signal handler may safely touch.
 volatile std::sig_atomic_t stop_signal = 0;
@@ -88,12 +89,15 @@ int Run(const zendrix::mail::Options& options, zendrix::mail::Transport& transpo
   const std::string author = "," + HostName() + "," + std::to_string(getpid()) + ",";
   zendrix::mail::MailerParts parts{files,         clock, family, transport, options.folder, options.settings,
                                    options.state, {}};
+  // The log is the Agent's. While that one begins it anew there is none for a moment, and this program may
+  // not make one: what could not be written goes with the next line. All of it stands in the service's own
+  // log.
+  std::string unwritten;
   parts.tell = [&](const std::string& message) {
     std::cerr << "zendrix-mail: " << message << std::endl;
-    // The log is the Agent's; where this program may not write it, what it says stands in the service's own.
-    (void)files
-        .Append(JoinPath(options.folder, kLog), std::to_string(clock.NowUtc()) + author + message + "\r\n")
-        .ok();
+    unwritten += std::to_string(clock.NowUtc()) + author + message + "\r\n";
+    if (files.Append(JoinPath(options.folder, kLog), unwritten) || unwritten.size() > kMostUnwritten)
+      unwritten.clear();
   };
   zendrix::mail::Mailer mailer(std::move(parts));
   const std::int64_t end_ms = clock.MonotonicMs() + options.for_seconds.value_or(0) * 1000;

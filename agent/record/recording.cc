@@ -11,6 +11,7 @@ namespace {
 constexpr std::int64_t kOnceASecond = 1000;
 constexpr std::int64_t kSecondsOfHour = 3600;
 constexpr char kOldLogFile[] = "KorvessaEventLog-old.kvl";
+constexpr char kNewLogFile[] = "KorvessaEventLog-new.kvl";
 
 std::string KeyOfRow(const Event& event) {
   return std::string(event.item.monitor) + "\n" + event.item.description;
@@ -23,13 +24,14 @@ void Append(std::vector<Event>& events, std::vector<Event> more) {
 }  // namespace
 
 Recording::Recording(platform::Files& files, platform::Clock& clock, std::ostream& errors, std::string folder,
-                     Form form, Author author)
+                     Form form, Author author, MakeLike make_like)
     : files_(files),
       clock_(clock),
       errors_(errors),
       folder_(std::move(folder)),
       form_(form),
       author_(std::move(author)),
+      make_like_(std::move(make_like)),
       log_path_(platform::JoinPath(folder_, "KorvessaEventLog.kvl")),
       file_(files, clock, platform::JoinPath(folder_, "KorvessaMonitoring.kvl"), form) {}
 
@@ -219,14 +221,23 @@ void Recording::Log(const std::string& message) {
   const std::string line =
       std::to_string(clock_.NowUtc()) + "," + author_.host + "," + author_.thread + "," + message + "\r\n";
   const auto size = files_.Size(log_path_);
-  if (size && size.value() >= kMostLogBytes) {
-    // What cannot be renamed grows on.
-    static_cast<void>(files_.Rename(log_path_, platform::JoinPath(folder_, kOldLogFile)));
-  }
+  if (size && size.value() >= kMostLogBytes) BeginLogAnew();
   // A log that cannot be written stops nothing: the monitoring file is what counts.
   const auto status = files_.Append(log_path_, line);
   if (!status && !log_failing_) Complain("cannot write KorvessaEventLog.kvl: " + status.error().text);
   log_failing_ = !status.ok();
+}
+
+// The new one is ready before the one before goes, so that whoever else writes into the log by its name
+// hardly ever meets none.
+void Recording::BeginLogAnew() {
+  const std::string fresh = platform::JoinPath(folder_, kNewLogFile);
+  // A kill may have left one.
+  static_cast<void>(files_.Remove(fresh));
+  const bool has_rights = make_like_ && make_like_(fresh, log_path_);
+  // What cannot be renamed grows on.
+  if (files_.Rename(log_path_, platform::JoinPath(folder_, kOldLogFile)) && has_rights)
+    static_cast<void>(files_.Rename(fresh, log_path_));
 }
 
 void Recording::Complain(const std::string& message) {

@@ -15,6 +15,7 @@
 
 #include "agent/record/event_file.h"
 #include "agent/record/lines.h"
+#include "agent/record/rights.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 
@@ -31,9 +32,10 @@ class Recording {
 
   static constexpr std::int64_t kMostLogBytes = 4 << 20;  // then the log begins anew, beside the one before
 
-  // The references outlive the object; `errors` is for the person who started the Agent.
+  // The references outlive the object; `errors` is for the person who started the Agent. With `make_like` a
+  // log that begins anew has the rights of the one before.
   Recording(platform::Files& files, platform::Clock& clock, std::ostream& errors, std::string folder,
-            Form form, Author author);
+            Form form, Author author, MakeLike make_like = {});
 
   // False, and told, when the folder or the file cannot be used.
   bool Open();
@@ -73,6 +75,7 @@ class Recording {
   void Log(const std::string& message);
 
  private:
+  void BeginLogAnew();
   void Complain(const std::string& message);
   void PutAside();
   void TellInSession(const std::string& message);
@@ -84,6 +87,7 @@ class Recording {
   const std::string folder_;
   const Form form_;
   const Author author_;
+  const MakeLike make_like_;
   const std::string log_path_;
   EventFile file_;
   Batch waiting_;
