@@ -2,6 +2,7 @@
 #include <new>
 
 #include "admin/frm_main.h"
+#include "control/agent_sight.h"
 #include "core/guards.h"
 #include "core/letter_case.h"
 #include "core/path_text.h"
@@ -206,9 +207,13 @@ bool frmMain::FileIsThere() {
 }
 
 void frmMain::FileMissing() {
-  const std::string text =
-      GridFilePath == AgentFilePath() ? kNoDataFound : "File " + core::PathText(GridFilePath) + " not found.";
-  app.seams.message_boxes.Show({app.ProductName, text, platform::BoxIcon::kStop});
+  const bool is_agents = GridFilePath == AgentFilePath();
+  const std::string why = is_agents ? control::WhyNothingIsSeen(app) : std::string();
+  const std::string text = is_agents ? kNoDataFound : "File " + core::PathText(GridFilePath) + " not found.";
+  if (why.empty())
+    app.seams.message_boxes.Show({app.ProductName, text, platform::BoxIcon::kStop});
+  else
+    app.seams.message_boxes.Show({app.ProductName, why, platform::BoxIcon::kInformation});
   path_shown_ = false;
   Msg.text = std::string("No Zendrix Data Found");
 }

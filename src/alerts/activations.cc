@@ -1,5 +1,7 @@
 #include "alerts/activations.h"
 
+#include <charconv>
+#include <cstdint>
 #include <optional>
 
 #include "core/guards.h"
@@ -42,6 +44,21 @@ std::string WithDecision(const std::string& text, const std::string& code, const
   return replaced ? result : result + line + kLineEnd;
 }
 
+// The answer may come when the alert is off the screen and its row gone: everything goes by value.
+void TellAgent(core::AppState& state, core::ErrorLog& log, const std::string& date_utc,
+               const std::string& code, const std::string& action) {
+  std::int64_t second = 0;
+  const char* const end = date_utc.data() + date_utc.size();
+  if (const auto [last, error] = std::from_chars(date_utc.data(), end, second);
+      error != std::errc() || last != end)
+    return;  // no alert of the Agent's
+  state.seams.agent_link.Decide(
+      second, code, action == kBlockAction, [&state, &log](const std::string& sentence) {
+        log.WriteLog(kPlace, sentence);
+        state.seams.message_boxes.Show({state.ProductName, sentence, platform::BoxIcon::kExclamation});
+      });
+}
+
 }  // namespace
 
 void UpdateActivations(core::AppState& state, core::ErrorLog& log, store::EventTable* table,
@@ -59,6 +76,7 @@ void UpdateActivations(core::AppState& state, core::ErrorLog& log, store::EventT
     const std::string path = platform::JoinPath(state.ProgramFolder, kActivationsFile);
     const std::string old_text = files.Exists(path) ? core::ValueOrRaise(files.ReadAll(path)) : std::string();
     core::ValueOrRaise(files.WriteAll(path, WithDecision(old_text, *code, *code + "," + action)));
+    TellAgent(state, log, context.NotableInfo.front().DateUTC, *code, action);
   });
 }
 

@@ -1,5 +1,7 @@
 // UpdateActivations: hands the user's decision on the alert last looked up to the Agent's side, in
-// KorvessaActivations.kvl: one line "code,action" per code, action "1" to block and "0" to allow.
+// KorvessaActivations.kvl: one line "code,action" per code, action "1" to block and "0" to allow. Once it
+// stands there, the services that read other files are told by the link to the Agent; what keeps them from
+// hearing it is logged and told in a box, and the file stays as it is.
 #pragma once
 
 #include <string>

@@ -8,6 +8,7 @@
 #include "control/agent_control.h"
 #include "core/legible_locale.h"
 #include "platform/linux/agent_services.h"
+#include "platform/linux/helper_agent_link.h"
 #include "platform/linux/linux_act_helper.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_family.h"
@@ -63,6 +64,7 @@ struct Console::Parts {
   qt::Theme theme;
   qt::QtColourDialogs colour_dialogs{theme};
   platform::LinuxActHelper act_helper;
+  platform::HelperAgentLink agent_link{act_helper, &timers};
   platform::LinuxFamily family;
   platform::LinuxProcess process;
   platform::Seams seams;
@@ -93,7 +95,8 @@ Console::Parts::Parts(const Options& the_options)
             instance_lock,
             // The program that lies beside an installed console is the service's.
             places.installed ? static_cast<platform::ServiceManager&>(service_manager) : services, loop,
-            timers, message_boxes, file_dialogs, colour_dialogs, family, process},
+            timers, message_boxes, file_dialogs, colour_dialogs, family, process,
+            places.installed ? static_cast<platform::AgentLink&>(agent_link) : platform::NobodyToTell()},
       state(seams),
       log(state),
       guard(log),

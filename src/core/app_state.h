@@ -21,9 +21,9 @@ class AppState {
  public:
   // `outside` outlives the state.
   explicit AppState(const platform::Seams& outside)
-      : seams{outside.files,         outside.clock,    outside.locale, outside.host,   outside.shell,
-              outside.instance_lock, outside.services, outside.loop,   outside.timers, message_boxes_,
-              file_dialogs_,         colour_dialogs_,  outside.family, outside.process},
+      : seams{outside.files,         outside.clock,    outside.locale, outside.host,    outside.shell,
+              outside.instance_lock, outside.services, outside.loop,   outside.timers,  message_boxes_,
+              file_dialogs_,         colour_dialogs_,  outside.family, outside.process, outside.agent_link},
         message_boxes_(outside.message_boxes, forms),
         file_dialogs_(outside.file_dialogs, forms),
         colour_dialogs_(outside.colour_dialogs, forms) {}

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "control/agent_sight.h"
 #include "core/guards.h"
 #include "widgets/busy_mark.h"
 
@@ -14,15 +15,18 @@ AgentPane::AgentPane(AgentNeeds needs) : needs_(std::move(needs)) {
 std::int16_t AgentPane::CheckAgnSta() {
   int status = kImmediate;
   core::OrLog(needs_.log, "frmNewUI:CheckAgnSta", [&] {
-    if (needs_.agent.AgentStatus(true) == 0) status = kGood;
+    const bool running = needs_.agent.AgentStatus(true) == 0;
+    const std::string why = control::WhyNothingIsSeen(needs_.state);
+    Unseen = !why.empty();
+    if (running && !Unseen) status = kGood;
     StaImg.picture = FlagOf(status);
     if (status == kImmediate && AgentJustStarted) {
       needs_.AttentionPending = true;
       AgentJustStarted = false;
     }
-    aTitleDesc.caption = StatusText(needs_.state, kAdvancedView, status);
-    aStatus.caption = status == kGood ? "Monitoring is Enabled" : "Monitoring is Disabled";
-    aClick.caption = status == kGood ? "[Disable]" : "[Enable]";
+    aTitleDesc.caption = Unseen ? why : StatusText(needs_.state, kAdvancedView, status);
+    aStatus.caption = running ? "Monitoring is Enabled" : "Monitoring is Disabled";
+    aClick.caption = running ? "[Disable]" : "[Enable]";
   });
   return static_cast<std::int16_t>(status);
 }

@@ -29,10 +29,12 @@ class AgentPane {
   AgentPane(const AgentPane&) = delete;
   AgentPane& operator=(const AgentPane&) = delete;
 
-  // 1 the Agent runs, 3 it does not; paints the top of the pane.
+  // 1 the Agent runs, 3 it does not, or what it writes cannot be seen; paints the top of the pane.
   std::int16_t CheckAgnSta();
   void aClick_Click();
 
+  // Whether something else than a stopped Agent keeps its events from being seen: starting it does not help.
+  bool Unseen = false;
   // The next "not running" draws attention, once.
   bool AgentJustStarted = true;
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "control/agent_sight.h"
 #include "core/desc_lookup.h"
 #include "core/guards.h"
 #include "core/version.h"
@@ -114,7 +115,8 @@ void frmNewUI::Form_Load() {
   alerts.LoadlvAlerts();
   alerts.ShowFirst();
   logs.CreateHeaderlvAgErrLog();
-  if (!parts_.gKvlF.EventTable)
+  // What an installed console does not see is said where the status stands.
+  if (!parts_.gKvlF.EventTable && control::WhyNothingIsSeen(app_).empty())
     app_.seams.message_boxes.Show({app_.ProductName, kNoDataFound, platform::BoxIcon::kStop});
   Frame2.visible = true;
   ViewItems_Click(kSummaryView);

@@ -68,7 +68,8 @@ void frmNewUI::CheckRiskLevel() {
       TrayBlinking = true;
       Timer2_->Start(1000);
     }
-    summary.Show({AlertLevel, AgentLevel, email, alerts.sTitleDesc.caption, agent.aTitleDesc.caption});
+    summary.Show(
+        {AlertLevel, AgentLevel, email, alerts.sTitleDesc.caption, agent.aTitleDesc.caption, agent.Unseen});
   });
 }
 

@@ -153,8 +153,11 @@ void OptionsPane::eSave_Click() {
 }
 
 void OptionsPane::SaveMail() {
-  if (mail.SmtpDirty) settings::SaveSMTPData(app_, needs_.log, mail.Data());
-  needs_.misc.Set(&Settings::enblAlr, std::string(eEnable.checked ? "1" : "0"));
+  const bool wanted = eEnable.checked, dirty = mail.SmtpDirty;
+  const bool switched = wanted != (app_.settings.enblAlr == "1");
+  if (dirty) settings::SaveSMTPData(app_, needs_.log, mail.Data(), wanted);
+  needs_.misc.Set(&Settings::enblAlr, std::string(wanted ? "1" : "0"));
+  if (switched && !dirty) settings::SwitchMail(app_, needs_.log, wanted);
   EmailJustSaved = true;
 }
 

@@ -112,7 +112,7 @@ void SummaryPane::SecondLine(int level, const Findings& findings) {
     text = findings.agent_text;
     StatusAction = kRunAgent;
     icMore.caption = "[Start Agent]";
-    link = true;
+    link = !findings.agent_unseen;
   } else if (level == kImmediate && findings.alert == kImmediate) {
     text = findings.alert_text;
     StatusAction = kAlertsView;

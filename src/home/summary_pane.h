@@ -19,6 +19,7 @@ namespace zendrix::home {
 struct Findings {
   int alert = 0, agent = 0, email = 0;  // 1 good, 2 needs attention, 3 needs immediate attention
   std::string alert_text, agent_text;
+  bool agent_unseen = false;  // agent_text says what to do, and starting the Agent is not it
 };
 
 // Everything outlives the pane.

@@ -7,6 +7,7 @@
 #include "core/legible_locale.h"
 #include "core/text_rules.h"
 #include "platform/linux/agent_services.h"
+#include "platform/linux/helper_agent_link.h"
 #include "platform/linux/linux_act_helper.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_family.h"
@@ -121,22 +122,16 @@ struct Console::Parts {
                                     options.edition == "Home")),
         family(places.libraries),
         boxes(options.answer_yes),
-        seams{options.write ? real : overlay,
-              clock,
-              locale,
-              host,
-              shell,
-              instance_lock,
+        seams{options.write ? real : overlay, clock, locale, host, shell, instance_lock,
               options.agent      ? static_cast<platform::ServiceManager&>(scripted_services)
               : places.installed ? static_cast<platform::ServiceManager&>(service_manager)
                                  : services,
               live ? static_cast<platform::MessageLoop&>(poll_loop) : still_timers,
-              live ? static_cast<platform::TimerMaker&>(live_timers) : still_timers,
-              boxes,
-              file_dialogs,
-              colour_dialogs,
-              family,
-              process},
+              live ? static_cast<platform::TimerMaker&>(live_timers) : still_timers, boxes, file_dialogs,
+              colour_dialogs, family, process,
+              // Where nothing reaches the folder, nothing reaches the services either.
+              places.installed && options.write ? static_cast<platform::AgentLink&>(agent_link)
+                                                : platform::NobodyToTell()},
         state(seams),
         log(state) {
     if (options.agent) SetAgent(scripted_services, *options.agent);
@@ -178,6 +173,7 @@ struct Console::Parts {
   platform::PollLoop poll_loop;
   WatchedTimers live_timers{poll_loop};
   platform::LinuxActHelper act_helper;
+  platform::HelperAgentLink agent_link{act_helper};
   platform::LinuxFamily family;
   CollectingBoxes boxes;
   NoFileDialogs file_dialogs;

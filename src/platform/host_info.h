@@ -12,6 +12,8 @@ class HostInfo {
   virtual std::string ComputerName() = 0;
   // Path of the system information tool, or empty when there is none.
   virtual std::string SystemInformationTool() = 0;
+  // The name of this process's user; empty when he has none.
+  virtual std::string UserName() = 0;
   // Whether this process has the rights of the system's administrator.
   virtual bool RunsAsRoot() = 0;
 };

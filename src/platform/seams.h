@@ -2,6 +2,7 @@
 // the inspector or a test) and outlives everything that uses it.
 #pragma once
 
+#include "platform/agent_link.h"
 #include "platform/clock.h"
 #include "platform/dialogs.h"
 #include "platform/family_libraries.h"
@@ -31,6 +32,7 @@ struct Seams {
   ColourDialogs& colour_dialogs;
   FamilyLibraries& family;
   Process& process;
+  AgentLink& agent_link = NobodyToTell();
 };
 
 }  // namespace zendrix::platform

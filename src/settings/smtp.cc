@@ -23,6 +23,13 @@ std::string SmtpPath(const core::AppState& state) {
   return platform::JoinPath(state.ProgramFolder, kSmtpFileName);
 }
 
+void TellMailer(core::AppState& state, core::ErrorLog& log, const std::string& settings) {
+  state.seams.agent_link.SetMail(settings, [&state, &log](const std::string& sentence) {
+    log.WriteLog("Utils : SaveSMTPData", sentence);
+    state.seams.message_boxes.Show({state.ProductName, sentence, platform::BoxIcon::kExclamation});
+  });
+}
+
 }  // namespace
 
 SmtpData ParseSmtpText(std::string_view text) {
@@ -79,14 +86,24 @@ SmtpData LoadSMTPData(core::AppState& state, core::ErrorLog& log, bool* told) {
   return data;
 }
 
-void SaveSMTPData(core::AppState& state, core::ErrorLog& log, const SmtpData& data) {
+void SaveSMTPData(core::AppState& state, core::ErrorLog& log, const SmtpData& data, bool wanted) {
   core::OrLog(log, "Utils : SaveSMTPData", [&] {
     const std::string path = SmtpPath(state);
     core::HashUtils hashes(state.seams.files, state.seams.family);
     hashes.FinishInterruptedSave(path);
     std::string present;
     if (state.seams.files.Exists(path)) present = core::ValueOrRaise(state.seams.files.ReadAll(path));
-    hashes.SaveWithHash(path, SmtpTextWith(data, present));
+    const std::string text = SmtpTextWith(data, present);
+    hashes.SaveWithHash(path, text);
+    TellMailer(state, log, wanted ? text : std::string());
+  });
+}
+
+void SwitchMail(core::AppState& state, core::ErrorLog& log, bool wanted) {
+  core::OrLog(log, "Utils : SaveSMTPData", [&] {
+    const std::string path = SmtpPath(state);
+    if (!state.seams.files.Exists(path)) return;
+    TellMailer(state, log, wanted ? core::ValueOrRaise(state.seams.files.ReadAll(path)) : std::string());
   });
 }
 

@@ -32,7 +32,12 @@ std::string SmtpTextWith(const SmtpData& data, std::string_view present);
 // when such a file could not be deleted, and while it is true that file is passed over in silence.
 SmtpData LoadSMTPData(core::AppState& state, core::ErrorLog& log, bool* told = nullptr);
 // The file and its hash change as one. The present file is not checked. Failures are logged under
-// "Utils : SaveSMTPData", and both are then as they were.
-void SaveSMTPData(core::AppState& state, core::ErrorLog& log, const SmtpData& data);
+// "Utils : SaveSMTPData", and both are then as they were. The service that mails is told behind it by the
+// link to the Agent: the contents, or nothing where no alerts are wanted by mail. What keeps it from hearing
+// them is logged and told in a box, and changes nothing of the file.
+void SaveSMTPData(core::AppState& state, core::ErrorLog& log, const SmtpData& data, bool wanted = true);
+// Tells it the same of the present file, if there is one, when only that has changed whether alerts are
+// wanted.
+void SwitchMail(core::AppState& state, core::ErrorLog& log, bool wanted);
 
 }  // namespace zendrix::settings

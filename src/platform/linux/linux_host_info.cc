@@ -1,5 +1,6 @@
 #include "platform/linux/linux_host_info.h"
 
+#include <pwd.h>
 #include <unistd.h>
 
 #include "platform/linux/posix.h"
@@ -19,6 +20,11 @@ std::string LinuxHostInfo::SystemInformationTool() {
     if (std::string path = FindProgram(name); !path.empty()) return path;
   }
   return {};
+}
+
+std::string LinuxHostInfo::UserName() {
+  const passwd* const account = getpwuid(geteuid());
+  return account && account->pw_name ? account->pw_name : std::string();
 }
 
 bool LinuxHostInfo::RunsAsRoot() {

@@ -13,7 +13,8 @@ class LinuxHostInfo : public HostInfo {
   // mate-system-monitor, plasma-systemmonitor, xfce4-taskmanager. The list goes from programs that describe
   // the machine to those that at least show its state.
   std::string SystemInformationTool() override;
-  // By the effective user.
+  // By the effective user, both.
+  std::string UserName() override;
   bool RunsAsRoot() override;
 };
 

@@ -12,6 +12,7 @@
 #include "platform/memory/memory_files.h"
 #include "platform/memory/memory_host.h"
 #include "platform/memory/memory_instance_lock.h"
+#include "platform/memory/recording_agent_link.h"
 #include "platform/memory/recording_shell.h"
 #include "platform/memory/scripted_dialogs.h"
 #include "platform/memory/throwing_process.h"
@@ -40,10 +41,11 @@ struct MemoryPlatform {
   ScriptedColourDialogs colour_dialogs;
   MemoryFamily family;
   ThrowingProcess process;
+  RecordingAgentLink agent_link;
 
   Seams seams() {
-    return {files,  clock,  locale,        host,         shell,          instance_lock, services,
-            timers, timers, message_boxes, file_dialogs, colour_dialogs, family,        process};
+    return {files,  clock,         locale,       host,           shell,  instance_lock, services,  timers,
+            timers, message_boxes, file_dialogs, colour_dialogs, family, process,       agent_link};
   }
 };
 
