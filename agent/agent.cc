@@ -201,19 +201,26 @@ void Agent::TellDowntime(std::vector<Event>& told) {
 void Agent::TellLosses(std::vector<Event>& told) {
   const std::uint64_t lost = watch_.TakeLost();
   lost_ += lost;
-  minute_.lost += lost;
+  const std::uint64_t left_out = watch_.TakeLeftOut();
+  left_out_ += left_out;
+  minute_.lost += lost + left_out;
   const std::int64_t now = parts_.clock.MonotonicMs();
-  if ((lost_ == 0 && weighed_never_ == 0) || now < next_loss_ms_) return;
+  if ((lost_ == 0 && left_out_ == 0 && weighed_never_ == 0) || now < next_loss_ms_) return;
   next_loss_ms_ = now + kMinuteMs;
   if (lost_ > 0) {
     TellOfAgent(std::to_string(lost_) + " events were lost - more happened than could be seen",
                 static_cast<double>(lost_), told);
+  }
+  if (left_out_ > 0) {
+    TellOfAgent(std::to_string(left_out_) + " entries were not looked at - too many, or they may not be read",
+                static_cast<double>(left_out_), told);
   }
   if (weighed_never_ > 0) {
     TellOfAgent(std::to_string(weighed_never_) + " events were seen but not weighed - there were too many",
                 static_cast<double>(weighed_never_), told);
   }
   lost_ = 0;
+  left_out_ = 0;
   weighed_never_ = 0;
 }
 

@@ -108,6 +108,7 @@ class Agent {
   MinuteNumbers last_minute_;
   std::uint64_t counted_before_ = 0;
   std::uint64_t lost_ = 0;  // to be told
+  std::uint64_t left_out_ = 0;
   std::int64_t next_loss_ms_ = 0;
   bool is_first_ = true;
   bool status_failing_ = false;

@@ -139,14 +139,15 @@ void Watch::Take(const Source& source, std::vector<Event>& events) {
         events.push_back(HappenedEvent(std::move(seen.item)));
         break;
       case Observation::Kind::kLost:
-        NoteLost(seen.lost);
+        NoteLost(seen);
         break;
     }
   }
 }
 
-void Watch::NoteLost(std::uint64_t count) {
-  lost_ = count > std::numeric_limits<std::uint64_t>::max() - lost_ ? lost_ : lost_ + count;
+void Watch::NoteLost(const Observation& seen) {
+  std::uint64_t& sum = seen.left_out ? left_out_ : lost_;
+  sum = seen.lost > std::numeric_limits<std::uint64_t>::max() - sum ? sum : sum + seen.lost;
 }
 
 void Watch::Note(const Source& source, Observation seen) {
@@ -172,9 +173,11 @@ void Watch::HandOver(std::vector<Event>& events) {
 
 void Watch::Look(std::vector<Event>& events) {
   seen_.clear();
+  const std::uint64_t left_out = looks_->left_out();
   looks_->Drain(seen_);
+  if (looks_->left_out() != left_out) levels_ = LevelsNow();
   for (const Observation& seen : seen_) {
-    if (seen.kind == Observation::Kind::kLost) NoteLost(seen.lost);
+    if (seen.kind == Observation::Kind::kLost) NoteLost(seen);
     if (looks_are_new_) continue;
     if (seen.kind == Observation::Kind::kCame) ledger_.Came(seen.item, events);
     if (seen.kind == Observation::Kind::kWent) ledger_.Went(seen.item, events);
@@ -243,6 +246,10 @@ std::vector<WatchLevel> Watch::LevelsNow() const {
     if (level.level == Level::kEvents)
       level.reason.clear();  // no better there is; what else it lacks stands below
     if (level.level != Level::kEvents) level.reason = Joined(level.reason, reason_of(name));
+    if (const std::uint64_t left_out = source == nullptr ? looks_->LeftOutOf(name) : 0; left_out > 0) {
+      level.reason = Joined(
+          level.reason, std::to_string(left_out) + " entries are too many to look at, or may not be read");
+    }
     if (source == nullptr && names_programs) level.reason = Joined(untold, level.reason);
     levels.push_back({std::string(name), level});
   }

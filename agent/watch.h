@@ -38,6 +38,8 @@ class Watch {
   std::vector<Event> Turn();
   // Events that no source could tell, since the last call.
   std::uint64_t TakeLost();
+  // Entries that looks left out, being too many or not to be read, since the last call.
+  std::uint64_t TakeLeftOut() { return std::exchange(left_out_, 0); }
 
   const Ledger& ledger() const { return ledger_; }
   const std::vector<WatchLevel>& levels() const { return levels_; }
@@ -51,7 +53,7 @@ class Watch {
   bool Covers(const Source& source, std::string_view name) const;
   const Source* CoverOf(std::string_view name) const;
   void Note(const Source& source, Observation seen);
-  void NoteLost(std::uint64_t count);
+  void NoteLost(const Observation& seen);
   void Take(const Source& source, std::vector<Event>& events);
   void HandOver(std::vector<Event>& events);
   void Look(std::vector<Event>& events);
@@ -78,6 +80,7 @@ class Watch {
   Ledger ledger_;
   std::vector<WatchLevel> levels_;
   std::uint64_t lost_ = 0;
+  std::uint64_t left_out_ = 0;
 };
 
 }  // namespace zendrix::agent

@@ -50,10 +50,16 @@ void Differences::Take(HostView& host, const std::vector<std::string_view>& moni
     lost.kind = Observation::Kind::kLost;
     lost.item.monitor = name;
     lost.lost = count - count_before;
+    lost.left_out = true;
     into.push_back(std::move(lost));
   }
   // What went goes first, whatever its monitor.
   for (Item& item : came) into.push_back({Observation::Kind::kCame, 0, std::move(item), 0});
+}
+
+std::uint64_t Differences::LeftOutOf(std::string_view monitor) const {
+  const auto found = left_out_.find(monitor);
+  return found == left_out_.end() ? 0 : found->second;
 }
 
 std::uint64_t Differences::left_out() const {

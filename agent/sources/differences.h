@@ -21,6 +21,7 @@ class Differences {
             const Shortfall& missed, std::vector<Observation>& into);
   // Left out at the last look of each monitor.
   std::uint64_t left_out() const;
+  std::uint64_t LeftOutOf(std::string_view monitor) const;
 
  private:
   std::map<std::string_view, std::vector<Item>> before_;  // by monitor

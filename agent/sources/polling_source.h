@@ -20,6 +20,9 @@ class PollingSource : public Source {
 
   std::span<const std::string_view> Monitors() const override { return monitors_; }
   SourceLevel level() const override;
+  // Entries of the monitor that the last look left out, being too many or not to be read.
+  std::uint64_t LeftOutOf(std::string_view monitor) const { return differences_.LeftOutOf(monitor); }
+  std::uint64_t left_out() const { return differences_.left_out(); }
   int Handle() const override { return -1; }
   // Looks when it is time to.
   void Drain(std::vector<Observation>& into) override;

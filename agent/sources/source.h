@@ -37,6 +37,7 @@ struct Observation {
   std::int64_t seen_ns = 0;  // CLOCK_BOOTTIME
   Item item;                 // of kLost only the monitor, empty when it may be any of the source's
   std::uint64_t lost = 0;    // kLost: events not seen
+  bool left_out = false;     // kLost: they are entries of a look, too many for it or not to be read
 };
 
 // How well something is watched, best first.

@@ -183,6 +183,19 @@ TEST_F(LoopTest, FormThatCannotBeWrittenDoesNotHoldUpTheOther) {
   EXPECT_THAT(Lines(home, ",Community|"), SizeIs(1));
 }
 
+TEST_F(LoopTest, WhatALookLeftOutIsToldAsThatAndAtMostOnceAMinute) {
+  Observation left_out;
+  left_out.kind = Observation::Kind::kLost;
+  left_out.lost = 3;
+  left_out.left_out = true;
+  Run(70'000, [&](std::int64_t passed) {
+    if (passed == 1000 || passed == 2000) source.Play({left_out});
+  });
+  EXPECT_THAT(Lines(kEvents, "|0|3|3 entries were not looked at - too many - or they may not be read|"),
+              SizeIs(2));
+  EXPECT_THAT(Lines(kEvents, "events were lost"), IsEmpty());
+}
+
 TEST_F(LoopTest, LevelThatChangesIsARowInBothDirectionsAndALineOfTheLog) {
   Run(5000, [&](std::int64_t passed) {
     if (passed == 2000) source.SetLevel({Level::kNone, "test", "it broke: no ring"});

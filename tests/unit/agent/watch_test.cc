@@ -185,20 +185,25 @@ TEST_F(WatchTest, LossesAddUpUntilTheyAreTaken) {
 }
 
 // Both by the first look and by a later one.
-TEST_F(WatchTest, WhatLooksLeaveOutIsALoss) {
+TEST_F(WatchTest, WhatLooksLeaveOutIsCountedAndStandsInTheLevel) {
   std::string commands;
   for (int i = 0; i < 20; ++i) commands += "ExecStart=/usr/bin/a" + std::to_string(i) + "\n";
   host.texts["/etc/systemd/system/a.service"] = commands;
   Watch watch = Make({});
   watch.Turn();
-  EXPECT_EQ(watch.TakeLost(), 4U);
+  EXPECT_EQ(watch.TakeLeftOut(), 4U);
+  EXPECT_THAT(LevelOf(watch, "Autorun Registry").level.reason,
+              HasSubstr("4 entries are too many to look at, or may not be read"));
+  EXPECT_EQ(LevelOf(watch, "System Users").level.reason, "");
   host.texts["/etc/systemd/system/b.service"] = commands;
   clock.Advance(60000);
   watch.Turn();
-  EXPECT_EQ(watch.TakeLost(), 4U);
+  EXPECT_EQ(watch.TakeLeftOut(), 4U);
+  EXPECT_THAT(LevelOf(watch, "Autorun Registry").level.reason, HasSubstr("8 entries are too many"));
   clock.Advance(60000);
   watch.Turn();
-  EXPECT_EQ(watch.TakeLost(), 0U);
+  EXPECT_EQ(watch.TakeLeftOut(), 0U);
+  EXPECT_EQ(watch.TakeLost(), 0U) << "nothing happened that was not seen";
 }
 
 TEST_F(WatchTest, KernelThatTellsOfNoModulesIsNotSaidToTellOfThem) {

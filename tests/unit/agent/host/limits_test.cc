@@ -43,6 +43,7 @@ class Limits : public ::testing::Test {
     std::vector<std::string> texts;
     for (const Observation& one : seen) {
       if (one.kind == Observation::Kind::kLost) {
+        EXPECT_TRUE(one.left_out);
         texts.push_back("lost " + std::to_string(one.lost));
       } else {
         texts.push_back((one.kind == Observation::Kind::kCame ? "+" : "-") + one.item.description);

@@ -34,6 +34,7 @@ class NoticeTest : public testing::Test {
     std::vector<std::string> texts;
     for (const Observation& one : seen) {
       if (one.kind == Observation::Kind::kLost) {
+        EXPECT_TRUE(one.left_out);
         texts.push_back("lost " + std::to_string(one.lost));
         continue;
       }
