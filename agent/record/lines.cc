@@ -114,8 +114,9 @@ class HomeText {
     std::string facts;
     for (const std::string& fact : alert.facts) facts += (facts.empty() ? "" : "; ") + fact;
     if (facts.empty()) facts = "none";
-    // Nothing was done about it, so the risk before a reaction and the risk after it are the same. A decision
-    // is filed under an earlier line with this Change; where there is none, the alert goes ahead of itself.
+    // Original is the risk before a reaction. Change is no lower where the program was blocked again: it is
+    // no less grave for that, what became of it stands in the Community line, and decisions are filed under
+    // an earlier line with this very Change. Where there is none, the alert goes ahead of itself.
     const int times = alert.has_forerunner || alert.IsQuiet() ? 1 : 2;
     for (int i = 0; i < times; ++i) {
       Line(monitor::kAggregation, Decimal(alert.risk, kRiskDecimals), alert.change,

@@ -105,6 +105,15 @@ TEST(HomeLines, WhatBecameOfABlockedProgramStandsBehindItsRunningAlone) {
       << Home(batch);
 }
 
+TEST(HomeLines, RiskBeforeTheReactionIsThatOfTheAlertWhateverBecameOfIt) {
+  Batch batch;
+  batch.alerts = {SampleAlert()};
+  for (const char* reaction : {"", "success (moved to quarantine again)", "failed (blocked before)"}) {
+    batch.alerts[0].reaction = reaction;
+    EXPECT_NE(Home(batch).find(",Aggregation|0.9560|0.95600000000042|"), std::string::npos) << Home(batch);
+  }
+}
+
 TEST(HomeLines, AlertWithoutAForerunnerGoesAheadOfItself) {
   Batch batch;
   batch.alerts = {SampleAlert()};
