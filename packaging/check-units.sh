@@ -42,6 +42,7 @@ for line in User=zendrix ProtectSystem=strict ProtectHome=read-only NoNewPrivile
   "CapabilityBoundingSet=CAP_BPF CAP_PERFMON CAP_SYS_PTRACE CAP_DAC_READ_SEARCH"; do
   has zendrix.service "$line"
 done
+has zendrix.service "SystemCallFilter=bpf prlimit64"
 has zendrix-act.service PrivateNetwork=yes
 has zendrix-mail.service CapabilityBoundingSet=
 # E-mail starts with the computer and with its settings, and a service that was stopped stays so: what starts it whenever a
