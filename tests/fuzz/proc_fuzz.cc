@@ -66,6 +66,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (const auto percent = ParseMemoryPercent(text)) Require(*percent >= 0 && *percent <= 100);
   ParseAccounts(text);
   for (const Login& login : ParseLogins(text)) Require(login.user.size() <= 32 && login.host.size() <= 256);
+  const auto failures = ParseFailures(text);
+  Require(failures.size() <= text.size() / kLoginRecordSize);
+  for (const Login& login : failures) Require(login.user.size() <= 32 && login.host.size() <= 256);
   Require(ParseDesktopCommands(text).texts.size() <= kMostCommands);
   for (const std::string& command : ParseUnitCommands(text).texts) ReadCommand(command);
   const Command command = ReadCommand(text);
