@@ -4,6 +4,7 @@
 #include <iostream>
 
 #include "control/agent_control.h"
+#include "control/agent_sight.h"
 #include "core/legible_locale.h"
 #include "core/text_rules.h"
 #include "platform/linux/agent_services.h"
@@ -190,6 +191,9 @@ Console::Console(const Options& options, bool live)
     : options_(options), parts_(std::make_unique<Parts>(options, live)) {
   const std::string& folder = parts_->places.folder;
   if (!parts_->real.FolderExists(folder)) throw NoSuchThing("Folder " + folder + " not found.");
+  // Not only in the status: a command that finds no events is to say why as well.
+  if (const auto why = control::WhyNothingIsSeen(state()); !why.empty())
+    log().WriteLog("zendrix-inspect", why);
 }
 
 Console::~Console() = default;

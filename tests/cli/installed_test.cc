@@ -20,6 +20,7 @@
 namespace zendrix::test {
 namespace {
 
+using ::testing::Contains;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
@@ -113,6 +114,7 @@ TEST_F(InstalledTest, AUserOutsideOfTheGroupIsToldWhatToDoAndNothingElse) {
   EXPECT_THAT(BoxTexts(status), IsEmpty());
   EXPECT_THAT(status["icStatus"].get<std::string>(), HasSubstr("\"adduser nobody zendrix\""));
   EXPECT_EQ(status["AgentLevel"], 3);
+  EXPECT_THAT(LogLines(Run({"desc", "1", "2,1,"})), Contains(HasSubstr("\"adduser nobody zendrix\"")));
 }
 
 TEST_F(InstalledTest, AFirstStartMakesTheSettingsInTheUsersFoldersWithoutAWord) {
