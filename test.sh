@@ -8,8 +8,10 @@
 #   ./test.sh              everything
 #   ./test.sh quick        every test in one build: no sanitizers, no build without Qt, no check of names, no machine
 #
-# VM=0 leaves the virtual machine out. FUZZ_SECONDS (default 10) bounds each fuzz target; JOBS (default: number of
-# processors) the parallel build.
+# At last the Debian packages are made, held against Debian's rules, installed, started, upgraded and purged in a tree of
+# their own (packaging/check-deb), unless more than 17 minutes have passed: the whole shall take 25 on two processors.
+# VM=0 leaves the virtual machine out, PACKAGES=0 the packages. FUZZ_SECONDS (default 10) bounds each fuzz target; JOBS
+# (default: number of processors) the parallel build.
 set -euo pipefail
 cd "$(dirname "$0")"
 . packaging/prerequisites.sh
@@ -20,6 +22,7 @@ jobs=${JOBS:-$(nproc)}
 # being preprocessed first.
 export CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1 CCACHE_DEPEND=1
 export FUZZ_SECONDS=${FUZZ_SECONDS:-10}
+latest_packages=1020  # seconds after the start
 export QT_QPA_PLATFORM=offscreen TZ=UTC LC_ALL=C.UTF-8
 
 # Locales that tests switch to, built privately so that the machine's own set does not matter.
@@ -86,4 +89,12 @@ else
   run whole -j "$((jobs + 1))" -L '^(hostile|quarantine|qt|e2e|desktop)$'
   joined fuzz 4
   [ "${VM:-1}" = 0 ] || joined vm 20
+  # Last, and only where there is time: they are compiled twice.
+  if [ "${PACKAGES:-1}" != 0 ]; then
+    if [ $SECONDS -le $latest_packages ]; then
+      packaging/check-deb || [ $? -eq 77 ]
+    else
+      printf '\n*** SKIPPED: the Debian packages: %s s have passed. packaging/check-deb tries them. ***\n\n' $SECONDS >&2
+    fi
+  fi
 fi
