@@ -175,8 +175,8 @@ TEST_F(EventFileTest, PartThatAFullDiskTookHasItsSeconds) {
            {"17000", kNow}, {"1700000000,h", kNow + 1}, {whole.substr(0, 27), kNow + 2}, {whole, kNow + 3}}) {
     files.Vanish(kPath);
     EventFile fresh(files, clock, kPath, Form::kHome);
-    files.before = [&](platform::FileOp op, const std::string&) {
-      if (op == platform::FileOp::kAppend) files.PutMore(kPath, part);
+    files.before = [this, &taken = part](platform::FileOp op, const std::string&) {
+      if (op == platform::FileOp::kAppend) files.PutMore(kPath, taken);
     };
     files.FailNext(platform::FileOp::kAppend, kPath, platform::ErrorKind::kNoSpace);
     EXPECT_FALSE(fresh.Append({whole, kNow + 2, 3}).ok());
