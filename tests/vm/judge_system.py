@@ -141,6 +141,13 @@ hold("the mailer begins when its settings are laid down, without any right",
 mails = read("mails.txt") if (folder / "mails.txt").exists() else ""
 hold("an alert is mailed to the address in them", "To: <ann@example.org>" in mails or "To: ann@example.org" in mails, mails[:400])
 
+if (folder / "installed_alerts.json").exists():
+    hold("installed, the console shows a member of the group this computer's alerts", "/var/tmp/.cache/third" in read("installed_alerts.json"),
+         read("installed_alerts.json")[:300])
+    hold("the Administrator's its events", "/opt/of-the-host" in read("installed_grid.json"), read("installed_grid.json")[:300])
+    hold("without an error message, and the Agent is found running", "Invalid configuration" not in read("installed_status.json")
+         and "adduser" not in read("installed_status.json"), read("installed_status.json")[:600])
+    hold("whoever is not in the group is told what to do", "adduser mallory zendrix" in read("installed_outsider.json"), read("installed_outsider.json")[:600])
 found = {line.split(" ", 1)[0]: line.split(" ", 1)[1] for line in lines("rights_of_files.txt")}
 wrong = {path: found.get(path) for path, wanted in FOLDERS.items() if found.get(path) != wanted}
 hold("the rights of files and folders", not wrong, wrong)
