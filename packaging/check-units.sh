@@ -1,8 +1,13 @@
 #!/usr/bin/env bash
 # Holds the units, users and folders of an installed system to what systemd itself says of them, in a tree of their own:
 # nothing of this computer is changed. Exit status 77 where systemd is missing.
+#
+#   packaging/check-units.sh [ROOT]    the sources, or what is installed below ROOT
 set -euo pipefail
+root=${1:+$(realpath "$1")}
 cd "$(dirname "$0")"
+units=systemd settings=.
+[ -z "$root" ] || units=$root/lib/systemd/system settings=$root/usr/lib
 for tool in systemd-analyze systemd-sysusers systemd-tmpfiles; do
   command -v $tool >/dev/null || { echo "SKIPPED: $tool is missing (package systemd)" >&2; exit 77; }
 done
@@ -14,14 +19,14 @@ complain() { echo "units: $1" >&2; broken=1; }
 mkdir -p "$tree"/{etc/systemd/system,usr/lib/systemd,var/lib}
 ln -s usr/lib "$tree/lib"
 cp -r /lib/systemd/system "$tree/usr/lib/systemd/"
-cp systemd/* "$tree/etc/systemd/system/"
-cp -r sysusers.d tmpfiles.d "$tree/usr/lib/"
+cp "$units"/* "$tree/etc/systemd/system/"
+cp -r "$settings/sysusers.d" "$settings/tmpfiles.d" "$tree/usr/lib/"
 # Only that the programs are there can be verified, not what they do.
-for program in $(sed -n 's/^ExecStart=\([^ ]*\).*/\1/p' systemd/*.service); do
+for program in $(sed -n 's/^ExecStart=\([^ ]*\).*/\1/p' "$units"/*.service); do
   install -D -m 755 /dev/null "$tree$program"
 done
 
-for unit in systemd/*; do
+for unit in "$units"/*; do
   said=$(systemd-analyze verify --root="$tree" --recursive-errors=no --man=no "$(basename "$unit")" 2>&1) || true
   [ -z "$said" ] || complain "$said"
 done
@@ -36,7 +41,7 @@ most zendrix-act.service 2.7
 most zendrix-mail.service 1.3
 
 # Rights are a promise, so a new one is to be noticed. Also what no measure counts.
-has() { grep -qxF -- "$2" "systemd/$1" || complain "$1 lost the line $2"; }
+has() { grep -qxF -- "$2" "$units/$1" || complain "$1 lost the line $2"; }
 for line in User=zendrix ProtectSystem=strict ProtectHome=read-only NoNewPrivileges=yes MemoryDenyWriteExecute=yes \
   "RestrictAddressFamilies=AF_UNIX AF_NETLINK" IPAddressDeny=any \
   "CapabilityBoundingSet=CAP_BPF CAP_PERFMON CAP_SYS_PTRACE CAP_DAC_READ_SEARCH"; do
@@ -49,10 +54,10 @@ has zendrix-mail.service CapabilityBoundingSet=
 # file is there would start it again at once (systemd.path(5)).
 has zendrix-mail.service WantedBy=multi-user.target
 has zendrix-mail.path PathChanged=/etc/zendrix/KorvessaSMTPConfig.kvl
-restarting=$(grep -lE '^(PathExists|PathExistsGlob|DirectoryNotEmpty)=' systemd/*.path || true)
+restarting=$(grep -lE '^(PathExists|PathExistsGlob|DirectoryNotEmpty)=' "$units"/*.path || true)
 [ -z "$restarting" ] || complain "cannot be stopped: $restarting"
-networked=$(grep -lE '^RestrictAddressFamilies=.*AF_INET' systemd/*.service)
-[ "$networked" = systemd/zendrix-mail.service ] || complain "the network is reached by: $networked"
+networked=$(grep -lE '^RestrictAddressFamilies=.*AF_INET' "$units"/*.service)
+[ "$networked" = "$units/zendrix-mail.service" ] || complain "the network is reached by: $networked"
 
 systemd-sysusers --root="$tree" zendrix.conf >"$tree/said" 2>&1 || complain "the users cannot be made: $(cat "$tree/said")"
 id_of() { awk -F : -v name="$1" '$1 == name {print $3}' "$tree/etc/$2"; }

@@ -7,9 +7,10 @@ screen_packages="xvfb xauth imagemagick fonts-dejavu-core libqt6svg6 x11-utils d
 desktop_packages="at-spi2-core libatspi2.0-dev libx11-dev libxtst-dev openbox trayer"
 # What puts Debian packages together and looks at them; a tree of its own is installed into.
 package_packages="build-essential debhelper lintian debootstrap"
-test_packages="libclang-rt-14-dev clang-format clang-tidy libgtest-dev libgmock-dev locales python3 python3-aiosmtpd openssl systemd appstream desktop-file-utils man-db mandoc
-  bash-completion zsh fish $screen_packages
-  $desktop_packages"
+# What tells whether the things beside the programs are as those who read them expect.
+looking_packages="appstream desktop-file-utils man-db mandoc bash-completion zsh fish python3 systemd"
+test_packages="libclang-rt-14-dev clang-format clang-tidy libgtest-dev libgmock-dev locales python3-aiosmtpd openssl $looking_packages
+  $screen_packages $desktop_packages"
 
 # need_packages NAME...: installs those that are missing, as root or through sudo.
 need_packages() {
