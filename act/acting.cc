@@ -19,6 +19,7 @@ constexpr std::size_t kPathAsked = 120;
 constexpr std::int64_t kEndMs = 2000;  // for all that are ended at once
 constexpr char kTooOften[] =
     "Zendrix was asked too much in too short a time. Nothing was changed; try again in a moment.";
+constexpr char kNobody[] = "Send Alerts To=;SMTP Server=:25;";
 constexpr char kFolderMonitor[] = "Windows Folder";  // of events that mean a file and no process
 
 Answer Refusal(const std::string& why) {
@@ -64,14 +65,23 @@ std::string PathToAsk(const std::string& path) {
   return TextToAsk(family::NameToTell(path));
 }
 
-std::string SideFileOf(const std::string& path) {
-  return path.substr(0, path.rfind('.')) + ".kvh";
+// Whom alerts would go to, and by which server: the file's first two fields.
+std::string MailToAsk(const std::string& settings) {
+  if (settings.empty()) return "nowhere";
+  std::string told;
+  std::string_view rest(settings);
+  for (int i = 0; i < 2; ++i) {
+    const std::string_view field = rest.substr(0, rest.find(';'));
+    rest.remove_prefix(std::min(rest.size(), field.size() + 1));
+    const std::size_t equals = field.find('=');
+    if (i > 0) told += " by ";
+    told += equals == std::string_view::npos ? std::string_view() : field.substr(equals + 1);
+  }
+  return TextToAsk(family::NameToTell(told));
 }
 
-platform::Status RemoveIfThere(platform::Files& files, const std::string& path) {
-  auto removed = files.Remove(path);
-  if (!removed && removed.error().kind == platform::ErrorKind::kNotFound) return platform::Done{};
-  return removed;
+std::string SideFileOf(const std::string& path) {
+  return path.substr(0, path.rfind('.')) + ".kvh";
 }
 
 family::Event EventOf(const BlockRequest& request) {
@@ -82,12 +92,12 @@ family::Event EventOf(const BlockRequest& request) {
 
 }  // namespace
 
-bool Acting::AsksTooOften(const Caller& caller) {
-  return !allowance_.Take(caller.user, parts_.clock.MonotonicMs());
+bool Acting::AsksTooOften(Allowance& allowance, const Caller& caller) const {
+  return !allowance.Take(caller.user, parts_.clock.MonotonicMs());
 }
 
 std::string Acting::WhyNotNow(const Caller& caller) {
-  if (AsksTooOften(caller)) return kTooOften;
+  if (AsksTooOften(question_allowance_, caller)) return kTooOften;
   const bool waits = std::any_of(pending_.begin(), pending_.end(),
                                  [&](const auto& one) { return one.second.user == caller.user; });
   if (waits || pending_.size() >= kMostPending)
@@ -153,7 +163,6 @@ void Acting::Block(const Caller& caller, const BlockRequest& request, Reply repl
   if (held->process) about.process = std::to_string(held->shown.process);
   Ask(caller, looked.file.others ? kBlockOtherAction : kBlockAction, about,
       [this, caller, meant, file = looked.file, held, reply = std::move(reply)](Verdict verdict) {
-        if (verdict == Verdict::kYes) Consented(caller, meant.alert, true);
         reply(verdict == Verdict::kYes ? TakeShown(meant, caller, file, *held) : Refusal(WhyNot(verdict)));
       });
 }
@@ -180,6 +189,7 @@ Answer Acting::TakeShown(const family::Event& event, const Caller& caller, const
     if (noted && !before) static_cast<void>(parts_.record.Forget(looked.path, looked.sha256).ok());
     return Refusal(taken.sentence);
   }
+  Consented(caller, event.alert, taken.file.path, true);
   bool done = true;
   std::vector<Held> all;
   all.push_back(std::move(held));
@@ -221,12 +231,11 @@ void Acting::Allow(const Caller& caller, const std::string& name, Reply reply) {
   if (entry == list.entries.end()) return reply(Refusal("There is no such entry in quarantine."));
   Ask(caller, kAllowAction, {PathToAsk(entry->manifest.path)},
       [this, caller, wanted = *entry, reply = std::move(reply)](Verdict verdict) {
-        if (verdict == Verdict::kYes) Consented(caller, wanted.manifest.alert, false);
-        reply(verdict == Verdict::kYes ? Restore(wanted) : Refusal(WhyNot(verdict)));
+        reply(verdict == Verdict::kYes ? Restore(wanted, caller) : Refusal(WhyNot(verdict)));
       });
 }
 
-Answer Acting::Restore(const family::Entry& entry) {
+Answer Acting::Restore(const family::Entry& entry, const Caller& caller) {
   // First of all, so that at no moment a program is back that is blocked again by itself.
   const std::string& path = entry.manifest.path;
   const std::string& sha256 = entry.manifest.sha256;
@@ -235,27 +244,36 @@ Answer Acting::Restore(const family::Entry& entry) {
     return Refusal("It could not be noted that " + family::NameToTell(path) +
                    " is allowed, so it stays in quarantine.");
   const StoreAnswer answer = parts_.store.Restore(entry.name);
-  if (answer.done) return {true, family::Fitting(answer.sentence, kSentence)};
+  if (answer.done) {
+    Consented(caller, entry.manifest.alert, path, false);
+    return {true, family::Fitting(answer.sentence, kSentence)};
+  }
   // A note that cannot be made again means one alert more, no less.
   if (noted) static_cast<void>(parts_.record.Add(*noted).ok());
   return Refusal(answer.sentence);
 }
 
-void Acting::Consented(const Caller& caller, const std::string& alert_second, bool block) {
-  Consent consent{caller.user, 0, block, parts_.clock.MonotonicMs() + kConsentMs};
+void Acting::Consented(const Caller& caller, const std::string& alert_second, const std::string& path,
+                       bool block) {
+  Consent consent{caller.user, 0, path, block, parts_.clock.MonotonicMs() + kConsentMs};
   const char* const last = alert_second.data() + alert_second.size();
   const auto [end, error] = std::from_chars(alert_second.data(), last, consent.alert_second);
   if (error != std::errc() || end != last) return;
   if (consents_.size() >= kMostPending) consents_.erase(consents_.begin());
-  consents_.push_back(consent);
+  consents_.push_back(std::move(consent));
 }
 
-bool Acting::HasConsented(const Caller& caller, std::int64_t alert_second, bool block) {
+bool Acting::HasConsented(const Caller& caller, const ShownAlert& alert, std::string_view description,
+                          bool block) {
   std::erase_if(consents_,
                 [now_ms = parts_.clock.MonotonicMs()](const Consent& one) { return one.until_ms < now_ms; });
-  return std::any_of(consents_.begin(), consents_.end(), [&](const Consent& one) {
-    return one.user == caller.user && one.alert_second == alert_second && one.block == block;
+  const auto found = std::find_if(consents_.begin(), consents_.end(), [&](const Consent& one) {
+    return one.user == caller.user && one.alert_second == alert.second && one.block == block &&
+           NamesFile(description, one.path);
   });
+  if (found == consents_.end()) return false;
+  consents_.erase(found);
+  return true;
 }
 
 void Acting::Decide(const Caller& caller, const ShownAlert& alert, bool block, Reply reply) {
@@ -267,7 +285,7 @@ void Acting::Decide(const Caller& caller, const ShownAlert& alert, bool block, R
     return reply(Refusal("What the Agent wrote cannot be read. Nothing was changed."));
   if (told == Told::kNo)
     return reply(Refusal("The Agent has not told of this alert in its present file. Nothing was changed."));
-  if (HasConsented(caller, alert.second, block)) return reply(FileDecision(alert, block));
+  if (HasConsented(caller, alert, description, block)) return reply(FileDecision(alert, block));
   Ask(caller, block ? kDecideBlockAction : kDecideAllowAction, {TextToAsk(family::NameToTell(description))},
       [this, alert, block, reply = std::move(reply)](Verdict verdict) {
         reply(verdict == Verdict::kYes ? FileDecision(alert, block) : Refusal(WhyNot(verdict)));
@@ -284,23 +302,26 @@ void Acting::SetMail(const Caller& caller, const std::string& settings, Reply re
   if (settings.size() > kLongestMail || settings.find('\0') != std::string::npos)
     return reply(Refusal("These are no settings of e-mail. Nothing was changed."));
   if (const auto why = WhyNotNow(caller); !why.empty()) return reply(Refusal(why));
-  Ask(caller, kMailAction, {}, [this, settings, reply = std::move(reply)](Verdict verdict) {
-    reply(verdict == Verdict::kYes ? LayDownMail(settings) : Refusal(WhyNot(verdict)));
-  });
+  Ask(caller, kMailAction, {MailToAsk(settings)},
+      [this, settings, reply = std::move(reply)](Verdict verdict) {
+        reply(verdict == Verdict::kYes ? LayDownMail(settings) : Refusal(WhyNot(verdict)));
+      });
 }
 
 Answer Acting::LayDownMail(const std::string& settings) {
-  // The mailer uses no settings that do not fit their side file, and starts when the settings change: the
-  // side file is there first, and goes last.
+  // None are settings that name nobody: a file that is gone might come back, and what waits would wait for
+  // it.
+  const std::string text = settings.empty() ? kNobody : settings;
   platform::Files& files = parts_.mail_files;
   const std::string side_file = SideFileOf(parts_.mail_settings);
-  platform::Status done = platform::Done{};
-  if (settings.empty()) {
-    done = RemoveIfThere(files, parts_.mail_settings);
-    if (done) done = RemoveIfThere(files, side_file);
-  } else {
-    done = files.WriteAll(side_file, family::Sha256Of(settings) + "\r\n");
-    if (done) done = files.WriteAll(parts_.mail_settings, settings);
+  const auto old_side = files.ReadAll(side_file);
+  // The mailer uses no settings that do not fit their side file, and starts when the settings change: the
+  // side file is there first.
+  auto done = files.WriteAll(side_file, family::Sha256Of(text) + "\r\n");
+  if (done) {
+    done = files.WriteAll(parts_.mail_settings, text);
+    // The old settings are to be used again.
+    if (!done && old_side) static_cast<void>(files.WriteAll(side_file, old_side.value()).ok());
   }
   if (!done) return Refusal("The settings of e-mail could not be laid down: " + done.error().text);
   return {true, settings.empty() ? "No alerts are mailed from now on."
@@ -310,7 +331,7 @@ Answer Acting::LayDownMail(const std::string& settings) {
 Answer Acting::BlockAgain(const Caller& caller, const std::string& path, const std::string& sha256,
                           const std::vector<pid_t>& processes) {
   if (caller.user != parts_.agent_user) return Refusal("Only the Agent may ask for this.");
-  if (AsksTooOften(caller)) return Refusal(kTooOften);
+  if (AsksTooOften(allowance_, caller)) return Refusal(kTooOften);
   if (path.size() > kLongestText || processes.size() > kMostProcesses || !IsSha256(sha256))
     return Refusal("This names no program that was blocked.");
   const auto known = parts_.record.Find(path, sha256);
@@ -335,7 +356,7 @@ Answer Acting::BlockAgain(const Caller& caller, const std::string& path, const s
 }
 
 Answer Acting::List(const Caller& caller) {
-  if (AsksTooOften(caller)) return Refusal(kTooOften);
+  if (AsksTooOften(allowance_, caller)) return Refusal(kTooOften);
   StoreList list = parts_.store.List();
   if (!list.known) return {false, list.sentence};
   const bool all =

@@ -102,6 +102,7 @@ class Acting {
   struct Consent {
     std::uint32_t user = 0;
     std::int64_t alert_second = 0;
+    std::string path;  // of the file that was moved
     bool block = false;
     std::int64_t until_ms = 0;
   };
@@ -112,15 +113,16 @@ class Acting {
 
   void Ask(const Caller& caller, std::string_view action, const AskedAbout& about,
            std::function<void(Verdict)> go_on);
-  // Counts as a call of his.
+  // Counts as a question of his.
   std::string WhyNotNow(const Caller& caller);
-  bool AsksTooOften(const Caller& caller);
+  bool AsksTooOften(Allowance& allowance, const Caller& caller) const;
   Answer TakeShown(const family::Event& event, const Caller& caller, const TakenFile& looked, Held& held);
-  Answer Restore(const family::Entry& entry);
+  Answer Restore(const family::Entry& entry, const Caller& caller);
   Answer FileDecision(const ShownAlert& alert, bool block);
   Answer LayDownMail(const std::string& settings);
-  void Consented(const Caller& caller, const std::string& alert_second, bool block);
-  bool HasConsented(const Caller& caller, std::int64_t alert_second, bool block);
+  void Consented(const Caller& caller, const std::string& alert_second, const std::string& path, bool block);
+  // Takes the consent: it covers one decision, on an alert about the file that it was given for.
+  bool HasConsented(const Caller& caller, const ShownAlert& alert, std::string_view description, bool block);
   // What is to be said behind the move of the file; empty when there is nothing to say. `done` becomes false
   // where a process goes on.
   std::string EndAll(std::vector<Held>& held, bool& done);
@@ -129,7 +131,8 @@ class Acting {
   std::uint64_t last_ticket_ = 0;
   std::map<std::uint64_t, Pending> pending_;
   std::vector<Consent> consents_;
-  Allowance allowance_;
+  Allowance allowance_;           // of calls for which nobody is asked
+  Allowance question_allowance_;  // of all others, so that the former cannot use it up
 };
 
 }  // namespace zendrix::act

@@ -4,6 +4,9 @@
 #include <charconv>
 #include <optional>
 
+#include "family/description_reading.h"
+#include "platform/windows_1252.h"
+
 namespace zendrix::act {
 namespace {
 
@@ -55,7 +58,26 @@ bool HoldsPair(std::string_view pairs, const ShownEvent& wanted) {
   return false;
 }
 
+bool IsAbout(std::string_view monitor, std::string_view description, const std::string& path) {
+  const auto kind = family::KindOfMonitor(monitor);
+  if (!kind) return false;
+  const std::string_view named = family::ReadDescription(*kind, description).path;
+  return !named.empty() && (named == path || platform::Utf8FromBytes(named) == path);
+}
+
 }  // namespace
+
+bool NamesFile(std::string_view pairs, const std::string& path) {
+  while (!pairs.empty()) {
+    std::string_view joined = Cut(pairs, ";");
+    const std::string_view monitor = Cut(joined, "=");
+    if (IsAbout(monitor, joined, path)) return true;
+    while (!joined.empty()) {
+      if (IsAbout(monitor, Cut(joined, kJoin), path)) return true;
+    }
+  }
+  return false;
+}
 
 void RowSearch::Take(std::string_view bytes) {
   while (!bytes.empty() && !found_) {

@@ -24,6 +24,9 @@ struct ShownEvent {
   std::int64_t alert_second = 0;  // UTC, of the alert's row: what decisions call its DateUTC
 };
 
+// Whether one of an alert's pairs "Monitor=description;..." is about this file (the file system's bytes).
+bool NamesFile(std::string_view pairs, const std::string& path);
+
 // An alert as a decision names it.
 struct ShownAlert {
   std::int64_t second = 0;  // UTC, of the alert's row

@@ -49,6 +49,13 @@ std::optional<uid_t> UserNamed(const std::string& name) {
 class FilesForGroup : public platform::LinuxFiles {
  public:
   platform::Status WriteAll(const std::string& path, std::string_view bytes) override {
+    // Somebody else's folder, or a link to one, might stand where root's is missing.
+    const std::string folder = path.substr(0, path.rfind('/'));
+    struct stat status = {};
+    if (::lstat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode) || status.st_uid != ::geteuid() ||
+        (status.st_mode & (S_IWGRP | S_IWOTH)) != 0)
+      return platform::Error{platform::ErrorKind::kPermissionDenied,
+                             folder + " is no folder of the helper's"};
     const mode_t before = ::umask(S_IWGRP | S_IRWXO);
     auto done = platform::LinuxFiles::WriteAll(path, bytes);
     ::umask(before);

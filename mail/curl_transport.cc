@@ -152,7 +152,9 @@ Delivery CurlTransport::Send(const MailSettings& settings, const std::string& te
   if (result == CURLE_OK) return {Delivery::Outcome::kSent, ""};
   long reply = 0;
   curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &reply);
-  const auto waits = result == CURLE_LOGIN_DENIED ? Delivery::Outcome::kNoLogin : Delivery::Outcome::kLater;
+  // A reply below 500 is a trouble of the server's that passes.
+  const bool is_denied = result == CURLE_LOGIN_DENIED && reply >= kFirstRefusal;
+  const auto waits = is_denied ? Delivery::Outcome::kNoLogin : Delivery::Outcome::kLater;
   return {conversation.is_refused ? Delivery::Outcome::kRefused : waits,
           Reason(result, reply, conversation.is_refused)};
 }

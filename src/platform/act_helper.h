@@ -34,7 +34,7 @@ class ActHelper {
                                        const std::vector<std::uint32_t>& processes) = 0;
   // Files the user's decision on the alert of this second (UTC) with this code with the Agent.
   virtual Result<ActAnswer> Decide(std::int64_t alert_second, const std::string& code, bool block) = 0;
-  // Lays down the settings of e-mail, the contents of the SMTP file, for the mailer; none take them away.
+  // Lays down the settings of e-mail, the contents of the SMTP file, for the mailer; none turn e-mail off.
   virtual Result<ActAnswer> SetMail(const std::string& settings) = 0;
 };
 

@@ -103,7 +103,10 @@ void SwitchMail(core::AppState& state, core::ErrorLog& log, bool wanted) {
   core::OrLog(log, "Utils : SaveSMTPData", [&] {
     const std::string path = SmtpPath(state);
     if (!state.seams.files.Exists(path)) return;
-    TellMailer(state, log, wanted ? core::ValueOrRaise(state.seams.files.ReadAll(path)) : std::string());
+    if (!wanted) return TellMailer(state, log, std::string());
+    // One that fails its hash is nobody's wish; the pane says so when it is opened next.
+    core::HashUtils hashes(state.seams.files, state.seams.family);
+    if (const auto text = hashes.ReadVerified(path)) TellMailer(state, log, *text);
   });
 }
 
