@@ -30,10 +30,7 @@ class FlowTest : public ::testing::Test {
       if (main) page_ = std::make_unique<testing::FakePage>(main->alerts.sDesc);
     };
   }
-  ~FlowTest() override {
-    page_.reset();
-    console_.reset();
-  }
+  ~FlowTest() override { End(); }
 
   std::string Path(const std::string& name = "KorvessaMonitoring.kvl") const { return world_.InFolder(name); }
   std::string File(const std::string& name) { return world_.platform.files.Get(Path(name)); }
@@ -70,6 +67,11 @@ class FlowTest : public ::testing::Test {
     });
     console_->Start(command_line);
     world_.quiet.Take();
+  }
+  // The page goes before the form that it shows.
+  void End() {
+    page_.reset();
+    console_.reset();
   }
   home::frmNewUI& Home() { return *console_->home(); }
   void Seconds(double seconds) { world_.platform.timers.Advance(static_cast<std::int64_t>(seconds * 1000)); }

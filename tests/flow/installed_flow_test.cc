@@ -74,7 +74,7 @@ TEST_F(InstalledFlow, TheSecondStartFindsTheSettingsOfTheFirst) {
   Start();
   const std::string settings = File("zendrix.ini");
   EXPECT_THAT(settings, HasSubstr("SelColor=8421631"));
-  console_.reset();
+  End();
   Start();
   EXPECT_EQ(File("zendrix.ini"), settings);
   EXPECT_THAT(Boxes().shown, IsEmpty());
@@ -83,7 +83,7 @@ TEST_F(InstalledFlow, TheSecondStartFindsTheSettingsOfTheFirst) {
 TEST_F(InstalledFlow, SettingsThatWereTamperedWithAreToldAtTheNextStart) {
   Write(Line(0, "System", "0"));
   Start();
-  console_.reset();
+  End();
   world_.platform.files.PutMore(Path("zendrix.ini"), "[Planted]\r\n");
   Start();
   EXPECT_THAT(Boxes().Texts(), ElementsAre("Invalid configuration file. Loading default values"));
