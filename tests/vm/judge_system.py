@@ -72,6 +72,16 @@ hold("a program of the computer has its own name, from inside the sandbox",
 hold("a new account", ("System Users", "mallory") in came, came)
 hold("an autostart entry in somebody's home", any(monitor == "Autorun Registry" and text.startswith("/home/ann/.config/autostart/own.desktop=")
                                                    for monitor, text in came), came)
+hold("a line of cron's", ("Windows Folder", "/etc/cron.d/own-line") in came, came)
+hold("a unit that starts with the computer",
+     ("Autorun Registry", "/etc/systemd/system/multi-user.target.wants/own.service=/opt/of-the-host") in came, came)
+hold("a user who logs on, and off again",
+     ("Logged-On Users", "ann on tty1") in came and any(row["Monitor"] == "Logged-On Users" and row["Change"].startswith("-1.")
+                                                     and row["Description"] == "ann on tty1" for row in rows), came)
+log = (folder / "log.txt").read_text(encoding="cp1252")
+hold("the mailer's lines are in the log also after the Agent has begun it anew",
+     "told by the mailer" in log.splitlines() and "xxxx" not in log and int(read("log_old.txt")) >= 4194304,
+     (log[-300:], read("log_old.txt")))
 began, raised = map(float, read("newprog.txt").split())
 named = [row for row in rows if row["Monitor"] == "Aggregation" and "/tmp/newprog" in row["Description"]]
 facts = "; ".join(row["Reaction"] for row in named)
