@@ -152,8 +152,9 @@ mails = read("mails.txt") if (folder / "mails.txt").exists() else ""
 hold("an alert is mailed to the address in them", "To: <ann@example.org>" in mails or "To: ann@example.org" in mails, mails[:400])
 
 if (folder / "installed_alerts.json").exists():
-    hold("installed, the console shows a member of the group this computer's alerts", "/var/tmp/.cache/third" in read("installed_alerts.json"),
-         read("installed_alerts.json")[:300])
+    items = json.loads(read("installed_alerts.json"))["items"]
+    hold("installed, the console shows a member of the group this computer's alerts",
+         any(item["EventType"] == "Intrusion" and item["Status"] == "Allowed" for item in items), items[:3])
     hold("the Administrator's its events", "/opt/of-the-host" in read("installed_grid.json"), read("installed_grid.json")[:300])
     hold("without an error message, and the Agent is found running", "Invalid configuration" not in read("installed_status.json")
          and "adduser" not in read("installed_status.json"), read("installed_status.json")[:600])
