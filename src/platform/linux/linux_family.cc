@@ -1,9 +1,11 @@
 #include "platform/linux/linux_family.h"
 
 #include <dlfcn.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <optional>
 
@@ -202,7 +204,8 @@ std::vector<QuarantineEntry> LinuxFamily::HelpersList() {
 
 Result<std::vector<QuarantineEntry>> LinuxFamily::QuarantineList() {
   auto own = OwnList();
-  if (!own || !MayAskHelper()) return own;
+  // A list changes nothing, and where the helper is preferred it has what counts.
+  if (!own || !(MayAskHelper() || (helper_ != nullptr && prefer_helper_))) return own;
   auto& entries = own.value();
   for (QuarantineEntry& entry : HelpersList()) entries.push_back(std::move(entry));
   std::stable_sort(
@@ -212,6 +215,11 @@ Result<std::vector<QuarantineEntry>> LinuxFamily::QuarantineList() {
 }
 
 Result<std::vector<QuarantineEntry>> LinuxFamily::OwnList() {
+  // A user's own store comes into being with his first file in it; until then there is nothing to list.
+  struct stat status {};
+  if (prefer_helper_ && !program_folder_.empty() && stat(program_folder_.c_str(), &status) != 0 &&
+      errno == ENOENT)
+    return std::vector<QuarantineEntry>();
   const auto found = QuarantineFunction("QuarantineListExport");
   if (!found) return found.error();
   const auto list = reinterpret_cast<ListFunction>(found.value());

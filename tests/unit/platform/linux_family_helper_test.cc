@@ -114,6 +114,18 @@ TEST_F(FamilyHelperTest, WhoeverOnlyPretendsAsksNobody) {
   EXPECT_TRUE(helper_.asked.empty());
 }
 
+// An installed user who had never had a file of his own put away was told that a folder cannot be found.
+TEST_F(FamilyHelperTest, WhereItIsPreferredItsListIsToldWithoutAStoreOfTheUsersAndWithoutActing) {
+  helper_.list = ActAnswer{true, Line(kEntry, "/others", "42")};
+  family_.PreferHelper();
+  family_.ConfigureQuarantine("/no/such/folder", true);
+  const auto list = family_.QuarantineList();
+  ASSERT_TRUE(list.ok()) << list.error().text;
+  ASSERT_EQ(list.value().size(), 1U);
+  EXPECT_EQ(list.value()[0].path, "/others");
+  EXPECT_EQ(helper_.asked, std::vector<std::string>{"List"});
+}
+
 TEST_F(FamilyHelperTest, TheListHoldsBothQuarantinesTheNewestFirst) {
   helper_.list = ActAnswer{true, Line(kEntry, "/others", "42")};
   const auto list = family_.QuarantineListOf("42").value();
